@@ -1,0 +1,35 @@
+// AlertText: what an alert says. A template file beside the program comes first, then the built-in table;
+// then the placeholders are filled and the lines wrapped at 76 characters.
+#pragma once
+
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+
+// What the check engine knows of the request that failed.
+struct CheckFacts {
+  bool bIPCheckPerformed = false;  // the site was tried once more by its IP address
+  bool bIPAnswered = false;        // and that attempt succeeded
+  std::string szRequestURL;        // last requested, with "http://"
+  std::string szResponseInfo;      // the client's error text, empty for none
+  std::int32_t lResponseCode = 0;  // the client's error number
+  std::string szHeader;            // raw header of the last response
+};
+
+// No text can be composed for this result; no mail is sent.
+class AlertAbandoned : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+namespace AlertText {
+
+// The finished body for a result code ("404", "3xx", "8001") and a site. Throws AlertAbandoned for a class
+// code without a template file and for a template that cannot be read.
+std::string ComposeBody(const std::string& szCode, std::int32_t lSite, const CheckFacts& aFacts);
+
+// Fills the placeholders and wraps the lines. Terminates on every input; at most 10,000 replacements and 1
+// MB.
+std::string ParseEmailContent(const std::string& szText, std::int32_t lSite, const CheckFacts& aFacts);
+
+}  // namespace AlertText

@@ -1,0 +1,64 @@
+// CheckView: everything the check engine shows. The main window is one, the terminal another, a test's
+// recorder a third. Slots are site numbers; a view without a row for a slot ignores the call.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+// The main window's commands that must not run during a pass, in the order in which they are locked and
+// unlocked.
+enum class MenuCommand {
+  mF_NewAddress,
+  mF_Import,
+  mF_Export,
+  mF_StartCheck,
+  mF_Exit,
+  mE_EditAddress,
+  mE_DelAddress,
+  mE_Options,
+  mV_All,
+  mV_Successful,
+  mV_Warning,
+  mV_Unsuccessful,
+  mV_Both,
+  mV_Enabled,
+  mV_Disabled,
+  mnuLog_Open,
+  mnuLogs_ViewCur,
+  mH_About,
+};
+inline constexpr int lLockedCommands = 18;
+
+class CheckView {
+ public:
+  virtual ~CheckView() = default;
+
+  // Status bar: panel 1 the clock, 2 the pass state or the next check, 3 the last check.
+  virtual void ShowPanel(int iPanel, const std::string& szText) = 0;
+
+  // The list: column 4 carries the light (icon 1 up, 2 warning, 3 down), column 5 the remark.
+  virtual void ClearRemarks() = 0;
+  virtual void EnsureRowVisible(std::int32_t lSlot) = 0;
+  virtual void ShowLight(std::int32_t lSlot, std::int16_t iIcon) = 0;
+  virtual void ShowLightText(std::int32_t lSlot, const std::string& szText) = 0;
+  virtual void ShowRemark(std::int32_t lSlot, const std::string& szText) = 0;
+  // The outcome of a site is recorded and its log entry written.
+  virtual void SiteRecorded(std::int32_t /*lSlot*/) {}
+
+  // The progress window. Opening empties both labels and takes no focus; closing one that is not open is
+  // fine.
+  virtual bool IsMinimised() = 0;
+  virtual void OpenProgress() = 0;
+  virtual void CloseProgress() = 0;
+  virtual void ShowProgressSite(const std::string& szText) = 0;
+  virtual void ShowProgressStatus(const std::string& szText) = 0;
+
+  virtual void ShowMessage(const std::string& szText) = 0;
+  virtual void SoundBell() = 0;
+  virtual void EnableCommand(MenuCommand iCommand, bool bEnable) = 0;
+  virtual void EnableAutoTimer(bool bEnable) = 0;
+
+  // Handles the pending events: clicks, timers. Called about every 10 ms while a request is in flight.
+  virtual void PumpEvents() = 0;
+};

@@ -1,0 +1,20 @@
+// ResultCodes: what one HTTP answer means. A result code is a short decimal text: a status, a class "1xx" to
+// "5xx", "0" (no usable status line), "8001" (time-out), "8080" (transport error).
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+struct Classification {
+  bool bUp = false;    // 200, 201, 202, 302, 304
+  std::string szCode;  // empty when up
+  std::string szText;
+  std::int16_t iBackupOutcome = 2;  // as an answer to the IP check: 5 the server did answer, 2 it failed too
+  std::string szLogStatus;          // the log's own wording where it differs from szText
+};
+
+// The status code out of a raw response header: the three digits behind the first "HTTP/" and blank (RFC 9112
+// section 4), without leading zeros; "0" when there is no such thing.
+std::string GetResponseCode(const std::string& szHeader);
+
+Classification ClassifyResponse(const std::string& szHeader);

@@ -1,0 +1,40 @@
+// CheckLog: which file the check log goes to, how many are kept, and one line appended at a time. It owns the
+// current file and the current entry; the check engine fills the entry before each line.
+//
+// A log is 8-bit text with CR LF line ends, one line a site result:
+//   CheckTime,Address,StatusText,elapsed seconds (0 to 59),Comment,ResultClass
+// between "[START CHECK: MANUAL - time]" (or AUTO) and "[END CHECK]". Fields are not quoted; a comma inside
+// one is written as it is. They may hold the HTML fragments <BR> and <SPAN class="Emphasis">.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "platform/DateTime.h"
+
+namespace CheckLog {
+
+struct Entry {
+  DateTime CheckTime = 0;  // wall time at which the request was started; 0 not set
+  std::string Address;
+  std::string StatusText;
+  std::string Comment;           // remarks joined by "; "
+  std::int16_t ResultClass = 0;  // 1 success, 2 failure, 3 disabled site, 4 first failure, 0 not set
+};
+
+extern std::string CurrentLogFile;  // full path
+extern Entry CurrentEntry;
+
+// Joins a remark to the current entry's Comment, after "; " when there is one already.
+void AddComment(const std::string& szRemark);
+
+// Names the file for the present day or week. With bDeleteFiles, and where a limit is set, deletes the first
+// listed log files so that MaxLogFiles remain once this pass has written its first line. Throws
+// std::runtime_error when a file cannot be deleted; the name is set by then.
+void GetLogFileName(bool bDeleteFiles);
+
+// Appends a start, end or entry line. Silent whatever happens: a log that cannot be written never stops a
+// pass.
+void WriteLog(bool bWriteStart, bool bWriteStartManual, bool bWriteEnd);
+
+}  // namespace CheckLog

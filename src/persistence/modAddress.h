@@ -1,0 +1,67 @@
+// modAddress owns the list of monitored sites: in memory, where every other module reads and changes it, and
+// in the registry, where SaveSite writes it one site at a time. Sites are numbered 1..lSiteCount; the number
+// is the slot. Only RebuildSiteIndex renumbers. A reference into aSites does not survive a change of the
+// list: hold the slot number and look again.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+struct SiteRecord {
+  std::string IP;   // dotted address of the same server, empty when none
+  std::string URL;  // without "http://"
+  std::uint8_t Status =
+      0;  // 1 up, 2 warning, 3 down and alerted, 4 not yet known, 0 not checked since the start
+  std::uint8_t Enabled = 0;  // 1: takes part in passes
+  std::int32_t TimeOut = 0;  // seconds, 1 to 1800
+  std::string Comments;      // remark of the last check
+};
+
+extern std::vector<SiteRecord> aSites;  // slot 0 is never used
+extern std::int32_t lSiteCount;
+
+namespace modAddress {
+
+// The list holds this many sites at most: more would be stored but not loaded.
+inline constexpr std::int32_t lSiteCapacity = 1000;
+// Longest key name in bytes: the ANSI registry calls take 260 bytes of path.
+inline constexpr std::size_t lKeyNameLimit = 227;
+
+// True when n is the number of a site.
+bool IsSite(std::int32_t n);
+
+// The name of the site's key: "\" as "%5c", lower case, no blanks around. Empty when the URL is blank;
+// nothing is ever saved or deleted under an empty name.
+std::string KeyName(const std::string& szURL);
+
+// Rebuilds the list from the registry. 0, or the code of the failure it has shown with MsgBox (the list is
+// then empty).
+std::int32_t LoadSites(bool bKeepStatus, bool bKeepComments);
+
+// Reads one site's key into slot 1 of aTemp. 0 valid, 2 valid but stored under another number, 1 no usable
+// URL.
+std::int32_t ReadSite(const std::string& szKeyName, std::vector<SiteRecord>& aTemp,
+                      std::int16_t iExpectedIndex);
+
+// Writes slot n; for a new one (or one whose key name changed) its index entry and key too. Failures are
+// ignored.
+void SaveSite(std::int32_t n, bool bIsNew);
+
+// Writes a record that is not in the list, without an index entry. Index 0 is stored as 2000, so that it
+// sorts behind the numbered ones at the next rebuild.
+void WriteSiteRecord(const SiteRecord& aRecord, std::int32_t lIndex);
+
+// Renumbers all sites from their keys and writes the index anew; keys whose URL does not match their name are
+// deleted.
+void RebuildSiteIndex();
+
+void SetSiteCount(std::int32_t n);
+
+// Removes site n from the registry and reloads the list.
+void DeleteSite(std::int32_t n);
+
+// Whether the registry holds a site under this URL; its record, as stored.
+bool FindStoredSite(const std::string& szURL, SiteRecord& aRecord);
+
+}  // namespace modAddress

@@ -1,0 +1,32 @@
+// Clock: the present moment, three ways. Shown and logged times are wall time; deadlines must not move
+// when the wall clock is set, so they use the steady date-time; the schedule must count the hours that the
+// machine slept, so it has the boot date-time. All three are date-times and agree while the clock runs true.
+#pragma once
+
+#include "platform/DateTime.h"
+
+namespace Clock {
+
+// Where the moments come from. Tests put their own in place.
+class Source {
+ public:
+  virtual ~Source() = default;
+  virtual DateTime WallTime() = 0;         // local time
+  virtual double SteadySeconds() = 0;      // never set, may stand still while the machine sleeps
+  virtual double BootSeconds() = 0;        // never set, counts sleep
+  virtual void Wait(double dSeconds) = 0;  // returns after about that time
+};
+
+DateTime Now();        // wall clock, whole seconds and fractions
+DateTime SteadyNow();  // wall time at the first use plus steady seconds since
+DateTime BootNow();    // wall time at the first use plus boot seconds since
+void Wait(double dSeconds);
+
+// Puts another source in place (not owned); nullptr puts the system's own back. SteadyNow and BootNow start
+// anew.
+void Replace(Source* pSource);
+
+// The system's own source.
+Source& System();
+
+}  // namespace Clock

@@ -1,0 +1,75 @@
+// Registry: the nine ANSI entry points of the registry under their own names, with the platform's result
+// codes. On Windows they are the system's. Elsewhere one SQLite file holds both roots; it keeps the same
+// rules: keys and value names match without regard to (ASCII) case and keep the case they were made with,
+// "\" separates keys and nothing else does, key names hold at most 255 bytes, a key that has subkeys cannot
+// be deleted, subkeys are listed in name order and values in the order they were made.
+//
+// The file is $KESTROVA_REGISTRY, else ${XDG_DATA_HOME:-~/.local/share}/kestrova/registry.db, mode 0600. It
+// is opened at the first call, or by OpenStore. A committed value survives a kill at any moment.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace Registry {
+
+using Key = std::uintptr_t;  // 0 is no key; every call on it answers lInvalidHandle
+
+inline constexpr Key HKEY_CURRENT_USER = 0x80000001;
+inline constexpr Key HKEY_LOCAL_MACHINE = 0x80000002;
+
+inline constexpr std::uint32_t REG_SZ = 1;
+inline constexpr std::uint32_t REG_BINARY = 3;
+inline constexpr std::uint32_t REG_DWORD = 4;
+
+// Result codes, as winerror.h numbers them.
+inline constexpr std::int32_t lSuccess = 0;
+inline constexpr std::int32_t lNotFound = 2;      // no such key or value
+inline constexpr std::int32_t lAccessDenied = 5;  // also: store read-only, busy for 2 s, full or unreadable
+inline constexpr std::int32_t lInvalidHandle = 6;
+inline constexpr std::int32_t lInvalidParameter = 87;
+inline constexpr std::int32_t lMoreData = 234;  // the caller's buffer is too small
+inline constexpr std::int32_t lNoMoreItems = 259;
+
+// Paths are relative to the key given. On failure hResult is 0.
+std::int32_t RegOpenKeyExA(Key hKey, const char* szPath, std::uint32_t lAccess, Key& hResult);
+std::int32_t RegCreateKeyExA(Key hKey, const char* szPath, std::uint32_t lAccess, Key& hResult);
+std::int32_t RegCloseKey(Key hKey);
+
+// Any of pType, pData may be nullptr. pSize: in the bytes at pData, out the bytes stored (with the NUL of a
+// string). With pData nullptr only type and size are answered.
+std::int32_t RegQueryValueExA(Key hKey, const char* szName, std::uint32_t* pType, void* pData,
+                              std::uint32_t* pSize);
+std::int32_t RegSetValueExA(Key hKey, const char* szName, std::uint32_t lType, const void* pData,
+                            std::uint32_t lSize);
+std::int32_t RegDeleteKeyA(Key hKey, const char* szPath);
+std::int32_t RegDeleteValueA(Key hKey, const char* szName);
+
+// The name arrives with its NUL. lNameSize: bytes at szName.
+std::int32_t RegEnumKeyA(Key hKey, std::uint32_t lIndex, char* szName, std::uint32_t lNameSize);
+// pNameSize: in the bytes at szName, out the length without the NUL. The rest as in RegQueryValueExA.
+std::int32_t RegEnumValueA(Key hKey, std::uint32_t lIndex, char* szName, std::uint32_t* pNameSize,
+                           std::uint32_t* pType, void* pData, std::uint32_t* pSize);
+
+// Brackets several writes, so that a kill leaves all of them or none, and so that they cost one commit.
+// Nests: the outermost one commits when it ends. On Windows it does nothing: there the order of writes must
+// serve.
+class Transaction {
+ public:
+  Transaction();
+  ~Transaction();
+  Transaction(const Transaction&) = delete;
+  Transaction& operator=(const Transaction&) = delete;
+};
+
+// Opens the store now. True when it can be read and written. Otherwise, or where a damaged store was set
+// aside and a new one begun (which is true), szMessage says in one or two plain sentences what is the matter
+// and what to do.
+bool OpenStore(std::string& szMessage);
+void CloseStore();
+
+// Where the store lies, for messages and for the lock of the single instance: a file path, or on Windows the
+// name of the product's key.
+std::string StoreName();
+
+}  // namespace Registry
