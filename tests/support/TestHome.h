@@ -1,0 +1,57 @@
+// TestHome: a folder of its own for one test, with the store and the program folder in it. Nothing of the
+// user's is read or written. Programs started by the test inherit it through the environment.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/Clock.h"
+
+class TestHome {
+ public:
+  TestHome();
+  ~TestHome();
+  TestHome(const TestHome&) = delete;
+  TestHome& operator=(const TestHome&) = delete;
+
+  const std::string& Folder() const { return szFolder; }
+  std::string Path(const std::string& szName) const;  // in the folder, with the system's separator
+  void Write(const std::string& szName, const std::string& szBytes) const;
+  std::string Read(const std::string& szName) const;  // empty when missing
+  std::vector<std::string> Names() const;             // sorted
+
+ private:
+  std::string szFolder;
+};
+
+// A clock that stands still until told otherwise; Wait moves it on.
+class TestClock : public Clock::Source {
+ public:
+  explicit TestClock(DateTime dtStart);
+  ~TestClock() override;
+  TestClock(const TestClock&) = delete;
+  TestClock& operator=(const TestClock&) = delete;
+
+  DateTime WallTime() override { return dtWall; }
+  double SteadySeconds() override { return dSteady; }
+  double BootSeconds() override { return dBoot; }
+  void Wait(double dSeconds) override { Advance(dSeconds); }
+
+  void Advance(double dSeconds);                    // all three
+  void SetWall(DateTime dtNew) { dtWall = dtNew; }  // as when an operator sets the clock
+
+ private:
+  DateTime dtWall;
+  double dSteady = 1000;
+  double dBoot = 2000;
+};
+
+// Collects what the program would show in message boxes while it lives.
+class TestBoxes {
+ public:
+  TestBoxes();
+  ~TestBoxes();
+  TestBoxes(const TestBoxes&) = delete;
+  TestBoxes& operator=(const TestBoxes&) = delete;
+  std::vector<std::string> aTexts;
+};

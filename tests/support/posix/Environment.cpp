@@ -1,0 +1,17 @@
+#include "support/Environment.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+
+void Environment::Set(const std::string& szName, const std::string& szValue) {
+  setenv(szName.c_str(), szValue.c_str(), 1);
+}
+
+void Environment::Unset(const std::string& szName) {
+  unsetenv(szName.c_str());
+}
+
+long Environment::ProcessNumber() {
+  return getpid();
+}
