@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 
 #include "alert/AlertText.h"
@@ -48,8 +49,10 @@ class CheckEngine {
   std::string szHeader;  // raw header of the last completed response
 
  private:
-  enum class Started { Manually, BySchedule };
-  void RunPass(Started iStarted);
+  // A pass from its first lock to its last unlock; the destructor winds it down whatever happened between.
+  class PassScope;
+
+  void NameLogFile();
   void AutoSiteCheck();
   void CheckSite(std::int32_t i);
   void RequestSite(std::int32_t i);
@@ -58,10 +61,11 @@ class CheckEngine {
   void WaitForClient();
 
   void Inet1_StateChanged(std::int16_t iState);
-  void RecordOutcome(std::int16_t iState);
+  // Takes the outcome of the request in flight, if it is still to be had, and writes its log entry.
+  void RecordOutcome(const std::function<void()>& aRecord);
   void RecordResponse();
-  void RecordFailure(const std::string& szCode, const std::string& szText, std::int16_t iBackupOutcome);
-  void WriteEntry();
+  void RecordError();
+  void RecordTimeOut();
 
   void SiteCheckOK(std::int32_t lIndex);
   void SiteCheckUpdate(std::int32_t lIndex, const std::string& szCode, const std::string& szText,
@@ -73,7 +77,8 @@ class CheckEngine {
                       std::int16_t iResultClass);
   void SendAlert(const std::string& szCode, std::int32_t lIndex);
   void CancelRequestFor(const std::string& szAddress);
-  void Arm(std::int32_t lSeconds, const std::string& szAddress, std::int16_t iCheckType);
+  void Request(std::int16_t iCheckType, const std::string& szAddress, std::int32_t lTimeOut);
+  void DisarmRequest();
 
   void SiteCheck_Disable();
   void SiteCheck_Enable();
@@ -82,5 +87,8 @@ class CheckEngine {
   Inet Inet1;
   bool bPassRunning = false;
   bool bQuitting = false;
-  bool bOutcomePending = false;  // a request was sent whose outcome is not recorded yet
+  // A request was sent and its outcome is not recorded yet. The first of answer, error, time-out and stop
+  // takes the outcome; what comes later about the same request is dropped, or one slow answer would count
+  // twice.
+  bool bOutcomePending = false;
 };

@@ -1,0 +1,260 @@
+// The pass itself: its two starters, the walk over the sites, and the stop command.
+#include <exception>
+
+#include "check/CheckEngine.h"
+#include "check/CookiePolicy.h"
+#include "check/Schedule.h"
+#include "log/CheckLog.h"
+#include "persistence/Settings.h"
+#include "persistence/modAddress.h"
+#include "platform/Clock.h"
+#include "platform/Text.h"
+#include "resources/Strings.h"
+
+namespace {
+
+constexpr std::int32_t lPollMilliseconds = 10;
+constexpr std::int16_t iClassFailure = 2;
+constexpr std::int16_t iClassDisabled = 3;
+constexpr std::int16_t iCookiesRefused = 2;
+
+std::string AddressOf(const SiteRecord& aSite) {
+  return LoadResString(IDS_AGENT) + (Text::IsBlank(aSite.URL) ? aSite.IP : aSite.URL);
+}
+
+std::string LastPanelText() {
+  return LoadResString(IDS_LAST) + " " + FormatTimeOfDay(Clock::Now());
+}
+
+}  // namespace
+
+class CheckEngine::PassScope {
+ public:
+  explicit PassScope(CheckEngine& aOwner) : Engine(aOwner) {
+    Engine.bPassRunning = true;
+    Engine.SiteCheck_Disable();
+  }
+  ~PassScope() {
+    try {
+      Engine.bCheckInProgress = false;
+      Engine.RequestTimeOut = 0;
+      CheckLog::WriteLog(false, false, true);
+      if (Engine.bPassFailure && !Engine.bQuitting) Engine.View.SoundBell();
+      Engine.SiteCheck_Enable();
+    } catch (const std::exception&) {
+      // Nothing in the wind-down is worth ending the program for.
+    }
+    Engine.bPassRunning = false;
+  }
+  PassScope(const PassScope&) = delete;
+  PassScope& operator=(const PassScope&) = delete;
+
+ private:
+  CheckEngine& Engine;
+};
+
+CheckEngine::CheckEngine(CheckView& aView) : View(aView) {
+  Inet1.StateChanged = [this](std::int16_t iState) { Inet1_StateChanged(iState); };
+}
+
+void CheckEngine::mF_StartCheck_Click() {
+  if (bPassRunning || bListBusy || bQuitting) return;
+  if (lSiteCount < 1) {
+    Schedule::SetNextCheck(IntervalMinutes());
+    View.ShowMessage(LoadResString(IDS_NO_SITES));
+    return;
+  }
+  const PassScope aPass(*this);
+  NameLogFile();
+  if (Settings.LogPeriod != 0) CheckLog::WriteLog(true, true, false);
+  Schedule::SetNextCheck(IntervalMinutes());
+  View.ShowPanel(3, LastPanelText());
+  View.EnableAutoTimer(false);
+  bCheckInProgress = true;
+  AutoSiteCheck();
+  View.ShowPanel(2, Schedule::NextPanelText());
+  if (!bQuitting) View.EnableAutoTimer(true);
+}
+
+void CheckEngine::TimerAutoCheck_Timer() {
+  // A pass that is longer than the interval is not joined by a second one: the overdue pass starts at the
+  // first tick after this one's end.
+  if (bPassRunning || bListBusy || bQuitting || !Schedule::IsDue()) return;
+  if (lSiteCount < 1) {
+    Schedule::SetNextCheck(IntervalMinutes());
+    View.ShowPanel(3, LoadResString(IDS_NO_SITES));
+    View.ShowPanel(2, Schedule::NextPanelText());
+    return;
+  }
+  const PassScope aPass(*this);
+  NameLogFile();
+  if (Settings.LogPeriod != 0) CheckLog::WriteLog(true, false, false);
+  bCheckInProgress = true;
+  Schedule::SetNextCheck(IntervalMinutes());
+  View.ShowPanel(3, LastPanelText());
+  AutoSiteCheck();
+  View.ShowPanel(2, Schedule::NextPanelText());
+}
+
+// A log file that cannot be pruned is no reason not to check.
+void CheckEngine::NameLogFile() {
+  try {
+    CheckLog::GetLogFileName(true);
+  } catch (const std::exception&) {
+    return;
+  }
+}
+
+void CheckEngine::AutoSiteCheck() {
+  bPassFailure = false;
+  lCheckIndex = 0;
+  View.ShowPanel(2, LoadResString(IDS_IN_PROGRESS));
+  Inet1.AcceptCookies(Settings.AllowType != iCookiesRefused);
+  Inet1.ForgetCookies();
+  {
+    const CookiePolicy aPolicy(Settings.AllowType);
+    for (std::int32_t i = 1; i <= lSiteCount; ++i)
+      aSites[static_cast<std::size_t>(i)].Comments.clear();
+    View.ClearRemarks();
+
+    // Sites that are added meanwhile wait for the next pass.
+    const std::int32_t lLast = lSiteCount;
+    for (std::int32_t i = 1; i <= lLast && i <= lSiteCount && bCheckInProgress; ++i) {
+      try {
+        CheckSite(i);
+      } catch (const std::exception&) {
+        DisarmRequest();  // the next site must not pay for this one
+      }
+    }
+    RequestTimeOut = 0;
+  }
+  View.CloseProgress();
+}
+
+void CheckEngine::CheckSite(std::int32_t i) {
+  const SiteRecord aSite = aSites[static_cast<std::size_t>(i)];
+  if (aSite.Enabled != 1) {
+    LogDisabledSite(i);
+    return;
+  }
+  if (aSite.IP.empty() && Text::IsBlank(aSite.URL)) return;
+  WaitForClient();
+  RequestTimeOut = AddSeconds(Clock::SteadyNow(), aSite.TimeOut);
+  CheckLog::CurrentEntry = {};
+  if (Text::IsBlank(aSite.URL) && Text::IsBlank(aSite.IP)) {
+    RequestTimeOut = 0;  // nothing is requested, so nothing may time out
+    CheckLog::CurrentEntry.Address = LoadResString(IDS_UNKNOWN_SITE) + std::to_string(i);
+    CheckLog::CurrentEntry.CheckTime = Clock::Now();
+    CheckLog::CurrentEntry.StatusText = LoadResString(IDS_MISSING_ADDRESS);
+    CheckLog::CurrentEntry.ResultClass = iClassFailure;
+    CheckLog::WriteLog(false, false, false);
+    View.SiteRecorded(i);
+    return;
+  }
+  RequestSite(i);
+}
+
+void CheckEngine::RequestSite(std::int32_t i) {
+  lCheckIndex = i;
+  const SiteRecord aSite = aSites[static_cast<std::size_t>(i)];
+  const bool bByURL = !Text::IsBlank(aSite.URL);
+  if (bByURL) CheckLog::CurrentEntry.CheckTime = Clock::Now();
+  CheckLog::CurrentEntry.Address = AddressOf(aSite);
+  bInetDoubleCheck = false;
+  Request(bByURL ? 1 : 2, Text::Trim(bByURL ? aSite.URL : aSite.IP), aSite.TimeOut);
+  ShowProgressFor(i);
+  WaitForClient();
+}
+
+void CheckEngine::LogDisabledSite(std::int32_t i) {
+  if (Settings.DiskLogDisabled != 0 || Settings.LogPeriod == 0) return;
+  const SiteRecord& aSite = aSites[static_cast<std::size_t>(i)];
+  const std::string szUnknown = LoadResString(IDS_UNKNOWN_SITE);
+  CheckLog::CurrentEntry = {};
+  CheckLog::CurrentEntry.Address =
+      Text::IsBlank(aSite.URL) && Text::IsBlank(aSite.IP) ? szUnknown + std::to_string(i) : AddressOf(aSite);
+  CheckLog::CurrentEntry.CheckTime = Clock::Now();
+  CheckLog::CurrentEntry.StatusText = szUnknown;
+  CheckLog::CurrentEntry.ResultClass = iClassDisabled;
+  CheckLog::WriteLog(false, false, false);
+}
+
+void CheckEngine::ShowProgressFor(std::int32_t i) {
+  if (View.IsMinimised()) {
+    View.CloseProgress();
+    return;
+  }
+  View.OpenProgress();
+  const SiteRecord& aSite = aSites[static_cast<std::size_t>(i)];
+  const std::string& szAddress = aSite.URL.empty() ? aSite.IP : aSite.URL;
+  if (!szAddress.empty()) {
+    View.ShowProgressSite(LoadResString(IDS_CHECKING) + " " + LoadResString(IDS_AGENT) + szAddress);
+  }
+}
+
+void CheckEngine::WaitForClient() {
+  while (Inet1.StillExecuting()) {
+    Inet1.Poll(lPollMilliseconds);
+    View.PumpEvents();
+  }
+}
+
+void CheckEngine::StopCheck() {
+  if (!bCheckInProgress) {
+    if (!bQuitting) View.ShowMessage(LoadResString(IDS_NOT_IN_PROGRESS));
+    return;
+  }
+  bCheckInProgress = false;
+  // Between two requests there is no site to put the remark on: its entry is written, or none has begun.
+  if (!bOutcomePending) return;
+  DisarmRequest();
+  const std::string szStopped = LoadResString(IDS_MANUALLY_STOPPED);
+  CheckLog::AddComment(szStopped);
+  CheckLog::CurrentEntry.ResultClass = iClassFailure;
+  CheckLog::WriteLog(false, false, false);
+  View.ShowLightText(lCheckIndex, szStopped);
+  View.ShowRemark(lCheckIndex, szStopped);
+  View.SiteRecorded(lCheckIndex);
+}
+
+void CheckEngine::Quit() {
+  bQuitting = true;
+  if (bCheckInProgress) StopCheck();
+}
+
+void CheckEngine::DropRequest(std::int32_t lSlot) {
+  if (bOutcomePending && lCheckIndex == lSlot) DisarmRequest();
+}
+
+void CheckEngine::ServeClient() {
+  Inet1.Poll(0);
+}
+
+void CheckEngine::Request(std::int16_t iCheckType, const std::string& szAddress, std::int32_t lTimeOut) {
+  // The time-out is TimerMain's to enforce. The client's own limit only stands behind it, so that a request
+  // ends even if no timer runs.
+  constexpr std::int32_t lBehindTimer = 5;
+  RequestTimeOut = AddSeconds(Clock::SteadyNow(), lTimeOut);
+  InetCheckType = iCheckType;
+  Inet1.RequestTimeout(lTimeOut + lBehindTimer);
+  bOutcomePending = true;
+  Inet1.Execute(LoadResString(IDS_AGENT) + szAddress, "GET");
+}
+
+// Whatever was in flight is over and leaves no outcome.
+void CheckEngine::DisarmRequest() {
+  bOutcomePending = false;
+  bInetDoubleCheck = false;
+  RequestTimeOut = 0;
+  Inet1.Cancel();
+}
+
+void CheckEngine::SiteCheck_Disable() {
+  for (int i = 0; i < lLockedCommands; ++i)
+    View.EnableCommand(static_cast<MenuCommand>(i), false);
+}
+
+void CheckEngine::SiteCheck_Enable() {
+  for (int i = 0; i < lLockedCommands; ++i)
+    View.EnableCommand(static_cast<MenuCommand>(i), true);
+}

@@ -1,0 +1,69 @@
+#include "check/CookiePolicy.h"
+
+#include <string>
+
+#include "persistence/ProductKeys.h"
+#include "persistence/RegistryAccess.h"
+
+using namespace RegistryAccess;
+
+namespace {
+
+constexpr char szValue[] = "AllowCookies";
+// While a pass runs, the user's own value is also kept here: a number, or an empty text where there was none.
+constexpr char szKept[] = "SavedAllowCookies";
+
+void PutBack(std::optional<std::int32_t> aSaved) {
+  if (aSaved) {
+    RegWriteValue(Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings, szValue, *aSaved,
+                  Registry::REG_DWORD);
+  } else {
+    RegRemoveValue(Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings, szValue);
+  }
+  RegRemoveValue(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szAllowCookie, szKept);
+}
+
+}  // namespace
+
+CookiePolicy::CookiePolicy(std::int16_t iAllowType) {
+  Variant aValue;
+  std::int32_t lType = 0;
+  const std::int32_t lCode =
+      RegReadValue(Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings, szValue, aValue, lType);
+  const bool bNumber = lCode == Registry::lSuccess && std::holds_alternative<std::int32_t>(aValue);
+  if (!bNumber && lCode != Registry::lNotFound) return;
+
+  const Registry::Transaction aBoth;
+  RegCreatePath(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szAllowCookie);
+  if (bNumber) {
+    SavedAllowCookies = std::get<std::int32_t>(aValue);
+    RegWriteValue(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szAllowCookie, szKept, aValue,
+                  Registry::REG_DWORD);
+  } else {
+    RegWriteValue(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szAllowCookie, szKept, std::string(),
+                  Registry::REG_SZ);
+  }
+  bReplaced = RegWriteValue(Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings, szValue,
+                            std::int32_t{iAllowType}, Registry::REG_DWORD) == Registry::lSuccess;
+}
+
+CookiePolicy::~CookiePolicy() {
+  if (!bReplaced) return;
+  const Registry::Transaction aBoth;
+  PutBack(SavedAllowCookies);
+}
+
+void CookiePolicy::RestoreAfterKill() {
+  Variant aKept;
+  std::int32_t lType = 0;
+  if (RegReadValue(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szAllowCookie, szKept, aKept, lType) !=
+      Registry::lSuccess) {
+    return;
+  }
+  const Registry::Transaction aBoth;
+  if (const auto* pNumber = std::get_if<std::int32_t>(&aKept)) {
+    PutBack(*pNumber);
+  } else {
+    PutBack(std::nullopt);
+  }
+}

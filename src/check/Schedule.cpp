@@ -1,0 +1,25 @@
+#include "check/Schedule.h"
+
+#include "platform/Clock.h"
+#include "resources/Strings.h"
+
+DateTime NextCheckTime = 0;
+
+namespace {
+// The same moment on the clock that nobody sets: if the wall clock is put back, NextCheckTime may lie days
+// ahead.
+DateTime dtNextByBoot = 0;
+}  // namespace
+
+void Schedule::SetNextCheck(std::int32_t lMinutes) {
+  NextCheckTime = AddMinutes(Clock::Now(), lMinutes);
+  dtNextByBoot = AddMinutes(Clock::BootNow(), lMinutes);
+}
+
+bool Schedule::IsDue() {
+  return Clock::Now() >= NextCheckTime || Clock::BootNow() >= dtNextByBoot;
+}
+
+std::string Schedule::NextPanelText() {
+  return LoadResString(IDS_NEXT) + " " + FormatTimeOfDay(NextCheckTime);
+}
