@@ -1,0 +1,91 @@
+#!/usr/bin/env bash
+# setup-debian.sh build|test: installs what building, or building and testing, needs on Debian 12 or newer or
+# Ubuntu 24.04 or newer. Says what it installs; does nothing, and needs no network, when all is there.
+# KESTROVA_SKIP_SETUP=1 leaves the machine as it is.
+set -euo pipefail
+
+[ "${KESTROVA_SKIP_SETUP:-0}" = 1 ] && exit 0
+
+build_packages=(
+  g++ cmake ninja-build ccache pkg-config
+  libcurl4-openssl-dev libsqlite3-dev libwxgtk3.2-dev
+  libcli11-dev nlohmann-json3-dev
+  libgtest-dev libbenchmark-dev
+)
+# A display without a screen, and on it a window manager, a tray and what looks at windows from outside.
+display_packages=(xvfb xauth metacity trayer xdotool imagemagick)
+# Real servers that some tests talk to. Those tests say so and step aside where one is missing.
+server_packages=(nginx-light opensmtpd)
+
+say() { echo "setup: $*"; }
+
+missing_of() {
+  local package
+  for package in "$@"; do
+    dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed || echo "$package"
+  done
+}
+
+check_system() {
+  local ID="" VERSION_ID=""
+  # shellcheck source=/dev/null
+  [ -r /etc/os-release ] && . /etc/os-release
+  case "$ID" in
+    debian) dpkg --compare-versions "${VERSION_ID:-99}" ge 12 && return ;;
+    ubuntu) dpkg --compare-versions "${VERSION_ID:-99}" ge 24.04 && return ;;
+  esac
+  say "this machine is \"${ID:-unknown} ${VERSION_ID:-}\"; packages are installed on Debian 12 or newer and Ubuntu 24.04 or newer."
+  say "Install by hand what corresponds to: $*"
+  say "then run again with KESTROVA_SKIP_SETUP=1."
+  exit 1
+}
+
+as_root() {
+  if [ "$(id -u)" = 0 ]; then
+    env DEBIAN_FRONTEND=noninteractive "$@"
+  elif command -v sudo >/dev/null; then
+    sudo env DEBIAN_FRONTEND=noninteractive "$@"
+  else
+    say "this needs root and there is no sudo. Run as root: $*"
+    exit 1
+  fi
+}
+
+# Freshly installed servers are not started: the tests start their own copies on ports of their own.
+install_without_starting() {
+  local policy=/usr/sbin/policy-rc.d made=no result=0
+  if [ ! -e "$policy" ]; then
+    as_root sh -c "printf '#!/bin/sh\nexit 101\n' > $policy && chmod 755 $policy"
+    made=yes
+  fi
+  as_root apt-get install -y -q --no-install-recommends "$@" || result=$?
+  if [ "$made" = yes ]; then as_root rm -f "$policy"; fi
+  return $result
+}
+
+case "${1:-build}" in
+  build) wanted=("${build_packages[@]}") servers=() ;;
+  test) wanted=("${build_packages[@]}" "${display_packages[@]}") servers=("${server_packages[@]}") ;;
+  *) echo "usage: $0 build|test" >&2; exit 2 ;;
+esac
+
+if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
+  say "there is no apt here. Install by hand what corresponds to: ${wanted[*]}"
+  say "then run again with KESTROVA_SKIP_SETUP=1."
+  exit 1
+fi
+
+mapfile -t missing < <(missing_of "${wanted[@]}")
+mapfile -t missing_servers < <([ ${#servers[@]} = 0 ] || missing_of "${servers[@]}")
+if [ ${#missing[@]} = 0 ] && [ ${#missing_servers[@]} = 0 ]; then exit 0; fi
+
+check_system "${wanted[@]}"
+say "installing with apt: ${missing[*]} ${missing_servers[*]}"
+as_root apt-get update -q || say "apt-get update had errors; going on with the package lists that are here"
+if [ ${#missing[@]} != 0 ]; then install_without_starting "${missing[@]}"; fi
+# --no-remove: a mail server of the machine's own stays; the tests with the other one are then left out.
+for package in "${missing_servers[@]}"; do
+  install_without_starting --no-remove "$package" ||
+    say "$package cannot be installed beside what is here; the tests that use it are left out"
+done
+say "done"
