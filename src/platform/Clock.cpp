@@ -1,0 +1,49 @@
+#include "platform/Clock.h"
+
+#include <optional>
+
+namespace {
+
+// The moment from which the steady and the boot date-time count, taken together so that they agree.
+struct Start {
+  DateTime dtWall;
+  double dSteady;
+  double dBoot;
+};
+
+Clock::Source* pReplaced = nullptr;
+std::optional<Start> aStart;
+
+Clock::Source& Current() {
+  return pReplaced != nullptr ? *pReplaced : Clock::System();
+}
+
+const Start& Started() {
+  if (!aStart) aStart = {Current().WallTime(), Current().SteadySeconds(), Current().BootSeconds()};
+  return *aStart;
+}
+
+}  // namespace
+
+DateTime Clock::Now() {
+  return Current().WallTime();
+}
+
+DateTime Clock::SteadyNow() {
+  const auto& aFrom = Started();
+  return AddSeconds(aFrom.dtWall, Current().SteadySeconds() - aFrom.dSteady);
+}
+
+DateTime Clock::BootNow() {
+  const auto& aFrom = Started();
+  return AddSeconds(aFrom.dtWall, Current().BootSeconds() - aFrom.dBoot);
+}
+
+void Clock::Wait(double dSeconds) {
+  Current().Wait(dSeconds);
+}
+
+void Clock::Replace(Source* pSource) {
+  pReplaced = pSource;
+  aStart.reset();
+}

@@ -1,0 +1,49 @@
+#include <time.h>
+
+#include <algorithm>
+
+#include "platform/Clock.h"
+
+namespace {
+
+double Seconds(clockid_t lClock) {
+  timespec aTime{};
+  clock_gettime(lClock, &aTime);
+  return static_cast<double>(aTime.tv_sec) + static_cast<double>(aTime.tv_nsec) / 1e9;
+}
+
+class SystemSource : public Clock::Source {
+ public:
+  DateTime WallTime() override {
+    timespec aTime{};
+    clock_gettime(CLOCK_REALTIME, &aTime);
+    tzset();  // localtime_r alone would miss a change of the machine's time zone
+    tm aLocal{};
+    localtime_r(&aTime.tv_sec, &aLocal);
+    const DateTime dtWhole = JoinDateTime({.lYear = aLocal.tm_year + 1900,
+                                           .lMonth = aLocal.tm_mon + 1,
+                                           .lDay = aLocal.tm_mday,
+                                           .lHour = aLocal.tm_hour,
+                                           .lMinute = aLocal.tm_min,
+                                           .lSecond = aLocal.tm_sec});
+    return AddSeconds(dtWhole, static_cast<double>(aTime.tv_nsec) / 1e9);
+  }
+
+  double SteadySeconds() override { return Seconds(CLOCK_MONOTONIC); }
+  double BootSeconds() override { return Seconds(CLOCK_BOOTTIME); }
+
+  // A signal ends the wait early, so that Ctrl-C is noticed at once.
+  void Wait(double dSeconds) override {
+    const double dBounded = std::clamp(dSeconds, 0.0, 86400.0);
+    const auto lWhole = static_cast<time_t>(dBounded);
+    const timespec aTime{lWhole, static_cast<long>((dBounded - static_cast<double>(lWhole)) * 1e9)};
+    nanosleep(&aTime, nullptr);
+  }
+};
+
+}  // namespace
+
+Clock::Source& Clock::System() {
+  static SystemSource aSource;
+  return aSource;
+}
