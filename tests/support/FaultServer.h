@@ -1,0 +1,137 @@
+// FaultServer: a web server on 127.0.0.1 that answers as it is told, rightly or wrongly. One thread of its
+// own serves any number of connections; the destructor stops it at once, whatever it is doing.
+//
+// An answer is a list of steps, done in order once the request's header is in; after the last one the
+// connection is closed. Answers are chosen by the request's path:
+//
+//   FaultServer aServer;
+//   aServer.Serve("/good", Fault::Ok());
+//   aServer.Serve("/short", {Fault::Send("HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nabc"),
+//   Fault::Reset()}); aServer.ServeInOrder("/flaps", {Fault::Status("500 Oops"), Fault::Ok()});   // the last
+//   one stays aInet.Execute(aServer.URL("/good"), "GET");
+//
+// All members may be called from any thread, at any time.
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <list>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "support/Sockets.h"
+
+namespace Fault {
+
+struct Step {
+  enum class Kind { Send, Drip, Endless, Delay, Hang, HalfClose, Reset };
+  Kind iKind;
+  std::string szBytes;
+  std::int32_t lMilliseconds = 0;
+};
+using Answer = std::vector<Step>;
+
+Step Send(std::string szBytes);
+Step Drip(std::string szBytes, std::int32_t lMilliseconds);  // byte by byte, with that pause between
+Step Endless(const std::string& szBytes);                    // again and again until the client goes
+Step Delay(std::int32_t lMilliseconds);
+Step Hang();       // nothing more until the client goes
+Step HalfClose();  // the client reads the end, the connection stays open for the next step
+Step Reset();      // ends with a reset
+
+// A whole answer with that status ("404 Not Found") and body, its length declared.
+Answer Status(const std::string& szStatus, const std::string& szBody = "");
+Answer Ok(const std::string& szBody = "fine");
+
+}  // namespace Fault
+
+class FaultServer {
+ public:
+  // Port 0: the system chooses. Throws std::runtime_error when the port cannot be had.
+  explicit FaultServer(std::uint16_t iPort = 0);
+  ~FaultServer();
+  FaultServer(const FaultServer&) = delete;
+  FaultServer& operator=(const FaultServer&) = delete;
+
+  std::uint16_t Port() const { return iPort; }
+  std::string Address() const;                        // "127.0.0.1:PORT"
+  std::string URL(const std::string& szPath) const;   // "http://127.0.0.1:PORT" and the path
+  std::string Site(const std::string& szPath) const;  // the same without the scheme, as a site list has it
+
+  // The answer for a path (with its query, as in the request line). A path without one gets that of "*",
+  // which is Ok() until it is set.
+  void Serve(const std::string& szPath, Fault::Answer aAnswer);
+  // The first request for the path gets the first answer, and so on; the last one stays.
+  void ServeInOrder(const std::string& szPath, std::vector<Fault::Answer> aAnswers);
+  // Every later connection gets this answer as soon as it stands, before any request.
+  void AtConnect(Fault::Answer aAnswer);
+
+  struct Request {
+    std::string szPath;
+    std::string szHead;  // raw, with the blank line
+  };
+  std::vector<Request> Requests() const;  // in order of arrival
+  std::size_t Count() const;              // also counts what KeepRequests(false) lets go
+  std::size_t Count(const std::string& szPath) const;
+  void KeepRequests(bool bKeep);  // a benchmark that watches memory keeps none
+  std::size_t OpenConnections() const;
+  // True once so many requests have come in all; false when the time ran out first.
+  bool WaitForRequests(std::size_t lCount, std::int32_t lMilliseconds = 5000) const;
+  // True once every client has gone.
+  bool WaitUntilIdle(std::int32_t lMilliseconds = 5000) const;
+
+  // A port of 127.0.0.1 on which nothing listens.
+  static std::uint16_t RefusingPort();
+
+ private:
+  using Moment = std::chrono::steady_clock::time_point;
+  using SharedAnswer = std::shared_ptr<const Fault::Answer>;
+  struct Connection;
+
+  void Run();
+  std::int32_t CollectWatches(std::vector<Sockets::Watch>& aWatches) const;
+  void AcceptAll();
+  bool Attend(Connection& aConnection, bool bReadable);
+  bool ReadRequest(Connection& aConnection);
+  bool Advance(Connection& aConnection);
+  bool DoStep(Connection& aConnection, const Fault::Step& aStep, bool& bDone);
+  SharedAnswer Choose(const std::string& szPath);
+
+  std::uint16_t iPort;
+  Sockets::Handle hListener;
+  Sockets::Bell aBell;
+  mutable std::mutex aLock;  // guards all below but aConnections, which is the thread's own
+  mutable std::condition_variable aChanged;
+  bool bStop = false;
+  bool bKeepRequests = true;
+  std::map<std::string, std::deque<SharedAnswer>> aAnswers;
+  SharedAnswer aAtConnect;
+  std::vector<Request> aRequests;
+  std::size_t lCount = 0;
+  std::size_t lOpen = 0;
+  std::list<Connection> aConnections;
+  std::thread aThread;
+};
+
+// A port whose connections never stand: the queue of waiting connections is full and nobody accepts. A
+// client hangs in connecting. (Windows itself refuses instead, with a reset.)
+class DeafPort {
+ public:
+  DeafPort();
+  ~DeafPort();
+  DeafPort(const DeafPort&) = delete;
+  DeafPort& operator=(const DeafPort&) = delete;
+  std::uint16_t Port() const { return iPort; }
+
+ private:
+  std::uint16_t iPort = 0;
+  Sockets::Handle hListener;
+  std::vector<Sockets::Handle> aFillers;
+};
