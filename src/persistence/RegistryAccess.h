@@ -1,7 +1,8 @@
 // RegistryAccess: the one way to the registry for everything above the platform. Every operation opens the
 // key it needs, does one thing, closes the key and answers the platform's result code; it keeps nothing and
-// shows nothing. Whether the open succeeded is not looked at: on a missing key the next call answers 6
-// (invalid handle), and callers read 6 as "no such key", 2 as "no such value".
+// shows nothing. Whether the key was found is not looked at: on a missing key the next call answers 6
+// (invalid handle), and callers read 6 as "no such key", 2 as "no such value". A store that refuses the open
+// answers 5, so that it is never taken for an empty one.
 //
 // Two types are handled: REG_SZ (1) and REG_DWORD (4, read as a signed number).
 #pragma once
@@ -30,9 +31,12 @@ std::int32_t RegRemoveKey(Registry::Key hRoot, const std::string& szPath);
 std::int32_t RegRemoveValue(Registry::Key hRoot, const std::string& szPath, const std::string& szName);
 
 // Subkey names in listing order, each followed by one NUL; index 0 to lMaxIndex inclusive. Always 0.
-// lMaxIndex 0 becomes 50, lBufferLength 0 becomes 256.
+// lMaxIndex 0 becomes 50, lBufferLength 0 becomes 256. A name of more than 255 bytes is left out. pEnd, where
+// given, gets the code that ended the listing: lNoMoreItems, lSuccess at the bound, lInvalidHandle for a
+// missing key; with any other one the names are not all there.
 std::int32_t RegListKeys(Registry::Key hRoot, const std::string& szPath, std::string& szNames,
-                         std::int32_t& lCount, std::int32_t& lMaxIndex, std::int32_t& lBufferLength);
+                         std::int32_t& lCount, std::int32_t& lMaxIndex, std::int32_t& lBufferLength,
+                         std::int32_t* pEnd = nullptr);
 
 // Entries stand in slots 1..lCount, slot 0 stays empty; at most lLimit entries. 0, or the first code other
 // than "no more items". lFirstLimit 0 becomes 50 and is not used further, lLimit 0 becomes 256.

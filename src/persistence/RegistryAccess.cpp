@@ -1,0 +1,297 @@
+#include "persistence/RegistryAccess.h"
+
+#include <algorithm>
+#include <limits>
+#include <optional>
+
+#include "platform/Text.h"
+
+namespace RegistryAccess {
+namespace {
+
+constexpr std::uint32_t lFullAccess = 0x3F;
+constexpr std::uint32_t lKeyNameBuffer = 256;
+
+constexpr std::int32_t lTypeText = static_cast<std::int32_t>(Registry::REG_SZ);
+constexpr std::int32_t lTypeNumber = static_cast<std::int32_t>(Registry::REG_DWORD);
+
+// A key that is missing stays 0, and the call made with it answers lInvalidHandle. A store that refuses is
+// something else: taken for a missing key it would make callers put defaults over what is stored.
+class OpenedKey {
+ public:
+  OpenedKey(Registry::Key hRoot, const std::string& szPath) {
+    if (Registry::RegOpenKeyExA(hRoot, szPath.c_str(), lFullAccess, hKey) == Registry::lAccessDenied)
+      bRefused = true;
+  }
+  ~OpenedKey() {
+    if (hKey != 0) Registry::RegCloseKey(hKey);
+  }
+  OpenedKey(const OpenedKey&) = delete;
+  OpenedKey& operator=(const OpenedKey&) = delete;
+
+  Registry::Key hKey = 0;
+  bool bRefused = false;
+};
+
+std::optional<std::int32_t> NumberOfText(const std::string& szText) {
+  const auto szNumber = Text::Trim(szText);
+  const bool bSigned = szNumber.starts_with('-') || szNumber.starts_with('+');
+  if (!Text::IsDigits(std::string_view(szNumber).substr(bSigned ? 1 : 0))) return std::nullopt;
+  return Text::LeadingNumber(szNumber);
+}
+
+std::optional<std::int32_t> NumberOf(const Variant& aValue) {
+  if (const auto* pNumber = std::get_if<std::int32_t>(&aValue)) return *pNumber;
+  if (const auto* pText = std::get_if<std::string>(&aValue)) return NumberOfText(*pText);
+  return 0;
+}
+
+std::string TextOf(const Variant& aValue) {
+  if (const auto* pNumber = std::get_if<std::int32_t>(&aValue)) return std::to_string(*pNumber);
+  if (const auto* pText = std::get_if<std::string>(&aValue)) return *pText;
+  return {};
+}
+
+void Assign(const Variant& aValue, Variant& aField) {
+  aField = aValue;
+}
+
+void Assign(const Variant& aValue, std::string& szField) {
+  szField = TextOf(aValue);
+}
+
+template <typename Number>
+void Assign(const Variant& aValue, Number& lField) {
+  if (const auto lNumber = NumberOf(aValue)) lField = Text::Saturate<Number>(*lNumber);
+}
+
+std::int32_t QueryText(Registry::Key hKey, const std::string& szName, std::uint32_t lSize,
+                       std::optional<Variant>& aFound, std::int32_t& lType) {
+  if (lSize == 0) return Registry::lSuccess;
+  std::string szBuffer(lSize, '\0');
+  const auto lCode = Registry::RegQueryValueExA(hKey, szName.c_str(), nullptr, szBuffer.data(), &lSize);
+  lType = lTypeText;
+  if (lCode != Registry::lSuccess) {
+    aFound = Variant{};
+    return lCode;
+  }
+  szBuffer.resize(std::min<std::size_t>(szBuffer.size(), lSize));
+  if (!szBuffer.empty()) szBuffer.pop_back();  // the NUL that every stored string ends with
+  aFound = std::move(szBuffer);
+  return lCode;
+}
+
+std::int32_t QueryNumber(Registry::Key hKey, const std::string& szName, std::optional<Variant>& aFound,
+                         std::int32_t& lType) {
+  std::int32_t lNumber = 0;
+  std::uint32_t lSize = sizeof lNumber;
+  const auto lCode = Registry::RegQueryValueExA(hKey, szName.c_str(), nullptr, &lNumber, &lSize);
+  if (lCode == Registry::lSuccess) aFound = lNumber;
+  lType = lTypeNumber;
+  return lCode;
+}
+
+// aFound and lType stay as they are where there is nothing to answer.
+std::int32_t Query(Registry::Key hKey, const std::string& szName, std::optional<Variant>& aFound,
+                   std::int32_t& lType) {
+  std::uint32_t lStoredType = 0;
+  std::uint32_t lSize = 0;
+  const auto lCode = Registry::RegQueryValueExA(hKey, szName.c_str(), &lStoredType, nullptr, &lSize);
+  if (lCode != Registry::lSuccess) return lCode;
+  if (lStoredType == Registry::REG_SZ) return QueryText(hKey, szName, lSize, aFound, lType);
+  if (lStoredType == Registry::REG_DWORD) return QueryNumber(hKey, szName, aFound, lType);
+  lType = 0;
+  return -1;
+}
+
+template <typename Field>
+std::int32_t ReadInto(Registry::Key hRoot, const std::string& szPath, const std::string& szName,
+                      Field& aField, std::int32_t& lType) {
+  const OpenedKey aKey(hRoot, szPath);
+  if (aKey.bRefused) return Registry::lAccessDenied;
+  std::optional<Variant> aFound;
+  const auto lCode = Query(aKey.hKey, szName, aFound, lType);
+  if (aFound) Assign(*aFound, aField);
+  return lCode;
+}
+
+// Reads the value that has just been listed. Data beyond the limit is not read.
+void FillEntry(Registry::Key hKey, const std::string& szStoredName, std::uint32_t lStoredType,
+               std::uint32_t lLimit, RegValueEntry& aEntry) {
+  if (lStoredType == Registry::REG_SZ) {
+    std::string szBuffer(lLimit, ' ');
+    auto lSize = lLimit;
+    const auto lCode =
+        Registry::RegQueryValueExA(hKey, szStoredName.c_str(), nullptr, szBuffer.data(), &lSize);
+    if (lCode != Registry::lSuccess) szBuffer.clear();
+    szBuffer.resize(std::min<std::size_t>(szBuffer.size(), lSize));
+    aEntry.Value = Text::Trim(szBuffer.substr(0, szBuffer.find('\0')));
+    aEntry.Type = lTypeText;
+  } else if (lStoredType == Registry::REG_DWORD) {
+    std::int32_t lNumber = 0;
+    std::uint32_t lSize = sizeof lNumber;
+    Registry::RegQueryValueExA(hKey, szStoredName.c_str(), nullptr, &lNumber, &lSize);
+    aEntry.Value = lNumber;
+    aEntry.Type = lTypeNumber;
+  } else {
+    aEntry.Type = -1;
+  }
+}
+
+// Below zero, zero or above it, as the left key is less, equal or greater. Numbers stand before texts.
+int Compare(const Variant& aLeft, const Variant& aRight) {
+  const auto* pLeft = std::get_if<std::string>(&aLeft);
+  const auto* pRight = std::get_if<std::string>(&aRight);
+  if (pLeft != nullptr && pRight != nullptr) return pLeft->compare(*pRight);
+  if (pLeft != nullptr || pRight != nullptr) return pLeft != nullptr ? 1 : -1;
+  const auto lLeft = NumberOf(aLeft).value_or(0);
+  const auto lRight = NumberOf(aRight).value_or(0);
+  return lLeft < lRight ? -1 : lLeft > lRight ? 1 : 0;
+}
+
+}  // namespace
+
+std::int32_t RegCreatePath(Registry::Key hRoot, const std::string& szPath) {
+  Registry::Key hKey = 0;
+  const auto lCode = Registry::RegCreateKeyExA(hRoot, szPath.c_str(), lFullAccess, hKey);
+  if (hKey != 0) Registry::RegCloseKey(hKey);
+  return lCode;
+}
+
+std::int32_t RegRemoveKey(Registry::Key hRoot, const std::string& szPath) {
+  return Registry::RegDeleteKeyA(hRoot, szPath.c_str());
+}
+
+std::int32_t RegRemoveValue(Registry::Key hRoot, const std::string& szPath, const std::string& szName) {
+  const OpenedKey aKey(hRoot, szPath);
+  if (aKey.bRefused) return Registry::lAccessDenied;
+  return Registry::RegDeleteValueA(aKey.hKey, szName.c_str());
+}
+
+std::int32_t RegListKeys(Registry::Key hRoot, const std::string& szPath, std::string& szNames,
+                         std::int32_t& lCount, std::int32_t& lMaxIndex, std::int32_t& lBufferLength,
+                         std::int32_t* pEnd) {
+  szNames.clear();
+  lCount = 0;
+  if (lMaxIndex == 0) lMaxIndex = 50;
+  if (lBufferLength == 0) lBufferLength = 256;
+  const OpenedKey aKey(hRoot, szPath);
+  const auto lBytes = std::max<std::uint32_t>(Text::Saturate<std::uint32_t>(lBufferLength), lKeyNameBuffer);
+  auto lCode = aKey.bRefused ? Registry::lAccessDenied : Registry::lSuccess;
+  for (std::int32_t lIndex = 0; lIndex <= lMaxIndex && lCode == Registry::lSuccess; ++lIndex) {
+    std::string szName(lBytes, ' ');
+    lCode =
+        Registry::RegEnumKeyA(aKey.hKey, static_cast<std::uint32_t>(lIndex), szName.data(), lKeyNameBuffer);
+    if (lCode == Registry::lSuccess) {
+      szNames += Text::Trim(szName);
+      ++lCount;
+    } else if (lCode == Registry::lMoreData) {
+      lCode = Registry::lSuccess;  // one name that is too long must not hide all those after it
+    }
+  }
+  if (pEnd != nullptr) *pEnd = lCode;
+  return Registry::lSuccess;
+}
+
+std::int32_t RegListValues(Registry::Key hRoot, const std::string& szPath,
+                           std::vector<RegValueEntry>& aEntries, std::int32_t& lCount,
+                           std::int32_t& lFirstLimit, std::int32_t& lLimit) {
+  lCount = 0;
+  aEntries.clear();
+  if (lFirstLimit == 0) lFirstLimit = 50;
+  if (lLimit == 0) lLimit = 256;
+  aEntries.resize(1);
+  const OpenedKey aKey(hRoot, szPath);
+  if (aKey.bRefused) return Registry::lAccessDenied;
+  const auto lBytes = Text::Saturate<std::uint32_t>(lLimit);
+  std::int32_t lResult = Registry::lSuccess;
+  for (std::int32_t lIndex = 0; lIndex <= lLimit; ++lIndex) {
+    ++lCount;
+    std::string szName(lBytes, ' ');
+    auto lNameSize = lBytes;
+    auto lDataSize = lBytes;
+    std::uint32_t lStoredType = 0;
+    const auto lCode = Registry::RegEnumValueA(aKey.hKey, static_cast<std::uint32_t>(lIndex), szName.data(),
+                                               &lNameSize, &lStoredType, nullptr, &lDataSize);
+    if (lCode != Registry::lSuccess) {
+      if (lCode != Registry::lNoMoreItems) lResult = lCode;
+      break;
+    }
+    szName.resize(std::min(szName.find('\0'), szName.size()));
+    auto& aEntry = aEntries.emplace_back();
+    aEntry.Name = Text::Trim(szName);
+    FillEntry(aKey.hKey, szName, lStoredType, lBytes, aEntry);
+  }
+  if (lCount > 0) --lCount;  // the last turn failed or went past the limit
+  aEntries.resize(static_cast<std::size_t>(lCount) + 1);
+  return lResult;
+}
+
+std::int32_t RegWriteValueAt(Registry::Key hKey, const std::string& szName, std::int32_t lType,
+                             const Variant& aValue) {
+  if (lType == lTypeText) {
+    const auto szText = TextOf(aValue);
+    return Registry::RegSetValueExA(
+        hKey, szName.c_str(), Registry::REG_SZ, szText.c_str(),
+        Text::Saturate<std::uint32_t>(static_cast<std::int64_t>(szText.size()) + 1));
+  }
+  if (lType == lTypeNumber) {
+    const auto lNumber = NumberOf(aValue);
+    if (!lNumber) return Registry::lInvalidParameter;
+    return Registry::RegSetValueExA(hKey, szName.c_str(), Registry::REG_DWORD, &*lNumber, sizeof *lNumber);
+  }
+  return Registry::lSuccess;
+}
+
+std::int32_t RegWriteValue(Registry::Key hRoot, const std::string& szPath, const std::string& szName,
+                           const Variant& aValue, std::int32_t lType) {
+  const OpenedKey aKey(hRoot, szPath);
+  if (aKey.bRefused) return Registry::lAccessDenied;
+  return RegWriteValueAt(aKey.hKey, szName, lType, aValue);
+}
+
+std::int32_t RegReadValueAt(Registry::Key hKey, const std::string& szName, Variant& aValue,
+                            std::int32_t& lType) {
+  std::optional<Variant> aFound;
+  const auto lCode = Query(hKey, szName, aFound, lType);
+  if (aFound) aValue = *aFound;
+  return lCode;
+}
+
+std::int32_t RegReadValue(Registry::Key hRoot, const std::string& szPath, const std::string& szName,
+                          Variant& aValue, std::int32_t& lType) {
+  return ReadInto(hRoot, szPath, szName, aValue, lType);
+}
+
+std::int32_t RegReadValue(Registry::Key hRoot, const std::string& szPath, const std::string& szName,
+                          std::string& szField, std::int32_t& lType) {
+  return ReadInto(hRoot, szPath, szName, szField, lType);
+}
+
+std::int32_t RegReadValue(Registry::Key hRoot, const std::string& szPath, const std::string& szName,
+                          std::uint8_t& iField, std::int32_t& lType) {
+  return ReadInto(hRoot, szPath, szName, iField, lType);
+}
+
+std::int32_t RegReadValue(Registry::Key hRoot, const std::string& szPath, const std::string& szName,
+                          std::int16_t& iField, std::int32_t& lType) {
+  return ReadInto(hRoot, szPath, szName, iField, lType);
+}
+
+std::int32_t RegReadValue(Registry::Key hRoot, const std::string& szPath, const std::string& szName,
+                          std::int32_t& lField, std::int32_t& lType) {
+  return ReadInto(hRoot, szPath, szName, lField, lType);
+}
+
+void SortKeyedRecords(std::vector<std::pair<Variant, Variant>>& aRecords, std::int32_t lCount,
+                      bool bAscending) {
+  const auto lEnd = std::min(aRecords.size(), static_cast<std::size_t>(std::max(lCount, 0)) + 1);
+  for (std::size_t i = 1; i < lEnd; ++i) {
+    for (std::size_t j = i + 1; j < lEnd; ++j) {
+      const int iOrder = Compare(aRecords[i].first, aRecords[j].first);
+      if (bAscending ? iOrder > 0 : iOrder < 0) std::swap(aRecords[i], aRecords[j]);
+    }
+  }
+}
+
+}  // namespace RegistryAccess
