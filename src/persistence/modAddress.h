@@ -56,9 +56,13 @@ void WriteSiteRecord(const SiteRecord& aRecord, std::int32_t lIndex);
 // deleted.
 void RebuildSiteIndex();
 
+// The names of all site keys in the registry, at most one more than the list can hold. False when the store
+// did not give them all.
+bool ListKeyNames(std::vector<std::string>& aNames);
+
 void SetSiteCount(std::int32_t n);
 
-// Removes site n from the registry and reloads the list.
+// Removes site n from the registry, renumbers the others and reloads the list.
 void DeleteSite(std::int32_t n);
 
 // Whether the registry holds a site under this URL; its record, as stored.

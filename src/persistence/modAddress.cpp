@@ -1,0 +1,287 @@
+#include "persistence/modAddress.h"
+
+#include <algorithm>
+#include <set>
+#include <utility>
+
+#include "persistence/ProductKeys.h"
+#include "persistence/RegistryAccess.h"
+#include "persistence/modBasic.h"
+#include "platform/MsgBox.h"
+#include "platform/Text.h"
+#include "resources/Strings.h"
+
+std::vector<SiteRecord> aSites;
+std::int32_t lSiteCount = 0;
+
+namespace modAddress {
+namespace {
+
+using RegistryAccess::RegReadValue;
+using RegistryAccess::RegValueEntry;
+using RegistryAccess::RegWriteValue;
+
+constexpr auto hRoot = Registry::HKEY_LOCAL_MACHINE;
+constexpr std::int32_t lText = 1;
+constexpr std::int32_t lNumber = 4;
+constexpr std::int32_t lImportedIndex = 2000;
+constexpr std::size_t lReferencePrefix = 6;  // "Domain"
+
+std::string SiteKey(const std::string& szKeyName) {
+  return std::string(ProductKeys::szAddress) + "\\" + szKeyName;
+}
+
+std::string ReferenceName(std::int32_t n) {
+  return "Domain" + std::to_string(n);
+}
+
+bool IsReference(const RegValueEntry& aEntry) {
+  const auto* pKeyName = std::get_if<std::string>(&aEntry.Value);
+  return Text::EqualNoCase(aEntry.Name.substr(0, lReferencePrefix), "Domain") && aEntry.Type == lText &&
+         pKeyName != nullptr && !Text::IsBlank(*pKeyName);
+}
+
+std::int16_t ReferenceNumber(const RegValueEntry& aEntry) {
+  return Text::Saturate<std::int16_t>(Text::LeadingNumber(aEntry.Name.substr(lReferencePrefix)));
+}
+
+// The references in the order of their numbers. The system lists values as it likes ("Domain10" before
+// "Domain2"), and a site whose slot is not its number would be deleted in another's place.
+std::vector<RegValueEntry> SortedReferences(const std::vector<RegValueEntry>& aEntries) {
+  std::vector<RegValueEntry> aReferences;
+  std::copy_if(aEntries.begin(), aEntries.end(), std::back_inserter(aReferences), IsReference);
+  std::stable_sort(aReferences.begin(), aReferences.end(), [](const auto& aLeft, const auto& aRight) {
+    return ReferenceNumber(aLeft) < ReferenceNumber(aRight);
+  });
+  return aReferences;
+}
+
+std::int32_t ListReferences(std::vector<RegValueEntry>& aEntries) {
+  std::int32_t lCount = 0;
+  std::int32_t lFirstLimit = lSiteCapacity;
+  std::int32_t lLimit = lSiteCapacity;
+  return RegistryAccess::RegListValues(hRoot, ProductKeys::szAddressKey, aEntries, lCount, lFirstLimit,
+                                       lLimit);
+}
+
+void WriteFields(const std::string& szKeyName, const SiteRecord& aRecord, std::int32_t lIndex) {
+  const auto szKey = SiteKey(szKeyName);
+  RegWriteValue(hRoot, szKey, "Index", lIndex, lNumber);
+  RegWriteValue(hRoot, szKey, "URL", aRecord.URL, lText);
+  RegWriteValue(hRoot, szKey, "IP", aRecord.IP, lText);
+  RegWriteValue(hRoot, szKey, "Comments", aRecord.Comments, lText);
+  RegWriteValue(hRoot, szKey, "Enabled", std::int32_t{aRecord.Enabled}, lNumber);
+  RegWriteValue(hRoot, szKey, "Status", std::int32_t{aRecord.Status}, lNumber);
+  RegWriteValue(hRoot, szKey, "Timeout", aRecord.TimeOut, lNumber);
+}
+
+void TakeSite(const std::string& szKeyName, SiteRecord aRecord, bool bKeepStatus, bool bKeepComments) {
+  const auto szKey = SiteKey(modBasic::EscapeBackslash(szKeyName));
+  if (!bKeepStatus) {
+    aRecord.Status = 0;
+    RegWriteValue(hRoot, szKey, "Status", 4, lNumber);
+  }
+  if (!bKeepComments) {
+    aRecord.Comments.clear();
+    RegWriteValue(hRoot, szKey, "Comments", std::string(), lText);
+  }
+  aSites.push_back(std::move(aRecord));
+  ++lSiteCount;
+}
+
+std::int32_t BeginIndex(std::string& szMessage) {
+  const auto lCode = RegistryAccess::RegCreatePath(hRoot, ProductKeys::szAddressKey);
+  if (lCode == Registry::lSuccess)
+    SetSiteCount(0);
+  else
+    szMessage = LoadResString(IDS_ADDRESS_CREATE_FAILED);
+  return lCode;
+}
+
+std::int32_t ReadList(bool bKeepStatus, bool bKeepComments, std::string& szMessage) {
+  const Registry::Transaction aOneCommit;
+  std::vector<RegValueEntry> aEntries;
+  const auto lCode = ListReferences(aEntries);
+  if (lCode == Registry::lInvalidHandle) return BeginIndex(szMessage);
+  if (lCode != Registry::lSuccess) {
+    szMessage = LoadResString(IDS_ADDRESS_READ_FAILED);
+    return lCode;
+  }
+  std::set<std::string> aLoaded;
+  for (const auto& aReference : SortedReferences(aEntries)) {
+    const auto& szKeyName = std::get<std::string>(aReference.Value);
+    std::vector<SiteRecord> aTemp;
+    if (ReadSite(szKeyName, aTemp, ReferenceNumber(aReference)) == 1)
+      RegistryAccess::RegRemoveValue(hRoot, ProductKeys::szAddressKey, aReference.Name);
+    else if (aLoaded.insert(KeyName(szKeyName)).second)
+      TakeSite(szKeyName, aTemp[1], bKeepStatus, bKeepComments);
+  }
+  SetSiteCount(lSiteCount);
+  return Registry::lSuccess;
+}
+
+// An index that could not be deleted as a whole is emptied value by value: a reference left in it would bring
+// a site into the list twice.
+void EmptyIndex() {
+  RegistryAccess::RegRemoveKey(hRoot, ProductKeys::szAddressKey);
+  RegistryAccess::RegCreatePath(hRoot, ProductKeys::szAddressKey);
+  std::vector<RegValueEntry> aEntries;
+  ListReferences(aEntries);
+  for (std::size_t i = 1; i < aEntries.size(); ++i)
+    RegistryAccess::RegRemoveValue(hRoot, ProductKeys::szAddressKey, aEntries[i].Name);
+}
+
+using IndexedUrl = std::pair<RegistryAccess::Variant, RegistryAccess::Variant>;
+
+// The site's number and trimmed URL. A key whose URL does not give its name is deleted, but only where the
+// read has told so: after one that failed the site may be there and whole.
+bool ReadForIndex(const std::string& szKeyName, IndexedUrl& aPair) {
+  std::string szURL;
+  std::int32_t lType = 0;
+  const auto lCode = RegReadValue(hRoot, SiteKey(szKeyName), "URL", szURL, lType);
+  if (lCode != Registry::lSuccess && lCode != Registry::lNotFound && lCode != -1) return false;
+  szURL = lType == lText ? Text::Trim(szURL) : std::string();
+  if (Text::LowerCase(modBasic::EscapeBackslash(szURL)) != Text::LowerCase(szKeyName)) {
+    RegistryAccess::RegRemoveKey(hRoot, SiteKey(szKeyName));
+    return false;
+  }
+  std::int32_t lIndex = 0;
+  RegReadValue(hRoot, SiteKey(szKeyName), "Index", lIndex, lType);
+  aPair = {lIndex, szURL};
+  return true;
+}
+
+void WriteIndex(const std::vector<IndexedUrl>& aPairs) {
+  for (std::size_t i = 1; i < aPairs.size(); ++i) {
+    const auto lSlot = static_cast<std::int32_t>(i);
+    const auto szURL = Text::LowerCase(std::get<std::string>(aPairs[i].second));
+    RegWriteValue(hRoot, ProductKeys::szAddressKey, ReferenceName(lSlot), modBasic::EscapeBackslash(szURL),
+                  lText);
+    // The number goes under the URL as it is. A URL with a backslash names no key that way and keeps its old
+    // number; it is not written at all, because "x\" would address the key of the site "x".
+    if (szURL.find('\\') == std::string::npos) RegWriteValue(hRoot, SiteKey(szURL), "Index", lSlot, lNumber);
+  }
+}
+
+}  // namespace
+
+bool IsSite(std::int32_t n) {
+  return n >= 1 && n <= lSiteCount && static_cast<std::size_t>(n) < aSites.size();
+}
+
+std::string KeyName(const std::string& szURL) {
+  return Text::Trim(Text::LowerCase(modBasic::EscapeBackslash(szURL)));
+}
+
+std::int32_t LoadSites(bool bKeepStatus, bool bKeepComments) {
+  lSiteCount = 0;
+  aSites.assign(1, {});
+  std::string szMessage;
+  const auto lCode = ReadList(bKeepStatus, bKeepComments, szMessage);
+  if (!szMessage.empty()) MsgBox(szMessage + LoadResString(IDS_LINE_BREAKS_ERROR) + std::to_string(lCode));
+  return lCode;
+}
+
+std::int32_t ReadSite(const std::string& szKeyName, std::vector<SiteRecord>& aTemp,
+                      std::int16_t iExpectedIndex) {
+  aTemp.assign(2, {});
+  auto& aRecord = aTemp[1];
+  if (Text::IsBlank(szKeyName)) return 1;
+  const auto szKey = SiteKey(modBasic::EscapeBackslash(szKeyName));
+  std::int32_t lType = 0;
+  const auto lCode = RegReadValue(hRoot, szKey, "URL", aRecord.URL, lType);
+  if (lCode != Registry::lSuccess || lType != lText || Text::IsBlank(aRecord.URL)) return 1;
+  std::int16_t iIndex = 0;
+  RegReadValue(hRoot, szKey, "Index", iIndex, lType);
+  RegReadValue(hRoot, szKey, "IP", aRecord.IP, lType);
+  RegReadValue(hRoot, szKey, "Enabled", aRecord.Enabled, lType);
+  if (aRecord.Enabled > 1) aRecord.Enabled = 0;
+  RegReadValue(hRoot, szKey, "Status", aRecord.Status, lType);
+  if (aRecord.Status < 1 || aRecord.Status > 4) aRecord.Status = 4;
+  RegReadValue(hRoot, szKey, "TimeOut", aRecord.TimeOut, lType);
+  aRecord.TimeOut = std::clamp(aRecord.TimeOut, 1, 1800);
+  RegReadValue(hRoot, szKey, "Comments", aRecord.Comments, lType);
+  return iIndex == iExpectedIndex ? 0 : 2;
+}
+
+void SaveSite(std::int32_t n, bool bIsNew) {
+  if (!IsSite(n)) return;
+  const auto& aRecord = aSites[static_cast<std::size_t>(n)];
+  const auto szKeyName = KeyName(aRecord.URL);
+  if (szKeyName.empty()) return;
+  const Registry::Transaction aOneCommit;
+  if (bIsNew) {
+    RegWriteValue(hRoot, ProductKeys::szAddressKey, ReferenceName(n), szKeyName, lText);
+    RegistryAccess::RegCreatePath(hRoot, SiteKey(szKeyName));
+  }
+  WriteFields(szKeyName, aRecord, n);
+}
+
+void WriteSiteRecord(const SiteRecord& aRecord, std::int32_t lIndex) {
+  const auto szKeyName = KeyName(aRecord.URL);
+  if (szKeyName.empty()) return;
+  const Registry::Transaction aOneCommit;
+  RegistryAccess::RegCreatePath(hRoot, SiteKey(szKeyName));
+  WriteFields(szKeyName, aRecord, lIndex == 0 ? lImportedIndex : lIndex);
+}
+
+bool ListKeyNames(std::vector<std::string>& aNames) {
+  aNames.clear();
+  std::string szNames;
+  std::int32_t lCount = 0;
+  std::int32_t lMaxIndex = lSiteCapacity;
+  std::int32_t lBufferLength = 1000;
+  std::int32_t lEnd = 0;
+  RegistryAccess::RegListKeys(hRoot, ProductKeys::szAddress, szNames, lCount, lMaxIndex, lBufferLength,
+                              &lEnd);
+  if (!szNames.ends_with('\0')) szNames += '\0';
+  for (std::size_t lStart = 0, lNul = 0; (lNul = szNames.find('\0', lStart)) != std::string::npos;
+       lStart = lNul + 1) {
+    auto szName = Text::Trim(szNames.substr(lStart, lNul - lStart));
+    if (!szName.empty()) aNames.push_back(std::move(szName));
+  }
+  return lEnd == Registry::lSuccess || lEnd == Registry::lNoMoreItems || lEnd == Registry::lInvalidHandle;
+}
+
+void RebuildSiteIndex() {
+  const Registry::Transaction aOneCommit;
+  std::vector<std::string> aNames;
+  if (!ListKeyNames(aNames)) return;  // an index over half the sites would be worse than the old one
+  EmptyIndex();
+  std::vector<IndexedUrl> aPairs(1);
+  for (const auto& szName : aNames) {
+    IndexedUrl aPair;
+    if (ReadForIndex(szName, aPair)) aPairs.push_back(std::move(aPair));
+  }
+  const auto lCount = static_cast<std::int32_t>(aPairs.size()) - 1;
+  RegistryAccess::SortKeyedRecords(aPairs, lCount, true);
+  WriteIndex(aPairs);
+  SetSiteCount(lCount);
+}
+
+void SetSiteCount(std::int32_t n) {
+  if (n == 0) RegistryAccess::RegCreatePath(hRoot, ProductKeys::szAddress);
+  RegWriteValue(hRoot, ProductKeys::szAddress, "NumActualDomain", n, lNumber);
+}
+
+void DeleteSite(std::int32_t n) {
+  if (!IsSite(n)) return;
+  {
+    const Registry::Transaction aOneCommit;
+    // The key of the site in the list, which is the one that the operator saw: the index may have a gap.
+    const auto szKeyName = KeyName(aSites[static_cast<std::size_t>(n)].URL);
+    if (!szKeyName.empty()) RegistryAccess::RegRemoveKey(hRoot, SiteKey(szKeyName));
+    RegistryAccess::RegRemoveValue(hRoot, ProductKeys::szAddressKey, ReferenceName(n));
+    RebuildSiteIndex();
+  }
+  LoadSites(true, true);
+}
+
+bool FindStoredSite(const std::string& szURL, SiteRecord& aRecord) {
+  std::vector<SiteRecord> aTemp;
+  if (ReadSite(KeyName(szURL), aTemp, 0) == 1) return false;
+  aRecord = std::move(aTemp[1]);
+  return true;
+}
+
+}  // namespace modAddress
