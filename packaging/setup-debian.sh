@@ -15,7 +15,7 @@ build_packages=(
 # A display without a screen, and on it a window manager, a tray and what looks at windows from outside.
 display_packages=(xvfb xauth metacity trayer xdotool imagemagick)
 # Real servers that some tests talk to. Those tests say so and step aside where one is missing.
-server_packages=(nginx-light opensmtpd)
+server_packages=(nginx-light exim4-daemon-light)
 
 say() { echo "setup: $*"; }
 
