@@ -31,7 +31,9 @@ inline constexpr std::int32_t lInvalidParameter = 87;
 inline constexpr std::int32_t lMoreData = 234;  // the caller's buffer is too small
 inline constexpr std::int32_t lNoMoreItems = 259;
 
-// Paths are relative to the key given. On failure hResult is 0.
+// Paths are relative to the key given; "" is that key itself, and "\" at the end adds nothing. On failure
+// hResult is 0, except where the store itself failed (5): then it is a key on which every call answers 5 too,
+// so that a caller who looks at the last code only does not take an unreadable store for a missing key.
 std::int32_t RegOpenKeyExA(Key hKey, const char* szPath, std::uint32_t lAccess, Key& hResult);
 std::int32_t RegCreateKeyExA(Key hKey, const char* szPath, std::uint32_t lAccess, Key& hResult);
 std::int32_t RegCloseKey(Key hKey);
@@ -60,6 +62,13 @@ class Transaction {
   ~Transaction();
   Transaction(const Transaction&) = delete;
   Transaction& operator=(const Transaction&) = delete;
+
+  // Ends the bracket now. 0, or the code of the failure after which none of its writes is kept (an inner one
+  // always answers 0). What the destructor meets is not reported.
+  std::int32_t Commit();
+
+ private:
+  bool bEnded = false;
 };
 
 // Opens the store now. True when it can be read and written. Otherwise, or where a damaged store was set

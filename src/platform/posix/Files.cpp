@@ -1,0 +1,171 @@
+#include "platform/Files.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdlib>
+#include <memory>
+
+#include "platform/posix/Descriptor.h"
+
+const char Files::chSeparator = '/';
+
+namespace {
+
+bool IsRegular(int lFile) {
+  struct stat aStat {};
+  return fstat(lFile, &aStat) == 0 && S_ISREG(aStat.st_mode);
+}
+
+// O_NONBLOCK: a pipe or device in a file's place answers instead of holding the program up.
+Descriptor OpenRegular(const std::string& szPath, int lFlags) {
+  Descriptor aFile(open(szPath.c_str(), lFlags | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0666));
+  if (!aFile || !IsRegular(aFile.Number())) return {};
+  return aFile;
+}
+
+// The bytes that got written; fewer than given after a failure.
+std::size_t WriteAll(int lFile, std::string_view szBytes) {
+  std::size_t lWritten = 0;
+  while (lWritten < szBytes.size()) {
+    const auto lStep = write(lFile, szBytes.data() + lWritten, szBytes.size() - lWritten);
+    if (lStep < 0 && errno == EINTR) continue;
+    if (lStep <= 0) break;
+    lWritten += static_cast<std::size_t>(lStep);
+  }
+  return lWritten;
+}
+
+// What follows in the file, up to lMost bytes.
+std::optional<std::string> ReadUpTo(int lFile, std::uint64_t lMost) {
+  std::string szBytes;
+  std::array<char, 65536> aBuffer{};
+  while (szBytes.size() < lMost) {
+    const auto lWanted = std::min<std::uint64_t>(aBuffer.size(), lMost - szBytes.size());
+    const auto lStep = read(lFile, aBuffer.data(), static_cast<std::size_t>(lWanted));
+    if (lStep < 0 && errno == EINTR) continue;
+    if (lStep < 0) return {};
+    if (lStep == 0) break;
+    szBytes.append(aBuffer.data(), static_cast<std::size_t>(lStep));
+  }
+  return szBytes;
+}
+
+// A link is followed, so that writing replaces what it points to and not the link.
+std::string Resolved(const std::string& szPath) {
+  const std::unique_ptr<char, decltype(&std::free)> pReal(realpath(szPath.c_str(), nullptr), &std::free);
+  return pReal ? pReal.get() : szPath;
+}
+
+// What a new file's permissions would be, or those of the one that is replaced.
+mode_t Permissions(const std::string& szPath) {
+  struct stat aStat {};
+  if (stat(szPath.c_str(), &aStat) == 0) return aStat.st_mode & 07777;
+  const mode_t lMask = umask(0);
+  umask(lMask);
+  return 0666 & ~lMask;
+}
+
+}  // namespace
+
+std::size_t Files::DriveLength(std::string_view szPath) {
+  return szPath.starts_with('/') ? 1 : 0;
+}
+
+bool Files::FolderExists(const std::string& szPath) {
+  struct stat aStat {};
+  return stat(szPath.c_str(), &aStat) == 0 && S_ISDIR(aStat.st_mode);
+}
+
+bool Files::FileExists(const std::string& szPath) {
+  return FileSize(szPath).has_value();
+}
+
+std::optional<std::uint64_t> Files::FileSize(const std::string& szPath) {
+  struct stat aStat {};
+  if (stat(szPath.c_str(), &aStat) != 0 || !S_ISREG(aStat.st_mode)) return {};
+  return static_cast<std::uint64_t>(aStat.st_size);
+}
+
+std::vector<std::string> Files::List(const std::string& szFolder, const std::string& szEnding) {
+  std::vector<std::string> aNames;
+  const std::unique_ptr<DIR, int (*)(DIR*)> pFolder(opendir(szFolder.c_str()), &closedir);
+  if (!pFolder) return aNames;
+  while (const dirent* const pEntry = readdir(pFolder.get())) {
+    const std::string_view szName = pEntry->d_name;
+    struct stat aStat {};
+    if (szName.ends_with(szEnding) && fstatat(dirfd(pFolder.get()), pEntry->d_name, &aStat, 0) == 0 &&
+        S_ISREG(aStat.st_mode)) {
+      aNames.emplace_back(szName);
+    }
+  }
+  std::sort(aNames.begin(), aNames.end());
+  return aNames;
+}
+
+bool Files::MakeFolder(const std::string& szPath) {
+  return mkdir(szPath.c_str(), 0777) == 0 || FolderExists(szPath);
+}
+
+Files::Deletion Files::Delete(const std::string& szPath) {
+  if (unlink(szPath.c_str()) == 0) return Deletion::Done;
+  return errno == ENOENT || errno == ENOTDIR ? Deletion::Gone : Deletion::Failed;
+}
+
+bool Files::Append(const std::string& szPath, std::string_view szBytes) {
+  const auto aFile = OpenRegular(szPath, O_WRONLY | O_CREAT | O_APPEND);
+  if (!aFile) return false;
+  flock(aFile.Number(), LOCK_EX | LOCK_NB);  // released by the close
+  struct stat aBefore {};
+  if (fstat(aFile.Number(), &aBefore) != 0) return false;
+  const auto lWritten = WriteAll(aFile.Number(), szBytes);
+  if (lWritten == szBytes.size()) return true;
+  struct stat aAfter {};
+  // Only our own torn piece may be cut off, not what another writer put behind it.
+  if (lWritten > 0 && fstat(aFile.Number(), &aAfter) == 0 &&
+      aAfter.st_size == aBefore.st_size + static_cast<off_t>(lWritten)) {
+    [[maybe_unused]] const int lIgnored = ftruncate(aFile.Number(), aBefore.st_size);
+  }
+  return false;
+}
+
+std::optional<std::string> Files::ReadWhole(const std::string& szPath, std::uint64_t lMost) {
+  const auto aFile = OpenRegular(szPath, O_RDONLY);
+  if (!aFile) return {};
+  auto szBytes = ReadUpTo(aFile.Number(), lMost < UINT64_MAX ? lMost + 1 : lMost);
+  if (szBytes && szBytes->size() > lMost) return {};
+  return szBytes;
+}
+
+std::optional<std::string> Files::ReadPiece(const std::string& szPath, std::uint64_t lFrom,
+                                            std::uint64_t lMost) {
+  const auto aFile = OpenRegular(szPath, O_RDONLY);
+  if (!aFile || lFrom > INT64_MAX) return {};
+  if (lseek(aFile.Number(), static_cast<off_t>(lFrom), SEEK_SET) < 0) return {};
+  return ReadUpTo(aFile.Number(), lMost);
+}
+
+bool Files::WriteWhole(const std::string& szPath, std::string_view szBytes) {
+  struct stat aStat {};
+  if (stat(szPath.c_str(), &aStat) == 0 && !S_ISREG(aStat.st_mode)) {
+    // /dev/stdout and its like: there is nothing to replace.
+    const Descriptor aDevice(open(szPath.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY));
+    return aDevice && WriteAll(aDevice.Number(), szBytes) == szBytes.size();
+  }
+  const auto szTarget = Resolved(szPath);
+  const auto lSlash = szTarget.rfind('/');
+  auto szBeside = (lSlash == std::string::npos ? "" : szTarget.substr(0, lSlash + 1)) + ".kestrova-XXXXXX";
+  Descriptor aFile(mkostemp(szBeside.data(), O_CLOEXEC));
+  if (!aFile) return false;
+  const bool bWhole = WriteAll(aFile.Number(), szBytes) == szBytes.size() &&
+                      fchmod(aFile.Number(), Permissions(szTarget)) == 0 && fsync(aFile.Number()) == 0 &&
+                      aFile.Close() && rename(szBeside.c_str(), szTarget.c_str()) == 0;
+  if (!bWhole) unlink(szBeside.c_str());
+  return bWhole;
+}

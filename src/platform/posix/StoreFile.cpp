@@ -1,0 +1,82 @@
+#include "platform/posix/StoreFile.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+
+#include "platform/Clock.h"
+#include "platform/Files.h"
+#include "platform/Text.h"
+#include "platform/posix/Descriptor.h"
+#include "platform/posix/UserFolders.h"
+
+namespace {
+
+std::string FolderOf(const std::string& szPath) {
+  const auto lSlash = szPath.rfind('/');
+  return lSlash == std::string::npos ? "." : lSlash == 0 ? "/" : szPath.substr(0, lSlash);
+}
+
+bool IsTaken(const std::string& szPath) {
+  struct stat aStat {};
+  return lstat(szPath.c_str(), &aStat) == 0 || errno != ENOENT;
+}
+
+// "m/d/yyyy h:nn:ss AM" cannot stand in a file name that sorts.
+std::string Stamp() {
+  const auto dtNow = Clock::Now();
+  const auto aParts = SplitDateTime(dtNow);
+  const auto lTime = 1000000 + aParts.lHour * 10000 + aParts.lMinute * 100 + aParts.lSecond;
+  return FormatDay(dtNow) + "-" + std::to_string(lTime).substr(1);
+}
+
+}  // namespace
+
+std::string StoreFile::Path() {
+  const char* const szNamed = std::getenv("KESTROVA_REGISTRY");
+  if (szNamed == nullptr || szNamed[0] == '\0') return UserFolders::Data() + "/kestrova/registry.db";
+  // SQLite gives some plain names (":memory:") a meaning of their own.
+  return szNamed[0] == '/' ? szNamed : std::string("./") + szNamed;
+}
+
+StoreFile::Identity StoreFile::Identify(const std::string& szPath) {
+  struct stat aStat {};
+  if (stat(szPath.c_str(), &aStat) != 0) return {};
+  return {aStat.st_dev, aStat.st_ino};
+}
+
+bool StoreFile::Prepare(const std::string& szPath) {
+  if (Files::FileExists(szPath)) return true;
+  if (!UserFolders::MakePrivate(FolderOf(szPath))) return false;
+  Descriptor aFile(open(szPath.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0600));
+  aFile.Close();
+  return Files::FileExists(szPath);
+}
+
+bool StoreFile::LostItsPages(const std::string& szPath) {
+  // In this order: a process that is just making the store writes the file before the journal.
+  const auto lJournal = Files::FileSize(szPath + "-wal").value_or(0);
+  return lJournal > 0 && Files::FileSize(szPath) == std::uint64_t{0};
+}
+
+std::string StoreFile::SetAside(const std::string& szPath, const Identity& aExamined) {
+  // Two processes may find the damage at once; the second must not move the first one's new store.
+  const Descriptor aFolder(open(FolderOf(szPath).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (!aFolder || flock(aFolder.Number(), LOCK_EX) != 0) return {};
+  if (Identify(szPath) != aExamined) return szPath;
+  const auto szFirst = szPath + ".damaged-" + Stamp();
+  auto szKept = szFirst;
+  for (int i = 2; IsTaken(szKept) || IsTaken(szKept + "-wal"); ++i)
+    szKept = szFirst + "-" + std::to_string(i);
+  // The journal goes first: a new store must never meet it.
+  const auto szJournal = szPath + "-wal";
+  if (rename(szJournal.c_str(), (szKept + "-wal").c_str()) != 0 && errno != ENOENT) return {};
+  if (rename(szPath.c_str(), szKept.c_str()) != 0) return {};
+  unlink((szPath + "-shm").c_str());  // only an index of the journal; SQLite makes it anew
+  return szKept;
+}
