@@ -1,0 +1,20 @@
+#include <winsock2.h>
+
+#include "platform/curl/CurlSupport.h"
+
+curl_socket_t CurlSupport::OpenSocket(int iFamily, int iType, int iProtocol) {
+  constexpr DWORD lFlags = WSA_FLAG_OVERLAPPED | WSA_FLAG_NO_HANDLE_INHERIT;
+  return WSASocketW(iFamily, iType, iProtocol, nullptr, 0, lFlags);
+}
+
+void CurlSupport::CloseSocket(curl_socket_t hSocket) {
+  closesocket(hSocket);
+}
+
+void CurlSupport::ShutSocket(curl_socket_t hSocket) {
+  shutdown(hSocket, SD_BOTH);
+}
+
+// Windows has no such signal.
+void CurlSupport::IgnoreBrokenPipes() {
+}
