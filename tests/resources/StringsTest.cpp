@@ -1,0 +1,63 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "resources/Strings.h"
+
+namespace {
+
+struct TableEntry {
+  std::int32_t lNumber;
+  std::string szText;
+};
+
+const std::vector<TableEntry> aTable = {
+#define STRING(name, number, text) {number, text},
+#include "resources/strings/all.def"
+#undef STRING
+};
+
+TEST(StringsTest, EveryNumberHasOneText) {
+  std::set<std::int32_t> aNumbers;
+  for (const auto& aEntry : aTable) {
+    EXPECT_TRUE(aNumbers.insert(aEntry.lNumber).second) << aEntry.lNumber;
+    EXPECT_FALSE(aEntry.szText.empty()) << aEntry.lNumber;
+    EXPECT_EQ(LoadResString(aEntry.lNumber), aEntry.szText);
+  }
+  EXPECT_EQ(LoadResString(0), "");
+}
+
+// Operators search their logs and filter their mail for these, slips included.
+TEST(StringsTest, TextsThatLookWrongStayAsTheyAre) {
+  const char* const aTexts[] = {
+      "Error ccured while trying to create registry for Address.",
+      "Error ccured while trying to retrieve Addresses.",
+      "\r\n\r\nError: ",
+      "Unrecognized Reponse Code",
+      "Unrecognized Response Code",
+      "Response Recevied; but server returned an unrecognized response code",
+      "501 Not implemented",
+      "404 File Not Found",
+      "504 Gateway Time-Out",
+      "Request Timed-Out",
+      "3xx Redirectional Response Received",
+      "Checking is not in progress.",
+      "Site checking in progress",
+      "Unknown Site: Site #",
+      "Manually Stopped.",
+      "ERROR: ",
+      "<SPAN class=\"Emphasis\">IP Check Performed</SPAN>",
+      "Import New",
+      "Import Replace",
+  };
+  for (const char* szText : aTexts) {
+    EXPECT_TRUE(std::any_of(aTable.begin(), aTable.end(), [&](const TableEntry& aEntry) {
+      return aEntry.szText == szText;
+    })) << szText;
+  }
+}
+
+}  // namespace
