@@ -1,0 +1,274 @@
+#include "platform/posix/Database.h"
+
+#include <cerrno>
+
+#include "platform/Registry.h"
+
+namespace {
+
+constexpr int lBusyMilliseconds = 2000;            // the user interface waits on us
+constexpr int lImpatientMilliseconds = 20;         // after one such wait came to nothing
+constexpr std::int64_t lApplication = 0x4B455354;  // marks the file as ours
+constexpr std::int64_t lFormat = 1;
+
+// The two roots, and the key of the user's folders, which every account has.
+constexpr char szTables[] = R"(
+  CREATE TABLE keys(id INTEGER PRIMARY KEY AUTOINCREMENT, parent INTEGER REFERENCES keys(id),
+                    name TEXT NOT NULL COLLATE NOCASE, UNIQUE(parent, name));
+  CREATE TABLE vals(id INTEGER PRIMARY KEY, key INTEGER NOT NULL REFERENCES keys(id) ON DELETE CASCADE,
+                    name TEXT NOT NULL COLLATE NOCASE, type INTEGER NOT NULL, data BLOB NOT NULL,
+                    UNIQUE(key, name));
+  INSERT INTO keys VALUES(1, NULL, 'HKEY_LOCAL_MACHINE'), (2, NULL, 'HKEY_CURRENT_USER'), (3, 2, 'Software'),
+    (4, 3, 'Microsoft'), (5, 4, 'Windows'), (6, 5, 'CurrentVersion'), (7, 6, 'Explorer'),
+    (8, 7, 'Shell Folders');
+  PRAGMA application_id = 0x4B455354;
+  PRAGMA user_version = 1;
+)";
+
+constexpr std::array<const char*, Database::SQL_COUNT> aSql = {
+    "SELECT id FROM keys WHERE parent = ? AND name = ?",
+    "SELECT 1 FROM keys WHERE id = ?",
+    "INSERT INTO keys(parent, name) VALUES(?, ?)",
+    "DELETE FROM keys WHERE id = ?1 AND NOT EXISTS(SELECT 1 FROM keys WHERE parent = ?1)",
+    "SELECT name FROM keys WHERE parent = ? ORDER BY name",
+    "SELECT type, data FROM vals WHERE key = ? AND name = ?",
+    // An unchanged value costs no write.
+    "INSERT INTO vals(key, name, type, data) VALUES(?, ?, ?, ?) ON CONFLICT(key, name) DO UPDATE "
+    "SET type = excluded.type, data = excluded.data WHERE type <> excluded.type OR data <> excluded.data",
+    "DELETE FROM vals WHERE key = ? AND name = ?",
+    "SELECT name, type, data FROM vals WHERE key = ? ORDER BY id",
+    "PRAGMA data_version",
+    "BEGIN IMMEDIATE",
+    "COMMIT",
+    "ROLLBACK",
+};
+
+}  // namespace
+
+Database::Condition Database::Open(const std::string& szPath, bool bCheck) {
+  Close();
+  if (!StoreFile::Prepare(szPath)) return Condition::Unreachable;
+  szOpenedPath = szPath;
+  aOpened = StoreFile::Identify(szPath);
+  if (StoreFile::LostItsPages(szPath)) return Condition::Damaged;
+  int lResult = sqlite3_open_v2(szPath.c_str(), &pConnection, SQLITE_OPEN_READWRITE, nullptr);
+  if (lResult == SQLITE_OK) lResult = Configure();
+  auto aCondition = Judge(lResult);
+  if (aCondition == Condition::Ready && bCheck) {
+    std::int64_t lUnused = 0;
+    // One row "ok", or the damage in words; a number read from words is 0 either way, so compare the text.
+    lResult = ReadNumber(
+        "SELECT CASE WHEN integrity_check = 'ok' THEN 1 ELSE 0 END "
+        "FROM pragma_integrity_check(1)",
+        lUnused);
+    aCondition = lResult == SQLITE_OK && lUnused == 0 ? Condition::Damaged : Judge(lResult);
+    if (aCondition == Condition::Ready) return TryWrite();
+  }
+  if (aCondition != Condition::Ready) Close();
+  return aCondition;
+}
+
+int Database::Configure() {
+  sqlite3_extended_result_codes(pConnection, 1);
+  sqlite3_busy_timeout(pConnection, lBusyMilliseconds);
+  std::int64_t lOwner = 0;
+  std::int64_t lVersion = 0;
+  std::int64_t lTables = 0;
+  int lResult = ReadNumber("PRAGMA application_id", lOwner);
+  if (lResult == SQLITE_OK) lResult = ReadNumber("PRAGMA user_version", lVersion);
+  if (lResult == SQLITE_OK) lResult = ReadNumber("SELECT count(*) FROM sqlite_schema", lTables);
+  if (lResult != SQLITE_OK) return lResult;
+  if (lTables != 0 && (lOwner != lApplication || lVersion != lFormat)) return SQLITE_MISMATCH;
+  const bool bReadOnly = sqlite3_db_readonly(pConnection, "main") == 1;
+  for (const char* const szSql : {"PRAGMA journal_mode = WAL", "PRAGMA synchronous = NORMAL",
+                                  "PRAGMA foreign_keys = ON", "PRAGMA trusted_schema = OFF"}) {
+    lResult = Execute(szSql);
+    if (lResult != SQLITE_OK && !bReadOnly) return lResult;
+  }
+  if (lTables == 0) lResult = MakeTables();
+  return lResult == SQLITE_OK ? Prepare() : lResult;
+}
+
+int Database::MakeTables() {
+  int lResult = Execute("BEGIN IMMEDIATE");
+  if (lResult != SQLITE_OK) return lResult;
+  std::int64_t lTables = 0;  // another process may have been faster
+  lResult = ReadNumber("SELECT count(*) FROM sqlite_schema", lTables);
+  if (lResult == SQLITE_OK && lTables == 0) lResult = Execute(szTables);
+  if (lResult == SQLITE_OK) lResult = Execute("COMMIT");
+  if (lResult != SQLITE_OK) Execute("ROLLBACK");
+  return lResult;
+}
+
+int Database::Prepare() {
+  for (std::size_t i = 0; i < aSql.size(); ++i) {
+    const int lResult =
+        sqlite3_prepare_v3(pConnection, aSql[i], -1, SQLITE_PREPARE_PERSISTENT, &aStatements[i], nullptr);
+    // A table that is not there, in a file that says it is ours.
+    if (lResult != SQLITE_OK) return lResult == SQLITE_ERROR ? SQLITE_CORRUPT : lResult;
+  }
+  return SQLITE_OK;
+}
+
+void Database::Close() {
+  if (pConnection == nullptr) return;
+  bBroken = lDepth > 0;
+  bBegun = false;
+  for (auto& pStatement : aStatements) {
+    sqlite3_finalize(pStatement);
+    pStatement = nullptr;
+  }
+  sqlite3_close(pConnection);  // rolls an open bracket back
+  pConnection = nullptr;
+  bDamageSeen = false;
+  bImpatient = false;
+}
+
+bool Database::Moved() const {
+  return StoreFile::Identify(szOpenedPath) != aOpened;
+}
+
+Database::Condition Database::TryWrite() {
+  int lResult = Execute("BEGIN IMMEDIATE");
+  if (lResult == SQLITE_OK) lResult = Execute("PRAGMA user_version = 1");
+  if (lResult == SQLITE_OK) lResult = Execute("COMMIT");
+  const auto aCondition = Judge(lResult);
+  if (lResult != SQLITE_OK && sqlite3_get_autocommit(pConnection) == 0) Execute("ROLLBACK");
+  return aCondition;
+}
+
+int Database::Execute(const char* szSql) {
+  return sqlite3_exec(pConnection, szSql, nullptr, nullptr, nullptr);
+}
+
+int Database::ReadNumber(const char* szSql, std::int64_t& lNumber) {
+  sqlite3_stmt* pStatement = nullptr;
+  int lResult = sqlite3_prepare_v2(pConnection, szSql, -1, &pStatement, nullptr);
+  if (lResult == SQLITE_OK) {
+    lResult = sqlite3_step(pStatement);
+    if (lResult == SQLITE_ROW) lNumber = sqlite3_column_int64(pStatement, 0);
+  }
+  const int lEnd = sqlite3_finalize(pStatement);
+  return lResult == SQLITE_ROW || lResult == SQLITE_DONE ? SQLITE_OK : lResult != SQLITE_OK ? lResult : lEnd;
+}
+
+Database::Condition Database::Judge(int lResult) {
+  if (lResult != SQLITE_OK) szLastText = sqlite3_errstr(lResult);
+  const int lErrno = pConnection != nullptr ? sqlite3_system_errno(pConnection) : 0;
+  switch (lResult & 0xFF) {
+    case SQLITE_OK:
+      return Condition::Ready;
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+    case SQLITE_PROTOCOL:
+      return Condition::Locked;
+    case SQLITE_READONLY:
+    case SQLITE_PERM:
+      return Condition::ReadOnly;
+    case SQLITE_FULL:
+      return Condition::Full;
+    case SQLITE_CORRUPT:
+    case SQLITE_NOTADB:
+      return Condition::Damaged;
+    case SQLITE_CANTOPEN:
+      return Condition::Unreachable;
+    case SQLITE_MISMATCH:
+      return Condition::Foreign;
+    case SQLITE_IOERR:
+      return lErrno == ENOSPC || lErrno == EDQUOT || lErrno == EFBIG ? Condition::Full : Condition::Failed;
+    default:
+      return Condition::Failed;
+  }
+}
+
+std::int32_t Database::Translate(int lResult, bool bWritten) {
+  // Hundreds of writes in a row must not each wait for a lock that someone sits on.
+  const bool bBusy = (lResult & 0xFF) == SQLITE_BUSY;
+  if (bBusy != bImpatient && (bBusy || bWritten)) {
+    bImpatient = bBusy;
+    sqlite3_busy_timeout(pConnection, bBusy ? lImpatientMilliseconds : lBusyMilliseconds);
+  }
+  switch (lResult & 0xFF) {
+    case SQLITE_OK:
+    case SQLITE_ROW:
+    case SQLITE_DONE:
+      return Registry::lSuccess;
+    case SQLITE_TOOBIG:
+      return Registry::lInvalidParameter;
+    case SQLITE_CORRUPT:
+    case SQLITE_NOTADB:
+      bDamageSeen = true;
+      return Registry::lAccessDenied;
+    default:
+      return lResult == SQLITE_CONSTRAINT_FOREIGNKEY ? Registry::lInvalidHandle : Registry::lAccessDenied;
+  }
+}
+
+Database::Use::~Use() {
+  sqlite3_reset(pStatement);
+  sqlite3_clear_bindings(pStatement);
+}
+
+Database::Use& Database::Use::Bind(std::int64_t lNumber) {
+  sqlite3_bind_int64(pStatement, ++lBound, lNumber);
+  return *this;
+}
+
+Database::Use& Database::Use::Bind(std::string_view szText) {
+  sqlite3_bind_text64(pStatement, ++lBound, szText.data() != nullptr ? szText.data() : "", szText.size(),
+                      SQLITE_STATIC, SQLITE_UTF8);
+  return *this;
+}
+
+Database::Use& Database::Use::BindData(std::string_view szBytes) {
+  lCode = aDatabase.Translate(sqlite3_bind_blob64(pStatement, ++lBound, szBytes.empty() ? "" : szBytes.data(),
+                                                  szBytes.size(), SQLITE_STATIC));
+  return *this;
+}
+
+bool Database::Use::Row() {
+  if (lCode != 0) return false;
+  const int lResult = sqlite3_step(pStatement);
+  lCode = aDatabase.Translate(lResult, lResult == SQLITE_DONE && sqlite3_stmt_readonly(pStatement) == 0);
+  return lResult == SQLITE_ROW;
+}
+
+std::int32_t Database::Use::Run() {
+  while (Row()) {
+  }
+  return lCode;
+}
+
+std::string_view Database::Use::Bytes(int lColumn) const {
+  const auto* const pData = static_cast<const char*>(sqlite3_column_blob(pStatement, lColumn));
+  return {pData != nullptr ? pData : "", static_cast<std::size_t>(sqlite3_column_bytes(pStatement, lColumn))};
+}
+
+std::int32_t Database::BeforeWrite() {
+  if (lDepth == 0) return Registry::lSuccess;
+  // A full disk makes SQLite roll back on its own.
+  if (bBegun && sqlite3_get_autocommit(pConnection) != 0) Undo();
+  if (bBroken) return Registry::lAccessDenied;
+  if (bBegun) return Registry::lSuccess;
+  const auto lCode = Use(*this, BEGIN).Run();
+  bBegun = lCode == Registry::lSuccess;
+  bBroken = !bBegun;
+  return lCode;
+}
+
+std::int32_t Database::Leave() {
+  if (lDepth == 0 || --lDepth > 0) return Registry::lSuccess;
+  if (bBegun && sqlite3_get_autocommit(pConnection) != 0) Undo();
+  if (bBegun && Use(*this, COMMIT).Run() != Registry::lSuccess) Undo();
+  const bool bLost = bBroken;
+  bBegun = false;
+  bBroken = false;
+  return bLost ? Registry::lAccessDenied : Registry::lSuccess;
+}
+
+void Database::Undo() {
+  if (sqlite3_get_autocommit(pConnection) == 0) Use(*this, ROLLBACK).Run();
+  bBegun = false;
+  bBroken = true;
+  if (RolledBack) RolledBack();
+}

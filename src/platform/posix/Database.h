@@ -1,0 +1,115 @@
+// Database: the SQLite connection under the registry. It owns the connection, its statements and the bracket
+// around several writes, and turns SQLite's codes into the registry's. One connection for the process.
+//
+// Layout: keys(id, parent, name) and vals(id, key, name, type, data). Names compare without regard to ASCII
+// case (SQLite's NOCASE works on bytes, so text that is no UTF-8 keeps its bytes). Key ids are never used
+// twice, so a stale id finds nothing rather than another key. Values are listed by id: in the order they were
+// made, rewriting keeps the id.
+#pragma once
+
+#include <sqlite3.h>
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "platform/posix/StoreFile.h"
+
+class Database {
+ public:
+  static constexpr std::int64_t lLocalMachine = 1;
+  static constexpr std::int64_t lCurrentUser = 2;
+
+  enum Sql {
+    FIND_KEY,      // parent, name -> id
+    KEY_EXISTS,    // id
+    ADD_KEY,       // parent, name
+    DELETE_KEY,    // id; only without subkeys
+    LIST_KEYS,     // parent -> name
+    FIND_VALUE,    // key, name -> type, data
+    SET_VALUE,     // key, name, type, data
+    DELETE_VALUE,  // key, name
+    LIST_VALUES,   // key -> name, type, data
+    DATA_VERSION,  // -> a number that another connection's commit changes
+    BEGIN,
+    COMMIT,
+    ROLLBACK,
+    SQL_COUNT
+  };
+
+  enum class Condition { Ready, Unreachable, Locked, ReadOnly, Full, Foreign, Damaged, Failed };
+
+  ~Database() { Close(); }
+
+  // Opens or makes the store. With bCheck its whole structure is examined and one write tried. It stays open
+  // for reading where only writing fails.
+  Condition Open(const std::string& szPath, bool bCheck);
+  void Close();
+  bool IsOpen() const { return pConnection != nullptr; }
+  bool DamageSeen() const { return bDamageSeen; }
+  // Another file stands in the store's place, or none.
+  bool Moved() const;
+  const StoreFile::Identity& Opened() const { return aOpened; }
+  Condition TryWrite();
+  const char* LastText() const { return szLastText.c_str(); }  // SQLite's fixed text of the last failure
+
+  // A statement in use: binds from the first parameter on; reset when it goes.
+  class Use {
+   public:
+    Use(Database& aOwner, Sql lSql) : aDatabase(aOwner), pStatement(aOwner.aStatements[lSql]) {}
+    ~Use();
+    Use(const Use&) = delete;
+    Use& operator=(const Use&) = delete;
+    Use& Bind(std::int64_t lNumber);
+    Use& Bind(std::string_view szText);
+    Use& BindData(std::string_view szBytes);
+    // True for a row. Otherwise Code() tells the end (0) from a failure.
+    bool Row();
+    // For statements without rows: the registry's code.
+    std::int32_t Run();
+    std::int32_t Code() const { return lCode; }
+    std::int64_t Number(int lColumn) const { return sqlite3_column_int64(pStatement, lColumn); }
+    std::string_view Bytes(int lColumn) const;
+
+   private:
+    Database& aDatabase;
+    sqlite3_stmt* pStatement;
+    int lBound = 0;
+    std::int32_t lCode = 0;
+  };
+
+  std::int64_t Changes() const { return sqlite3_changes64(pConnection); }
+  std::int64_t LastId() const { return sqlite3_last_insert_rowid(pConnection); }
+
+  // The bracket. Every write asks BeforeWrite first; a bracket begins with its first write. After a failure
+  // that undid its writes all further ones in it answer 5, so that it stays whole: all or none.
+  void Enter() { ++lDepth; }
+  std::int32_t Leave();
+  std::int32_t BeforeWrite();
+  bool InBracket() const { return lDepth > 0; }
+  std::function<void()> RolledBack;  // what was made in the bracket is gone
+
+ private:
+  friend class Use;
+  int Configure();
+  int MakeTables();
+  int Prepare();
+  int Execute(const char* szSql);
+  int ReadNumber(const char* szSql, std::int64_t& lNumber);
+  std::int32_t Translate(int lResult, bool bWritten = false);
+  Condition Judge(int lResult);
+  void Undo();
+
+  sqlite3* pConnection = nullptr;
+  std::array<sqlite3_stmt*, SQL_COUNT> aStatements{};
+  std::string szOpenedPath;
+  StoreFile::Identity aOpened;
+  std::string szLastText;
+  std::int32_t lDepth = 0;
+  bool bBegun = false;
+  bool bBroken = false;
+  bool bDamageSeen = false;
+  bool bImpatient = false;
+};

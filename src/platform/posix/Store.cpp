@@ -1,0 +1,302 @@
+#include "platform/posix/Store.h"
+
+#include <chrono>
+#include <optional>
+#include <unordered_map>
+
+#include "platform/Text.h"
+#include "resources/Strings.h"
+
+namespace {
+
+using namespace Registry;
+using Store::OpenKey;
+using Condition = Database::Condition;
+using Steady = std::chrono::steady_clock;
+
+constexpr std::size_t lMostPaths = 4096;
+constexpr auto aRetryAfter = std::chrono::seconds(1);
+
+struct State {
+  Database aDatabase;
+  std::unordered_map<Key, OpenKey> aOpen;
+  Key hNext = 0x100;  // never used twice: a closed handle stays closed
+  // Where a path led last. Ids are never used twice, so an entry is right while its key exists.
+  std::unordered_map<std::string, std::int64_t> aPaths;
+  std::vector<std::int64_t> aMadeInBracket;
+  std::int64_t lKeyChanges = 0;
+  std::int64_t lValueChanges = 0;
+  std::optional<Steady::time_point> aFailedAt;
+};
+
+State& The() {
+  static State aState;
+  return aState;
+}
+
+void ForgetKeys() {
+  auto& aState = The();
+  aState.aOpen.clear();
+  aState.aOpen[HKEY_LOCAL_MACHINE].lId = Database::lLocalMachine;
+  aState.aOpen[HKEY_CURRENT_USER].lId = Database::lCurrentUser;
+  aState.aPaths.clear();
+  aState.aMadeInBracket.clear();
+}
+
+// Keys made in a bracket that is undone are gone, and their ids will be given to others.
+void ForgetMade() {
+  auto& aState = The();
+  for (const auto lId : aState.aMadeInBracket) {
+    std::erase_if(aState.aOpen, [&](const auto& aEntry) { return aEntry.second.lId == lId; });
+    std::erase_if(aState.aPaths, [&](const auto& aEntry) { return aEntry.second == lId; });
+  }
+  aState.aMadeInBracket.clear();
+  Store::KeysChanged();
+  Store::ValuesChanged();
+}
+
+Condition Open(bool bCheck) {
+  auto& aState = The();
+  ForgetKeys();
+  aState.aDatabase.RolledBack = ForgetMade;
+  const auto aCondition = aState.aDatabase.Open(StoreName(), bCheck);
+  aState.aFailedAt.reset();
+  if (!aState.aDatabase.IsOpen()) aState.aFailedAt = Steady::now();
+  return aCondition;
+}
+
+std::string Message(std::int32_t lNumber, const std::string& szSecond = {}) {
+  return Text::Replace(Text::Replace(LoadResString(lNumber), "%1", StoreName()), "%2", szSecond);
+}
+
+std::string Describe(Condition aCondition) {
+  switch (aCondition) {
+    case Condition::Ready:
+      return {};
+    case Condition::Unreachable:
+      return Message(IDS_STORE_UNREACHABLE);
+    case Condition::Locked:
+      return Message(IDS_STORE_LOCKED);
+    case Condition::ReadOnly:
+      return Message(IDS_STORE_READ_ONLY);
+    case Condition::Full:
+      return Message(IDS_STORE_FULL);
+    case Condition::Foreign:
+      return Message(IDS_STORE_FOREIGN);
+    case Condition::Damaged:
+      return Message(IDS_STORE_DAMAGED_STAYS);
+    case Condition::Failed:
+      break;
+  }
+  return Message(IDS_STORE_FAILED, The().aDatabase.LastText());
+}
+
+// The moment that a listing shows: it changes with our own writes and with another process's commits.
+std::int32_t Moment(Database& aDatabase, std::int64_t lOwnChanges, std::int64_t& lMoment) {
+  Database::Use aVersion(aDatabase, Database::DATA_VERSION);
+  if (aVersion.Row()) lMoment = (aVersion.Number(0) << 32) + lOwnChanges;
+  return aVersion.Code();
+}
+
+std::int32_t Child(Database& aDatabase, std::int64_t lParent, std::string_view szName, std::int64_t& lId) {
+  Database::Use aFind(aDatabase, Database::FIND_KEY);
+  if (!aFind.Bind(lParent).Bind(szName).Row()) return aFind.Code() != 0 ? aFind.Code() : lNotFound;
+  lId = aFind.Number(0);
+  return lSuccess;
+}
+
+std::string PathKey(std::int64_t lBase, const std::vector<std::string_view>& aParts) {
+  auto szKey = std::to_string(lBase);
+  for (const auto szPart : aParts)
+    szKey.append("\\").append(Text::LowerCase(szPart));
+  return szKey;
+}
+
+void Remember(const std::string& szKey, std::int64_t lId) {
+  auto& aPaths = The().aPaths;
+  if (aPaths.size() >= lMostPaths) aPaths.clear();
+  aPaths[szKey] = lId;
+}
+
+}  // namespace
+
+Database* Store::Get() {
+  auto& aState = The();
+  if (aState.aFailedAt && Steady::now() - *aState.aFailedAt < aRetryAfter) return nullptr;
+  if (!aState.aDatabase.IsOpen()) Open(false);
+  return aState.aDatabase.IsOpen() ? &aState.aDatabase : nullptr;
+}
+
+std::int32_t Store::Find(Key hKey, Database*& pDatabase, OpenKey*& pKey) {
+  if (hKey == hUnreadable) return lAccessDenied;
+  auto& aState = The();
+  const bool bRoot = hKey == HKEY_LOCAL_MACHINE || hKey == HKEY_CURRENT_USER;
+  // Another process may have set a damaged file aside; what we wrote into that one would be lost.
+  if (bRoot && aState.aDatabase.IsOpen() && !aState.aDatabase.InBracket() && aState.aDatabase.Moved())
+    aState.aDatabase.Close();
+  if (!bRoot && !aState.aOpen.contains(hKey)) return lInvalidHandle;
+  pDatabase = Get();
+  if (pDatabase == nullptr) return lAccessDenied;
+  const auto aFound = aState.aOpen.find(hKey);
+  if (aFound == aState.aOpen.end()) return lInvalidHandle;
+  pKey = &aFound->second;
+  return lSuccess;
+}
+
+Key Store::Hold(std::int64_t lId) {
+  const auto hKey = The().hNext++;
+  The().aOpen[hKey].lId = lId;
+  return hKey;
+}
+
+std::int32_t Store::Release(Key hKey) {
+  if (hKey == HKEY_LOCAL_MACHINE || hKey == HKEY_CURRENT_USER || hKey == hUnreadable) return lSuccess;
+  return The().aOpen.erase(hKey) == 1 ? lSuccess : lInvalidHandle;
+}
+
+std::int32_t Store::CheckExists(Database& aDatabase, std::int64_t lId) {
+  Database::Use aExists(aDatabase, Database::KEY_EXISTS);
+  if (aExists.Bind(lId).Row()) return lSuccess;
+  return aExists.Code() != 0 ? aExists.Code() : lInvalidHandle;
+}
+
+std::int32_t Store::Resolve(Database& aDatabase, std::int64_t lBase,
+                            const std::vector<std::string_view>& aParts, std::int64_t& lId) {
+  lId = lBase;
+  if (aParts.empty()) return CheckExists(aDatabase, lBase);
+  const auto szKey = PathKey(lBase, aParts);
+  const auto aKnown = The().aPaths.find(szKey);
+  if (aKnown != The().aPaths.end()) {
+    lId = aKnown->second;
+    const auto lCode = CheckExists(aDatabase, lId);
+    if (lCode != lInvalidHandle) return lCode;
+    The().aPaths.erase(aKnown);
+    lId = lBase;
+  }
+  for (const auto szPart : aParts) {
+    const auto lCode = Child(aDatabase, lId, szPart, lId);
+    if (lCode == lNotFound && CheckExists(aDatabase, lBase) == lInvalidHandle) return lInvalidHandle;
+    if (lCode != lSuccess) return lCode;
+  }
+  Remember(szKey, lId);
+  return lSuccess;
+}
+
+std::int32_t Store::Make(Database& aDatabase, std::int64_t lBase, const std::vector<std::string_view>& aParts,
+                         std::int64_t& lId) {
+  auto lCode = Resolve(aDatabase, lBase, aParts, lId);
+  if (lCode != lNotFound) return lCode;
+  Transaction aAllParents;
+  lCode = aDatabase.BeforeWrite();
+  lId = lBase;
+  for (const auto szPart : aParts) {
+    if (lCode != lSuccess) break;
+    const auto lParent = lId;
+    lCode = Child(aDatabase, lParent, szPart, lId);
+    if (lCode != lNotFound) continue;
+    lCode = Database::Use(aDatabase, Database::ADD_KEY).Bind(lParent).Bind(szPart).Run();
+    KeysChanged();
+    if (lCode != lSuccess) break;
+    lId = aDatabase.LastId();
+    The().aMadeInBracket.push_back(lId);
+  }
+  const auto lCommitted = aAllParents.Commit();
+  if (lCode == lSuccess) lCode = lCommitted;
+  if (lCode == lSuccess) Remember(PathKey(lBase, aParts), lId);
+  return lCode;
+}
+
+std::int32_t Store::ListKeys(Database& aDatabase, OpenKey& aKey) {
+  std::int64_t lMoment = 0;
+  auto lCode = Moment(aDatabase, The().lKeyChanges, lMoment);
+  if (lCode != lSuccess || aKey.lKeysSeen == lMoment) return lCode;
+  aKey.lKeysSeen = -1;
+  aKey.aKeys.clear();
+  Database::Use aList(aDatabase, Database::LIST_KEYS);
+  aList.Bind(aKey.lId);
+  while (aList.Row())
+    aKey.aKeys.emplace_back(aList.Bytes(0));
+  lCode = aList.Code();
+  if (lCode == lSuccess && aKey.aKeys.empty()) lCode = CheckExists(aDatabase, aKey.lId);
+  if (lCode == lSuccess) aKey.lKeysSeen = lMoment;
+  return lCode;
+}
+
+std::int32_t Store::ListValues(Database& aDatabase, OpenKey& aKey) {
+  std::int64_t lMoment = 0;
+  auto lCode = Moment(aDatabase, The().lValueChanges, lMoment);
+  if (lCode != lSuccess || aKey.lValuesSeen == lMoment) return lCode;
+  aKey.lValuesSeen = -1;
+  aKey.aValues.clear();
+  Database::Use aList(aDatabase, Database::LIST_VALUES);
+  aList.Bind(aKey.lId);
+  while (aList.Row()) {
+    aKey.aValues.push_back({std::string(aList.Bytes(0)), static_cast<std::uint32_t>(aList.Number(1)),
+                            std::string(aList.Bytes(2))});
+  }
+  lCode = aList.Code();
+  if (lCode == lSuccess && aKey.aValues.empty()) lCode = CheckExists(aDatabase, aKey.lId);
+  if (lCode == lSuccess) aKey.lValuesSeen = lMoment;
+  return lCode;
+}
+
+void Store::KeysChanged() {
+  ++The().lKeyChanges;
+}
+
+void Store::ValuesChanged() {
+  ++The().lValueChanges;
+}
+
+Registry::Transaction::Transaction() {
+  The().aDatabase.Enter();
+}
+
+Registry::Transaction::~Transaction() {
+  Commit();
+}
+
+std::int32_t Registry::Transaction::Commit() {
+  if (bEnded) return lSuccess;
+  bEnded = true;
+  auto& aState = The();
+  const auto lCode = aState.aDatabase.Leave();
+  if (!aState.aDatabase.InBracket()) aState.aMadeInBracket.clear();
+  return lCode;
+}
+
+bool Registry::OpenStore(std::string& szMessage) {
+  szMessage.clear();
+  auto& aState = The();
+  auto& aDatabase = aState.aDatabase;
+  if (aDatabase.IsOpen() && !aDatabase.DamageSeen() && !aDatabase.Moved()) {
+    const auto aCondition = aDatabase.InBracket() ? Condition::Ready : aDatabase.TryWrite();
+    szMessage = Describe(aCondition);
+    return aCondition == Condition::Ready;
+  }
+  auto aCondition = aDatabase.DamageSeen() ? Condition::Damaged : Open(true);
+  if (aCondition == Condition::Damaged) {
+    const auto aExamined = aDatabase.Opened();
+    aDatabase.Close();
+    const auto szKept = StoreFile::SetAside(StoreName(), aExamined);
+    if (szKept.empty()) {
+      szMessage = Describe(aCondition);
+      return false;
+    }
+    aCondition = Open(true);
+    if (szKept != StoreName()) szMessage = Message(IDS_STORE_DAMAGED, szKept) + " ";
+  }
+  szMessage += Describe(aCondition);
+  if (szMessage.ends_with(' ')) szMessage.pop_back();
+  return aCondition == Condition::Ready;
+}
+
+void Registry::CloseStore() {
+  The().aDatabase.Close();
+  The().aFailedAt.reset();
+  ForgetKeys();
+}
+
+std::string Registry::StoreName() {
+  return StoreFile::Path();
+}
