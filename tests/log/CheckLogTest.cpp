@@ -1,0 +1,143 @@
+#include <gtest/gtest.h>
+
+#include "log/CheckLog.h"
+#include "persistence/Settings.h"
+#include "platform/Files.h"
+#include "support/TestHome.h"
+
+using namespace CheckLog;
+
+namespace {
+
+DateTime At(int lYear, int lMonth, int lDay, int lHour = 12, int lMinute = 0, int lSecond = 0) {
+  return JoinDateTime({lYear, lMonth, lDay, lHour, lMinute, lSecond});
+}
+
+TEST(CheckLogTest, NamesTheFileForTheDayOrTheWeeksSunday) {
+  const struct {
+    int iPeriod;
+    DateTime dtNow;
+    const char* szName;
+  } aCases[] = {
+      {1, At(2026, 1, 7), "D-20260107.kvl"},    {2, At(2026, 1, 7), "W-20260104.kvl"},
+      {2, At(2026, 1, 4, 0), "W-20260104.kvl"}, {2, At(2026, 1, 3, 23, 59, 59), "W-20251228.kvl"},
+      {2, At(2024, 3, 2), "W-20240225.kvl"},    {0, At(2026, 1, 7), "W-20260104.kvl"},
+      {3, At(2026, 1, 7), "M-202601.kvl"},
+  };
+  TestClock aClock(0);
+  for (const auto& aCase : aCases) {
+    aClock.SetWall(aCase.dtNow);
+    Settings.LogPath = "logs";
+    Settings.LogPeriod = static_cast<std::int16_t>(aCase.iPeriod);
+    GetLogFileName(false);
+    EXPECT_EQ(CurrentLogFile, std::string("logs") + Files::chSeparator + aCase.szName);
+  }
+}
+
+TEST(CheckLogTest, PrunesSoThatTheLimitHoldsOnceThePassHasWritten) {
+  using Names = std::vector<std::string>;
+  const Names aWeek = {"D-20260101.kvl", "D-20260102.kvl", "D-20260103.kvl", "W-20251228.kvl"};
+  const struct {
+    const char* szWhat;
+    Names aFiles;
+    int iPeriod, iMax, iMaxFiles;
+    bool bDelete;
+    Names aLeft;
+  } aCases[] = {
+      {"full, today's to come", aWeek, 1, 1, 4, true, {"D-20260102.kvl", "D-20260103.kvl", "W-20251228.kvl"}},
+      {"room for today's", aWeek, 1, 1, 5, true, aWeek},
+      {"today's is there",
+       {"D-20260102.kvl", "D-20260107.kvl"},
+       1,
+       1,
+       2,
+       true,
+       {"D-20260102.kvl", "D-20260107.kvl"}},
+      {"limit lowered: today's stays",
+       {"D-20260107.kvl", "W-1.kvl", "W-2.kvl"},
+       1,
+       1,
+       1,
+       true,
+       {"D-20260107.kvl"}},
+      {"weekly after daily", aWeek, 2, 1, 2, true, {"W-20251228.kvl"}},
+      {"only kvl files",
+       {"a.kvlbak", "b.kvl", "b.txt", "z.kvl"},
+       1,
+       1,
+       2,
+       true,
+       {"a.kvlbak", "b.txt", "z.kvl"}},
+      {"viewing", aWeek, 1, 1, 1, false, aWeek},
+      {"no limit", aWeek, 1, 0, 1, true, aWeek},
+      {"odd limit", aWeek, 1, 5, 1, true, aWeek},
+      {"no log", aWeek, 0, 1, 1, true, aWeek},
+      {"none", {}, 1, 1, 1, true, {}},
+  };
+  const TestClock aClock(At(2026, 1, 7));
+  for (const auto& aCase : aCases) {
+    const TestHome aHome;
+    for (const auto& szName : aCase.aFiles)
+      aHome.Write(szName, "x");
+    aHome.Write("folder.kvl/x", "x");  // is no log file
+    Settings.LogPath = aHome.Folder();
+    Settings.LogPeriod = static_cast<std::int16_t>(aCase.iPeriod);
+    Settings.DiskLogMaxFiles = static_cast<std::int16_t>(aCase.iMax);
+    Settings.MaxLogFiles = static_cast<std::int16_t>(aCase.iMaxFiles);
+    GetLogFileName(aCase.bDelete);
+    auto aNames = aHome.Names();
+    std::erase(aNames, "folder.kvl");
+    EXPECT_EQ(aNames, aCase.aLeft) << aCase.szWhat;
+  }
+  Settings.LogPath = "no such folder";
+  EXPECT_NO_THROW(GetLogFileName(true));
+}
+
+TEST(CheckLogTest, WritesAPassLineByLine) {
+  const TestHome aHome;
+  TestClock aClock(At(1999, 11, 15, 17, 44, 21));
+  Settings.LogPath = aHome.Folder();
+  Settings.LogPeriod = 1;
+  GetLogFileName(false);
+  WriteLog(true, true, true);
+  CurrentEntry = {Clock::Now(), "http://SITE1", "Site OK", "", 1};
+  aClock.Advance(75);
+  WriteLog(false, true, false);
+  aClock.SetWall(At(1999, 11, 16, 0, 0, 0));  // past midnight: the same file
+  CurrentEntry = {At(1999, 11, 16, 0, 0, 9), "a,b\r\n[END CHECK]\x1B", "T<BR>\xE4", "", 2};
+  AddComment("<SPAN class=\"Emphasis\">IP Check Performed</SPAN>");
+  AddComment("Manually Stopped.");
+  WriteLog(false, false, false);  // the clock was set back
+  CurrentEntry = {};
+  WriteLog(false, false, false);
+  WriteLog(false, false, true);
+  WriteLog(true, false, false);
+  EXPECT_EQ(aHome.Read("D-19991115.kvl"),
+            "[START CHECK: MANUAL - 11/15/1999 5:44:21 PM]\r\n"
+            "11/15/1999 5:44:21 PM,http://SITE1,Site OK,15,,1\r\n"
+            "11/16/1999 12:00:09 AM,a,b??[END CHECK]?,T<BR>\xE4,0,"
+            "<SPAN class=\"Emphasis\">IP Check Performed</SPAN>; Manually Stopped.,2\r\n"
+            "12/30/1899 12:00:00 AM,,,0,,0\r\n"
+            "[END CHECK]\r\n"
+            "[START CHECK: AUTO - 11/16/1999 12:00:00 AM]\r\n");
+}
+
+TEST(CheckLogTest, KeepsSilentWhereItCannotWrite) {
+  const TestHome aHome;
+  const TestClock aClock(At(2026, 1, 7));
+  Settings.LogPath = aHome.Folder();
+  Settings.LogPeriod = 0;
+  GetLogFileName(true);
+  WriteLog(true, true, false);
+  WriteLog(false, false, false);
+  WriteLog(false, false, true);
+  EXPECT_TRUE(aHome.Names().empty());
+  Settings.LogPeriod = 1;
+  CurrentLogFile = aHome.Path("missing") + Files::chSeparator + "D.kvl";
+  WriteLog(true, true, false);
+  CurrentLogFile = aHome.Folder();
+  WriteLog(true, true, false);
+  EXPECT_TRUE(aHome.Names().empty());
+}
+
+}  // namespace
