@@ -1,0 +1,302 @@
+// The pass as a whole: its order of steps, its guards against events that come in the middle, stop, schedule.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "check/Bench.h"
+#include "check/CookiePolicy.h"
+#include "check/Schedule.h"
+#include "persistence/ProductKeys.h"
+#include "persistence/RegistryAccess.h"
+
+using namespace RegistryAccess;
+using Events = std::vector<std::string>;
+
+namespace {
+const Fault::Answer aHang = {Fault::Hang()};
+
+std::string CookieValue() {
+  Variant aValue;
+  std::int32_t lType = 0;
+  const std::int32_t lCode = RegReadValue(Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings,
+                                          "AllowCookies", aValue, lType);
+  if (const auto* pNumber = std::get_if<std::int32_t>(&aValue)) return std::to_string(*pNumber);
+  if (const auto* pText = std::get_if<std::string>(&aValue)) return *pText;
+  return "code " + std::to_string(lCode);
+}
+
+void SetCookieValue(const Variant& aValue, std::int32_t lType) {
+  RegCreatePath(Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings);
+  RegWriteValue(Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings, "AllowCookies", aValue, lType);
+}
+}  // namespace
+
+TEST(Pass, ShowsItsStepsInOrder) {
+  Bench b;
+  b.Add(b.Server.Site("/x"));
+  b.Engine.mF_StartCheck_Click();
+  const Events aManual = {"locked",
+                          "panel 3: Last: 5:44:21 PM",
+                          "timer off",
+                          "panel 2: Site checking in progress",
+                          "remarks cleared",
+                          "progress opened",
+                          "progress Checking http://" + b.Server.Site("/x"),
+                          "visible 1",
+                          "light 1: 1",
+                          "remark 1: Site OK",
+                          "recorded 1",
+                          "progress closed",
+                          "panel 2: Next: 6:44:21 PM",
+                          "timer on",
+                          "unlocked"};
+  EXPECT_EQ(b.View.aEvents, aManual);
+  EXPECT_EQ(b.View.aStates.front(), "Resolving Host...");
+  EXPECT_EQ(b.View.aStates.back(), "Disconnected...");
+  EXPECT_EQ(b.Log().front(), "[START CHECK: MANUAL - 11/15/1999 5:44:21 PM]");
+  EXPECT_EQ(b.Log().back(), "[END CHECK]");
+
+  b.View.aEvents.clear();
+  b.Engine.TimerAutoCheck_Timer();
+  EXPECT_TRUE(b.View.aEvents.empty()) << "not due yet";
+  b.aClock.Advance(3600);
+  b.Engine.TimerAutoCheck_Timer();
+  Events aAutomatic = aManual;
+  aAutomatic[1] = "panel 3: Last: 6:44:21 PM";
+  aAutomatic[12] = "panel 2: Next: 7:44:21 PM";
+  std::erase(aAutomatic, "timer off");
+  std::erase(aAutomatic, "timer on");
+  EXPECT_EQ(b.View.aEvents, aAutomatic);
+  EXPECT_EQ(b.Log()[3], "[START CHECK: AUTO - 11/15/1999 6:44:21 PM]");
+  EXPECT_EQ(b.View.lLocked, 0);
+}
+
+TEST(Pass, AnEmptyListSaysSo) {
+  Bench b;
+  b.Engine.mF_StartCheck_Click();
+  EXPECT_EQ(b.View.aMessages, Events{"No sites to check."});
+  EXPECT_TRUE(b.View.aEvents.empty());
+  b.aClock.Advance(3600);
+  b.Engine.TimerAutoCheck_Timer();
+  EXPECT_EQ(b.View.aEvents, (Events{"panel 3: No sites to check.", "panel 2: Next: 7:44:21 PM"}));
+  EXPECT_EQ(b.View.aMessages.size(), 1U);
+}
+
+TEST(Pass, NothingStartsASecondPassInsideTheFirst) {
+  Bench b;
+  Settings.Interval = 1;
+  b.Server.Serve("/x", {Fault::Delay(60), Fault::Send("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n")});
+  b.Add(b.Server.Site("/x"));
+  b.View.OnPump = [&b] {
+    b.aClock.Advance(0.1);
+    b.aClock.SetWall(b.aClock.WallTime() + 1);  // the next pass is long overdue
+    b.Engine.mF_StartCheck_Click();
+    b.Engine.TimerAutoCheck_Timer();
+  };
+  b.Engine.mF_StartCheck_Click();
+  EXPECT_EQ(b.Server.Count(), 1U);
+  b.View.OnPump = {};
+  b.Engine.TimerAutoCheck_Timer();
+  EXPECT_EQ(b.Server.Count(), 2U) << "the overdue pass comes at the first tick after the end";
+  b.Engine.bListBusy = true;
+  b.aClock.Advance(3600);
+  b.Engine.TimerAutoCheck_Timer();
+  EXPECT_EQ(b.Server.Count(), 2U);
+}
+
+TEST(Pass, DisabledAndUnusableSites) {
+  Bench b;
+  for (int i = 1; i <= 5; ++i)
+    b.Add(b.Server.Site("/" + std::to_string(i)));
+  b.Site(1).Enabled = 0;
+  b.Site(2) = {.IP = "", .URL = "  ", .Status = 4, .Enabled = 1, .TimeOut = 30, .Comments = {}};
+  b.Site(3) = {.IP = "  ", .URL = "", .Status = 4, .Enabled = 1, .TimeOut = 30, .Comments = {}};
+  b.Site(4) = {.IP = b.Server.Address(), .URL = "", .Status = 4, .Enabled = 1, .TimeOut = 30, .Comments = {}};
+  b.Site(5) = {.IP = " ", .URL = " ", .Status = 4, .Enabled = 0, .TimeOut = 30, .Comments = {}};
+  Settings.DiskLogDisabled = 0;
+  b.Engine.mF_StartCheck_Click();
+  const auto aLog = b.Log();
+  ASSERT_EQ(aLog.size(), 6U);
+  EXPECT_EQ(b.Plain(aLog[1]), "11/15/1999 5:44:21 PM,http://SERVER/1,Unknown Site: Site #,0,,3");
+  EXPECT_EQ(aLog[2], "11/15/1999 5:44:21 PM,Unknown Site: Site #3,Missing Site Address,0,,2");
+  // A site known by its address alone has no time of its own; its seconds count from midnight.
+  EXPECT_EQ(b.Plain(aLog[3]), "12/30/1899 12:00:00 AM,http://SERVER,Site OK,21,,1");
+  EXPECT_EQ(aLog[4], "11/15/1999 5:44:21 PM,Unknown Site: Site #5,Unknown Site: Site #,0,,3");
+  EXPECT_EQ(b.Server.Count(), 1U);
+
+  Settings.DiskLogDisabled = 1;
+  b.Engine.mF_StartCheck_Click();
+  EXPECT_EQ(b.Log().size(), 6U + 4U);
+  Settings.DiskLogDisabled = 0;
+  Settings.LogPeriod = 0;
+  b.Engine.mF_StartCheck_Click();
+  const auto aNames = b.Home.Names();
+  EXPECT_EQ(std::ranges::count(aNames, "W-19991114.kvl"), 0) << "no log is kept";
+}
+
+TEST(Stop, OutsideAPassSaysSo) {
+  Bench b;
+  b.Engine.StopCheck();
+  EXPECT_EQ(b.View.aMessages, Events{"Checking is not in progress."});
+}
+
+TEST(Stop, InMidRequestEndsThePassAndPutsTheCookiePolicyBack) {
+  Bench b;
+  SetCookieValue(std::int32_t{7}, 4);
+  b.Server.Serve("/2", aHang);
+  for (int i = 1; i <= 3; ++i)
+    b.Add(b.Server.Site("/" + std::to_string(i)));
+  std::string szDuring;
+  b.View.OnPump = [&] {
+    if (b.Server.Count("/2") == 0) return;
+    szDuring = CookieValue();
+    b.Engine.StopCheck();
+    b.Engine.TimerMain_Timer();
+  };
+  b.Engine.mF_StartCheck_Click();
+  EXPECT_EQ(szDuring, "1");
+  EXPECT_EQ(CookieValue(), "7");
+  EXPECT_EQ(b.Server.Count(), 2U);
+  const auto aLog = b.Log();
+  ASSERT_EQ(aLog.size(), 4U);
+  EXPECT_EQ(b.Plain(aLog[2]), "11/15/1999 5:44:21 PM,http://SERVER/2,,0,Manually Stopped.,2");
+  EXPECT_EQ(aLog[3], "[END CHECK]");
+  EXPECT_TRUE(b.View.Has("light text 2: Manually Stopped."));
+  EXPECT_EQ(b.View.aRemarks[2], "Manually Stopped.");
+  EXPECT_EQ(b.Site(2).Status, 4);
+  EXPECT_EQ(b.View.lLocked, 0);
+}
+
+TEST(Stop, BetweenTwoRequestsBlamesNoSite) {
+  Bench b;
+  for (int i = 1; i <= 2; ++i)
+    b.Add(b.Server.Site("/" + std::to_string(i)));
+  b.View.OnRecorded = [&b] { b.Engine.StopCheck(); };
+  b.Engine.mF_StartCheck_Click();
+  EXPECT_EQ(b.Server.Count(), 1U);
+  EXPECT_EQ(b.View.aRemarks[1], "Site OK");
+  EXPECT_EQ(b.Log().size(), 3U);
+}
+
+TEST(Stop, DuringTheIPCheckLeavesTheWarning) {
+  Bench b;
+  b.Server.Serve("/x", Fault::Status("404 x"));
+  b.Server.Serve("/", aHang);
+  b.Add(b.Server.Site("/x"), b.Server.Address(), 2);
+  b.View.OnPump = [&b] {
+    if (b.Server.Count("/") > 0) b.Engine.StopCheck();
+  };
+  b.Engine.mF_StartCheck_Click();
+  EXPECT_EQ(b.Site(1).Status, 2);
+  EXPECT_FALSE(b.Engine.bInetDoubleCheck);
+  ASSERT_EQ(b.Log().size(), 3U);
+  EXPECT_EQ(b.Plain(b.Log()[1]),
+            "11/15/1999 5:44:21 PM,(1) http://SERVER/x<BR>(2) http://SERVER,404 File Not Found,0,Manually "
+            "Stopped.,2");
+}
+
+TEST(Stop, QuitIsSilentAndStartsNothingMore) {
+  Bench b;
+  b.Server.Serve("/x", aHang);
+  b.Add(b.Server.Site("/x"));
+  b.View.OnPump = [&b] {
+    if (b.Server.Count() > 0) b.Engine.Quit();
+  };
+  b.Engine.mF_StartCheck_Click();
+  EXPECT_EQ(b.Log().size(), 3U);
+  EXPECT_FALSE(b.View.Has("timer on"));
+  b.Engine.mF_StartCheck_Click();
+  b.Engine.StopCheck();
+  EXPECT_EQ(b.Server.Count(), 1U);
+  EXPECT_TRUE(b.View.aMessages.empty());
+}
+
+TEST(Pass, AnEditedSiteIsNotJudgedByItsOldAddress) {
+  Bench b;
+  b.Server.Serve("/old", aHang);
+  b.Add(b.Server.Site("/old"));
+  b.Add(b.Server.Site("/other"));
+  b.View.OnPump = [&b] {
+    if (b.Server.Count("/old") == 0 || b.Engine.lCheckIndex != 1) return;
+    b.Engine.DropRequest(2);
+    b.Engine.DropRequest(1);
+  };
+  b.Engine.mF_StartCheck_Click();
+  EXPECT_EQ(b.Site(1).Status, 4);
+  EXPECT_EQ(b.Site(2).Status, 1);
+  EXPECT_EQ(b.Log().size(), 3U);
+}
+
+TEST(Pass, TheUsersCookieValueIsNeverInvented) {
+  const std::pair<std::function<void()>, const char*> aCases[] = {
+      {[] {}, "code 6"},  // no such key
+      {[] { RegCreatePath(Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings); }, "code 2"},
+      {[] { SetCookieValue(std::int32_t{-1}, 4); }, "-1"},
+      {[] { SetCookieValue(std::string("text"), 1); }, "text"},
+  };
+  for (const auto& [Prepare, szValue] : aCases) {
+    Bench b;
+    Prepare();
+    b.Add(b.Server.Site("/x"));
+    b.Engine.mF_StartCheck_Click();
+    EXPECT_EQ(CookieValue(), szValue);
+    auto* pKilled = new CookiePolicy(1);  // never put back, as when the process is killed
+    CookiePolicy::RestoreAfterKill();
+    EXPECT_EQ(CookieValue(), szValue);
+    SetCookieValue(std::int32_t{3}, 4);
+    CookiePolicy::RestoreAfterKill();
+    EXPECT_EQ(CookieValue(), "3") << "once restored, later choices stay";
+    delete pKilled;
+  }
+}
+
+TEST(Pass, CookiesAreKeptForOnePassAtMost) {
+  for (const bool bAccept : {true, false}) {
+    Bench b;
+    Settings.AllowType = bAccept ? 0 : 2;
+    b.Server.Serve("*", {Fault::Send("HTTP/1.1 200 OK\r\nSet-Cookie: a=b\r\nContent-Length: 0\r\n\r\n")});
+    b.Add(b.Server.Site("/1"));
+    b.Add(b.Server.Site("/2"));
+    b.Engine.mF_StartCheck_Click();
+    b.Engine.mF_StartCheck_Click();
+    std::string szSent;
+    for (const auto& aRequest : b.Server.Requests()) {
+      szSent += aRequest.szHead.find("Cookie: a=b") != std::string::npos ? "y" : "n";
+    }
+    EXPECT_EQ(szSent, bAccept ? "nyny" : "nnnn");
+  }
+}
+
+TEST(Schedule, AFirstFailureBringsTheNextPassForward) {
+  Bench b;
+  b.Server.Serve("/x", Fault::Status("500 x"));
+  b.Add(b.Server.Site("/x"));
+  b.Engine.mF_StartCheck_Click();
+  EXPECT_EQ(Schedule::NextPanelText(), "Next: 5:59:21 PM");
+  b.Engine.mF_StartCheck_Click();
+  EXPECT_EQ(Schedule::NextPanelText(), "Next: 6:44:21 PM");
+}
+
+TEST(Schedule, SurvivesAClockThatIsSet) {
+  Bench b;
+  Schedule::SetNextCheck(60);
+  b.aClock.SetWall(b.aClock.WallTime() - 365);
+  EXPECT_FALSE(Schedule::IsDue());
+  b.aClock.Advance(3600);
+  EXPECT_TRUE(Schedule::IsDue()) << "set back by a year: still due after an hour";
+  Schedule::SetNextCheck(60);
+  b.aClock.SetWall(b.aClock.WallTime() + 1);
+  EXPECT_TRUE(Schedule::IsDue()) << "set forward: due by the clock on the wall";
+}
+
+TEST(Schedule, ARequestInFlightDoesNotCareThatTheClockIsSet) {
+  Bench b;
+  b.Server.Serve("/x", {Fault::Delay(50), Fault::Send("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n")});
+  b.Add(b.Server.Site("/x"));
+  b.View.OnPump = [&b] {
+    b.aClock.SetWall(b.aClock.WallTime() + 1);
+    b.Engine.TimerMain_Timer();
+  };
+  b.Engine.mF_StartCheck_Click();
+  EXPECT_EQ(b.Site(1).Status, 1);
+}

@@ -1,0 +1,48 @@
+#include <gtest/gtest.h>
+
+#include "check/ResultCodes.h"
+
+TEST(ResultCodes, EveryHeaderHasOneMeaning) {
+  struct Case {
+    const char* szHeader;
+    const char* szCode;  // "up" for success
+    const char* szText;
+    std::int16_t iBackupOutcome;
+  };
+  const Case aCases[] = {
+      {"HTTP/1.0 200 OK", "up", "", 2},
+      {"HTTP/1.1 201 Created\r\nA: b", "up", "", 2},
+      {"HTTP/1.1 202", "up", "", 2},
+      {"HTTP/1.1 302 Found", "up", "", 2},
+      {"HTTP/1.1 304 Not Modified", "up", "", 2},
+      {"HTTP/1.1 204 x", "204", "204 No Content", 2},
+      {"HTTP/1.1 301 Moved Permanently", "301", "301 Moved Permanently", 2},
+      {"http/1.1 404 Not Found", "404", "404 File Not Found", 2},
+      {"HTTP/1.1 501 x", "501", "501 Not implemented", 2},
+      {"HTTP/1.1 504 x", "504", "504 Gateway Time-Out", 2},
+      {"HTTP/1.1 101 x", "1xx", "1xx Informational Response Received", 5},
+      {"HTTP/1.1 206 x", "2xx", "2xx Success Response Received", 5},
+      {"HTTP/1.1 307 x", "3xx", "3xx Redirectional Response Received", 5},
+      {"HTTP/1.1 418 x", "4xx", "4xx Request Error Response Received", 2},
+      {"HTTP/1.1 599 x", "5xx", "5xx Server Error Response Received", 2},
+      {"HTTP/1.1 600 x", "0", "Unrecognized Response Code", 2},
+      {"HTTP/1.1 999 x", "0", "Unrecognized Response Code", 2},
+      {"HTTP/1.1 2000", "up", "", 2},  // only three characters are looked at
+      {"X: y\r\nHTTP/1.1 200 OK", "up", "", 2},
+      {"", "0", "Unrecognized Reponse Code", 2},
+      {"HTTP/1.1", "0", "Unrecognized Reponse Code", 2},
+      {"HTTP/1.1 20", "0", "Unrecognized Reponse Code", 2},
+      {"HTTP/1.1 099", "0", "Unrecognized Reponse Code", 2},
+      {"HTTP/1.1 000", "0", "Unrecognized Reponse Code", 2},
+      {"HTTP/1.1  200", "0", "Unrecognized Reponse Code", 2},
+      {"HTTP/1.1 +12", "0", "Unrecognized Reponse Code", 2},
+      {"HTTP/1.1 1e2", "0", "Unrecognized Reponse Code", 2},
+      {"SSH-2.0-x", "0", "Unrecognized Reponse Code", 2},
+  };
+  for (const Case& aCase : aCases) {
+    const Classification aResult = ClassifyResponse(aCase.szHeader);
+    EXPECT_EQ(aResult.bUp ? "up" : aResult.szCode, aCase.szCode) << aCase.szHeader;
+    EXPECT_EQ(aResult.szText, aCase.szText) << aCase.szHeader;
+    EXPECT_EQ(aResult.iBackupOutcome, aCase.iBackupOutcome) << aCase.szHeader;
+  }
+}

@@ -1,0 +1,46 @@
+// RecordingView: a view that writes down what the engine shows, and lets a test act in the middle of a pass.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "check/CheckView.h"
+
+class RecordingView : public CheckView {
+ public:
+  std::vector<std::string> aEvents;              // in order; the clock panel and progress states are left out
+  std::vector<std::string> aStates;              // the progress window's status line
+  std::map<std::int32_t, std::int16_t> aLights;  // by slot
+  std::map<std::int32_t, std::string> aRemarks;  // by slot
+  std::vector<std::string> aMessages;
+  int lBells = 0;
+  int lLocked = 0;  // commands locked at present
+  bool bMinimised = false;
+  std::function<void()> OnPump;      // called at every PumpEvents
+  std::function<void()> OnRecorded;  // called at every SiteRecorded
+
+  // True when the event was recorded.
+  bool Has(const std::string& szEvent) const;
+
+  void ShowPanel(int iPanel, const std::string& szText) override;
+  void ClearRemarks() override;
+  void EnsureRowVisible(std::int32_t lSlot) override;
+  void ShowLight(std::int32_t lSlot, std::int16_t iIcon) override;
+  void ShowLightText(std::int32_t lSlot, const std::string& szText) override;
+  void ShowRemark(std::int32_t lSlot, const std::string& szText) override;
+  void SiteRecorded(std::int32_t lSlot) override;
+  bool IsMinimised() override { return bMinimised; }
+  void OpenProgress() override { aEvents.emplace_back("progress opened"); }
+  void CloseProgress() override { aEvents.emplace_back("progress closed"); }
+  void ShowProgressSite(const std::string& szText) override { aEvents.push_back("progress " + szText); }
+  void ShowProgressStatus(const std::string& szText) override { aStates.push_back(szText); }
+  void ShowMessage(const std::string& szText) override { aMessages.push_back(szText); }
+  void SoundBell() override;
+  void EnableCommand(MenuCommand iCommand, bool bEnable) override;
+  void EnableAutoTimer(bool bEnable) override { aEvents.emplace_back(bEnable ? "timer on" : "timer off"); }
+  void PumpEvents() override {
+    if (OnPump) OnPump();
+  }
+};
