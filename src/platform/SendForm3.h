@@ -27,3 +27,8 @@ struct MailOutcome {
   std::string szError;
 };
 const MailOutcome& SendForm3_LastOutcome();
+
+// The limit in seconds for one whole call, look-up and goodbye included; 2 at least. Tests shorten it.
+inline constexpr std::int32_t lSendForm3_DefaultLimit = 30;
+void SendForm3_SetLimit(std::int32_t lSeconds);
+std::int32_t SendForm3_Limit();
