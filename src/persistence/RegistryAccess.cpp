@@ -138,15 +138,15 @@ void FillEntry(Registry::Key hKey, const std::string& szStoredName, std::uint32_
   }
 }
 
-// Below zero, zero or above it, as the left key is less, equal or greater. Numbers stand before texts.
-int Compare(const Variant& aLeft, const Variant& aRight) {
+// True when the left key belongs before the right one: numbers by size, an empty key as 0, texts last.
+bool IsLess(const Variant& aLeft, const Variant& aRight) {
   const auto* pLeft = std::get_if<std::string>(&aLeft);
   const auto* pRight = std::get_if<std::string>(&aRight);
-  if (pLeft != nullptr && pRight != nullptr) return pLeft->compare(*pRight);
-  if (pLeft != nullptr || pRight != nullptr) return pLeft != nullptr ? 1 : -1;
-  const auto lLeft = NumberOf(aLeft).value_or(0);
-  const auto lRight = NumberOf(aRight).value_or(0);
-  return lLeft < lRight ? -1 : lLeft > lRight ? 1 : 0;
+  if (pLeft != nullptr || pRight != nullptr)
+    return pRight != nullptr && (pLeft == nullptr || *pLeft < *pRight);
+  const auto* pLeftNumber = std::get_if<std::int32_t>(&aLeft);
+  const auto* pRightNumber = std::get_if<std::int32_t>(&aRight);
+  return (pLeftNumber != nullptr ? *pLeftNumber : 0) < (pRightNumber != nullptr ? *pRightNumber : 0);
 }
 
 }  // namespace
@@ -288,8 +288,9 @@ void SortKeyedRecords(std::vector<std::pair<Variant, Variant>>& aRecords, std::i
   const auto lEnd = std::min(aRecords.size(), static_cast<std::size_t>(std::max(lCount, 0)) + 1);
   for (std::size_t i = 1; i < lEnd; ++i) {
     for (std::size_t j = i + 1; j < lEnd; ++j) {
-      const int iOrder = Compare(aRecords[i].first, aRecords[j].first);
-      if (bAscending ? iOrder > 0 : iOrder < 0) std::swap(aRecords[i], aRecords[j]);
+      const auto& aFirst = aRecords[bAscending ? j : i].first;
+      const auto& aSecond = aRecords[bAscending ? i : j].first;
+      if (IsLess(aFirst, aSecond)) std::swap(aRecords[i], aRecords[j]);
     }
   }
 }
