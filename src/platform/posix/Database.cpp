@@ -1,7 +1,5 @@
 #include "platform/posix/Database.h"
 
-#include <cerrno>
-
 #include "platform/Registry.h"
 
 namespace {
@@ -154,7 +152,6 @@ int Database::ReadNumber(const char* szSql, std::int64_t& lNumber) {
 
 Database::Condition Database::Judge(int lResult) {
   if (lResult != SQLITE_OK) szLastText = sqlite3_errstr(lResult);
-  const int lErrno = pConnection != nullptr ? sqlite3_system_errno(pConnection) : 0;
   switch (lResult & 0xFF) {
     case SQLITE_OK:
       return Condition::Ready;
@@ -174,8 +171,9 @@ Database::Condition Database::Judge(int lResult) {
       return Condition::Unreachable;
     case SQLITE_MISMATCH:
       return Condition::Foreign;
-    case SQLITE_IOERR:
-      return lErrno == ENOSPC || lErrno == EDQUOT || lErrno == EFBIG ? Condition::Full : Condition::Failed;
+    case SQLITE_IOERR:  // a quota or a limit of size comes as a failed write
+      return lResult == SQLITE_IOERR_WRITE || lResult == SQLITE_IOERR_FSYNC ? Condition::Full
+                                                                            : Condition::Failed;
     default:
       return Condition::Failed;
   }
