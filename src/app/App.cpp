@@ -1,0 +1,24 @@
+#include "app/App.h"
+
+#include "app/modMain.h"
+#include "platform/Terminal.h"
+#include "resources/TextGlue.h"
+
+bool App::PrepareWindows() {
+  SetAppName(ResText(IDS_APP_TITLE));
+  // The program outlives its windows: the main window may be hidden in the tray.
+  SetExitOnFrameDelete(false);
+  Bind(wxEVT_QUERY_END_SESSION, [](wxCloseEvent&) {});
+  Bind(wxEVT_END_SESSION, [](wxCloseEvent&) {
+    modMain::RequestExit();
+    modMain::TryExit();
+  });
+  return true;
+}
+
+bool App::OnInit() {
+  if (!PrepareWindows()) return false;
+  Terminal::CatchInterrupt();
+  CallAfter([] { modMain::Main(); });
+  return true;
+}

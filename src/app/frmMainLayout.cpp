@@ -1,0 +1,168 @@
+// The main window's sizes, in twips, and its two states: shown, or minimised to the tray.
+#include <wx/dcclient.h>
+#include <wx/panel.h>
+#include <wx/settings.h>
+#include <wx/sizer.h>
+#include <wx/stattext.h>
+#include <wx/statusbr.h>
+#include <wx/tooltip.h>
+
+#include <algorithm>
+
+#include "app/PictureBox.h"
+#include "app/frmMain.h"
+#include "app/modSysTray.h"
+#include "platform/TrayIcon.h"
+#include "platform/WindowScale.h"
+#include "resources/TextGlue.h"
+
+namespace {
+
+constexpr int lLeastWidth = 5600;
+constexpr int lLeastHeight = 4600;
+constexpr int lFirstWidth = 12000;
+constexpr int lFirstHeight = 7800;
+constexpr int lLineInset = 10;
+constexpr int lViewFromRight = 2100;
+constexpr int lViewTop = 90;
+constexpr int lViewWidth = 2000;
+constexpr int lViewHeight = 450;
+constexpr int lListTop = 600;
+constexpr int lPictureSide = 270;
+
+int Twips(const wxWindow& aWindow, int lTwips) {
+  return WindowScale::FromTwips(aWindow, lTwips);
+}
+
+}  // namespace
+
+void frmMain::BuildStatusBar() {
+  sbrMain = CreateStatusBar(3);
+  sbrMain->Bind(wxEVT_MOTION, [this](wxMouseEvent& aEvent) {
+    aEvent.Skip();
+    const std::int32_t aNames[] = {IDS_PANEL_CLOCK, IDS_PANEL_NEXT, IDS_PANEL_LAST};
+    for (int i = 0; i < 3; ++i) {
+      wxRect aField;
+      if (!sbrMain->GetFieldRect(i, aField) || !aField.Contains(aEvent.GetPosition())) continue;
+      const wxString szName = ResText(aNames[i]).Trim();
+      if (sbrMain->GetToolTipText() != szName) sbrMain->SetToolTip(szName);
+    }
+  });
+  LayOutStatusBar();
+}
+
+void frmMain::LayOutStatusBar() {
+  // The clock and the last check are as wide as their widest text; what lies between is the pass state's.
+  const int lClock = sbrMain->GetTextExtent("12/30/2000 12:00:00 AM  ").x + FromDIP(16);
+  const int lLast = sbrMain->GetTextExtent(ResText(IDS_NO_SITES) + "  ").x + FromDIP(16);
+  const int lLastTime = sbrMain->GetTextExtent(ResText(IDS_LAST) + " 12:00:00 AM  ").x + FromDIP(16);
+  const int aWidths[] = {lClock, -1, std::max(lLast, lLastTime)};
+  sbrMain->SetStatusWidths(3, aWidths);
+}
+
+void frmMain::BuildCurrentView() {
+  fraCurView = new wxPanel(pixClient, wxID_ANY, wxDefaultPosition,
+                           wxSize(Twips(*this, lViewWidth), Twips(*this, lViewHeight)));
+  lblCurView = new wxStaticText(fraCurView, wxID_ANY, ResText(IDS_CURRENT_VIEW));
+  const int lSide = Twips(*this, lPictureSide);
+  imgColors = new PictureBox(fraCurView, lSide);
+  imgEnabled = new PictureBox(fraCurView, lSide);
+  imgColors->SetToolTip(ResText(IDS_TIP_RESULTS));
+  imgEnabled->SetToolTip(ResText(IDS_TIP_ENABLED));
+  imgColors->Click = [this] { imgColors_Click(); };
+  imgEnabled->Click = [this] { imgEnabled_Click(); };
+  auto* pRow = new wxBoxSizer(wxHORIZONTAL);
+  pRow->AddStretchSpacer();
+  pRow->Add(lblCurView, wxSizerFlags().CentreVertical());
+  pRow->Add(imgColors, wxSizerFlags().CentreVertical().Border(wxLEFT, Twips(*this, 90)));
+  pRow->Add(imgEnabled, wxSizerFlags().CentreVertical().Border(wxLEFT, Twips(*this, 60)));
+  fraCurView->SetSizer(pRow);
+  fraCurView->Layout();
+  pixClient->Bind(wxEVT_PAINT, [this](wxPaintEvent&) { PaintLines(); });
+  SetMinSize(wxSize(Twips(*this, lLeastWidth), Twips(*this, lLeastHeight)));
+  SetSize(Twips(*this, lFirstWidth), Twips(*this, lFirstHeight));
+  CentreOnScreen();
+}
+
+// An etched line across the top: a dark one, and a light one just below it.
+void frmMain::PaintLines() {
+  wxPaintDC aDC(pixClient);
+  const int lInset = std::max(1, Twips(*this, lLineInset));
+  const int lRight = pixClient->GetClientSize().x - lInset;
+  const int lCompanion = std::max(lInset + 1, Twips(*this, lLineInset + 1));
+  aDC.SetPen(wxPen(wxSystemSettings::GetColour(wxSYS_COLOUR_3DSHADOW)));
+  aDC.DrawLine(lInset, lInset, lRight, lInset);
+  aDC.SetPen(wxPen(wxSystemSettings::GetColour(wxSYS_COLOUR_3DHIGHLIGHT)));
+  aDC.DrawLine(lInset, lCompanion, lRight, lCompanion);
+}
+
+void frmMain::Form_Resize() {
+  if (!sbrMain || !lvwMain || bLayingOut || IsIconized()) return;
+  bLayingOut = true;
+  modSysTray::RefreshTip();
+  modSysTray::EnableRestore(bMinimised);
+  const wxSize aLeast = GetMinSize();
+  const wxSize aSize = GetSize();
+  if (aSize.x < aLeast.x || aSize.y < aLeast.y)
+    SetSize(std::max(aSize.x, aLeast.x), std::max(aSize.y, aLeast.y));
+  LayOut();
+  bLayingOut = false;
+}
+
+void frmMain::LayOut() {
+  const auto To = [this](int lPixels) { return WindowScale::ToTwips(*this, lPixels); };
+  const wxSize aClient = GetClientSize();
+  pixClient->SetSize(aClient);
+  fraCurView->Move(aClient.x - Twips(*this, lViewFromRight), Twips(*this, lViewTop));
+
+  const int lWidth = To(aClient.x);
+  const int lOuter = To(GetSize().y);
+  const int lBar = To(sbrMain->GetSize().y);
+  const int lTop = Twips(*this, lListTop);
+  int lListHeight = lvwMain->GetSize().y;
+  // Under a window manager with tall captions the list would reach below the status bar's edge.
+  if (lOuter - lBar > 1500)
+    lListHeight = std::min(Twips(*this, lOuter - lBar - 1500), std::max(0, aClient.y - lTop));
+  lvwMain->SetSize(0, lTop, std::max(0, Twips(*this, lWidth - 100)), lListHeight);
+
+  const int lComments = static_cast<int>(0.3 * (lWidth - 100));
+  const int lAddress = lWidth - 300 - 300 - lComments - 2000;
+  if (lComments >= 0 && lAddress >= 0) {
+    const int aWidths[] = {300, lAddress, 1500, 300, lComments};
+    for (int i = 0; i < 5; ++i)
+      lvwMain->SetColumnWidth(i, Twips(*this, aWidths[i]));
+  }
+  pixClient->Refresh();
+}
+
+void frmMain::EnterMinimised() {
+  if (bMinimised || bExiting) return;
+  bMinimised = true;
+  modSysTray::EnableRestore(true);
+  // Without a tray a hidden window could not be brought back: then it stays on the task bar.
+  if (modSysTray::HasIcon() && TrayIcon::Available()) Hide();
+  modSysTray::RefreshTip();
+}
+
+void frmMain::LeaveMinimised() {
+  // A hidden window may be reported as not iconised though nobody restored it.
+  if (!bMinimised || !IsShown()) return;
+  bMinimised = false;
+  modSysTray::EnableRestore(false);
+  Form_Resize();
+}
+
+void frmMain::RestoreWindow() {
+  if (bExiting) return;
+  bMinimised = false;
+  if (IsIconized()) Iconize(false);
+  if (IsMaximized()) Maximize(false);
+  Show();
+  Raise();
+  modSysTray::EnableRestore(false);
+  Form_Resize();
+  if (IsEnabled()) return;
+  // A dialog holds the main window: it belongs in front.
+  for (wxWindow* pWindow : wxTopLevelWindows)
+    if (pWindow != this && pWindow->IsShown() && pWindow != pProgress.get()) pWindow->Raise();
+}

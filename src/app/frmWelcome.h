@@ -1,0 +1,19 @@
+// frmWelcome: greets the operator at the very first start and offers the tour. Modeless: monitoring begins
+// behind it.
+#pragma once
+
+#include <wx/dialog.h>
+
+class MainHost;
+class wxButton;
+
+class frmWelcome : public wxDialog {
+ public:
+  explicit frmWelcome(MainHost& aHost);
+
+  wxButton* cmdRunTour;
+  wxButton* cmdClose;
+};
+
+// Starts the tour program, or says that it is missing.
+void StartTour(MainHost& aHost);
