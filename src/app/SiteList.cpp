@@ -1,5 +1,6 @@
 #include "app/SiteList.h"
 
+#include <wx/panel.h>
 #include <wx/settings.h>
 #include <wx/stattext.h>
 
@@ -40,11 +41,15 @@ SiteList::SiteList(wxWindow* pParent)
   AppendColumn("", wxLIST_FORMAT_CENTRE);
   AppendColumn(ResText(IDS_COLUMN_COMMENTS), wxLIST_FORMAT_LEFT);
 
-  lblHint = new wxStaticText(this, wxID_ANY, "", wxDefaultPosition, wxDefaultSize,
-                             wxALIGN_CENTRE_HORIZONTAL | wxST_NO_AUTORESIZE);
-  lblHint->SetBackgroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_LISTBOX));
+  // A window of its own: a bare label would be drawn beneath the list's rows.
+  pixHint = new wxPanel(this);
+  pixHint->SetBackgroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_LISTBOX));
+  lblHint =
+      new wxStaticText(pixHint, wxID_ANY, "", wxDefaultPosition, wxDefaultSize, wxALIGN_CENTRE_HORIZONTAL);
   lblHint->SetForegroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_GRAYTEXT));
-  lblHint->Hide();
+  for (wxWindow* pWindow : {static_cast<wxWindow*>(pixHint), static_cast<wxWindow*>(lblHint)})
+    pWindow->Bind(wxEVT_LEFT_DOWN, [this](wxMouseEvent&) { SetFocus(); });
+  pixHint->Hide();
 
   Bind(wxEVT_SIZE, [this](wxSizeEvent& aEvent) {
     aEvent.Skip();
@@ -210,18 +215,21 @@ int SiteList::OnGetItemColumnImage(long lItem, long lColumn) const {
 }
 
 void SiteList::ShowHint(const wxString& szText) {
-  lblHint->Show(!szText.empty());
-  lblHint->SetLabel(szText);
+  pixHint->Show(!szText.empty());
+  if (szHint == szText) return;
+  szHint = szText;
   PlaceHint();
 }
 
 void SiteList::PlaceHint() {
-  if (!lblHint->IsShown()) return;
+  if (!pixHint->IsShown()) return;
   const wxSize aArea = GetClientSize();
   const int lMargin = FromDIP(lHintMargin);
-  lblHint->InvalidateBestSize();
-  const int lHeight = lblHint->GetBestSize().y;
-  lblHint->SetSize(lMargin, std::max(lMargin, (aArea.y - lHeight) / 2), std::max(0, aArea.x - 2 * lMargin),
-                   lHeight);
-  lblHint->Raise();
+  const int lWidth = std::max(0, aArea.x - 2 * lMargin);
+  lblHint->SetLabel(szHint);
+  lblHint->Wrap(lWidth);
+  const wxSize aText = lblHint->GetBestSize();
+  lblHint->SetSize((lWidth - aText.x) / 2, 0, aText.x, aText.y);
+  pixHint->SetSize(lMargin, std::max(lMargin, (aArea.y - aText.y) / 2), lWidth, aText.y);
+  pixHint->Raise();
 }

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+class wxPanel;
 class wxStaticText;
 
 class SiteList : public wxListView {
@@ -49,6 +50,7 @@ class SiteList : public wxListView {
 
   // What an empty list says in its place; empty for nothing.
   void ShowHint(const wxString& szText);
+  const wxString& Hint() const { return szHint; }
 
   // Text of a cell, columns 1 to 5.
   static std::string CellText(const Row& aRow, int iColumn);
@@ -68,5 +70,7 @@ class SiteList : public wxListView {
   std::vector<std::int32_t> aPositions;  // by slot; -1 for no row
   int iSortColumn = 1;
   bool bAscending = true;
+  wxPanel* pixHint;
   wxStaticText* lblHint;
+  wxString szHint;
 };
