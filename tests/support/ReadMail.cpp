@@ -1,0 +1,35 @@
+#include "support/ReadMail.h"
+
+#include <sstream>
+
+#include "platform/Text.h"
+
+ReadMail::ReadMail(const std::string& szMail) {
+  const std::string szLines = Text::Replace(szMail, "\r\n", "\n");
+  const std::size_t lGap = szLines.find("\n\n");
+  if (lGap == std::string::npos) return;
+  std::istringstream aLines(Text::Replace(Text::Replace(szLines.substr(0, lGap), "\n ", " "), "\n\t", " "));
+  for (std::string szLine; std::getline(aLines, szLine);)
+    if (const std::size_t lColon = szLine.find(':'); lColon != std::string::npos)
+      aHeaders.emplace(Text::LowerCase(szLine.substr(0, lColon)), Text::Trim(szLine.substr(lColon + 1)));
+  szBody = szLines.substr(lGap + 2);
+  if (Text::EqualNoCase(Only("content-transfer-encoding"), "quoted-printable")) {
+    const std::string szCoded = Text::Replace(szBody, "=\n", "");
+    szBody.clear();
+    for (std::size_t i = 0; i < szCoded.size(); ++i) {
+      if (szCoded[i] == '=' && i + 2 < szCoded.size()) {
+        szBody += static_cast<char>(std::stoi(szCoded.substr(i + 1, 2), nullptr, 16));
+        i += 2;
+      } else {
+        szBody += szCoded[i];
+      }
+    }
+    szBody = Text::Replace(szBody, "\r\n", "\n");
+  }
+  if (!szBody.ends_with('\n')) szBody += '\n';
+}
+
+std::string ReadMail::Only(const std::string& szLowerCaseName) const {
+  return aHeaders.count(szLowerCaseName) == 1 ? aHeaders.find(szLowerCaseName)->second
+                                              : "not exactly one " + szLowerCaseName;
+}
