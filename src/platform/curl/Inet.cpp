@@ -159,17 +159,21 @@ void Inet::Impl::Drop() {
 }
 
 void Inet::Impl::Proceed(std::int32_t lMilliseconds) {
-  const auto Perform = [this] {
-    int lRunning = 0, lLeft = 0;
-    if (curl_multi_perform(hMulti.get(), &lRunning) != CURLM_OK) return Finish(CURLE_FAILED_INIT);
-    while (const CURLMsg* pMessage = curl_multi_info_read(hMulti.get(), &lLeft))
-      if (pMessage->msg == CURLMSG_DONE && pMessage->easy_handle == hEasy.get())
-        return Finish(pMessage->data.result);
-  };
-  if (hEasy) Perform();
-  if (!hEasy || !aStates.empty() || lMilliseconds <= 0) return;
-  curl_multi_poll(hMulti.get(), nullptr, 0, lMilliseconds, nullptr);
-  Perform();
+  if (!hEasy) return;
+  // Waiting first costs a new request nothing: it returns at once where libcurl has something to do. Where
+  // nothing came and nothing is due, there is nothing to perform, which makes a silent server cheaper to wait
+  // for.
+  int lReady = 0;
+  long lDue = 0;
+  if (lMilliseconds > 0) {
+    curl_multi_poll(hMulti.get(), nullptr, 0, lMilliseconds, &lReady);
+    if (lReady == 0 && curl_multi_timeout(hMulti.get(), &lDue) == CURLM_OK && lDue != 0) return;
+  }
+  int lRunning = 0, lLeft = 0;
+  if (curl_multi_perform(hMulti.get(), &lRunning) != CURLM_OK) return Finish(CURLE_FAILED_INIT);
+  while (const CURLMsg* pMessage = curl_multi_info_read(hMulti.get(), &lLeft))
+    if (pMessage->msg == CURLMSG_DONE && pMessage->easy_handle == hEasy.get())
+      return Finish(pMessage->data.result);
 }
 
 // Only here does a request end, other than by being dropped.
