@@ -22,7 +22,7 @@ constexpr std::int32_t lText = 1;
 
 // Far beyond any list that could be stored; a file that is larger is not one of ours and is not kept in
 // memory.
-constexpr std::uint64_t lMostBytes = 16 * 1024 * 1024;
+constexpr std::uint64_t lMostBytes = 16U << 20U;
 constexpr std::size_t lMostRecords = 10 * static_cast<std::size_t>(modAddress::lSiteCapacity);
 
 std::string ReadFolder(Registry::Key hRoot, const char* szKey, const char* szName) {

@@ -42,95 +42,77 @@ TEST(SettingsTest, FirstStartMakesTheDefaults) {
   EXPECT_EQ(SortedValues(szAllowCookie), Texts{"AllowType=1"});
   Start();
   EXPECT_EQ(Settings.AllowType, 1);
-  EXPECT_EQ(Settings.Interval * 100 + Settings.Warning, 6015);
+  EXPECT_EQ(IntervalMinutes() * 100 + WarningMinutes(), 6015);
+  Settings.Interval = -3;  // an unchecked dialog
+  Settings.Warning = 0;
+  EXPECT_EQ(IntervalMinutes() * 100 + WarningMinutes(), 101);
+}
+
+// What is in memory under a value's name.
+int InMemory(const std::string& szName) {
+  if (szName == "Interval") return Settings.Interval;
+  if (szName == "Warning") return Settings.Warning;
+  if (szName == "SMTPPort") return Settings.SMTPPort;
+  if (szName == "LogPeriod") return Settings.LogPeriod;
+  if (szName == "MaxLogFiles") return Settings.MaxLogFiles;
+  if (szName == "DiskLogMaxFiles") return Settings.DiskLogMaxFiles;
+  return szName == "DiskLogDisabled" ? Settings.DiskLogDisabled : Settings.AllowType;
+}
+
+const char* KeyOf(const std::string& szName) {
+  if (szName == "Interval" || szName == "Warning") return szTimer;
+  if (szName == "SMTPPort") return szManager;
+  return szName == "AllowType" ? szAllowCookie : szLog;
 }
 
 // Each case starts from a complete set of good values with some of them replaced.
 TEST(SettingsTest, RepairsWhatIsOutOfRangeAndLeavesTheRest) {
-  struct Value {
-    const char *szKey, *szName;
-    RegistryAccess::Variant aValue;  // empty: three bytes of binary
-  };
+  using Variant = RegistryAccess::Variant;
+  const Variant aBinary;
   const struct {
-    const char* szWhat;
-    std::vector<Value> aPut;
-    std::int32_t SettingsRecord::*pLong;
-    std::int16_t SettingsRecord::*pShort;
+    std::vector<std::pair<const char*, Variant>> aPut;
+    const char* szName;
     int lMemory;
-    const char* szStored;  // of the first value put
+    const char* szStored;
   } aCases[] = {
-      {"no interval", {{szTimer, "Interval", 0}}, &SettingsRecord::Interval, nullptr, 60, "60"},
-      {"interval below", {{szTimer, "Interval", -7}}, &SettingsRecord::Interval, nullptr, 60, "60"},
-      {"interval as text", {{szTimer, "Interval", "45"}}, &SettingsRecord::Interval, nullptr, 45, "45"},
-      {"interval no number", {{szTimer, "Interval", "x"}}, &SettingsRecord::Interval, nullptr, 60, "60"},
-      {"warning", {{szTimer, "Warning", 0}}, &SettingsRecord::Warning, nullptr, 15, "15"},
-      {"warning alone", {{szTimer, "Warning", 0}}, &SettingsRecord::Interval, nullptr, 30, "15"},
-      {"port", {{szManager, "SMTPPort", 0}}, &SettingsRecord::SMTPPort, nullptr, 25, "0"},
-      {"period 5", {{szLog, "LogPeriod", 5}}, nullptr, &SettingsRecord::LogPeriod, 1, "1"},
-      {"period 3", {{szLog, "LogPeriod", 3}}, nullptr, &SettingsRecord::LogPeriod, 1, "1"},
-      {"period off", {{szLog, "LogPeriod", 0}}, nullptr, &SettingsRecord::LogPeriod, 0, "0"},
-      {"no files", {{szLog, "MaxLogFiles", 0}}, nullptr, &SettingsRecord::MaxLogFiles, 7, "7"},
-      {"files beyond",
-       {{szLog, "MaxLogFiles", 70000}},
-       nullptr,
-       &SettingsRecord::MaxLogFiles,
-       32767,
-       "70000"},
-      {"disabled", {{szLog, "DiskLogDisabled", -1}}, nullptr, &SettingsRecord::DiskLogDisabled, 1, "1"},
-      {"cookies refused", {{szAllowCookie, "AllowType", 2}}, nullptr, &SettingsRecord::AllowType, 2, "2"},
-      {"cookies 2 keep period",
-       {{szAllowCookie, "AllowType", 2}, {szLog, "LogPeriod", 0}},
-       nullptr,
-       &SettingsRecord::LogPeriod,
-       0,
-       "2"},
-      {"cookies 3", {{szAllowCookie, "AllowType", 3}}, nullptr, &SettingsRecord::AllowType, 3, "1"},
-      {"cookies 3 start a log",
-       {{szAllowCookie, "AllowType", 3}, {szLog, "LogPeriod", 0}},
-       nullptr,
-       &SettingsRecord::LogPeriod,
-       1,
-       "1"},
-      // Whether an odd DiskLogMaxFiles is mended hangs on the code of the operation before its test.
-      {"max after a read",
-       {{szLog, "DiskLogMaxFiles", 5}},
-       nullptr,
-       &SettingsRecord::DiskLogMaxFiles,
-       5,
-       "5"},
-      {"max after a failed read",
-       {{szLog, "DiskLogMaxFiles", 5}, {szLog, "DiskLogDisabled", {}}},
-       nullptr,
-       &SettingsRecord::DiskLogMaxFiles,
-       1,
-       "1"},
-      {"max after the path's write",
-       {{szLog, "DiskLogMaxFiles", 5}, {szLog, "DiskLogDisabled", {}}, {szLog, "LogPath", ""}},
-       nullptr,
-       &SettingsRecord::DiskLogMaxFiles,
-       5,
-       "5"},
-      {"max after the period's write",
-       {{szLog, "DiskLogMaxFiles", 5}, {szLog, "DiskLogDisabled", {}}, {szLog, "LogPeriod", 9}},
-       nullptr,
-       &SettingsRecord::DiskLogMaxFiles,
-       5,
-       "5"},
+      {{{"Interval", 0}}, "Interval", 60, "60"},
+      {{{"Interval", -7}}, "Interval", 60, "60"},
+      {{{"Interval", "45"}}, "Interval", 45, "45"},
+      {{{"Interval", "x"}}, "Interval", 60, "60"},
+      {{{"Warning", 0}}, "Warning", 15, "15"},
+      {{{"Warning", 0}}, "Interval", 30, "30"},
+      {{{"SMTPPort", 0}}, "SMTPPort", 25, "0"},
+      {{{"LogPeriod", 5}}, "LogPeriod", 1, "1"},
+      {{{"LogPeriod", 3}}, "LogPeriod", 1, "1"},
+      {{{"LogPeriod", 0}}, "LogPeriod", 0, "0"},
+      {{{"MaxLogFiles", 0}}, "MaxLogFiles", 7, "7"},
+      {{{"MaxLogFiles", 70000}}, "MaxLogFiles", 32767, "70000"},
+      {{{"DiskLogDisabled", -1}}, "DiskLogDisabled", 1, "1"},
+      {{{"AllowType", 2}, {"LogPeriod", 0}}, "AllowType", 2, "2"},
+      {{{"AllowType", 2}, {"LogPeriod", 0}}, "LogPeriod", 0, "0"},
+      {{{"AllowType", 3}, {"LogPeriod", 0}}, "AllowType", 3, "1"},
+      {{{"AllowType", 3}, {"LogPeriod", 0}}, "LogPeriod", 1, "0"},
+      // An odd DiskLogMaxFiles is mended only where the operation before its test failed: the read of
+      // DiskLogDisabled, or a write of LogPath or LogPeriod after it.
+      {{{"DiskLogMaxFiles", 5}}, "DiskLogMaxFiles", 5, "5"},
+      {{{"DiskLogMaxFiles", 5}, {"DiskLogDisabled", aBinary}}, "DiskLogMaxFiles", 1, "1"},
+      {{{"DiskLogMaxFiles", 5}, {"DiskLogDisabled", aBinary}, {"LogPath", ""}}, "DiskLogMaxFiles", 5, "5"},
+      {{{"DiskLogMaxFiles", 5}, {"DiskLogDisabled", aBinary}, {"LogPeriod", 9}}, "DiskLogMaxFiles", 5, "5"},
   };
+  const TestHome aHome;
   for (const auto& aCase : aCases) {
-    SCOPED_TRACE(aCase.szWhat);
-    const TestHome aHome;
     Start();
     SaveSettings({30, 10, "m@x.test", "M", "smtp.test", 2525, aHome.Folder(), 2, 0, 9, 0, 1});
-    for (const auto& aValue : aCase.aPut) {
-      if (aValue.aValue.index() == 0)
-        Stored::PutRaw(aValue.szKey, aValue.szName, Registry::REG_BINARY, "xyz");
+    for (const auto& [szName, aValue] : aCase.aPut) {
+      if (aValue.index() == 0)
+        Stored::PutRaw(KeyOf(szName), szName, Registry::REG_BINARY, "xyz");
       else
-        Stored::Put(aValue.szKey, aValue.szName, aValue.aValue);
+        Stored::Put(KeyOf(szName), szName, aValue);
     }
     Start();
-    EXPECT_EQ(aCase.pLong != nullptr ? Settings.*aCase.pLong : Settings.*aCase.pShort, aCase.lMemory);
-    EXPECT_EQ(Stored::Get(aCase.aPut[0].szKey, aCase.aPut[0].szName), aCase.szStored);
+    const auto nCase = &aCase - aCases;
+    EXPECT_EQ(InMemory(aCase.szName), aCase.lMemory) << nCase;
+    EXPECT_EQ(Stored::Get(KeyOf(aCase.szName), aCase.szName), aCase.szStored) << nCase;
     EXPECT_EQ(Settings.Email + Settings.Name + Settings.SMTP, "m@x.testMsmtp.test");
   }
 }
@@ -143,12 +125,6 @@ TEST(SettingsTest, LogsGoToTheUsersFolderWhereTheProgramsCannotBeWritten) {
   EXPECT_TRUE(Settings.LogPath.ends_with(std::string(1, Files::chSeparator) + "Logs"));
   EXPECT_TRUE(Files::FolderExists(Settings.LogPath)) << Settings.LogPath;
   EXPECT_EQ(Stored::Get(szLog, "LogPath"), Settings.LogPath);
-}
-
-TEST(SettingsTest, TheScheduleNeverRunsBackToBack) {
-  Settings.Interval = -3;
-  Settings.Warning = 0;
-  EXPECT_EQ(IntervalMinutes() + WarningMinutes(), 2);
 }
 
 }  // namespace
