@@ -1,0 +1,76 @@
+#include "app/Program.h"
+
+#include <wx/msgdlg.h>
+#include <wx/stopwatch.h>
+
+#include "app/modMain.h"
+#include "persistence/Settings.h"
+#include "resources/TextGlue.h"
+#include "support/Stored.h"
+
+bool Until(const std::function<bool()>& aHolds, double dSeconds) {
+  wxStopWatch aWatch;
+  while (!aHolds()) {
+    if (static_cast<double>(aWatch.Time()) > dSeconds * 1000) return false;
+    modMain::PumpEvents();
+    wxMilliSleep(2);
+  }
+  return true;
+}
+
+void PumpFor(double dSeconds) {
+  Until([] { return false; }, dSeconds);
+}
+
+int BoxCatcher::Enter(wxDialog* pDialog) {
+  const auto* pBox = dynamic_cast<wxMessageDialog*>(pDialog);
+  aTexts.push_back(FromWx(pBox ? pBox->GetMessage() : pDialog->GetTitle()));
+  return wxID_OK;
+}
+
+Program::Program(const std::vector<SiteRecord>& aStored, Start iStart) : aClock(45000.5) {
+  Settings = {};  // as in a process that has just begun
+  if (iStart == Start::Later) Stored::Put(ProductKeys::szSetup, "startup", std::int32_t{1});
+  // Every site carries its place in the index, so that slots follow the order given.
+  for (std::size_t i = 0; i < aStored.size(); ++i)
+    modAddress::WriteSiteRecord(aStored[i], static_cast<std::int32_t>(i) + 1);
+  modMain::Main();
+  pMain = modMain::MainWindow();
+  if (!pMain) return;
+  for (std::size_t i = 0; i < aStored.size() && lSiteCount == static_cast<std::int32_t>(aStored.size()); ++i)
+    aSites[i + 1].Status = aStored[i].Status;
+  pMain->Display_lvwMainEx(0);
+  modMain::PumpEvents();
+}
+
+Program::~Program() {
+  if (pMain) modMain::RequestExit();
+  Until([this] { return !pMain; });
+  PumpFor(0.02);
+}
+
+std::string Program::Panel(int iPanel) {
+  return FromWx(Main().sbrMain->GetStatusText(iPanel - 1));
+}
+
+std::string Program::Slots() {
+  std::string szSlots;
+  for (std::int32_t i = 0; i < Main().RowCount(); ++i) {
+    const std::int32_t lSlot = Main().lvwMain->RowAt(i)->lSlot;
+    szSlots += (i > 0 ? " " : "") + std::to_string(lSlot) + (lSlot == Main().SelectedSlot() ? "*" : "");
+  }
+  return szSlots;
+}
+
+std::string Program::RowText(std::int32_t lSlot) {
+  const SiteList::Row* pRow = Main().lvwMain->RowOf(lSlot);
+  if (!pRow) return "(no row)";
+  static const char* const aLights[] = {"none", "Green", "Yellow", "Red"};
+  return std::string(pRow->bChecked ? "[x] " : "[ ] ") + pRow->szAddress +
+         (pRow->szIP.empty() ? "" : " (" + pRow->szIP + ")") + " " + aLights[pRow->iLight] + ":" +
+         (pRow->szLightText.empty() ? "" : " <" + pRow->szLightText + ">") + " " + pRow->szRemark;
+}
+
+SiteRecord Site(const std::string& szURL, int lEnabled, int lStatus, const std::string& szIP) {
+  return {szIP, szURL, static_cast<std::uint8_t>(lStatus), static_cast<std::uint8_t>(lEnabled), 60, ""};
+}
