@@ -50,6 +50,20 @@ TEST(StringsTest, TextsThatLookWrongStayAsTheyAre) {
       "Manually Stopped.",
       "ERROR: ",
       "<SPAN class=\"Emphasis\">IP Check Performed</SPAN>",
+      "&New Address",
+      "I&mport List",
+      "&Export List",
+      "St&art Check",
+      "E&xit",
+      "E&dit Address",
+      "Delete Address",
+      "&Options...",
+      "&Open Log",
+      "&View Current Log",
+      "&About Kestrova...",
+      "Interactive &Tour",
+      "&Help Topics",
+      "Next Check: ",
       "Import New",
       "Import Replace",
   };
@@ -57,6 +71,16 @@ TEST(StringsTest, TextsThatLookWrongStayAsTheyAre) {
     EXPECT_TRUE(std::any_of(aTable.begin(), aTable.end(), [&](const TableEntry& aEntry) {
       return aEntry.szText == szText;
     })) << szText;
+  }
+}
+
+TEST(StringsTest, SlipsInsideLongTextsStay) {
+  for (const char* szPart : {"taklen", "suntax", "receive an response", "this response occurs the requested",
+                             "HTTP Reponse Code 404", "(Gateway Time-out)",
+                             "is as follows: ", "right-mouse click on", "located in the system tray"}) {
+    EXPECT_TRUE(std::any_of(aTable.begin(), aTable.end(), [&](const TableEntry& aEntry) {
+      return aEntry.szText.find(szPart) != std::string::npos;
+    })) << szPart;
   }
 }
 
