@@ -66,6 +66,8 @@ class Transaction {
   // Ends the bracket now. 0, or the code of the failure after which none of its writes is kept (an inner one
   // always answers 0). What the destructor meets is not reported.
   std::int32_t Commit();
+  // Ends the bracket with none of its writes kept, nor those of a bracket around it.
+  void Abandon();
 
  private:
   bool bEnded = false;

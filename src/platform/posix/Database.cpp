@@ -264,6 +264,11 @@ std::int32_t Database::Leave() {
   return bLost ? Registry::lAccessDenied : Registry::lSuccess;
 }
 
+void Database::Break() {
+  if (bBegun) Undo();
+  bBroken = lDepth > 0;
+}
+
 void Database::Undo() {
   if (sqlite3_get_autocommit(pConnection) == 0) Use(*this, ROLLBACK).Run();
   bBegun = false;

@@ -87,6 +87,7 @@ class Database {
   // that undid its writes all further ones in it answer 5, so that it stays whole: all or none.
   void Enter() { ++lDepth; }
   std::int32_t Leave();
+  void Break();  // undoes the bracket's writes and refuses further ones until it is left
   std::int32_t BeforeWrite();
   bool InBracket() const { return lDepth > 0; }
   std::function<void()> RolledBack;  // what was made in the bracket is gone

@@ -265,6 +265,11 @@ std::int32_t Registry::Transaction::Commit() {
   return lCode;
 }
 
+void Registry::Transaction::Abandon() {
+  if (!bEnded) The().aDatabase.Break();
+  Commit();
+}
+
 bool Registry::OpenStore(std::string& szMessage) {
   szMessage.clear();
   auto& aState = The();
