@@ -16,6 +16,8 @@ build_packages=(
 display_packages=(xvfb xauth metacity trayer xdotool imagemagick)
 # Real servers that some tests talk to. Those tests say so and step aside where one is missing.
 server_packages=(nginx-light exim4-daemon-light)
+# A strict parser that one test reads the log page with; that test says so and steps aside where it is missing.
+parser_packages=(libxml2-utils)
 
 say() { echo "setup: $*"; }
 
@@ -65,7 +67,7 @@ install_without_starting() {
 
 case "${1:-build}" in
   build) wanted=("${build_packages[@]}") servers=() ;;
-  test) wanted=("${build_packages[@]}" "${display_packages[@]}") servers=("${server_packages[@]}") ;;
+  test) wanted=("${build_packages[@]}" "${display_packages[@]}") servers=("${server_packages[@]}" "${parser_packages[@]}") ;;
   *) echo "usage: $0 build|test" >&2; exit 2 ;;
 esac
 

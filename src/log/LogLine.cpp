@@ -1,0 +1,204 @@
+#include "log/LogLine.h"
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "resources/Strings.h"
+
+namespace {
+
+constexpr std::string_view szStartManual = "[START CHECK: MANUAL - ";
+constexpr std::string_view szStartAuto = "[START CHECK: AUTO - ";
+constexpr std::string_view szStartAny = "[START CHECK:";
+constexpr std::string_view szEnd = "[END CHECK]";
+constexpr std::string_view szAgent = "http://";
+constexpr std::string_view szFirstOfTwo = "(1) http://";
+constexpr std::string_view szSecondOfTwo = "<BR>(2) http://";
+constexpr std::size_t lNone = std::string_view::npos;
+constexpr std::size_t lLongestEntry = 65536;  // bytes; the writer's lines are far shorter
+
+// The texts with which a result begins, as the check engine writes them.
+const std::vector<std::string>& ResultTexts() {
+  static const std::vector<std::string> aTexts = [] {
+    std::vector<std::string> aAll;
+    for (const auto lNumber :
+         {IDS_SITE_OK,        IDS_MISSING_ADDRESS,     IDS_UNKNOWN_SITE,         IDS_RESULT_204,
+          IDS_RESULT_301,     IDS_RESULT_400,          IDS_RESULT_401,           IDS_RESULT_403,
+          IDS_RESULT_404,     IDS_RESULT_405,          IDS_RESULT_500,           IDS_RESULT_501,
+          IDS_RESULT_502,     IDS_RESULT_503,          IDS_RESULT_504,           IDS_RESULT_1XX,
+          IDS_RESULT_2XX,     IDS_RESULT_3XX,          IDS_RESULT_4XX,           IDS_RESULT_5XX,
+          IDS_RESULT_NO_CODE, IDS_RESULT_UNKNOWN_CODE, IDS_RESULT_UNKNOWN_STATE, IDS_RESULT_TIMED_OUT,
+          IDS_RESULT_ERROR,   IDS_LOG_NO_CODE})
+      aAll.push_back(LoadResString(lNumber));
+    return aAll;
+  }();
+  return aTexts;
+}
+
+bool BeginsWithResult(std::string_view szText) {
+  if (szText.starts_with("(1) ")) szText.remove_prefix(4);
+  for (const auto& szResult : ResultTexts())
+    if (szText.starts_with(szResult)) return true;
+  return false;
+}
+
+std::string_view UnknownSite() {
+  static const std::string szText = LoadResString(IDS_UNKNOWN_SITE);
+  return szText;
+}
+
+std::string_view Stopped() {
+  static const std::string szText = LoadResString(IDS_MANUALLY_STOPPED);
+  return szText;
+}
+
+bool IsDigit(char chByte) {
+  return chByte >= '0' && chByte <= '9';
+}
+
+// 0 to 59 as the writer puts it, without a leading zero.
+bool IsElapsed(std::string_view szText) {
+  if (szText.size() == 1) return IsDigit(szText[0]);
+  return szText.size() == 2 && szText[0] >= '1' && szText[0] <= '5' && IsDigit(szText[1]);
+}
+
+// The writer's form; the form with a two-digit year, as older logs have it; and a time without a day, which
+// stands for day 0.
+bool ReadMoment(std::string_view szText, DateTime& dtMoment) {
+  if (szText.size() < 10 || szText.size() > 22) return false;
+  if (ParseGeneral(szText, dtMoment)) return true;
+  const auto lBlank = szText.find(' ');
+  const auto lSlash = szText.rfind('/', lBlank);
+  if (lBlank == lNone) return false;
+  if (lSlash == lNone) return ParseGeneral("12/30/1899 " + std::string(szText), dtMoment);
+  if (lBlank != lSlash + 3) return false;
+  const std::string szCentury = szText[lSlash + 1] < '3' ? "20" : "19";
+  return ParseGeneral(
+      std::string(szText.substr(0, lSlash + 1)) + szCentury + std::string(szText.substr(lSlash + 1)),
+      dtMoment);
+}
+
+bool ReadStart(std::string_view szLine, std::string_view szBegin, LogLine& aLine) {
+  if (!szLine.starts_with(szBegin) || !szLine.ends_with(']')) return false;
+  szLine.remove_prefix(szBegin.size());
+  szLine.remove_suffix(1);
+  return ReadMoment(szLine, aLine.dtMoment);
+}
+
+bool IsAddress(std::string_view szText) {
+  return szText.starts_with(szAgent) || szText.starts_with(szFirstOfTwo) || szText.starts_with(UnknownSite());
+}
+
+// A line that was cut short and then continued by the next one holds the next one's time before its address.
+bool HoldsTwoLines(std::string_view szMiddle) {
+  for (std::size_t lComma = szMiddle.find(','); lComma != lNone; lComma = szMiddle.find(',', lComma + 1))
+    if (lComma >= 3 && (szMiddle.substr(lComma - 3, 3) == " AM" || szMiddle.substr(lComma - 3, 3) == " PM") &&
+        IsAddress(szMiddle.substr(lComma + 1)))
+      return true;
+  return false;
+}
+
+// The comma between address and text.
+std::size_t FindText(std::string_view szMiddle) {
+  std::size_t lFirst = 0;
+  if (szMiddle.starts_with(szFirstOfTwo)) {
+    const auto lSecond = szMiddle.find(szSecondOfTwo);
+    if (lSecond != lNone) lFirst = lSecond + szSecondOfTwo.size();
+  }
+  lFirst = szMiddle.find(',', lFirst);
+  for (auto lComma = lFirst; lComma != lNone; lComma = szMiddle.find(',', lComma + 1))
+    if (BeginsWithResult(szMiddle.substr(lComma + 1))) return lComma;
+  return lFirst != lNone && szMiddle.ends_with(',') ? szMiddle.size() - 1 : lFirst;
+}
+
+Outcome OutcomeOf(char chClass, std::string_view szComment) {
+  if (szComment.ends_with(Stopped())) return Outcome::None;
+  switch (chClass) {
+    case '1':
+      return Outcome::Up;
+    case '2':
+      return Outcome::Down;
+    case '3':
+      return Outcome::Disabled;
+    case '4':
+      return Outcome::Warning;
+    default:
+      return Outcome::None;
+  }
+}
+
+bool ReadEntry(std::string_view szLine, LogLine& aLine) {
+  if (szLine.size() > lLongestEntry) return false;
+  const auto lFirst = szLine.find(',');
+  const auto lLast = szLine.rfind(',');
+  if (lFirst == lNone || lLast == lFirst || lLast + 2 != szLine.size()) return false;
+  const char chClass = szLine.back();
+  if (chClass < '0' || chClass > '4' || !IsAddress(szLine.substr(lFirst + 1))) return false;
+  auto lBehind = szLine.rfind(',', lLast - 1);  // the comma behind the elapsed seconds
+  auto lBefore = lNone;
+  for (; lBehind != lNone && lBehind > lFirst; lBehind = lBefore) {
+    lBefore = szLine.rfind(',', lBehind - 1);
+    if (lBefore == lNone || lBefore <= lFirst) return false;
+    if (IsElapsed(szLine.substr(lBefore + 1, lBehind - lBefore - 1))) break;
+  }
+  if (lBehind == lNone || lBehind <= lFirst) return false;
+  const auto szMiddle = szLine.substr(lFirst + 1, lBefore - lFirst - 1);
+  const auto lText = FindText(szMiddle);
+  if (lText == lNone || HoldsTwoLines(szMiddle) || !ReadMoment(szLine.substr(0, lFirst), aLine.dtMoment))
+    return false;
+  aLine.lAddress = static_cast<std::uint32_t>(lFirst + 1);
+  aLine.lStatus = static_cast<std::uint32_t>(lFirst + 1 + lText + 1);
+  aLine.lElapsed = static_cast<std::uint32_t>(lBefore + 1);
+  aLine.lComment = static_cast<std::uint32_t>(lBehind + 1);
+  aLine.iOutcome = OutcomeOf(chClass, szLine.substr(lBehind + 1, lLast - lBehind - 1));
+  for (auto lDigit = lBefore + 1; lDigit < lBehind; ++lDigit)
+    aLine.iSeconds = static_cast<std::uint8_t>(aLine.iSeconds * 10 + (szLine[lDigit] - '0'));
+  return true;
+}
+
+}  // namespace
+
+void ReadLogLine(std::string_view szLine, LogLine& aLine) {
+  const auto lOffset = aLine.lOffset;
+  aLine = LogLine{};
+  aLine.lOffset = lOffset;
+  aLine.lLength = static_cast<std::uint32_t>(szLine.size());
+  if (szLine.starts_with('[')) {
+    if (szLine == szEnd) aLine.iKind = LineKind::End;
+    if (ReadStart(szLine, szStartManual, aLine)) aLine.iKind = LineKind::StartManual;
+    if (ReadStart(szLine, szStartAuto, aLine)) aLine.iKind = LineKind::StartAuto;
+  } else if (ReadEntry(szLine, aLine)) {
+    aLine.iKind = LineKind::Entry;
+  }
+  aLine.bTimeKnown = aLine.dtMoment >= 1;  // day 0 stands for "no time"
+  if (aLine.iKind != LineKind::Unread && aLine.iKind != LineKind::Entry) aLine.iOutcome = Outcome::None;
+}
+
+LogFields SplitLogLine(std::string_view szLine, const LogLine& aLine) {
+  const auto Between = [&](std::uint32_t lFrom, std::uint32_t lNext) {
+    return szLine.substr(lFrom, lNext - 1 - lFrom);
+  };
+  const auto lClass = aLine.lLength - 1;
+  return {szLine.substr(0, aLine.lAddress - 1),   Between(aLine.lAddress, aLine.lStatus),
+          Between(aLine.lStatus, aLine.lElapsed), Between(aLine.lElapsed, aLine.lComment),
+          Between(aLine.lComment, lClass),        szLine.substr(lClass)};
+}
+
+bool LooksLikeStart(std::string_view szLine) {
+  return szLine.starts_with(szStartAny);
+}
+
+std::string_view SiteOfAddress(std::string_view szAddress) {
+  if (szAddress.starts_with(szFirstOfTwo)) {
+    szAddress.remove_prefix(szFirstOfTwo.size());
+    szAddress = szAddress.substr(0, szAddress.rfind(szSecondOfTwo));
+  } else if (szAddress.starts_with(szAgent)) {
+    szAddress.remove_prefix(szAgent.size());
+  }
+  while (szAddress.starts_with(' '))
+    szAddress.remove_prefix(1);
+  while (szAddress.ends_with(' '))
+    szAddress.remove_suffix(1);
+  return szAddress;
+}

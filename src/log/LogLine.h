@@ -1,0 +1,63 @@
+// LogLine: what one line of a check log says. Reading never fails: a line that is torn, forged or from
+// another program is "Unread" and kept as it is.
+//
+// The fields of an entry are not quoted, so a comma inside one shifts the others. They are read from both
+// ends, where the writer's own texts leave no doubt:
+//   - the time is what stands before the first comma, the class is the one digit behind the last;
+//   - the elapsed seconds are the rightmost whole field of one or two digits (0 to 59) that still leaves an
+//     address and a text before it; the remarks are all between them and the class;
+//   - what remains is address and text. An address begins with "http://", "(1) http://" or "Unknown Site:
+//   Site
+//     #". With more than one comma left, the text begins where a result that this system writes begins; where
+//     none does, an empty text ends the field, else the first comma parts them. The address of an IP check
+//     runs at least to its second half, "<BR>(2) http://".
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "platform/DateTime.h"
+
+enum class LineKind : std::uint8_t { Entry, StartManual, StartAuto, End, Unread };
+
+// What an entry says of its site.
+enum class Outcome : std::uint8_t {
+  None,      // no class set, or the check was stopped by hand: says nothing about the site
+  Up,        // class 1
+  Down,      // class 2: failed again, or down already
+  Disabled,  // class 3: not checked
+  Warning,   // class 4: failed for the first time
+  Unread,    // not an entry that could be read
+};
+
+// Positions instead of texts: a log of a million lines is held once, as the bytes of its file.
+struct LogLine {
+  DateTime dtMoment = 0;      // start line: the pass's start; entry: the check's start; local time
+  std::uint32_t lOffset = 0;  // of the line in the file's text
+  std::uint32_t lLength = 0;  // without its line end
+  std::uint32_t lAddress = 0, lStatus = 0, lElapsed = 0,
+                lComment = 0;  // first byte of each field, in the line
+  std::uint32_t lSite = 0;     // entries: number in LogHistory::Sites
+  std::uint32_t lPass = 0;     // number among the passes of its file
+  LineKind iKind = LineKind::Unread;
+  Outcome iOutcome = Outcome::Unread;
+  std::uint8_t iSeconds = 0;  // elapsed, as logged: the seconds part only
+  bool bTimeKnown =
+      false;  // false: the line gives no time of its own; an entry then has that of its neighbour
+};
+
+struct LogFields {
+  std::string_view CheckTime, Address, StatusText, Elapsed, Comment, ResultClass;
+};
+
+// Reads one line (without its line end). Sets all but lOffset, lSite and lPass.
+void ReadLogLine(std::string_view szLine, LogLine& aLine);
+
+// The fields of an entry that ReadLogLine has read from that same line.
+LogFields SplitLogLine(std::string_view szLine, const LogLine& aLine);
+
+// True for a line that means to be a start line, readable or not.
+bool LooksLikeStart(std::string_view szLine);
+
+// The site an address stands for: without scheme and outer blanks, and of an IP check the first address.
+std::string_view SiteOfAddress(std::string_view szAddress);
