@@ -150,7 +150,7 @@ std::string DateText(std::time_t lMoment) {
     const auto aDay = year{aTime.tm_year + 1900} / (aTime.tm_mon + 1) / aTime.tm_mday;
     return sys_days{aDay}.time_since_epoch().count() * 1440L + aTime.tm_hour * 60L + aTime.tm_min;
   };
-  const long lOffset = Minutes(aLocal) - Minutes(aUtc);
+  const auto lOffset = static_cast<long>(Minutes(aLocal) - Minutes(aUtc));
   static constexpr const char* aDays[] = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
   static constexpr const char* aMonths[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                             "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};

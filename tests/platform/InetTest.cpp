@@ -143,7 +143,7 @@ std::vector<OddAnswer> OddAnswers() {
        11,
        lAny,
        nullptr},
-      {"a 200 KB line", {Send(szOk + "A: " + std::string(200 * 1024, 'x') + "\r\n\r\n")}, 11, 27, nullptr},
+      {"a 200 KB line", {Send(szOk + "A: " + std::string(204800, 'x') + "\r\n\r\n")}, 11, 27, nullptr},
       {"endless header",
        {Send(szOk), Endless("X-Fill: xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx\r\n")},
        11,

@@ -47,7 +47,7 @@ class Inet::Impl {
   void Begin(const std::string& szMethod);
   void Drop();
   void Proceed(std::int32_t lMilliseconds);
-  void Deliver(const std::function<void(std::int16_t)>& StateChanged);
+  void Deliver(const std::function<void(std::int16_t)>& Handler);
   void ForgetCookies();
 
   std::string szURL;
@@ -211,7 +211,7 @@ void Inet::Impl::Finish(CURLcode iOutcome) {
 
 // A handler may start or cancel a request: what is left of the old one's states then goes undelivered. A
 // handler that throws leaves the rest for the next time.
-void Inet::Impl::Deliver(const std::function<void(std::int16_t)>& StateChanged) {
+void Inet::Impl::Deliver(const std::function<void(std::int16_t)>& Handler) {
   struct Guard {
     bool& bFlag;
     explicit Guard(bool& bHeld) : bFlag(bHeld) { bFlag = true; }
@@ -222,7 +222,7 @@ void Inet::Impl::Deliver(const std::function<void(std::int16_t)>& StateChanged) 
     const std::int16_t iState = aStates.front();
     aStates.pop_front();
     if (iState >= Error) bExecuting = false;
-    if (StateChanged) StateChanged(iState);
+    if (Handler) Handler(iState);
   }
 }
 

@@ -9,8 +9,9 @@
 
 class ResponseHeader {
  public:
-  static constexpr std::size_t lMostOnWire = 256 * 1024;  // interim headers and trailers included
-  static constexpr std::size_t lMostKept = 64 * 1024;     // later lines are dropped
+  static constexpr std::size_t lMostOnWire =
+      std::size_t{256} * 1024;                                      // interim headers and trailers included
+  static constexpr std::size_t lMostKept = std::size_t{64} * 1024;  // later lines are dropped
 
   // Takes the next line with its line end. False when more came than any honest server sends.
   bool TakeLine(std::string_view szLine);

@@ -50,7 +50,7 @@ class Exchange {
   static std::size_t OnReply(char* pLine, std::size_t, std::size_t lSize, void* pSelf);
   static std::size_t OnSend(char* pBuffer, std::size_t lSize, std::size_t lCount, void* pSelf);
 
-  static constexpr std::size_t lMostReplies = 64 * 1024;
+  static constexpr std::size_t lMostReplies = std::size_t{64} * 1024;
 
   std::string szServer;
   std::int32_t lServerPort;

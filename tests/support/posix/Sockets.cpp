@@ -70,7 +70,7 @@ Handle Accept(Handle hListener) {
 Handle Connect(std::uint16_t iPort) {
   const Handle hSocket = Open(SOCK_STREAM);
   const sockaddr_in aAddress = Loopback(iPort);
-  connect(Number(hSocket), reinterpret_cast<const sockaddr*>(&aAddress), sizeof aAddress);
+  (void)connect(Number(hSocket), reinterpret_cast<const sockaddr*>(&aAddress), sizeof aAddress);
   return hSocket;
 }
 
@@ -117,7 +117,7 @@ Bell::Bell() : hSocket(Open(SOCK_DGRAM)) {
   std::uint16_t iPort = 0;
   Bind(hSocket, iPort);
   const sockaddr_in aAddress = Loopback(iPort);
-  connect(Number(hSocket), reinterpret_cast<const sockaddr*>(&aAddress), sizeof aAddress);
+  (void)connect(Number(hSocket), reinterpret_cast<const sockaddr*>(&aAddress), sizeof aAddress);
 }
 
 Bell::~Bell() {
