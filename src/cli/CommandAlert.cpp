@@ -1,0 +1,131 @@
+// alert: the mail as it would go out, and a test of the mail settings.
+#include <algorithm>
+
+#include "alert/AlertText.h"
+#include "check/ResultCodes.h"
+#include "cli/Commands.h"
+#include "cli/Report.h"
+#include "persistence/ProductKeys.h"
+#include "persistence/Settings.h"
+#include "persistence/modAddress.h"
+#include "platform/SendForm3.h"
+#include "platform/Text.h"
+#include "resources/Strings.h"
+
+namespace {
+
+constexpr std::int32_t lDefaultPort = 25;
+
+// Which of the mail settings are missing, as part of a sentence; empty when none.
+std::string MissingSettings() {
+  if (Settings.Email.empty() && Settings.SMTP.empty()) return LoadResString(IDS_CLI_MAIL_BOTH);
+  if (Settings.Email.empty()) return LoadResString(IDS_CLI_MAIL_EMAIL);
+  if (Settings.SMTP.empty()) return LoadResString(IDS_CLI_MAIL_SMTP);
+  return {};
+}
+
+std::string Sender() {
+  return LoadResString(IDS_ALERT_FROM) + Settings.Email + ">";
+}
+
+// The code that the engine gives a result: 0, 8001, 8080, a listed status, else the class of a status (418 is
+// "4xx"). Empty for what is no result; bUp for a status that is no failure.
+std::string ResultCode(const std::string& szCode, bool& bUp) {
+  bUp = false;
+  if (szCode == "0" || szCode == "8001" || szCode == "8080") return szCode;
+  if (szCode.size() != 3 || szCode[0] < '1' || szCode[0] > '5') return {};
+  if (szCode.substr(1) == "xx") return szCode;
+  if (!Text::IsDigits(szCode)) return {};
+  const Classification aResult = ClassifyResponse("HTTP/1.1 " + szCode + "\r\n");
+  bUp = aResult.bUp;
+  return bUp ? szCode : aResult.szCode;
+}
+
+// What the engine would know of such a failure.
+CheckFacts SampleFacts(const std::string& szCode, const SiteRecord& aSite) {
+  CheckFacts aFacts;
+  aFacts.bIPCheckPerformed = !Text::IsBlank(aSite.IP);
+  aFacts.bIPAnswered = aFacts.bIPCheckPerformed;
+  aFacts.szRequestURL = LoadResString(IDS_AGENT) + (aFacts.bIPCheckPerformed ? aSite.IP : aSite.URL);
+  if (szCode == "8080") {
+    constexpr std::int32_t lCannotConnect = 7;  // as the client numbers it
+    aFacts.lResponseCode = lCannotConnect;
+    aFacts.szResponseInfo = LoadResString(IDS_CLI_SAMPLE_ERROR);
+  } else if (szCode.size() == 3) {
+    aFacts.szHeader = "HTTP/1.1 " + Text::Replace(szCode, "xx", "99") + "\r\n";
+  }
+  return aFacts;
+}
+
+}  // namespace
+
+int Commands::AlertPreview(const std::string& szCode, std::int32_t lSite) {
+  const std::string szLowered = Text::LowerCase(szCode);
+  bool bUp = false;
+  const std::string szResult = ResultCode(szLowered, bUp);
+  if (szResult.empty()) return Report::Fail(Report::Fill(IDS_CLI_NO_SUCH_CODE, {szCode}));
+  if (bUp) return Report::Fail(Report::Fill(IDS_CLI_CODE_IS_UP, {szCode}));
+  if (!Report::LoadAll()) return Report::iFailed;
+  if (lSite != 0 && !modAddress::IsSite(lSite)) {
+    return Report::Fail(
+        Report::Fill(IDS_CLI_NO_SUCH_SITE, {std::to_string(lSite), Report::SiteNumber(lSiteCount)}));
+  }
+  if (lSiteCount < 1) {  // in memory only
+    SiteRecord aSample;
+    aSample.URL = LoadResString(IDS_CLI_SAMPLE_SITE);
+    aSample.Enabled = 1;
+    aSample.TimeOut = 60;
+    aSites.resize(1);
+    aSites.push_back(aSample);
+    lSiteCount = 1;
+  }
+  const std::int32_t lShown = lSite == 0 ? 1 : lSite;
+  std::string szBody;
+  try {
+    szBody = AlertText::ComposeBody(szResult, lShown,
+                                    SampleFacts(szLowered, aSites[static_cast<std::size_t>(lShown)]));
+  } catch (const AlertAbandoned& aReason) {
+    return Report::Fail(Report::Fill(IDS_CLI_NO_ALERT_TEXT, {szCode, aReason.what()}));
+  }
+  const std::string szMissing = MissingSettings();
+  if (!szMissing.empty()) Report::Complain(Report::Fill(IDS_CLI_MAIL_PREVIEW_NOTE, {szMissing}));
+  Report::Say("From: " + Text::Printable(Sender()));
+  Report::Say("To: " + Text::Printable(Settings.Email));
+  Report::Say("Subject: " + LoadResString(IDS_ALERT_SUBJECT));
+  Report::Say("");
+  // Line by line: what a line holds may come from a template or from the list.
+  const std::string szText = Text::Replace(szBody, "\r\n", "\n");
+  for (std::size_t lFrom = 0; lFrom < szText.size();) {
+    const std::size_t lEnd = std::min(szText.find('\n', lFrom), szText.size());
+    Report::Say(Text::Printable(Text::Replace(szText.substr(lFrom, lEnd - lFrom), "\t", "  ")));
+    lFrom = lEnd + 1;
+  }
+  return Report::iAllUp;
+}
+
+int Commands::AlertTest() {
+  if (!Report::OpenStore()) return Report::iFailed;
+  LoadSettings();
+  const std::string szMissing = MissingSettings();
+  if (!szMissing.empty()) {
+    return Report::Fail(Report::Fill(IDS_CLI_MAIL_SETTINGS, {szMissing, ProductKeys::szManager}));
+  }
+  const std::string szName =
+      Text::IsBlank(Settings.Name) ? LoadResString(IDS_ALERT_MANAGER) : Text::Trim(Settings.Name);
+  const std::int32_t lResult =
+      SendForm3("", Settings.SMTP, Settings.SMTPPort, Settings.Email, "", Sender(), Settings.Email,
+                LoadResString(IDS_ALERT_SUBJECT), Report::Fill(IDS_CLI_MAIL_TEST_BODY, {szName}), "", 0, 0,
+                "US", LoadResString(IDS_ALERT_MAILER));
+  const std::string szServer =
+      Settings.SMTP + ":" + std::to_string(Settings.SMTPPort < 1 ? lDefaultPort : Settings.SMTPPort);
+  const MailOutcome& aOutcome = SendForm3_LastOutcome();
+  const std::string szReply = aOutcome.szServerReply.empty()
+                                  ? LoadResString(IDS_CLI_MAIL_NO_REPLY)
+                                  : Report::Fill(IDS_CLI_MAIL_REPLY, {aOutcome.szServerReply});
+  if (lResult != 0) {
+    return Report::Fail(Report::Fill(IDS_CLI_MAIL_FAILED, {szServer, aOutcome.szError + ". " + szReply}));
+  }
+  Report::Say(Text::Printable(Report::Fill(IDS_CLI_MAIL_SENT, {Settings.Email, szServer})));
+  Report::Say(Text::Printable(szReply));
+  return Report::iAllUp;
+}

@@ -1,0 +1,86 @@
+// check and watch: the engine in a terminal.
+#include <algorithm>
+#include <iostream>
+
+#include "check/CheckEngine.h"
+#include "check/CookiePolicy.h"
+#include "check/Schedule.h"
+#include "cli/Commands.h"
+#include "cli/Report.h"
+#include "cli/TerminalView.h"
+#include "persistence/Settings.h"
+#include "persistence/modAddress.h"
+#include "platform/Clock.h"
+#include "platform/Files.h"
+#include "platform/Registry.h"
+#include "platform/SingleInstance.h"
+#include "platform/Terminal.h"
+#include "resources/Strings.h"
+
+namespace {
+
+// How long an interrupt may wait while nothing is being checked.
+constexpr double dIdleSeconds = 0.1;
+
+bool Load(const SingleInstance& /*aHeld*/, bool bRestart) {
+  CookiePolicy::RestoreAfterKill();
+  LoadSettings();
+  // A rebuild that was killed half-way is healed by the next one.
+  modAddress::RebuildSiteIndex();
+  if (modAddress::LoadSites(!bRestart, !bRestart) != 0) return false;
+  if (Settings.LogPeriod != 0 && !Files::FolderExists(Settings.LogPath))
+    Report::Complain(Report::Fill(IDS_CLI_NO_LOG_FOLDER, {Settings.LogPath}));
+  return true;
+}
+
+int OutcomeOfSites() {
+  const bool bAllUp =
+      std::all_of(aSites.begin() + (aSites.empty() ? 0 : 1), aSites.end(),
+                  [](const SiteRecord& aSite) { return aSite.Enabled != 1 || aSite.Status == 1; });
+  return bAllUp ? Report::iAllUp : Report::iNotAllUp;
+}
+
+}  // namespace
+
+int Commands::Check(bool bRestart) {
+  if (!Report::OpenStore()) return Report::iFailed;
+  SingleInstance aInstance;
+  if (!aInstance.TryLock()) return Report::Fail(Report::Fill(IDS_CLI_IN_USE, {Registry::StoreName()}));
+  if (!Load(aInstance, bRestart)) return Report::iFailed;
+
+  Terminal::CatchInterrupt();
+  TerminalView aView;
+  CheckEngine aEngine(aView);
+  aView.Attach(aEngine);
+  aEngine.mF_StartCheck_Click();
+  if (aView.PassesStarted() > 0) aView.ShowSummary();
+  return aView.WasStopped() ? Report::iNotAllUp : OutcomeOfSites();
+}
+
+int Commands::Watch() {
+  if (!Report::OpenStore()) return Report::iFailed;
+  SingleInstance aInstance;
+  if (!aInstance.TryLock()) return Report::Fail(Report::Fill(IDS_CLI_IN_USE, {Registry::StoreName()}));
+  if (!Load(aInstance, false)) return Report::iFailed;
+
+  Terminal::CatchInterrupt();
+  TerminalView aView;
+  CheckEngine aEngine(aView);
+  aView.Attach(aEngine);
+  aView.bHeadline = true;
+  Schedule::SetNextCheck(WarningMinutes());
+  Report::Say(Report::Fill(IDS_CLI_WATCHING, {Report::SiteNumber(lSiteCount), Schedule::NextPanelText()}));
+  std::cout.flush();
+  while (!Terminal::Interrupted()) {
+    aView.TickMainTimer();
+    const std::int32_t lPassesBefore = aView.PassesStarted();
+    aEngine.TimerAutoCheck_Timer();
+    if (aView.PassesStarted() != lPassesBefore) {
+      aView.ShowSummary();
+      Report::Say(Schedule::NextPanelText());
+      std::cout.flush();
+    }
+    if (!Terminal::Interrupted()) Clock::Wait(dIdleSeconds);
+  }
+  return OutcomeOfSites();
+}

@@ -1,0 +1,80 @@
+// list: the stored sites, for a person or for a script.
+#include <algorithm>
+#include <iostream>
+#include <nlohmann/json.hpp>
+
+#include "cli/Commands.h"
+#include "cli/Report.h"
+#include "persistence/modAddress.h"
+#include "platform/Text.h"
+#include "resources/Strings.h"
+
+namespace {
+
+std::string StatusWord(std::uint8_t iStatus) {
+  switch (iStatus) {
+    case 1:
+      return LoadResString(IDS_CLI_UP);
+    case 2:
+      return LoadResString(IDS_CLI_WARNING);
+    case 3:
+      return LoadResString(IDS_CLI_DOWN);
+    default:
+      return LoadResString(IDS_CLI_UNKNOWN);
+  }
+}
+
+void ListAsJson() {
+  nlohmann::ordered_json aList = nlohmann::ordered_json::array();
+  for (std::int32_t i = 1; i <= lSiteCount; ++i) {
+    const SiteRecord& aSite = aSites[static_cast<std::size_t>(i)];
+    aList.push_back({{"number", i},
+                     {"url", aSite.URL},
+                     {"ip", aSite.IP},
+                     {"status", StatusWord(aSite.Status)},
+                     {"enabled", aSite.Enabled == 1},
+                     {"timeOut", aSite.TimeOut},
+                     {"remark", aSite.Comments}});
+  }
+  // Old lists may hold bytes that are no UTF-8, which JSON cannot carry.
+  Report::Say(aList.dump(2, ' ', false, nlohmann::json::error_handler_t::replace));
+}
+
+void ListAsTable() {
+  std::vector<std::vector<std::string>> aRows = {
+      {LoadResString(IDS_CLI_LIST_HEAD), LoadResString(IDS_CLI_LIST_HEAD_STATUS),
+       LoadResString(IDS_CLI_LIST_HEAD_ADDRESS), LoadResString(IDS_CLI_LIST_HEAD_IP),
+       LoadResString(IDS_CLI_LIST_HEAD_TIMEOUT), LoadResString(IDS_CLI_LIST_HEAD_REMARK)}};
+  for (std::int32_t i = 1; i <= lSiteCount; ++i) {
+    const SiteRecord& aSite = aSites[static_cast<std::size_t>(i)];
+    aRows.push_back(
+        {std::to_string(i), aSite.Enabled == 1 ? StatusWord(aSite.Status) : LoadResString(IDS_CLI_DISABLED),
+         LoadResString(IDS_AGENT) + Text::Printable(aSite.URL), Text::Printable(aSite.IP),
+         Report::Fill(IDS_CLI_SECONDS, {std::to_string(aSite.TimeOut)}), Text::Printable(aSite.Comments)});
+  }
+  std::vector<std::size_t> aWidths(aRows.front().size(), 0);
+  for (const auto& aRow : aRows)
+    for (std::size_t i = 0; i < aRow.size(); ++i)
+      aWidths[i] = std::max(aWidths[i], aRow[i].size());
+  for (const auto& aRow : aRows) {
+    std::string szLine;
+    for (std::size_t i = 0; i < aRow.size(); ++i)
+      szLine += aRow[i] + std::string(aWidths[i] - aRow[i].size() + 2, ' ');
+    szLine.erase(szLine.find_last_not_of(' ') + 1);
+    Report::Say(szLine);
+  }
+}
+
+}  // namespace
+
+int Commands::List(bool bJson) {
+  if (!Report::LoadAll()) return Report::iFailed;
+  if (bJson) {
+    ListAsJson();
+  } else if (lSiteCount < 1) {
+    Report::Say(LoadResString(IDS_CLI_EMPTY_LIST));
+  } else {
+    ListAsTable();
+  }
+  return Report::iAllUp;
+}

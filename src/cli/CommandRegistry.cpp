@@ -1,0 +1,38 @@
+// registry export and import: everything the product remembers, as a file for another machine.
+#include "cli/Commands.h"
+#include "cli/Report.h"
+#include "persistence/RegFile.h"
+#include "persistence/modAddress.h"
+#include "platform/Files.h"
+#include "platform/Registry.h"
+#include "platform/SingleInstance.h"
+#include "resources/Strings.h"
+
+namespace {
+// A full list comes to less than two megabytes.
+constexpr std::uint64_t lLargestFile = 64U << 20U;
+}  // namespace
+
+int Commands::RegistryExport(const std::string& szFile) {
+  if (!Report::OpenStore()) return Report::iFailed;
+  if (!Files::WriteWhole(szFile, RegFile::Compose()))
+    return Report::Fail(Report::Fill(IDS_CLI_CANNOT_WRITE, {szFile}));
+  Report::Say(Report::Fill(IDS_CLI_REGISTRY_EXPORTED, {szFile}));
+  return Report::iAllUp;
+}
+
+int Commands::RegistryImport(const std::string& szFile) {
+  const auto szBytes = Files::FileExists(szFile) ? Files::ReadWhole(szFile, lLargestFile) : std::nullopt;
+  if (!szBytes) return Report::Fail(Report::Fill(IDS_CLI_CANNOT_READ, {szFile}));
+  if (!Report::OpenStore()) return Report::iFailed;
+  SingleInstance aInstance;
+  if (!aInstance.TryLock()) return Report::Fail(Report::Fill(IDS_CLI_IN_USE, {Registry::StoreName()}));
+  std::string szError;
+  if (!RegFile::Apply(*szBytes, szError))
+    return Report::Fail(Report::Fill(IDS_CLI_REGISTRY_WRONG, {szFile, szError}));
+  // A file that was written by hand may bring sites without their index.
+  modAddress::RebuildSiteIndex();
+  if (modAddress::LoadSites(true, true) != 0) return Report::iFailed;
+  Report::Say(Report::Fill(IDS_CLI_REGISTRY_IMPORTED, {szFile, Report::SiteNumber(lSiteCount)}));
+  return Report::iAllUp;
+}

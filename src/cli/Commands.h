@@ -1,0 +1,30 @@
+// The commands of kestrova-cli. Each answers an exit code (see Report.h) and has said why when it is 2.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace Commands {
+
+// One pass now, or passes on the schedule until interrupted. Both hold the single-instance lock.
+int Check(bool bRestart);
+int Watch();
+
+int List(bool bJson);
+
+int Import(const std::string& szFile, bool bReplace);
+int Export(const std::string& szFile);
+
+int RegistryExport(const std::string& szFile);
+int RegistryImport(const std::string& szFile);
+
+// Empty names: not asked for.
+int Log(const std::vector<std::string>& aFiles, const std::string& szHtml, const std::string& szCsv,
+        bool bSummary);
+
+// lSite 0: any.
+int AlertPreview(const std::string& szCode, std::int32_t lSite);
+int AlertTest();
+
+}  // namespace Commands

@@ -1,0 +1,60 @@
+#include "cli/Report.h"
+
+#include <iostream>
+
+#include "persistence/Settings.h"
+#include "persistence/modAddress.h"
+#include "platform/Registry.h"
+#include "platform/Text.h"
+#include "resources/Strings.h"
+
+std::string Report::Fill(std::int32_t lText, std::initializer_list<std::string> aValues) {
+  const std::string szPattern = LoadResString(lText);
+  std::string szFilled;
+  for (std::size_t i = 0; i < szPattern.size(); ++i) {
+    const bool bPlace =
+        szPattern[i] == '%' && i + 1 < szPattern.size() && szPattern[i + 1] >= '1' && szPattern[i + 1] <= '9';
+    const auto lIndex = bPlace ? static_cast<std::size_t>(szPattern[i + 1] - '1') : aValues.size();
+    if (lIndex < aValues.size()) {
+      szFilled += aValues.begin()[lIndex];
+      ++i;
+    } else {
+      szFilled += szPattern[i];
+    }
+  }
+  return szFilled;
+}
+
+std::string Report::SiteNumber(std::int32_t lNumber) {
+  return lNumber == 1 ? LoadResString(IDS_CLI_SITE_ONE) : Fill(IDS_CLI_SITE_MANY, {std::to_string(lNumber)});
+}
+
+void Report::Say(std::string_view szText) {
+  std::cout << szText << '\n';
+}
+
+void Report::Complain(std::string_view szText) {
+  // The store's own messages spread over several lines.
+  std::string szLine = Text::Replace(szText, "\r\n\r\n", " ");
+  szLine = Text::Replace(Text::Replace(szLine, "\r\n", " "), "\n", " ");
+  std::cout.flush();
+  std::cerr << Text::Printable(Fill(IDS_CLI_ERROR, {szLine})) << std::endl;
+}
+
+int Report::Fail(std::string_view szText) {
+  Complain(szText);
+  return iFailed;
+}
+
+bool Report::OpenStore() {
+  std::string szMessage;
+  const bool bUsable = Registry::OpenStore(szMessage);
+  if (!szMessage.empty()) Complain(szMessage);
+  return bUsable;
+}
+
+bool Report::LoadAll() {
+  if (!OpenStore()) return false;
+  LoadSettings();
+  return modAddress::LoadSites(true, true) == 0;
+}

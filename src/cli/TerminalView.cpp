@@ -1,0 +1,228 @@
+#include "cli/TerminalView.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <iostream>
+
+#include "check/CheckEngine.h"
+#include "cli/Report.h"
+#include "log/CheckLog.h"
+#include "persistence/Settings.h"
+#include "persistence/modAddress.h"
+#include "platform/Clock.h"
+#include "platform/Terminal.h"
+#include "platform/Text.h"
+#include "resources/Strings.h"
+
+namespace {
+
+constexpr double dTickSeconds = 1.0;
+// A fast site passes through ten states in a millisecond; nobody reads those.
+constexpr double dDrawSeconds = 0.05;
+// Wider lines would wrap on an ordinary terminal and could not be rewritten.
+constexpr std::size_t lProgressWidth = 78;
+constexpr std::size_t lWordWidth = 8;
+constexpr std::size_t lAddressWidth = 44;
+
+double SteadySeconds() {
+  return Clock::System().SteadySeconds();
+}
+
+// Columns that a text takes, as far as one character takes one.
+std::size_t Width(const std::string& szText) {
+  return static_cast<std::size_t>(std::count_if(
+      szText.begin(), szText.end(), [](char ch) { return (static_cast<unsigned char>(ch) & 0xC0) != 0x80; }));
+}
+
+std::string Padded(const std::string& szText, std::size_t lWidth) {
+  const std::size_t lHas = Width(szText);
+  return lHas < lWidth ? szText + std::string(lWidth - lHas, ' ') : szText;
+}
+
+std::string CutTo(const std::string& szText, std::size_t lWidth) {
+  std::string szCut;
+  std::size_t lHas = 0;
+  for (const char ch : szText) {
+    if ((static_cast<unsigned char>(ch) & 0xC0) != 0x80 && ++lHas > lWidth) break;
+    szCut += ch;
+  }
+  return szCut;
+}
+
+std::string Seconds(double dSeconds) {
+  char szNumber[32];
+  std::snprintf(szNumber, sizeof szNumber, "%.1f", std::max(0.0, dSeconds));
+  return szNumber;
+}
+
+// A log comment without the fragments that are meant for a page.
+std::string PlainComment(const std::string& szComment) {
+  return Text::Replace(Text::Replace(szComment, "<SPAN class=\"Emphasis\">", ""), "</SPAN>", "");
+}
+
+}  // namespace
+
+TerminalView::TerminalView() : bTerminal(Terminal::OutputIsTerminal()), bColour(Terminal::ColourWanted()) {
+}
+
+void TerminalView::ShowPanel(int /*iPanel*/, const std::string& /*szText*/) {
+  // The terminal has no status bar. What stands there is in the headline and the summary.
+}
+
+// The first thing a pass shows.
+void TerminalView::ClearRemarks() {
+  ++lPasses;
+  lChecked = lUp = lWarning = lDown = 0;
+  bStopped = false;
+  dPassStarted = SteadySeconds();
+  if (bHeadline) Report::Say(Report::Fill(IDS_CLI_PASS_AT, {FormatGeneral(Clock::Now())}));
+}
+
+void TerminalView::OpenProgress() {
+  szSite.clear();
+  szStatus.clear();
+  szRemark.clear();
+  bSiteStopped = false;
+  dtRequested = Clock::SteadyNow();
+  dtAnswered = 0;
+  bProgress = true;
+  bProgressDirty = true;
+}
+
+void TerminalView::CloseProgress() {
+  EraseProgress();
+  bProgress = false;
+}
+
+void TerminalView::ShowProgressSite(const std::string& szText) {
+  szSite = Text::Printable(szText);
+  bProgressDirty = true;
+}
+
+void TerminalView::ShowProgressStatus(const std::string& szText) {
+  szStatus = Text::Printable(szText);
+  bProgressDirty = true;
+}
+
+void TerminalView::ShowLightText(std::int32_t /*lSlot*/, const std::string& /*szText*/) {
+  bSiteStopped = true;
+  bStopped = true;
+}
+
+// Comes with the outcome and before the alert mail, whose time is not the site's.
+void TerminalView::ShowRemark(std::int32_t /*lSlot*/, const std::string& szText) {
+  szRemark = szText;
+  dtAnswered = Clock::SteadyNow();
+}
+
+void TerminalView::SiteRecorded(std::int32_t lSlot) {
+  if (!modAddress::IsSite(lSlot)) return;
+  const SiteRecord& aSite = aSites[static_cast<std::size_t>(lSlot)];
+  std::string szWord = LoadResString(IDS_CLI_STOPPED);
+  const char* szColour = "36";
+  if (!bSiteStopped) {
+    ++lChecked;
+    switch (aSite.Status) {
+      case 1:
+        ++lUp;
+        szWord = LoadResString(IDS_CLI_UP);
+        szColour = "32";
+        break;
+      case 2:
+        ++lWarning;
+        szWord = LoadResString(IDS_CLI_WARNING);
+        szColour = "33";
+        break;
+      default:
+        ++lDown;
+        szWord = LoadResString(IDS_CLI_DOWN);
+        szColour = "31";
+        break;
+    }
+  }
+  const bool bRequested = dtRequested > 0;
+  std::string szElapsed;
+  if (bRequested) {
+    const DateTime dtEnd = dtAnswered > 0 ? dtAnswered : Clock::SteadyNow();
+    constexpr double dSecondsPerDay = 86400;
+    szElapsed = Report::Fill(IDS_CLI_SECONDS, {Seconds((dtEnd - dtRequested) * dSecondsPerDay)});
+  }
+  const std::string szShownRemark = szRemark.empty() ? CheckLog::CurrentEntry.StatusText : szRemark;
+  const std::string szAddress = LoadResString(IDS_AGENT) + (Text::IsBlank(aSite.URL) ? aSite.IP : aSite.URL);
+  std::string szComment = PlainComment(CheckLog::CurrentEntry.Comment);
+  if (bSiteStopped) szComment.clear();  // it is the remark already
+
+  EraseProgress();
+  std::cout << "  " << Coloured(Padded(szWord, lWordWidth), szColour) << ' '
+            << Padded(Text::Printable(szAddress), lAddressWidth) << "  " << Text::Printable(szShownRemark);
+  if (!szElapsed.empty()) std::cout << "  " << Coloured(szElapsed, "2");
+  if (!szComment.empty()) std::cout << "  " << Coloured("[" + Text::Printable(szComment) + "]", "2");
+  std::cout << std::endl;
+  bProgressDirty = true;
+  szRemark.clear();
+  dtRequested = dtAnswered = 0;
+}
+
+void TerminalView::ShowMessage(const std::string& szText) {
+  EraseProgress();
+  Report::Say(szText);
+}
+
+void TerminalView::SoundBell() {
+  if (Terminal::ErrorIsTerminal()) std::cerr << '\a' << std::flush;
+}
+
+void TerminalView::PumpEvents() {
+  if (pEngine == nullptr) return;
+  if (Terminal::Interrupted() && pEngine->bCheckInProgress) {
+    bStopped = true;
+    pEngine->StopCheck();
+    return;
+  }
+  TickMainTimer();
+  if (bProgress && bProgressDirty && SteadySeconds() >= dNextDraw) DrawProgress();
+}
+
+void TerminalView::TickMainTimer() {
+  if (SteadySeconds() < dNextTick) return;
+  dNextTick = SteadySeconds() + dTickSeconds;
+  pEngine->TimerMain_Timer();
+}
+
+void TerminalView::DrawProgress() {
+  bProgressDirty = false;
+  dNextDraw = SteadySeconds() + dDrawSeconds;
+  if (!bTerminal) return;
+  std::string szLine =
+      "  " +
+      Report::Fill(IDS_CLI_SITE_OF, {std::to_string(pEngine->lCheckIndex), std::to_string(lSiteCount)}) +
+      "  " + szSite;
+  const std::size_t lRoom = lProgressWidth - std::min(lProgressWidth, Width(szStatus) + 2);
+  szLine = CutTo(szLine, lRoom) + "  " + szStatus;
+  const std::size_t lNewWidth = Width(szLine);
+  std::cout << '\r' << Coloured(Padded(szLine, lDrawnWidth), "2") << std::flush;
+  lDrawnWidth = lNewWidth;
+}
+
+// Without control sequences, so that it also works where there is no colour.
+void TerminalView::EraseProgress() {
+  if (lDrawnWidth == 0) return;
+  std::cout << '\r' << std::string(lDrawnWidth, ' ') << '\r' << std::flush;
+  lDrawnWidth = 0;
+}
+
+std::string TerminalView::Coloured(const std::string& szWord, const char* szColour) const {
+  return bColour ? std::string("\033[") + szColour + "m" + szWord + "\033[0m" : szWord;
+}
+
+void TerminalView::ShowSummary() {
+  std::string szLine = Report::Fill(bStopped ? IDS_CLI_SUMMARY_STOPPED : IDS_CLI_SUMMARY,
+                                    {Report::SiteNumber(lChecked), Seconds(SteadySeconds() - dPassStarted),
+                                     std::to_string(lUp), std::to_string(lWarning), std::to_string(lDown)});
+  const auto lDisabled = std::count_if(aSites.begin() + (aSites.empty() ? 0 : 1), aSites.end(),
+                                       [](const SiteRecord& aSite) { return aSite.Enabled != 1; });
+  if (lDisabled > 0) szLine += " " + Report::Fill(IDS_CLI_SUMMARY_DISABLED, {std::to_string(lDisabled)});
+  if (Settings.LogPeriod != 0 && !CheckLog::CurrentLogFile.empty())
+    szLine += " " + Report::Fill(IDS_CLI_SUMMARY_LOG, {Text::Printable(CheckLog::CurrentLogFile)});
+  Report::Say(szLine);
+}

@@ -1,0 +1,124 @@
+// kestrova-cli: the arguments. What the commands do stands in Command*.cpp.
+#include <CLI/CLI.hpp>
+#include <exception>
+#include <functional>
+#include <iostream>
+
+#include "cli/Commands.h"
+#include "cli/Report.h"
+#include "platform/MsgBox.h"
+#include "resources/Strings.h"
+
+namespace {
+
+// What the arguments fill in.
+struct Arguments {
+  bool bRestart = false, bJson = false, bReplace = false, bAdd = false, bSummary = false, bTest = false;
+  std::string szFile, szHtml, szCsv, szCode;
+  std::vector<std::string> aFiles;
+  std::int32_t lSite = 0;
+  std::function<int()> aCommand;
+};
+
+CLI::App* AddVerb(CLI::App& aParent, const char* szName, std::int32_t lAbout, std::int32_t lExamples) {
+  CLI::App* pVerb = aParent.add_subcommand(szName, LoadResString(lAbout));
+  if (lExamples != 0) pVerb->footer(LoadResString(lExamples));
+  return pVerb;
+}
+
+void AddChecking(CLI::App& aApp, Arguments& a) {
+  CLI::App* pCheck = AddVerb(aApp, "check", IDS_CLI_CHECK, IDS_CLI_CHECK_EXAMPLES);
+  pCheck->add_flag("--restart", a.bRestart, LoadResString(IDS_CLI_CHECK_RESTART));
+  pCheck->callback([&a] { a.aCommand = [&a] { return Commands::Check(a.bRestart); }; });
+  AddVerb(aApp, "watch", IDS_CLI_WATCH, IDS_CLI_WATCH_EXAMPLES)->callback([&a] {
+    a.aCommand = [] { return Commands::Watch(); };
+  });
+}
+
+void AddListing(CLI::App& aApp, Arguments& a) {
+  CLI::App* pList = AddVerb(aApp, "list", IDS_CLI_LIST, IDS_CLI_LIST_EXAMPLES);
+  pList->add_flag("--json", a.bJson, LoadResString(IDS_CLI_LIST_JSON));
+  pList->callback([&a] { a.aCommand = [&a] { return Commands::List(a.bJson); }; });
+
+  CLI::App* pImport = AddVerb(aApp, "import", IDS_CLI_IMPORT, IDS_CLI_IMPORT_EXAMPLES);
+  auto* pMode = pImport->add_option_group("mode");
+  pMode->add_flag("--replace", a.bReplace, LoadResString(IDS_CLI_IMPORT_REPLACE));
+  pMode->add_flag("--add", a.bAdd, LoadResString(IDS_CLI_IMPORT_ADD));
+  pMode->require_option(1);
+  pImport->add_option("FILE", a.szFile, LoadResString(IDS_CLI_IMPORT_FILE))->required();
+  pImport->callback([&a] { a.aCommand = [&a] { return Commands::Import(a.szFile, a.bReplace); }; });
+
+  CLI::App* pExport = AddVerb(aApp, "export", IDS_CLI_EXPORT, IDS_CLI_EXPORT_EXAMPLES);
+  pExport->add_option("FILE", a.szFile, LoadResString(IDS_CLI_EXPORT_FILE))->required();
+  pExport->callback([&a] { a.aCommand = [&a] { return Commands::Export(a.szFile); }; });
+}
+
+void AddRegistry(CLI::App& aApp, Arguments& a) {
+  CLI::App* pRegistry = AddVerb(aApp, "registry", IDS_CLI_REGISTRY, IDS_CLI_REGISTRY_EXAMPLES);
+  pRegistry->require_subcommand(1);
+  CLI::App* pExport = AddVerb(*pRegistry, "export", IDS_CLI_REGISTRY_EXPORT, IDS_CLI_REGISTRY_EXAMPLES);
+  pExport->add_option("FILE", a.szFile, LoadResString(IDS_CLI_REGISTRY_FILE))->required();
+  pExport->callback([&a] { a.aCommand = [&a] { return Commands::RegistryExport(a.szFile); }; });
+  CLI::App* pImport = AddVerb(*pRegistry, "import", IDS_CLI_REGISTRY_IMPORT, IDS_CLI_REGISTRY_EXAMPLES);
+  pImport->add_option("FILE", a.szFile, LoadResString(IDS_CLI_REGISTRY_FILE))->required();
+  pImport->callback([&a] { a.aCommand = [&a] { return Commands::RegistryImport(a.szFile); }; });
+}
+
+void AddAlert(CLI::App& aApp, Arguments& a) {
+  CLI::App* pAlert = AddVerb(aApp, "alert", IDS_CLI_ALERT, IDS_CLI_ALERT_EXAMPLES);
+  auto* pWhat = pAlert->add_option_group("what");
+  auto* pPreview = pWhat->add_option("--preview", a.szCode, LoadResString(IDS_CLI_ALERT_PREVIEW));
+  pPreview->type_name("CODE");
+  pWhat->add_flag("--test", a.bTest, LoadResString(IDS_CLI_ALERT_TEST));
+  pWhat->require_option(1);
+  pAlert->add_option("--site", a.lSite, LoadResString(IDS_CLI_ALERT_SITE))->type_name("N")->needs(pPreview);
+  pAlert->callback([&a] {
+    a.aCommand = [&a] { return a.bTest ? Commands::AlertTest() : Commands::AlertPreview(a.szCode, a.lSite); };
+  });
+}
+
+// One line for whatever is wrong with the arguments.
+std::string Explain(const CLI::App& aApp, const CLI::ParseError& aError, int iCount, char** aValues) {
+  if (iCount < 2) return LoadResString(IDS_CLI_NO_VERB);
+  const std::string szFirst = aValues[1];
+  const auto aVerbs = aApp.get_subcommands([](const CLI::App*) { return true; });
+  bool bKnown = szFirst.starts_with("-");
+  for (const CLI::App* pVerb : aVerbs)
+    bKnown = bKnown || pVerb->check_name(szFirst);
+  if (!bKnown) return Report::Fill(IDS_CLI_UNKNOWN_VERB, {szFirst});
+  return Report::Fill(IDS_CLI_SEE_HELP, {aError.what()});
+}
+
+int Run(int iCount, char** aValues) {
+  CLI::App aApp(LoadResString(IDS_CLI_ABOUT), "kestrova-cli");
+  aApp.set_version_flag("--version", "kestrova-cli " KESTROVA_VERSION);
+  aApp.footer(LoadResString(IDS_CLI_EXAMPLES) + "\n" + LoadResString(IDS_CLI_EXIT_CODES));
+  aApp.require_subcommand(1);
+  Arguments aArguments;
+  AddChecking(aApp, aArguments);
+  AddListing(aApp, aArguments);
+  AddRegistry(aApp, aArguments);
+  AddAlert(aApp, aArguments);
+  try {
+    aApp.parse(iCount, aValues);
+  } catch (const CLI::Success& aAnswer) {  // --help, --version
+    return aApp.exit(aAnswer);
+  } catch (const CLI::ParseError& aError) {
+    return Report::Fail(Explain(aApp, aError, iCount, aValues));
+  }
+  return aArguments.aCommand();
+}
+
+}  // namespace
+
+int main(int iCount, char** aValues) {
+  MsgBox_SetPresenter([](const std::string& szText) { Report::Complain(szText); });
+  int iResult = Report::iFailed;
+  try {
+    iResult = Run(iCount, aValues);
+  } catch (const std::exception& aError) {
+    return Report::Fail(Report::Fill(IDS_CLI_UNEXPECTED, {aError.what()}));
+  }
+  if (!std::cout.flush()) return Report::Fail(LoadResString(IDS_CLI_OUTPUT_FAILED));
+  return iResult;
+}

@@ -1,0 +1,68 @@
+// Cli: kestrova-cli as a process over a store of the test's own.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "platform/Files.h"
+#include "platform/Registry.h"
+#include "support/ChildProcess.h"
+#include "support/FaultServer.h"
+#include "support/TestHome.h"
+
+inline constexpr double dMostSeconds = 20;
+
+class Cli : public testing::Test {
+ protected:
+  struct Result {
+    int iCode = 0;
+    std::string szOutput, szErrors;
+  };
+
+  static std::string Program() { return ChildProcess::BuiltProgram("kestrova-cli"); }
+
+  static Result Run(const std::vector<std::string>& aArguments) {
+    Registry::CloseStore();  // the program's turn
+    ChildProcess aProgram(Program(), aArguments);
+    const int iCode = aProgram.Wait(dMostSeconds);
+    return {iCode, aProgram.Output(), aProgram.Errors()};
+  }
+
+  // Lines of a list file; each site is given as the server has it.
+  static std::string ListOf(const std::vector<std::string>& aSites, std::int32_t lTimeOut = 10) {
+    std::string szList;
+    for (const auto& szSite : aSites)
+      szList += szSite + ",,4,1," + std::to_string(lTimeOut) + "\r\n";
+    return szList;
+  }
+
+  void ImportList(const std::string& szList) {
+    aHome.Write("list.kvd", szList);
+    const Result aResult = Run({"import", "--replace", aHome.Path("list.kvd")});
+    ASSERT_EQ(aResult.iCode, 0) << aResult.szErrors;
+  }
+
+  // The text of the check log, of which a test has one at most.
+  std::string Log() const {
+    const auto aFiles = Files::List(aHome.Path("Logs"), ".kvl");
+    return aFiles.empty() ? "" : aHome.Read(std::string("Logs") + Files::chSeparator + aFiles.front());
+  }
+
+  // Bytes that a terminal would obey: controls other than the line end, DEL, and C1 controls in UTF-8.
+  static bool HasTerminalControls(const std::string& szText) {
+    unsigned char chBefore = 0;
+    return std::any_of(szText.begin(), szText.end(), [&chBefore](char ch) {
+      const auto chByte = static_cast<unsigned char>(ch);
+      const bool bControl = (chByte < 0x20 && ch != '\n' && ch != '\r') || chByte == 0x7F ||
+                            (chBefore == 0xC2 && chByte >= 0x80 && chByte <= 0x9F);
+      chBefore = chByte;
+      return bControl;
+    });
+  }
+
+  TestHome aHome;
+  FaultServer aServer;
+};

@@ -1,0 +1,63 @@
+// kestrova-demo FOLDER: plays the sites and the mail server of the demonstration until interrupted. Into the
+// folder it writes the list (demo.kvd), the settings (settings.reg), every mail that comes in
+// (mails/01.eml, ...), and, once all of it stands, an empty file named "ready".
+#include <cstdio>
+#include <exception>
+#include <iostream>
+#include <string>
+
+#include "persistence/modBasic.h"
+#include "platform/Clock.h"
+#include "platform/Files.h"
+#include "platform/Terminal.h"
+#include "support/SmtpServer.h"
+#include "support/demo/DemoSites.h"
+
+namespace {
+
+constexpr double dPollSeconds = 0.05;
+
+void Write(const std::string& szFile, const std::string& szBytes) {
+  if (!Files::WriteWhole(szFile, szBytes)) throw std::runtime_error("cannot write " + szFile);
+}
+
+void Play(const std::string& szFolder) {
+  const std::string szInside = szFolder + Files::chSeparator;
+  for (const char* szName : {"mails", "Logs"})
+    if (modBasic::MakeFolderPath(szInside + szName) != 0)
+      throw std::runtime_error("cannot make the folder " + szInside + szName);
+  FaultServer aServer;
+  SmtpServer aMailServer;
+  DemoSites::Serve(aServer);
+  Write(szInside + "demo.kvd", DemoSites::List(aServer, FaultServer::RefusingPort()));
+  Write(szInside + "settings.reg", DemoSites::RegistryFile(aServer, aMailServer.Port(), szInside + "Logs"));
+  Write(szInside + "ready", "");
+
+  std::size_t lWritten = 0;
+  while (!Terminal::Interrupted()) {
+    const auto aMails = aMailServer.Mails();
+    for (; lWritten < aMails.size(); ++lWritten) {
+      char szName[32];
+      std::snprintf(szName, sizeof szName, "%02zu.eml", lWritten + 1);
+      Write(szInside + "mails" + Files::chSeparator + szName, aMails[lWritten].szText);
+    }
+    Clock::Wait(dPollSeconds);
+  }
+}
+
+}  // namespace
+
+int main(int iCount, char** aValues) {
+  if (iCount != 2) {
+    std::cerr << "usage: kestrova-demo FOLDER\n";
+    return 2;
+  }
+  Terminal::CatchInterrupt();
+  try {
+    Play(aValues[1]);
+  } catch (const std::exception& aError) {
+    std::cerr << "kestrova-demo: " << aError.what() << '\n';
+    return 2;
+  }
+  return 0;
+}
