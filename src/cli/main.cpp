@@ -64,6 +64,16 @@ void AddRegistry(CLI::App& aApp, Arguments& a) {
   pImport->callback([&a] { a.aCommand = [&a] { return Commands::RegistryImport(a.szFile); }; });
 }
 
+void AddLog(CLI::App& aApp, Arguments& a) {
+  CLI::App* pLog = AddVerb(aApp, "log", IDS_CLI_LOG, IDS_CLI_LOG_EXAMPLES);
+  pLog->add_option("FILE", a.aFiles, LoadResString(IDS_CLI_LOG_FILES))->required();
+  pLog->add_option("--html", a.szHtml, LoadResString(IDS_CLI_LOG_HTML))->type_name("FILE");
+  pLog->add_option("--csv", a.szCsv, LoadResString(IDS_CLI_LOG_CSV))->type_name("FILE");
+  pLog->add_flag("--summary", a.bSummary, LoadResString(IDS_CLI_LOG_SUMMARY));
+  pLog->callback(
+      [&a] { a.aCommand = [&a] { return Commands::Log(a.aFiles, a.szHtml, a.szCsv, a.bSummary); }; });
+}
+
 void AddAlert(CLI::App& aApp, Arguments& a) {
   CLI::App* pAlert = AddVerb(aApp, "alert", IDS_CLI_ALERT, IDS_CLI_ALERT_EXAMPLES);
   auto* pWhat = pAlert->add_option_group("what");
@@ -98,6 +108,7 @@ int Run(int iCount, char** aValues) {
   AddChecking(aApp, aArguments);
   AddListing(aApp, aArguments);
   AddRegistry(aApp, aArguments);
+  AddLog(aApp, aArguments);
   AddAlert(aApp, aArguments);
   try {
     aApp.parse(iCount, aValues);

@@ -15,7 +15,7 @@ using testing::MatchesRegex;
 TEST_F(Cli, HelpShowsAnExampleForEveryVerb) {
   const Result aTop = Run({"--help"});
   EXPECT_EQ(aTop.iCode, 0);
-  for (const char* szVerb : {"check", "watch", "list", "import", "export", "registry", "alert"}) {
+  for (const char* szVerb : {"check", "watch", "list", "import", "export", "registry", "log", "alert"}) {
     EXPECT_THAT(aTop.szOutput, HasSubstr(szVerb));
     const Result aVerb = Run({szVerb, "--help"});
     EXPECT_EQ(aVerb.iCode, 0) << szVerb;
@@ -63,6 +63,8 @@ TEST_F(Cli, WhateverIsWrongIsOneLineAndChangesNothing) {
       {{"registry", "import", aHome.Path("torn.reg")}, "is not imported"},
       {{"registry", "import", aHome.Path("binary.kvd")}, "is not imported"},
       {{"registry", "export", aHome.Path("no/such/folder/x.reg")}, "cannot be written"},
+      {{"log", aHome.Path("missing.kvl")}, "cannot be read"},
+      {{"log"}, "FILE"},
       {{"alert"}, "--preview"},
       {{"alert", "--preview", "808"}, "no result code"},
       {{"alert", "--preview", "302"}, "counts as up"},
