@@ -25,10 +25,11 @@ class Inet {
 
   std::function<void(std::int16_t)> StateChanged;
 
-  // The limit for the whole request in seconds, used by the next Execute. A request that passes it ends in
-  // state 11 with TimedOut() true.
+  // The limit for the whole request in seconds (1 at least, 60 unless set), used by the next Execute. A
+  // request that passes it ends in state 11 with TimedOut() true.
   void RequestTimeout(std::int32_t lSeconds);
-  // Whether cookies that servers set are kept in memory and sent back; false also forgets those kept.
+  // Whether cookies that servers set are kept in memory and sent back; false (as at
+  // first) also forgets those kept.
   void AcceptCookies(bool bAccept);
   void ForgetCookies();
 
