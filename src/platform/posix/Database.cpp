@@ -45,6 +45,7 @@ constexpr std::array<const char*, Database::SQL_COUNT> aSql = {
 
 Database::Condition Database::Open(const std::string& szPath, bool bCheck) {
   Close();
+  if (bCheck) bImpatient = false;
   if (!StoreFile::Prepare(szPath)) return Condition::Unreachable;
   szOpenedPath = szPath;
   aOpened = StoreFile::Identify(szPath);
@@ -63,12 +64,13 @@ Database::Condition Database::Open(const std::string& szPath, bool bCheck) {
     if (aCondition == Condition::Ready) return TryWrite();
   }
   if (aCondition != Condition::Ready) Close();
+  if (aCondition == Condition::Locked) bImpatient = true;
   return aCondition;
 }
 
 int Database::Configure() {
   sqlite3_extended_result_codes(pConnection, 1);
-  sqlite3_busy_timeout(pConnection, lBusyMilliseconds);
+  sqlite3_busy_timeout(pConnection, bImpatient ? lImpatientMilliseconds : lBusyMilliseconds);
   std::int64_t lOwner = 0;
   std::int64_t lVersion = 0;
   std::int64_t lTables = 0;
@@ -119,7 +121,6 @@ void Database::Close() {
   sqlite3_close(pConnection);  // rolls an open bracket back
   pConnection = nullptr;
   bDamageSeen = false;
-  bImpatient = false;
 }
 
 bool Database::Moved() const {

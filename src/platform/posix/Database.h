@@ -112,5 +112,5 @@ class Database {
   bool bBegun = false;
   bool bBroken = false;
   bool bDamageSeen = false;
-  bool bImpatient = false;
+  bool bImpatient = false;  // a wait for the lock came to nothing, and nothing was written since
 };

@@ -9,6 +9,7 @@
 #include <chrono>
 #include <filesystem>
 #include <functional>
+#include <memory>
 
 #include "platform/Registry.h"
 #include "support/Environment.h"
@@ -172,13 +173,15 @@ TEST_F(StoreFaultTest, AStoreThatIsWrittenElsewhereIsReadAndAnswersFiveInTime) {
 
 TEST_F(StoreFaultTest, AStoreHeldByOneProgramAloneIsUnreadableAndNotEmpty) {
   Fill();
-  Stranger aOther(szStore);
-  aOther.Run("PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE; UPDATE vals SET data = 'y'");
+  auto pOther = std::make_unique<Stranger>(szStore);
+  pOther->Run("PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE; UPDATE vals SET data = 'y'");
   EXPECT_EQ(lAccessDenied, Read("value1"));  // 6 would say that there is no such key
   EXPECT_EQ(lAccessDenied, Write("value1", "new"));
   EXPECT_FALSE(OpenStore(szMessage));
   EXPECT_NE(std::string::npos, szMessage.find("in use")) << szMessage;
-  aOther.Run("COMMIT");
+  pOther.reset();
+  EXPECT_TRUE(OpenStore(szMessage)) << szMessage;
+  EXPECT_EQ(lSuccess, Read("value1"));
 }
 
 TEST_F(StoreFaultTest, WithoutTheRightToWriteNothingIsLost) {

@@ -34,7 +34,6 @@ class SystemTest : public testing::Test {
   ~SystemTest() override {
     Environment::Set("HOME", szHome);
     Environment::Set("PATH", szPath);
-    Environment::Unset("XDG_CONFIG_HOME");
   }
 
   void Program(const std::string& szName, const std::string& szScript) const {
