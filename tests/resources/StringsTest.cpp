@@ -66,6 +66,18 @@ TEST(StringsTest, TextsThatLookWrongStayAsTheyAre) {
       "Next Check: ",
       "Import New",
       "Import Replace",
+      "A minimum of 1 is required in the maximum log fiels field.",
+      " Timer Options ",
+      " Manager Options ",
+      " Log Options ",
+      " Disk Conservation ",
+      " Internet Cookies ",
+      "Keep a maximum of ",
+      "Accept the Cookies.",
+      "Do not accept the cookies.",
+      "Do not enter the agent, \"http://\".",
+      "Are you sure you wish to delete the selected Site?",
+      " (*.kvd)|*.kvd",
   };
   for (const char* szText : aTexts) {
     EXPECT_TRUE(std::any_of(aTable.begin(), aTable.end(), [&](const TableEntry& aEntry) {

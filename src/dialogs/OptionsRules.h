@@ -1,0 +1,80 @@
+// OptionsRules: what the options dialog accepts, in which order it checks, how it corrects, and what OK
+// stores. No window: the dialog asks here, shows what it is told and hands the operator's answer back.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "persistence/Settings.h"
+
+namespace OptionsRules {
+
+// The fields that are checked or filtered.
+enum class Field { None, TimerInterval, TimerWarning, MgrEmail, SMTPPort, LogPath, MaxLogFiles };
+
+// What stands in the dialog.
+struct Form {
+  std::string szTimerInterval, szTimerWarning;
+  std::string szMgrEmail, szMgrName, szSMTP, szSMTPPort;
+  std::int16_t LogPeriod = 1;  // 0 none, 1 daily, 2 weekly
+  std::string szLogPath, szMaxLogFiles;
+  bool bDiskMaxLogFiles = false;
+  bool bDiskNoLogDisabled = false;
+  bool bCookieDisable = false;
+
+  // Which controls of the Logs page can be used: the folder and both boxes, and the count.
+  bool FolderEnabled() const { return LogPeriod != 0; }
+  bool CountEnabled() const { return LogPeriod != 0 && bDiskMaxLogFiles; }
+};
+
+// A number field after a change. Only digits may stand in it: any other change is taken back.
+struct Change {
+  bool bRejected;
+  std::int32_t lMessage;  // of a rejected change; 0: a bell is enough
+};
+Change ChangeNumber(Field iField, const std::string& szNew);
+
+enum class Buttons { OK, YesNo, YesNoCancel };
+enum class Answer { OK, Yes, No, Cancel };
+
+// What a check found. Empty message: nothing.
+struct Finding {
+  std::string szMessage;
+  Buttons iButtons = Buttons::OK;
+  bool bSelectAll = false;  // the field's text is to be selected
+};
+
+// One dialog's checks. It remembers what the operator has insisted on, so that nothing is asked twice.
+class Checks {
+ public:
+  explicit Checks(const Form& aOpening);
+
+  // The field is left. It is corrected in the form.
+  Finding Leave(Field iField, Form& aForm);
+  // The same at OK, where nothing may pass that would lose logs silently.
+  Finding Confirm(Field iField, Form& aForm);
+
+  // The operator's answer to a finding. True: the field may be left. aFurther: another message to show; the
+  // field then keeps the focus.
+  bool Answered(Field iField, Answer iAnswer, Form& aForm, Finding& aFurther);
+
+ private:
+  Finding LeaveLogPath(Form& aForm) const;
+  Finding LeaveMaxLogFiles(Form& aForm) const;
+
+  std::int32_t lAcceptedFiles;   // a high number that was insisted on
+  std::string szDeclinedFolder;  // one that is not to be created
+};
+
+// The checks of OK, in tab order.
+inline constexpr Field aConfirmOrder[] = {Field::TimerInterval, Field::TimerWarning, Field::MgrEmail,
+                                          Field::LogPath, Field::MaxLogFiles};
+
+Form OpeningForm();
+SettingsRecord RecordOf(const Form& aForm);
+
+// Stores and writes every setting. True when a timer value differs from the opening one: the next pass then
+// comes after the warning interval from now.
+bool Store(const Form& aForm, std::int32_t lOpeningInterval, std::int32_t lOpeningWarning);
+
+}  // namespace OptionsRules
