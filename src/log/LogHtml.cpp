@@ -110,23 +110,10 @@ std::string Fact(StringId iName, const std::string& szMarkup) {
 }
 
 std::string GapList(const LogSummary& aSummary) {
-  constexpr std::size_t lMostGaps = 10;
   if (aSummary.aGaps.empty()) return Words(IDS_LOG_FACT_GAPS_NONE);
   std::string szList = "<ul>";
-  std::int64_t lAll = 0;
-  for (const auto& aGap : aSummary.aGaps)
-    lAll += SecondsBetween(aGap.dtFrom, aGap.dtTo);
-  const auto lShown = std::min(lMostGaps, aSummary.aGaps.size());
-  for (auto aGap = aSummary.aGaps.end() - static_cast<std::ptrdiff_t>(lShown); aGap != aSummary.aGaps.end();
-       ++aGap)
-    szList += "<li>" +
-              Words(IDS_LOG_FACT_GAP, {Moment(aGap->dtFrom), Moment(aGap->dtTo),
-                                       LogWords::Length(SecondsBetween(aGap->dtFrom, aGap->dtTo))}) +
-              "</li>";
-  if (lShown < aSummary.aGaps.size())
-    szList += "<li>" +
-              Words(IDS_LOG_FACT_GAPS_MORE, {Count(aSummary.aGaps.size() - lShown), LogWords::Length(lAll)}) +
-              "</li>";
+  for (const auto& szGap : LogWords::Gaps(aSummary))
+    szList += "<li>" + Escape(szGap) + "</li>";
   return szList + "</ul><span class=\"note\">" + Words(IDS_LOG_FACT_GAPS_NOTE) + "</span>";
 }
 
@@ -201,8 +188,9 @@ std::string Sites(const LogSummary& aSummary, const Limits& aLimits) {
   if (aShown.size() < aSummary.aSites.size())
     szOut += "<p class=\"note\">" +
              Words(IDS_LOG_SITES_LEFT_OUT, {Count(aSummary.aSites.size()), Count(aShown.size())}) + "</p>\n";
-  szOut += SiteTable(aSummary, aShown) + "</section>\n<section>\n<h2>" + Words(IDS_LOG_STRIPS) +
-           "</h2>\n<p class=\"note\">" +
+  szOut += SiteTable(aSummary, aShown) + "</section>\n";
+  if (aSummary.dtFrom <= 0) return szOut;
+  szOut += "<section>\n<h2>" + Words(IDS_LOG_STRIPS) + "</h2>\n<p class=\"note\">" +
            Words(IDS_LOG_STRIPS_NOTE, {Moment(aSummary.dtFrom), Moment(aSummary.dtTo)}) + "</p>\n" +
            Legend() + "<div class=\"strips\">\n";
   for (const auto lSite : aShown)
@@ -298,9 +286,7 @@ std::string PassHead(const LogPass& aPass, bool bLast) {
 
 std::string GapRow(const StateInterval& aGap) {
   return "<tbody><tr class=\"gap\"><td colspan=\"6\">" + Words(IDS_LOG_FACT_GAPS) + ": " +
-         Words(IDS_LOG_FACT_GAP, {Moment(aGap.dtFrom), Moment(aGap.dtTo),
-                                  LogWords::Length(SecondsBetween(aGap.dtFrom, aGap.dtTo))}) +
-         "</td></tr></tbody>\n";
+         Escape(LogWords::Gap(aGap)) + "</td></tr></tbody>\n";
 }
 
 // Passes from the first that fits whole; of a last pass that alone is too long, its last lines.

@@ -42,10 +42,8 @@ std::string Facts(const LogSummary& aSummary) {
           Fill(IDS_LOG_FACT_MAILS_VALUE, {Count(aSummary.lMailsSent), Count(aSummary.lMailsFailed)}));
   if (aSummary.aGaps.empty() && aSummary.lEntries > 0)
     AddFact(szOut, IDS_SUM_NOT_WATCHED, LoadResString(IDS_SUM_NO_GAPS));
-  for (const auto& aGap : aSummary.aGaps)
-    AddFact(szOut, IDS_SUM_NOT_WATCHED,
-            Fill(IDS_LOG_FACT_GAP,
-                 {Moment(aGap.dtFrom), Moment(aGap.dtTo), Length(SecondsBetween(aGap.dtFrom, aGap.dtTo))}));
+  for (const auto& szGap : LogWords::Gaps(aSummary))
+    AddFact(szOut, IDS_SUM_NOT_WATCHED, szGap);
   if (aSummary.lEndless + aSummary.lStartless > 0)
     AddFact(szOut, IDS_SUM_BROKEN_OFF, LogWords::BrokenOff(aSummary));
   if (aSummary.lUnread > 0) AddFact(szOut, IDS_SUM_UNREAD, Count(aSummary.lUnread));

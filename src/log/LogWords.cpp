@@ -89,6 +89,7 @@ std::string LogWords::Day(DateTime dtMoment) {
 }
 
 std::string LogWords::Moment(DateTime dtMoment) {
+  if (dtMoment < 1) return LoadResString(IDS_LOG_PASS_UNKNOWN_TIME);
   return Day(dtMoment) + ", " + ClockTime(SplitDateTime(dtMoment), false);
 }
 
@@ -145,6 +146,26 @@ std::string LogWords::OutageLength(const Outage& aOutage) {
 std::string LogWords::BrokenOff(const LogSummary& aSummary) {
   const auto lCount = aSummary.lEndless + aSummary.lStartless;
   return Fill(lCount == 1 ? IDS_LOG_FACT_BROKEN_OFF_ONE : IDS_LOG_FACT_BROKEN_OFF_VALUE, {Count(lCount)});
+}
+
+std::string LogWords::Gap(const StateInterval& aGap) {
+  return Fill(IDS_LOG_FACT_GAP,
+              {Moment(aGap.dtFrom), Moment(aGap.dtTo), Length(SecondsBetween(aGap.dtFrom, aGap.dtTo))});
+}
+
+std::vector<std::string> LogWords::Gaps(const LogSummary& aSummary) {
+  constexpr std::size_t lMostGaps = 10;
+  const auto& aGaps = aSummary.aGaps;
+  const auto lEarlier = aGaps.size() > lMostGaps ? aGaps.size() - lMostGaps : 0;
+  std::vector<std::string> aLines;
+  std::int64_t lSeconds = 0;
+  for (std::size_t lGap = 0; lGap < aGaps.size(); ++lGap) {
+    if (lGap < lEarlier) lSeconds += SecondsBetween(aGaps[lGap].dtFrom, aGaps[lGap].dtTo);
+    if (lGap + 1 == lEarlier)
+      aLines.push_back(Fill(IDS_LOG_FACT_GAPS_MORE, {Count(lEarlier), Length(lSeconds)}));
+    if (lGap >= lEarlier) aLines.push_back(Gap(aGaps[lGap]));
+  }
+  return aLines;
 }
 
 std::string LogWords::Headline(const LogSummary& aSummary) {

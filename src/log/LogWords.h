@@ -17,7 +17,7 @@ std::string Fill(StringId iText, const std::vector<std::string>& aValues);
 
 std::string Count(std::uint64_t lNumber);         // 1,234,567
 std::string Length(std::int64_t lSeconds);        // 2 d 3 h, 1 h 10 min, 12 min, 3 min 5 s
-std::string Moment(DateTime dtMoment);            // Tue Jan 6 2026, 2:05 PM
+std::string Moment(DateTime dtMoment);            // Tue Jan 6 2026, 2:05 PM; day 0: not known
 std::string Day(DateTime dtMoment);               // Tue Jan 6 2026
 std::string MomentToSecond(DateTime dtMoment);    // Tue Jan 6 2026, 2:05:44 PM
 std::string MomentForSorting(DateTime dtMoment);  // 2026-01-06 14:05:44
@@ -33,6 +33,10 @@ std::string OutageLength(const Outage& aOutage);
 
 // How many passes lack their start or end line, and what that means.
 std::string BrokenOff(const LogSummary& aSummary);
+
+// From, to and length; and the last ten gaps so, the others in one line before them.
+std::string Gap(const StateInterval& aGap);
+std::vector<std::string> Gaps(const LogSummary& aSummary);
 
 // What one would want to read first: how many are down, which, since when. One sentence a text, bytes as
 // logged.

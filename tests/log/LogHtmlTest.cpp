@@ -131,6 +131,13 @@ TEST(LogHtml, ShowsTheLastWholePassesOfALongLog) {
   EXPECT_NE(szPage.find("(30,009 bytes in all)"), std::string::npos);
 }
 
+TEST(LogHtml, ShowsNoDayThatTheLogDoesNotKnow) {
+  TestHome aHome;
+  const auto szPage = PageOf(aHome, "12/30/1899 12:00:00 AM,http://10.0.0.1,404 File Not Found,7,,4\r\n");
+  EXPECT_EQ(szPage.find("1899"), std::string::npos);
+  EXPECT_NE(szPage.find("404 File Not Found"), std::string::npos);
+}
+
 TEST(LogHtml, IsWrittenWholeOrNotAtAll) {
   TestHome aHome;
   aHome.Write("D.kvl", LogWeek::Text());
