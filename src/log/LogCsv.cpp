@@ -67,7 +67,7 @@ void Table::AddLine(LogHistory::LineRef aRef) {
 std::string LogCsv::Cell(std::string_view szText) {
   constexpr std::string_view szFormula = "=+-@\t\r";
   const bool bFormula = !szText.empty() && szFormula.find(szText.front()) != std::string_view::npos;
-  const std::string szSafe = (bFormula ? "'" : "") + std::string(szText);
+  std::string szSafe = (bFormula ? "'" : "") + std::string(szText);
   if (szSafe.find_first_of(",\"\r\n") == std::string::npos) return szSafe;
   return '"' + Text::Replace(szSafe, "\"", "\"\"") + '"';
 }

@@ -8,8 +8,8 @@ namespace {
 
 constexpr std::size_t lAround = 24;  // automatic passes looked at on either side
 constexpr std::size_t lEnough = 3;
-constexpr std::int64_t lWithoutSchedule = 2 * 60 * 60;  // seconds
-constexpr std::int64_t lShortest = 5 * 60;              // seconds
+constexpr std::int64_t lWithoutSchedule = 7200;  // seconds
+constexpr std::int64_t lShortest = 300;          // seconds
 
 // Distance of an automatic pass to the start of the pass before it.
 struct Distance {

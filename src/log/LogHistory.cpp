@@ -43,9 +43,10 @@ bool LogHistory::Open(const std::vector<std::string>& aPaths) {
     }
     auto aNames = Files::List(szPath, ".kvl");
     std::sort(aNames.begin(), aNames.end());
-    const bool bSeparated = !szPath.empty() && szPath.back() == Files::chSeparator;
-    for (const auto& szName : aNames)
-      AddFile(bSeparated ? szPath + szName : szPath + Files::chSeparator + szName);
+    auto szFolder = szPath;
+    if (!szFolder.ends_with(Files::chSeparator)) szFolder += Files::chSeparator;
+    for (auto& szName : aNames)
+      AddFile(szName.insert(0, szFolder));
   }
   DropCopies();
   for (auto& aFile : aFiles)

@@ -70,11 +70,12 @@ std::string Run(const Scale& aScale, SiteState iState, int lFirst, int lPast) {
 
 // Midnights, at most eight of them, evenly chosen.
 std::vector<DateTime> Midnights(const LogSummary& aSummary) {
-  const auto dDays = std::floor(aSummary.dtTo) - std::floor(aSummary.dtFrom);
-  const auto dStep = std::max(1.0, std::ceil(dDays / 8));
+  const auto lFirst = static_cast<std::int32_t>(std::floor(aSummary.dtFrom));
+  const auto lLast = static_cast<std::int32_t>(std::floor(aSummary.dtTo));
+  const auto lStep = std::max(1, (lLast - lFirst + 7) / 8);
   std::vector<DateTime> aDays;
-  for (auto dtDay = std::floor(aSummary.dtFrom) + 1; dtDay < aSummary.dtTo; dtDay += dStep)
-    aDays.push_back(dtDay);
+  for (auto lDay = lFirst + 1; lDay <= lLast; lDay += lStep)
+    aDays.push_back(lDay);
   return aDays;
 }
 

@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
+#include "log/LogCsv.h"
 #include "log/LogFilter.h"
 #include "log/LogHistory.h"
+#include "log/LogHtml.h"
 #include "log/LogReader.h"
 #include "support/LogWeek.h"
 #include "support/TestHome.h"
@@ -204,6 +206,10 @@ TEST(LogHistory, SurvivesAnyBytes) {
     lLines += aHistory.Pass(aRef).lPast - aHistory.Pass(aRef).lFirst;
   EXPECT_EQ(lLines, aHistory.Lines().size()) << "every line stands in one pass";
   EXPECT_GT(lLines, 500U);
+  const auto aSummary = Summarise(aHistory);
+  EXPECT_GT(aSummary.lUnread, 500U);
+  EXPECT_TRUE(LogHtml::Compose(aHistory, aSummary).ends_with("</html>\n"));
+  EXPECT_GT(LogCsv::Compose(aHistory).size(), 10'000'000U) << "nothing is cut there";
 }
 
 TEST(LogFilter, FindsBySiteOutcomeAndWords) {
