@@ -60,17 +60,14 @@ std::string DemoSites::List(const FaultServer& aServer, std::uint16_t iRefusing)
 
 std::string DemoSites::RegistryFile(const FaultServer& aServer, std::uint16_t iMailPort,
                                     const std::string& szLogFolder) {
-  // Imported sites are numbered from 2000 on until the list is renumbered: this one comes last.
-  constexpr std::uint32_t lLast = 3000;
   std::string szFile = "Windows Registry Editor Version 5.00\r\n";
   szFile += KeyLine(ProductKeys::szTimer) + NumberValue("Interval", 1) + NumberValue("Warning", 1);
   szFile += KeyLine(ProductKeys::szManager) + TextValue("Email", "manager@kestrova.invalid") +
             TextValue("Name", "Demo Manager") + TextValue("SMTP", "127.0.0.1") +
             NumberValue("SMTPPort", iMailPort);
   szFile += KeyLine(ProductKeys::szLog) + TextValue("LogPath", szLogFolder) + NumberValue("LogPeriod", 1);
-  szFile += KeyLine(std::string(ProductKeys::szAddress) + "\\" + szNameThatFails) +
-            NumberValue("Index", lLast) + TextValue("URL", szNameThatFails) +
-            TextValue("IP", aServer.Address()) + NumberValue("Enabled", 1) + NumberValue("Status", 4) +
-            NumberValue("Timeout", lTimeOut);
+  szFile += KeyLine(std::string(ProductKeys::szAddress) + "\\" + szNameThatFails) + NumberValue("Index", 1) +
+            TextValue("URL", szNameThatFails) + TextValue("IP", aServer.Address()) +
+            NumberValue("Enabled", 1) + NumberValue("Status", 4) + NumberValue("Timeout", lTimeOut);
   return szFile;
 }
