@@ -31,12 +31,13 @@ frmMain::frmMain() : wxFrame(nullptr, wxID_ANY, ResText(IDS_APP_TITLE)), aEngine
     aEvent.Skip();
     Form_Resize();
   });
+  Bind(wxEVT_MAXIMIZE, [this](wxMaximizeEvent& aEvent) {
+    aEvent.Skip();
+    if (tmrRestored.IsRunning()) Maximize(false);
+  });
   Bind(wxEVT_ICONIZE, [this](wxIconizeEvent& aEvent) {
     aEvent.Skip();
-    if (aEvent.IsIconized())
-      EnterMinimised();
-    else
-      LeaveMinimised();
+    Form_Iconize(aEvent.IsIconized());
   });
   Form_Load();
 }

@@ -89,7 +89,8 @@ class frmMain : public wxFrame, public CheckView, public MainHost {
   wxStatusBar* sbrMain;
   wxTimer TimerAutoCheck;
   wxTimer TimerMain;
-  wxTimer tmrServe;  // keeps a request going while a menu or a dialog holds the pass's wait up
+  wxTimer tmrServe;     // keeps a request going while a menu or a dialog holds the pass's wait up
+  wxTimer tmrRestored;  // runs for a moment after the window came back from the tray
   wxWeakRef<frmCheckAnim> pProgress;
 
  private:
@@ -112,6 +113,7 @@ class frmMain : public wxFrame, public CheckView, public MainHost {
   void LayOut();
   void LayOutStatusBar();
   void PaintLines();
+  void Form_Iconize(bool bIconized);
   void EnterMinimised();
   void LeaveMinimised();
 

@@ -135,12 +135,23 @@ void frmMain::LayOut() {
   pixClient->Refresh();
 }
 
+void frmMain::Form_Iconize(bool bIconized) {
+  if (!bIconized)
+    LeaveMinimised();
+  else if (tmrRestored.IsRunning())
+    Iconize(false);
+  else
+    EnterMinimised();
+}
+
 void frmMain::EnterMinimised() {
   if (bMinimised || bExiting) return;
   bMinimised = true;
   modSysTray::EnableRestore(true);
   // Without a tray a hidden window could not be brought back: then it stays on the task bar.
-  if (modSysTray::HasIcon() && TrayIcon::Available()) Hide();
+  if (modSysTray::HasIcon() && TrayIcon::Available()) {
+    Hide();
+  }
   modSysTray::RefreshTip();
 }
 
@@ -157,6 +168,10 @@ void frmMain::RestoreWindow() {
   bMinimised = false;
   if (IsIconized()) Iconize(false);
   if (IsMaximized()) Maximize(false);
+  // A window manager remembers the state of a window that was hidden, and puts it on the screen in that state
+  // again before it hears of another one.
+  constexpr int lSettled = 500;  // milliseconds
+  tmrRestored.StartOnce(lSettled);
   Show();
   Raise();
   modSysTray::EnableRestore(false);

@@ -4,12 +4,11 @@
 
 namespace Display {
 
-// Before the toolkit starts. False when no screen can be had.
+// A screen with a window manager, before the toolkit starts. False when it cannot be had.
 bool Start();
-// A window manager and a notification area on it; they run until Stop or the end of the returned helper.
-bool StartWindowManager();
+void Stop();
+// A notification area in the bottom left corner.
 bool StartTray();
 void StopTray();
-void Stop();
 
 }  // namespace Display

@@ -18,18 +18,14 @@ bool Display::Start() {
   Environment::Set("DISPLAY", ":" + pServer->Output().substr(0, pServer->Output().find('\n')));
   Environment::Set("GDK_BACKEND", "x11");
   Environment::Set("NO_AT_BRIDGE", "1");
+  pManager =
+      std::make_unique<ChildProcess>("metacity", std::vector<std::string>{"--sm-disable", "--no-composite"});
   return true;
 }
 
-bool Display::StartWindowManager() {
-  if (!pManager)
-    pManager = std::make_unique<ChildProcess>("metacity",
-                                              std::vector<std::string>{"--sm-disable", "--no-composite"});
-  return pManager->Wait(0) == ChildProcess::lRunning;
-}
-
 bool Display::StartTray() {
-  pTray = std::make_unique<ChildProcess>("trayer", std::vector<std::string>{"--edge", "bottom"});
+  pTray = std::make_unique<ChildProcess>(
+      "trayer", std::vector<std::string>{"--edge", "bottom", "--align", "left", "--widthtype", "request"});
   return pTray->Wait(0) == ChildProcess::lRunning;
 }
 
