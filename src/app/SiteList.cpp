@@ -23,6 +23,8 @@ constexpr int lImageDescending = 7;
 constexpr int lLightCount = 3;
 
 constexpr int lImageTwips = 240;
+constexpr int lImageColumnTwips = 300;
+constexpr int lCellGap = 8;  // what the toolkit's list keeps free of each column, in pixels
 constexpr int lHintMargin = 12;
 
 }  // namespace
@@ -30,7 +32,8 @@ constexpr int lHintMargin = 12;
 SiteList::SiteList(wxWindow* pParent)
     : wxListView(pParent, wxID_ANY, wxDefaultPosition, wxDefaultSize,
                  wxLC_REPORT | wxLC_VIRTUAL | wxLC_SINGLE_SEL) {
-  const int lSide = WindowScale::FromTwips(*this, lImageTwips);
+  const int lSide = std::min(WindowScale::FromTwips(*this, lImageTwips),
+                             WindowScale::FromTwips(*this, lImageColumnTwips) - lCellGap);
   wxVector<wxBitmapBundle> aBundles;
   for (const char* szImage : aImages)
     aBundles.push_back(Images::Bundle(szImage, lSide));

@@ -25,10 +25,10 @@ constexpr int lFirstHeight = 7800;
 constexpr int lLineInset = 10;
 constexpr int lViewFromRight = 2100;
 constexpr int lViewTop = 90;
-constexpr int lViewWidth = 2000;
+constexpr int lViewWidth = 2040;
 constexpr int lViewHeight = 450;
 constexpr int lListTop = 600;
-constexpr int lPictureSide = 270;
+constexpr int lPictureSide = 240;
 
 int Twips(const wxWindow& aWindow, int lTwips) {
   return WindowScale::FromTwips(aWindow, lTwips);
@@ -37,7 +37,7 @@ int Twips(const wxWindow& aWindow, int lTwips) {
 }  // namespace
 
 void frmMain::BuildStatusBar() {
-  sbrMain = CreateStatusBar(3);
+  sbrMain = CreateStatusBar(3, wxSTB_ELLIPSIZE_END | wxFULL_REPAINT_ON_RESIZE);
   sbrMain->Bind(wxEVT_MOTION, [this](wxMouseEvent& aEvent) {
     aEvent.Skip();
     const std::int32_t aNames[] = {IDS_PANEL_CLOCK, IDS_PANEL_NEXT, IDS_PANEL_LAST};
@@ -52,11 +52,16 @@ void frmMain::BuildStatusBar() {
 }
 
 void frmMain::LayOutStatusBar() {
-  // The clock and the last check are as wide as their widest text; what lies between is the pass state's.
-  const int lClock = sbrMain->GetTextExtent("12/30/2000 12:00:00 AM  ").x + FromDIP(16);
-  const int lLast = sbrMain->GetTextExtent(ResText(IDS_NO_SITES) + "  ").x + FromDIP(16);
-  const int lLastTime = sbrMain->GetTextExtent(ResText(IDS_LAST) + " 12:00:00 AM  ").x + FromDIP(16);
-  const int aWidths[] = {lClock, -1, std::max(lLast, lLastTime)};
+  // Each panel has room for its widest text. In a narrow window the two times come first and the clock gives
+  // way.
+  const auto Needs = [this](const wxString& szText) {
+    return sbrMain->GetTextExtent(szText).x + FromDIP(20);
+  };
+  const int lClock = Needs("12/30/2000 12:00:00 AM");
+  const int lNext = Needs(ResText(IDS_NEXT) + " 12:00:00 AM");
+  const int lLast = std::max(Needs(ResText(IDS_LAST) + " 12:00:00 AM"), Needs(ResText(IDS_NO_SITES)));
+  const bool bNarrow = GetClientSize().x < lClock + lNext + lLast;
+  const int aWidths[] = {bNarrow ? -1 : lClock, bNarrow ? lNext : -1, lLast};
   sbrMain->SetStatusWidths(3, aWidths);
 }
 
@@ -74,7 +79,7 @@ void frmMain::BuildCurrentView() {
   auto* pRow = new wxBoxSizer(wxHORIZONTAL);
   pRow->AddStretchSpacer();
   pRow->Add(lblCurView, wxSizerFlags().CentreVertical());
-  pRow->Add(imgColors, wxSizerFlags().CentreVertical().Border(wxLEFT, Twips(*this, 90)));
+  pRow->Add(imgColors, wxSizerFlags().CentreVertical().Border(wxLEFT, Twips(*this, 60)));
   pRow->Add(imgEnabled, wxSizerFlags().CentreVertical().Border(wxLEFT, Twips(*this, 60)));
   fraCurView->SetSizer(pRow);
   fraCurView->Layout();
@@ -113,6 +118,7 @@ void frmMain::LayOut() {
   const auto To = [this](int lPixels) { return WindowScale::ToTwips(*this, lPixels); };
   const wxSize aClient = GetClientSize();
   pixClient->SetSize(aClient);
+  LayOutStatusBar();
   fraCurView->Move(aClient.x - Twips(*this, lViewFromRight), Twips(*this, lViewTop));
 
   const int lWidth = To(aClient.x);

@@ -1,7 +1,7 @@
 #include "check/frmCheckAnim.h"
 
 #include <wx/button.h>
-#include <wx/dcbuffer.h>
+#include <wx/dcclient.h>
 #include <wx/panel.h>
 #include <wx/sizer.h>
 #include <wx/statbox.h>
@@ -34,7 +34,7 @@ frmCheckAnim::frmCheckAnim(wxWindow* pOwner, std::function<void()> StopAll)
   auto* pPanel = new wxPanel(this);
   pixField =
       new wxPanel(pPanel, wxID_ANY, wxDefaultPosition, wxSize(Twips(lFieldWidth), Twips(lFieldHeight)));
-  pixField->SetBackgroundStyle(wxBG_STYLE_PAINT);
+  pixField->SetDoubleBuffered(true);
   pixField->Bind(wxEVT_PAINT, [this](wxPaintEvent&) { PaintField(); });
 
   for (Picture* pPicture : {&pixEarth, &pixRayForward, &pixRayBack, &pixSpaceShip})
@@ -122,9 +122,7 @@ void frmCheckAnim::RefreshPath() {
 }
 
 void frmCheckAnim::PaintField() {
-  wxAutoBufferedPaintDC aDC(pixField);
-  aDC.SetBackground(wxBrush(pixField->GetBackgroundColour()));
-  aDC.Clear();
+  wxPaintDC aDC(pixField);
   for (const Picture* pPicture : {&pixEarth, &pixRayForward, &pixRayBack, &pixSpaceShip}) {
     if (!pPicture->bVisible) continue;
     aDC.DrawBitmap(pPicture->aImage.GetBitmapFor(pixField), WindowScale::FromTwips(*this, pPicture->lLeft),

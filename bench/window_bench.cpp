@@ -1,0 +1,147 @@
+// What the windows cost, each figure beside its aim: filling the list, starting up, a pass seen through the
+// main window, and doing nothing in the background. Needs a display (xvfb-run will do); prints one line each.
+#include <wx/evtloop.h>
+#include <wx/init.h>
+#include <wx/stopwatch.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+
+#include "app/App.h"
+#include "app/frmMain.h"
+#include "app/modMain.h"
+#include "persistence/Settings.h"
+#include "persistence/modAddress.h"
+#include "support/FaultServer.h"
+#include "support/Stored.h"
+#include "support/TestHome.h"
+
+namespace {
+
+using Steady = std::chrono::steady_clock;
+constexpr std::int32_t lSites = 1000;
+
+double MillisecondsSince(Steady::time_point aStart) {
+  return std::chrono::duration<double, std::milli>(Steady::now() - aStart).count();
+}
+
+void Report(const char* szWhat, double dFigure, double dAim, const char* szUnit) {
+  std::printf("%-66s %9.2f %s (aim: under %g) %s\n", szWhat, dFigure, szUnit, dAim,
+              dFigure < dAim ? "" : "MISSED");
+}
+
+// Runs as often as the event loop lets it, and keeps the longest stretch between two runs.
+class GapWatch : public wxTimer {
+ public:
+  void Notify() override {
+    if (aLast != Steady::time_point()) dLongest = std::max(dLongest, MillisecondsSince(aLast));
+    aLast = Steady::now();
+  }
+  double dLongest = 0;
+
+ private:
+  Steady::time_point aLast;
+};
+
+void Pump(double dSeconds) {
+  const auto aStart = Steady::now();
+  while (MillisecondsSince(aStart) < dSeconds * 1000) {
+    modMain::PumpEvents();
+    wxMilliSleep(1);
+  }
+}
+
+void RefillRows(frmMain& aMain) {
+  constexpr int lTimes = 20;
+  const auto aStart = Steady::now();
+  for (int i = 0; i < lTimes; ++i)
+    aMain.Display_lvwMainEx(500);
+  Report("refill of 1,000 rows", MillisecondsSince(aStart) / lTimes, 30, "ms");
+  const auto aNoticeStart = Steady::now();
+  for (int i = 0; i < lTimes; ++i) {
+    aMain.Display_lvwMain(500);
+    modMain::PumpEvents();
+  }
+  std::printf("%-66s %9.2f ms\n", "  the same with the busy notice",
+              MillisecondsSince(aNoticeStart) / lTimes);
+}
+
+void PassOverAll(frmMain& aMain, FaultServer& aServer, bool bHidden) {
+  const std::size_t lBefore = aServer.Count();
+  GapWatch aGaps;
+  aGaps.Start(1);
+  const auto aStart = Steady::now();
+  aMain.Engine().mF_StartCheck_Click();
+  const double dSeconds = MillisecondsSince(aStart) / 1000;
+  aGaps.Stop();
+  Report(bHidden ? "pass over 1,000 local sites, hidden" : "pass over 1,000 local sites, shown", dSeconds, 3,
+         "s ");
+  Report("  longest stretch without handling events", aGaps.dLongest, 50, "ms");
+  if (aServer.Count() - lBefore != lSites)
+    std::printf("  only %zu requests came in\n", aServer.Count() - lBefore);
+}
+
+void Idle(double dSeconds) {
+  wxEventLoopBase* pLoop = wxEventLoopBase::GetActive();
+  const std::clock_t lStart = std::clock();
+  const auto aEnd = Steady::now() + std::chrono::duration<double>(dSeconds);
+  while (Steady::now() < aEnd) {
+    pLoop->DispatchTimeout(1000);
+    pLoop->ProcessIdle();
+  }
+  const double dUsed = static_cast<double>(std::clock() - lStart) / CLOCKS_PER_SEC;
+  Report("CPU time for a minute in the background", dUsed * 60 / dSeconds, 0.1, "s ");
+}
+
+int Run(double dIdleSeconds) {
+  TestHome aHome;
+  FaultServer aServer;
+  Stored::Put(ProductKeys::szSetup, "startup", std::int32_t{1});
+  {
+    const Registry::Transaction aAll;
+    for (std::int32_t i = 1; i <= lSites; ++i)
+      modAddress::WriteSiteRecord({"", aServer.Site("/" + std::to_string(i)), 4, 1, 60, ""}, i);
+  }
+  constexpr double dSplash = 1000;
+  const auto aStart = Steady::now();
+  modMain::Main();
+  const double dBeyond = MillisecondsSince(aStart) - dSplash;
+  Report("start to shown window with 1,000 sites, beyond the splash second", dBeyond, 150, "ms");
+  frmMain& aMain = *modMain::MainWindow();
+  Pump(0.5);
+  RefillRows(aMain);
+  PassOverAll(aMain, aServer, false);
+  aMain.Hide();
+  Pump(0.2);
+  PassOverAll(aMain, aServer, true);
+  if (dIdleSeconds > 0) Idle(dIdleSeconds);
+  modMain::RequestExit();
+  Pump(0.5);
+  return 0;
+}
+
+class BenchApp : public App {
+ public:
+  bool OnInit() override { return PrepareWindows(); }
+};
+
+}  // namespace
+
+wxIMPLEMENT_APP_NO_MAIN(BenchApp);
+
+// The argument: how many seconds to watch the idle program (60).
+int main(int lCount, char** aArguments) {
+  const double dIdleSeconds = lCount > 1 ? std::atof(aArguments[1]) : 60;
+  if (!wxEntryStart(lCount, aArguments) || !wxTheApp->CallOnInit()) return 2;
+  int lResult = 0;
+  {
+    wxEventLoop aLoop;
+    wxEventLoopActivator aActive(&aLoop);
+    lResult = Run(dIdleSeconds);
+  }
+  wxEntryCleanup();
+  return lResult;
+}
