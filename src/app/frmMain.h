@@ -123,7 +123,12 @@ class frmMain : public wxFrame, public CheckView, public MainHost {
   void TimerMain_Timer();
 
   CheckEngine aEngine;
+  void ShowPending();
+
   std::vector<std::string> aWaitingMessages;
+  std::string szProgressSite, szProgressStatus;
+  std::int32_t lSlotToShow = 0;  // 0 none
+  double dLastPump = 0;          // steady seconds
   bool bMinimised = false;
   bool bExiting = false;
   bool bLayingOut = false;

@@ -1,12 +1,9 @@
 // What the check engine shows through the main window.
-#include <wx/app.h>
-#include <wx/evtloop.h>
-#include <wx/msgdlg.h>
 #include <wx/stattext.h>
-#include <wx/stopwatch.h>
 
 #include "app/frmMain.h"
 #include "app/modMain.h"
+#include "platform/Clock.h"
 #include "resources/TextGlue.h"
 
 void frmMain::ShowPanel(int iPanel, const std::string& szText) {
@@ -19,7 +16,7 @@ void frmMain::ClearRemarks() {
 }
 
 void frmMain::EnsureRowVisible(std::int32_t lSlot) {
-  lvwMain->EnsureRowVisible(lSlot);
+  lSlotToShow = lSlot;
 }
 
 void frmMain::ShowLight(std::int32_t lSlot, std::int16_t iIcon) {
@@ -41,11 +38,12 @@ void frmMain::OpenProgress() {
     pProgress->CentreOnParent();
     pProgress->ShowWithoutActivating();
   }
-  pProgress->lblSiteName->SetLabel("");
-  pProgress->lblSiteStatus->SetLabel("");
+  szProgressSite.clear();
+  szProgressStatus.clear();
 }
 
 void frmMain::CloseProgress() {
+  ShowPending();
   if (!pProgress) return;
   frmCheckAnim* pClosing = pProgress.get();
   pProgress.Release();
@@ -53,11 +51,22 @@ void frmMain::CloseProgress() {
 }
 
 void frmMain::ShowProgressSite(const std::string& szText) {
-  if (pProgress) pProgress->lblSiteName->SetLabel(ToWxLabel(szText));
+  szProgressSite = szText;
 }
 
 void frmMain::ShowProgressStatus(const std::string& szText) {
-  if (pProgress) pProgress->lblSiteStatus->SetLabel(ToWxLabel(szText));
+  szProgressStatus = szText;
+}
+
+// A fast server goes through ten states in a millisecond. What nobody could see is not drawn: labels and the
+// list's position follow when events are handled.
+void frmMain::ShowPending() {
+  if (lSlotToShow != 0) lvwMain->EnsureRowVisible(lSlotToShow);
+  lSlotToShow = 0;
+  if (!pProgress) return;
+  const wxString szSite = ToWxLabel(szProgressSite), szStatus = ToWxLabel(szProgressStatus);
+  if (pProgress->lblSiteName->GetLabel() != szSite) pProgress->lblSiteName->SetLabel(szSite);
+  if (pProgress->lblSiteStatus->GetLabel() != szStatus) pProgress->lblSiteStatus->SetLabel(szStatus);
 }
 
 void frmMain::ShowMessage(const std::string& szText) {
@@ -90,5 +99,10 @@ void frmMain::EnableAutoTimer(bool bEnable) {
 }
 
 void frmMain::PumpEvents() {
+  constexpr double dGap = 0.008;  // seconds: often enough for an eye and a hand
+  const double dNow = Clock::System().SteadySeconds();
+  if (dNow - dLastPump < dGap) return;
+  ShowPending();
   modMain::PumpEvents();
+  dLastPump = Clock::System().SteadySeconds();
 }
