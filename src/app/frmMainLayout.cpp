@@ -12,7 +12,6 @@
 #include "app/PictureBox.h"
 #include "app/frmMain.h"
 #include "app/modSysTray.h"
-#include "platform/TrayIcon.h"
 #include "platform/WindowScale.h"
 #include "resources/TextGlue.h"
 
@@ -155,9 +154,7 @@ void frmMain::EnterMinimised() {
   bMinimised = true;
   modSysTray::EnableRestore(true);
   // Without a tray a hidden window could not be brought back: then it stays on the task bar.
-  if (modSysTray::HasIcon() && TrayIcon::Available()) {
-    Hide();
-  }
+  if (modSysTray::CanHideWindow()) Hide();
   modSysTray::RefreshTip();
 }
 

@@ -33,7 +33,7 @@ void frmMain::ShowRemark(std::int32_t lSlot, const std::string& szText) {
 
 void frmMain::OpenProgress() {
   if (bExiting) return;
-  if (!pProgress) {
+  if (!pProgress || pProgress->IsBeingDeleted()) {
     pProgress = new frmCheckAnim(this, [this] { aEngine.StopCheck(); });
     pProgress->CentreOnParent();
     pProgress->ShowWithoutActivating();

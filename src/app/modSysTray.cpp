@@ -43,6 +43,11 @@ bool modSysTray::HasIcon() {
   return pIcon && pIcon->Added();
 }
 
+bool modSysTray::CanHideWindow() {
+  if (!pIcon || !TrayIcon::Available()) return false;
+  return pIcon->Added() || pIcon->Add(LoadResString(IDS_APP_TITLE));
+}
+
 void modSysTray::RefreshTip() {
   if (pIcon) pIcon->RefreshTip(LoadResString(IDS_APP_TITLE));
 }
