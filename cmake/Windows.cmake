@@ -26,3 +26,10 @@ if(EXISTS ${CMAKE_CURRENT_SOURCE_DIR}/app/main.cpp)
   add_executable(kestrova WIN32 app/main.cpp)
   target_link_libraries(kestrova PRIVATE kestrova-ui kestrova-flags)
 endif()
+
+# What the About box names.
+set(LIBRARIES "wxWidgets ${wxWidgets_VERSION_STRING}, libcurl ${CURL_VERSION_STRING}")
+if(SQLite3_VERSION)
+  string(APPEND LIBRARIES ", SQLite ${SQLite3_VERSION}")
+endif()
+set_source_files_properties(app/frmAbout.cpp PROPERTIES COMPILE_DEFINITIONS "KESTROVA_LIBRARIES=\"${LIBRARIES}\"")

@@ -1,6 +1,8 @@
 #include "app/Commands.h"
 
-#include "app/frmWelcome.h"
+#include "app/frmAbout.h"
+#include "dialogs/HelpCommands.h"
+#include "dialogs/LogCommands.h"
 
 // The one place where a menu item meets its dialog: include the dialog's header, name its function here.
 // nullptr greys the item.
@@ -19,17 +21,17 @@ Commands::Action Commands::ActionOf(int lCommand) {
     case CommandNumber(MenuCommand::mE_Options):
       return nullptr;
     case CommandNumber(MenuCommand::mnuLog_Open):
-      return nullptr;
+      return LogCommands::Open;
     case CommandNumber(MenuCommand::mnuLogs_ViewCur):
-      return nullptr;
+      return LogCommands::ViewCurrent;
     case CommandNumber(MenuCommand::mH_About):
-      return nullptr;
+      return ShowAbout;
     case mH_Topics:
-      return nullptr;
+      return HelpCommands::Topics;
     case mH_Tour:
-      return StartTour;
+      return HelpCommands::Tour;
     case mH_Updates:
-      return nullptr;
+      return HelpCommands::Updates;
     default:
       return nullptr;
   }

@@ -41,7 +41,7 @@ const Item aView[] = {{Number(MenuCommand::mV_All), IDS_VIEW_ALL, "", wxITEM_RAD
                       {Number(MenuCommand::mV_Disabled), IDS_VIEW_DISABLED, "", wxITEM_RADIO}};
 const Item aLogs[] = {{Number(MenuCommand::mnuLog_Open), IDS_OPEN_LOG},
                       {Number(MenuCommand::mnuLogs_ViewCur), IDS_VIEW_CURRENT_LOG}};
-const Item aHelp[] = {{mH_Topics, IDS_HELP_TOPICS},
+const Item aHelp[] = {{mH_Topics, IDS_HELP_TOPICS, "F1"},
                       {mH_Tour, IDS_INTERACTIVE_TOUR},
                       {mH_Updates, IDS_UPDATES},
                       {0},

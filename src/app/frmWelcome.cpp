@@ -6,9 +6,8 @@
 #include <wx/statbmp.h>
 #include <wx/stattext.h>
 
+#include "dialogs/HelpCommands.h"
 #include "dialogs/MainHost.h"
-#include "platform/Files.h"
-#include "platform/Shell.h"
 #include "resources/Images.h"
 #include "resources/TextGlue.h"
 
@@ -53,15 +52,8 @@ frmWelcome::frmWelcome(MainHost& aHost)
   cmdRunTour->SetFocus();
   CentreOnParent();
 
-  cmdRunTour->Bind(wxEVT_BUTTON, [&aHost](wxCommandEvent&) { StartTour(aHost); });
+  cmdRunTour->Bind(wxEVT_BUTTON, [&aHost](wxCommandEvent&) { HelpCommands::Tour(aHost); });
   cmdClose->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { Close(); });
   Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent&) { Destroy(); });
-}
-
-void StartTour(MainHost& aHost) {
-  std::string szProgram = Shell::ProgramFolder();
-  if (szProgram.empty() || szProgram.back() != Files::chSeparator) szProgram += Files::chSeparator;
-  szProgram += Shell::ProgramFileName("KVTour");
-  if (!Files::FileExists(szProgram) || !Shell::StartProgram(szProgram, {}))
-    aHost.ShowMessage(LoadResString(IDS_TOUR_MISSING));
+  HelpCommands::BindF1(*this, aHost, HelpContext::lMain);
 }

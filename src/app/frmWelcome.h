@@ -14,6 +14,3 @@ class frmWelcome : public wxDialog {
   wxButton* cmdRunTour;
   wxButton* cmdClose;
 };
-
-// Starts the tour program, or says that it is missing.
-void StartTour(MainHost& aHost);

@@ -4,11 +4,10 @@
 #include <array>
 #include <set>
 
-#include "persistence/ProductKeys.h"
-#include "persistence/RegistryAccess.h"
+#include "dialogs/LastLocation.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
-#include "platform/Shell.h"
+#include "platform/Registry.h"
 #include "platform/Text.h"
 #include "resources/Strings.h"
 
@@ -18,19 +17,11 @@ namespace {
 constexpr char szEnding[] = ".kvd";
 constexpr char szFolderValue[] = "imex";
 constexpr char szByteOrderMark[] = "\xEF\xBB\xBF";
-constexpr std::int32_t lText = 1;
 
 // Far beyond any list that could be stored; a file that is larger is not one of ours and is not kept in
 // memory.
 constexpr std::uint64_t lMostBytes = 16U << 20U;
 constexpr std::size_t lMostRecords = 10 * static_cast<std::size_t>(modAddress::lSiteCapacity);
-
-std::string ReadFolder(Registry::Key hRoot, const char* szKey, const char* szName) {
-  std::string szFolder;
-  std::int32_t lType = 0;
-  RegistryAccess::RegReadValue(hRoot, szKey, szName, szFolder, lType);
-  return szFolder;
-}
 
 std::string FileLine(const SiteRecord& aSite) {
   // 0 means "not checked since the start" and would be read back as "up".
@@ -96,20 +87,11 @@ std::string CompleteFileName(const std::string& szName) {
 }
 
 std::string StartFolder() {
-  auto szFolder = ReadFolder(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szLastLoc, szFolderValue);
-  if (szFolder.empty() || !Files::FolderExists(szFolder))
-    szFolder = ReadFolder(Registry::HKEY_CURRENT_USER, ProductKeys::szShellFolders, "Desktop");
-  return !szFolder.empty() && Files::FolderExists(szFolder) ? szFolder : Shell::HomeFolder();
+  return LastLocation::StartFolder(szFolderValue);
 }
 
 void RememberFolder(const std::string& szFile) {
-  const auto lCut = szFile.rfind(Files::chSeparator);
-  if (lCut == std::string::npos) return;
-  // A file in the root has nothing before the separator; the root itself is meant.
-  const auto szFolder = szFile.substr(0, std::max<std::size_t>(lCut, 1));
-  RegistryAccess::RegCreatePath(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szLastLoc);
-  RegistryAccess::RegWriteValue(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szLastLoc, szFolderValue, szFolder,
-                                lText);
+  LastLocation::Remember(szFolderValue, szFile);
 }
 
 bool Export(const std::string& szFile, const Progress& aProgress) {

@@ -41,6 +41,12 @@ std::int16_t HasControlCharacters(const std::string& szFile) {
   return bFound ? 1 : 0;
 }
 
+std::string ProgramFile(const std::string& szName) {
+  auto szPath = Shell::ProgramFolder();
+  if (szPath.empty() || szPath.back() != Files::chSeparator) szPath += Files::chSeparator;
+  return szPath + szName;
+}
+
 std::int32_t OpenWithShell(const std::string& szTarget) {
   const auto lCode = Shell::OpenDocument(szTarget);
   return lCode >= 1 && lCode <= 32 ? lCode : 0;

@@ -17,6 +17,9 @@ std::string EscapeBackslash(const std::string& szText);
 // cannot be read.
 std::int16_t HasControlCharacters(const std::string& szFile);
 
+// The path of a file that lies beside the program.
+std::string ProgramFile(const std::string& szName);
+
 // Opens a document or address with the desktop's program: 0, or the shell's error code in 1..32.
 std::int32_t OpenWithShell(const std::string& szTarget);
 

@@ -18,6 +18,7 @@ bool Display::Start() {
   Environment::Set("DISPLAY", ":" + pServer->Output().substr(0, pServer->Output().find('\n')));
   Environment::Set("GDK_BACKEND", "x11");
   Environment::Set("NO_AT_BRIDGE", "1");
+  Environment::Set("GSETTINGS_BACKEND", "memory");  // the user's own desktop settings stay as they are
   pManager =
       std::make_unique<ChildProcess>("metacity", std::vector<std::string>{"--sm-disable", "--no-composite"});
   return true;

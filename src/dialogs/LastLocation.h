@@ -1,0 +1,15 @@
+// LastLocation: the folders that the file dialogs remember, one value each below "\Settings\LastLoc".
+#pragma once
+
+#include <string>
+
+namespace LastLocation {
+
+// The remembered folder; the desktop where none is remembered or it is gone; the home folder where there is
+// no desktop either.
+std::string StartFolder(const char* szValue);
+
+// Remembers the folder that the file lies in. A name without a folder changes nothing.
+void Remember(const char* szValue, const std::string& szFile);
+
+}  // namespace LastLocation
