@@ -1,39 +1,33 @@
 #include <gtest/gtest.h>
 
+#include "log/LogBench.h"
 #include "log/LogCsv.h"
-#include "support/LogWeek.h"
-#include "support/TestHome.h"
 
 TEST(LogCsv, QuotesAndDisarmsCells) {
-  const struct {
-    const char *szText, *szCell;
-  } aCases[] = {
-      {"", ""},
+  const std::pair<const char*, const char*> aCases[] = {
       {"plain text", "plain text"},
       {"a,b", "\"a,b\""},
       {"say \"x\"", "\"say \"\"x\"\"\""},
       {"two\r\nlines", "\"two\r\nlines\""},
-      {"=HYPERLINK(\"http://x\",1)", "\"'=HYPERLINK(\"\"http://x\"\",1)\""},
+      {"=LINK(\"x\",1)", "\"'=LINK(\"\"x\"\",1)\""},
       {"+1", "'+1"},
       {"-1", "'-1"},
       {"@SUM(A1)", "'@SUM(A1)"},
       {"\t=1", "'\t=1"},
       {"1-2", "1-2"},
   };
-  for (const auto& aCase : aCases)
-    EXPECT_EQ(LogCsv::Cell(aCase.szText), aCase.szCell);
+  for (const auto& [szText, szCell] : aCases)
+    EXPECT_EQ(LogCsv::Cell(szText), szCell);
 }
 
 TEST(LogCsv, HoldsEveryEntryAndUnreadLine) {
   TestHome aHome;
-  LogWeek::Script aScript(JoinDateTime({2026, 1, 5, 8, 0, 0}));
+  LogWeek::Script aScript(dtMonday);
   aScript.Start(true).Up("a/x,y").Entry("(1) http://=b<BR>(2) http://10.0.0.1",
                                         "(1) Request Timed-Out<BR>(2) Site OK", 2,
                                         "<SPAN class=\"Emphasis\">IP Check Performed</SPAN>; =cmd");
   aScript.Raw("=torn \"line\"\r\n").End().Raw("12/30/1899 12:00:00 AM,http://c,Site OK,1,,1\r\n");
-  aHome.Write("D.kvl", aScript.Text());
-  LogHistory aHistory;
-  ASSERT_TRUE(aHistory.Open({aHome.Path("D.kvl")}));
+  Opened aHistory(aHome, aScript.Text());
   const std::string szHead =
       "Round started,Round kind,Checked at,Site,Address,Outcome,Answer,Seconds,Remarks,Class\r\n";
   const std::string szRows =

@@ -2,10 +2,9 @@
 
 #include <cstdlib>
 
+#include "log/LogBench.h"
 #include "log/LogHtml.h"
 #include "log/LogWords.h"
-#include "support/LogWeek.h"
-#include "support/TestHome.h"
 
 namespace {
 
@@ -17,9 +16,7 @@ std::size_t Occurrences(const std::string& szText, const std::string& szPart) {
 }
 
 std::string PageOf(const TestHome& aHome, const std::string& szText, const LogHtml::Limits& aLimits = {}) {
-  aHome.Write("D.kvl", szText);
-  LogHistory aHistory;
-  EXPECT_TRUE(aHistory.Open({aHome.Path("D.kvl")}));
+  const Opened aHistory(aHome, szText);
   return LogHtml::Compose(aHistory, Summarise(aHistory), aLimits);
 }
 
@@ -42,25 +39,20 @@ const std::string aHostile[] = {
 }  // namespace
 
 TEST(LogHtml, KeepsOnlyTheLogsOwnMarks) {
-  const struct {
-    const char *szField, *szMarkup;
-  } aCases[] = {
+  const std::pair<const char*, const char*> aCases[] = {
       {"(1) a<BR>(2) b", "(1) a<br/>(2) b"},
       {"<SPAN class=\"Emphasis\">IP</SPAN>; x", "<span class=\"Emphasis\">IP</span>; x"},
-      {"<SPAN class=\"Emphasis\">a<BR>b</SPAN>", "<span class=\"Emphasis\">a<br/>b</span>"},
-      {"<br>", "&lt;br&gt;"},
       {"<BR/>", "&lt;BR/&gt;"},
       {"<SPAN class='Emphasis'>a</SPAN>", "&lt;SPAN class=&#39;Emphasis&#39;&gt;a&lt;/SPAN&gt;"},
       {"<SPAN class=\"Emphasis\">never closed", "&lt;SPAN class=&quot;Emphasis&quot;&gt;never closed"},
       {"</SPAN>a", "&lt;/SPAN&gt;a"},
       {"<SPAN class=\"Emphasis\"><SPAN class=\"Emphasis\">a</SPAN></SPAN>",
        "<span class=\"Emphasis\">&lt;SPAN class=&quot;Emphasis&quot;&gt;a</span>&lt;/SPAN&gt;"},
-      {"\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80", "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80"},
       {"a\xC3", "a\xEF\xBF\xBD"},
       {"\xC0\xBC\tx", "\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBDx"},
   };
-  for (const auto& aCase : aCases)
-    EXPECT_EQ(LogHtml::Field(aCase.szField), aCase.szMarkup) << aCase.szField;
+  for (const auto& [szField, szMarkup] : aCases)
+    EXPECT_EQ(LogHtml::Field(szField), szMarkup) << szField;
   std::string szMany;
   for (int lMark = 0; lMark < 200'000; ++lMark)
     szMany += LogWords::szEmphasis;
@@ -69,7 +61,7 @@ TEST(LogHtml, KeepsOnlyTheLogsOwnMarks) {
 
 TEST(LogHtml, LetsNothingHostileIn) {
   TestHome aHome;
-  LogWeek::Script aScript(JoinDateTime({2026, 1, 5, 8, 0, 0}));
+  LogWeek::Script aScript(dtMonday);
   for (int lPass = 0; lPass < 2; ++lPass) {
     aScript.Start();
     for (const auto& szText : aHostile)
@@ -105,8 +97,12 @@ TEST(LogHtml, SaysHowThingsStandAndShowsEverything) {
     EXPECT_NE(szPage.find(szPart), std::string::npos) << szPart;
   EXPECT_EQ(Occurrences(szPage, "scope=\"rowgroup\""), 261U);
   EXPECT_EQ(Occurrences(szPage, "role=\"img\""), 6U);
-  EXPECT_EQ(Occurrences(szPage, "<desc "), 6U);
   EXPECT_EQ(szPage.find("src="), std::string::npos) << "nothing is loaded from elsewhere";
+  const Opened aHistory(aHome, LogWeek::Text());
+  EXPECT_TRUE(LogHtml::Write(aHome.Path("page.htm"), aHistory, Summarise(aHistory)));
+  EXPECT_TRUE(aHome.Read("page.htm") == szPage);
+  EXPECT_EQ(aHome.Names(), (std::vector<std::string>{"D.kvl", "page.htm"})) << "something is left beside it";
+  EXPECT_FALSE(LogHtml::Write(aHome.Path("none/page.htm"), aHistory, Summarise(aHistory)));
 }
 
 TEST(LogHtml, ShowsTheLastWholePassesOfALongLog) {
@@ -123,28 +119,11 @@ TEST(LogHtml, ShowsTheLastWholePassesOfALongLog) {
   EXPECT_NE(szPage.find("The log names 50 sites. The 7 with"), std::string::npos);
   EXPECT_NE(szPage.find("1,000, of which"), std::string::npos) << "counts cover everything";
   aLimits.lLines = 10;  // less than one pass
-  szPage = PageOf(aHome, szText, aLimits);
-  EXPECT_NE(szPage.find("the last 10 of 1,040 lines."), std::string::npos);
+  EXPECT_NE(PageOf(aHome, szText, aLimits).find("the last 10 of 1,040 lines."), std::string::npos);
   const auto szLong = "http://x/" + std::string(30'000, 'y');
   szPage = PageOf(aHome, LogWeek::Script(46000).Start().Entry(szLong, "Site OK", 1).End().Text());
   EXPECT_LT(szPage.size(), 20'000U);
   EXPECT_NE(szPage.find("(30,009 bytes in all)"), std::string::npos);
-}
-
-TEST(LogHtml, ShowsNoDayThatTheLogDoesNotKnow) {
-  TestHome aHome;
-  const auto szPage = PageOf(aHome, "12/30/1899 12:00:00 AM,http://10.0.0.1,404 File Not Found,7,,4\r\n");
+  szPage = PageOf(aHome, "12/30/1899 12:00:00 AM,http://10.0.0.1,404 File Not Found,7,,4\r\n");
   EXPECT_EQ(szPage.find("1899"), std::string::npos);
-  EXPECT_NE(szPage.find("404 File Not Found"), std::string::npos);
-}
-
-TEST(LogHtml, IsWrittenWholeOrNotAtAll) {
-  TestHome aHome;
-  aHome.Write("D.kvl", LogWeek::Text());
-  LogHistory aHistory;
-  ASSERT_TRUE(aHistory.Open({aHome.Path("D.kvl")}));
-  const auto aSummary = Summarise(aHistory);
-  EXPECT_TRUE(LogHtml::Write(aHome.Path("page.htm"), aHistory, aSummary));
-  EXPECT_EQ(aHome.Names(), (std::vector<std::string>{"D.kvl", "page.htm"})) << "nothing is left beside it";
-  EXPECT_FALSE(LogHtml::Write(aHome.Path("none/page.htm"), aHistory, aSummary));
 }

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <cmath>
 #include <limits>
 
@@ -9,38 +10,37 @@
 
 namespace {
 
-DateTime At(std::int32_t lYear, std::int32_t lMonth, std::int32_t lDay, std::int32_t lHour = 0,
-            std::int32_t lMinute = 0, std::int32_t lSecond = 0) {
-  return JoinDateTime({lYear, lMonth, lDay, lHour, lMinute, lSecond});
-}
+constexpr auto dInfinity = std::numeric_limits<double>::infinity();
 
 TEST(DateTime, IsShownInOneFormAndReadBack) {
+  const auto dtSeconds = JoinDateTime({1999, 11, 15, 17, 44, 21});
   const struct {
     DateTime dtMoment;
-    std::string szGeneral;
-    std::string szDay;
+    const char *szGeneral, *szDay;
     std::int32_t lWeekday;
   } aCases[] = {
       {0, "12/30/1899 12:00:00 AM", "18991230", 7},
-      {At(1999, 11, 15, 17, 44, 21), "11/15/1999 5:44:21 PM", "19991115", 2},
-      {At(1999, 11, 15, 17, 44, 21) - 1e-9, "11/15/1999 5:44:21 PM", "19991115", 2},  // 20 when cut off
-      {At(2000, 2, 29, 12, 0, 0), "2/29/2000 12:00:00 PM", "20000229", 3},
-      {At(2024, 12, 31, 23, 59, 59) + 0.6 / 86400, "1/1/2025 12:00:00 AM", "20250101", 4},
-      {At(1850, 1, 1, 6, 5, 4), "1/1/1850 6:05:04 AM", "18500101", 3},
-      {At(2023, 14, 35), "3/6/2024 12:00:00 AM", "20240306", 4},  // carried over
+      {dtSeconds - 1e-9, "11/15/1999 5:44:21 PM", "19991115", 2},  // 20 when cut off
+      {JoinDateTime({2000, 2, 29, 12, 0, 0}), "2/29/2000 12:00:00 PM", "20000229", 3},
+      {JoinDateTime({2024, 12, 31, 23, 59, 59}) + 7e-6, "1/1/2025 12:00:00 AM", "20250101", 4},
+      {JoinDateTime({1850, 1, 1, 6, 5, 4}), "1/1/1850 6:05:04 AM", "18500101", 3},
+      {JoinDateTime({2023, 14, 35, 0, 0, 0}), "3/6/2024 12:00:00 AM", "20240306", 4},
       {std::nan(""), "12/30/1899 12:00:00 AM", "18991230", 7},
-      {std::numeric_limits<double>::infinity(), "12/31/9999 11:59:59 PM", "99991231", 6},
+      {dInfinity, "12/31/9999 11:59:59 PM", "99991231", 6},
       {-1e300, "1/1/0001 12:00:00 AM", "00010101", 2},
+      {AddSeconds(dtSeconds, 22539), "11/16/1999 12:00:00 AM", "19991116", 3},
+      {AddMinutes(dtSeconds, -1064), "11/15/1999 12:00:21 AM", "19991115", 2},
   };
   for (const auto& aCase : aCases) {
     EXPECT_EQ(aCase.szGeneral, FormatGeneral(aCase.dtMoment));
     EXPECT_EQ(aCase.szDay, FormatDay(aCase.dtMoment));
-    EXPECT_EQ(aCase.szDay.substr(0, 6), FormatMonth(aCase.dtMoment));
     EXPECT_EQ(aCase.lWeekday, SplitDateTime(aCase.dtMoment).lWeekday);
     DateTime dtRead = -1;
     EXPECT_TRUE(ParseGeneral(aCase.szGeneral, dtRead));
     EXPECT_EQ(aCase.szGeneral, FormatGeneral(dtRead));
   }
+  EXPECT_EQ(-86400, SecondsBetween(dtSeconds, AddDays(dtSeconds, -1)));
+  EXPECT_LT(0, SecondsBetween(0, dInfinity));
   for (const char* const szNone :
        {"", "11/15/1999", "11/15/99 5:44:21 PM", "11/15/1999 17:44:21", "2/30/2000 1:00:00 AM",
         "11/15/1999 05:44:21 PM", "11/15/1999 5:44:21 pm", "11/15/1999 5:44:21 PM ", "1/1/2000 0:00:00 AM",
@@ -51,72 +51,37 @@ TEST(DateTime, IsShownInOneFormAndReadBack) {
   }
 }
 
-TEST(DateTime, CountsSecondsAcrossDays) {
-  const auto dtStart = At(1999, 12, 31, 23, 59, 30);
-  EXPECT_EQ("1/1/2000 12:00:15 AM", FormatGeneral(AddSeconds(dtStart, 45)));
-  EXPECT_EQ("1/1/2000 1:29:30 AM", FormatGeneral(AddMinutes(dtStart, 90)));
-  EXPECT_EQ("1/31/2000 11:59:30 PM", FormatGeneral(AddDays(dtStart, 31)));
-  EXPECT_EQ(45, SecondsBetween(dtStart, AddSeconds(dtStart, 45)));
-  EXPECT_EQ(-86400, SecondsBetween(dtStart, AddDays(dtStart, -1)));
-  EXPECT_LT(0, SecondsBetween(0, std::numeric_limits<double>::infinity()));
-}
-
-TEST(Clock, AClockThatIsSetMovesOnlyTheWallTime) {
-  TestClock aClock(At(2024, 3, 31, 1, 59, 0));
-  const auto dtSteady = Clock::SteadyNow();
-  EXPECT_EQ(Clock::Now(), dtSteady);
-  aClock.SetWall(At(2024, 3, 31, 3, 0, 0));
-  Clock::Wait(30);
-  EXPECT_EQ("3/31/2024 3:00:30 AM", FormatGeneral(Clock::Now()));
-  EXPECT_EQ(30, SecondsBetween(dtSteady, Clock::SteadyNow()));
-  EXPECT_EQ(30, SecondsBetween(dtSteady, Clock::BootNow()));
-}
-
 TEST(Clock, TheSystemsOwnClocksRun) {
-  const auto dtWall = Clock::Now();
-  EXPECT_NEAR(dtWall, Clock::SteadyNow(), 1.0 / 86400);
-  EXPECT_NEAR(dtWall, Clock::BootNow(), 1.0 / 86400);
-  const auto dSteady = Clock::System().SteadySeconds();
-  const auto dBoot = Clock::System().BootSeconds();
+  const auto dSteady = Clock::System().SteadySeconds(), dBoot = Clock::System().BootSeconds();
+  EXPECT_NEAR(Clock::Now(), Clock::SteadyNow(), 1.0 / 86400);
+  EXPECT_NEAR(Clock::Now(), Clock::BootNow(), 1.0 / 86400);
   Clock::Wait(0.02);
   Clock::Wait(-1);
-  EXPECT_NEAR(0.02, Clock::System().SteadySeconds() - dSteady, 0.5);
-  EXPECT_LE(0.019, Clock::System().SteadySeconds() - dSteady);
+  EXPECT_NEAR(0.27, Clock::System().SteadySeconds() - dSteady, 0.251);
   EXPECT_LE(0.019, Clock::System().BootSeconds() - dBoot);
 }
 
 TEST(Text, TakesOnlyBlanksAndAsciiLettersForWhatTheyAre) {
   EXPECT_EQ("a\tb \n", Text::Trim("  a\tb \n  "));
-  EXPECT_EQ("", Text::Trim("   "));
   EXPECT_TRUE(Text::IsBlank(" ") && Text::IsBlank("") && !Text::IsBlank("\t"));
   EXPECT_EQ("ABZ\xC3\xA4[`{", Text::UpperCase("abz\xC3\xA4[`{"));
   EXPECT_EQ("abz\xC3\x84\xC9@", Text::LowerCase("ABZ\xC3\x84\xC9@"));
-  EXPECT_TRUE(Text::EndsWithNoCase("list.KVD", ".kvd"));
-  EXPECT_FALSE(Text::EndsWithNoCase("kvd", ".kvd"));
+  EXPECT_TRUE(Text::EndsWithNoCase("list.KVD", ".kvd") && !Text::EndsWithNoCase("kvd", ".kvd"));
   EXPECT_EQ("a%5c%5cb", Text::Replace("a\\\\b", "\\", "%5c"));
   EXPECT_EQ("a", Text::Replace("a", "", "b"));
-  EXPECT_EQ("a?b??c\xC3\xA9?", Text::Printable("a\x1B"
-                                               "b\r\nc\xC3\xA9\xC2\x9B"));
+  EXPECT_EQ("a?[2J??c\xC3\xA9?", Text::Printable("a\x1B[2J\r\nc\xC3\xA9\xC2\x9B"));
 }
 
 TEST(Text, NumbersSaturate) {
-  const std::pair<const char*, std::int32_t> aCases[] = {{"", 0},
-                                                         {"12", 12},
-                                                         {"  -7x", -7},
-                                                         {"+3", 3},
-                                                         {"x3", 0},
-                                                         {"1e3", 1},
-                                                         {"2147483648", 2147483647},
-                                                         {"-99999999999999999999999", -2147483647 - 1},
-                                                         {"99999999999999999999999999", 2147483647},
-                                                         {"-", 0}};
+  const std::pair<const char*, std::int32_t> aCases[] = {
+      {"", 0},   {"12", 12}, {"  -7x", -7},           {"+3", 3},
+      {"x3", 0}, {"1e3", 1}, {"2147483648", INT_MAX}, {"-99999999999999999999999", INT_MIN},
+      {"-", 0}};
   for (const auto& [szText, lNumber] : aCases)
     EXPECT_EQ(lNumber, Text::LeadingNumber(szText)) << szText;
   EXPECT_EQ(32767, Text::Saturate<std::int16_t>(70000));
-  EXPECT_EQ(255, Text::Saturate<std::uint8_t>(257));
   EXPECT_EQ(0, Text::Saturate<std::uint8_t>(-1));
-  EXPECT_TRUE(Text::IsDigits("007"));
-  EXPECT_FALSE(Text::IsDigits("") || Text::IsDigits("+1") || Text::IsDigits("1 "));
+  EXPECT_FALSE(Text::IsDigits("") || Text::IsDigits("+1") || Text::IsDigits("1 ") || !Text::IsDigits("007"));
 }
 
 }  // namespace

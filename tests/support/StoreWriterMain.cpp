@@ -34,7 +34,9 @@ int main(int lCount, char** aArguments) {
   if (lCount < 3) return 2;
   const std::string szPrefix = aArguments[1];
   for (std::int32_t i = 1; i <= std::atoi(aArguments[2]); ++i) {
-    if (!(lCount > 3 ? WriteBracket(szPrefix, i) : Write(szPrefix + std::to_string(i), i))) return 1;
+    if (!(lCount > 3 && aArguments[3] == std::string("bracket") ? WriteBracket(szPrefix, i)
+                                                                : Write(szPrefix + std::to_string(i), i)))
+      return 1;
     std::printf("%d\n", i);
     std::fflush(stdout);
   }

@@ -1,30 +1,22 @@
 // Short words for what a test puts into the store and finds there, below HKEY_LOCAL_MACHINE.
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
 #include "persistence/ProductKeys.h"
 #include "persistence/RegistryAccess.h"
 #include "persistence/modAddress.h"
+#include "support/RawRegistry.h"
 
 namespace Stored {
 
-inline constexpr auto hRoot = Registry::HKEY_LOCAL_MACHINE;
+using RawRegistry::hRoot;
 
 inline void Put(const std::string& szPath, const std::string& szName, const RegistryAccess::Variant& aValue) {
   RegistryAccess::RegCreatePath(hRoot, szPath);
   RegistryAccess::RegWriteValue(hRoot, szPath, szName, aValue, aValue.index() == 1 ? 4 : 1);
-}
-
-// Bytes of any type, as no operation of the program writes them.
-inline void PutRaw(const std::string& szPath, const std::string& szName, std::uint32_t lType,
-                   const std::string& szBytes) {
-  Registry::Key hKey = 0;
-  Registry::RegCreateKeyExA(hRoot, szPath.c_str(), 0x3F, hKey);
-  Registry::RegSetValueExA(hKey, szName.c_str(), lType, szBytes.data(),
-                           static_cast<std::uint32_t>(szBytes.size()));
-  Registry::RegCloseKey(hKey);
 }
 
 // The value as text: "(none)" where there is none.
@@ -43,6 +35,12 @@ inline std::vector<std::string> Values(const std::string& szPath) {
   std::vector<std::string> aTexts;
   for (std::size_t i = 1; i < aEntries.size(); ++i)
     aTexts.push_back(aEntries[i].Name + "=" + Get(szPath, aEntries[i].Name));
+  return aTexts;
+}
+
+inline std::vector<std::string> SortedValues(const std::string& szPath) {
+  auto aTexts = Values(szPath);
+  std::ranges::sort(aTexts);
   return aTexts;
 }
 

@@ -2,6 +2,7 @@
 // user's is read or written. Programs started by the test inherit it through the environment.
 #pragma once
 
+#include <chrono>
 #include <string>
 #include <vector>
 
@@ -54,4 +55,11 @@ class TestBoxes {
   TestBoxes(const TestBoxes&) = delete;
   TestBoxes& operator=(const TestBoxes&) = delete;
   std::vector<std::string> aTexts;
+};
+
+struct Stopwatch {
+  std::chrono::steady_clock::time_point aStart = std::chrono::steady_clock::now();
+  double Seconds() const {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - aStart).count();
+  }
 };

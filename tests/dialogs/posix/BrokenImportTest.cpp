@@ -1,30 +1,12 @@
 // An import that is killed, or that runs out of disk, leaves the old list or the new one.
 #include <gtest/gtest.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <csignal>
-#include <functional>
 
 #include "dialogs/ListExchange.h"
 #include "support/Stored.h"
 #include "support/TestHome.h"
+#include "support/posix/InChild.h"
 
 namespace {
-
-// The child opens a store of its own: an open one does not survive a fork. Returns how it ended.
-int RunInChild(const std::function<void()>& aWork) {
-  Registry::CloseStore();
-  const auto lChild = fork();
-  if (lChild == 0) {
-    aWork();
-    _exit(0);
-  }
-  int lStatus = 0;
-  waitpid(lChild, &lStatus, 0);
-  return lStatus;
-}
 
 class BrokenImportTest : public testing::Test {
  protected:
@@ -56,15 +38,14 @@ class BrokenImportTest : public testing::Test {
 
 TEST_F(BrokenImportTest, KilledAtAnySite) {
   for (const std::int32_t lLast : {1, 10, 20, 21}) {
-    const int lStatus = RunInChild([&] {
-      ListExchange::Import(aRecords, true, [&](std::int32_t lDone) {
-        if (lDone == lLast) raise(SIGKILL);
-      });
-    });
-    EXPECT_TRUE(WIFSIGNALED(lStatus));
+    EXPECT_EQ(-SIGKILL, InChild([&] {
+      ListExchange::Import(aRecords, true,
+                           [&](std::int32_t lDone) { return lDone == lLast ? raise(SIGKILL) : 0; });
+      return 0;
+    }));
     EXPECT_EQ(SitesAfterStart(), 20) << lLast;
   }
-  EXPECT_EQ(RunInChild([&] { ListExchange::Import(aRecords, true, {}); }), 0);
+  ListExchange::Import(aRecords, true, {});
   EXPECT_EQ(SitesAfterStart(), 40);
 }
 
@@ -72,14 +53,12 @@ TEST_F(BrokenImportTest, OnAFullDisk) {
   for (int i = 0; i < 900; ++i)
     aRecords.push_back({"", "more" + std::to_string(i) + std::string(200, 'x'), 1, 1, 60, ""});
   for (const rlim_t lBytes : {0UL, 60'000UL, 200'000UL, 400'000UL}) {
-    EXPECT_EQ(RunInChild([&] {
+    EXPECT_EQ(0, InChild([&] {
                 const TestBoxes aBoxes;
-                std::signal(SIGXFSZ, SIG_IGN);
-                const rlimit aLimit{lBytes, lBytes};
-                setrlimit(RLIMIT_FSIZE, &aLimit);
+                LimitFiles(lBytes);
                 ListExchange::Import(aRecords, true, {});
-              }),
-              0);
+                return 0;
+              }));
     EXPECT_EQ(SitesAfterStart(), 20) << lBytes;
   }
   ListExchange::Import(aRecords, true, {});

@@ -1,4 +1,3 @@
-// A store that is there and refuses must not pass for an empty one.
 #include <gtest/gtest.h>
 
 #include "persistence/Settings.h"
@@ -8,21 +7,11 @@
 
 namespace {
 
-class RefusingStoreTest : public testing::Test {
- protected:
-  RefusingStoreTest() {
-    Registry::CloseStore();
-    Environment::Set("KESTROVA_REGISTRY", aHome.Folder());  // a folder is no store, root or not
-  }
-  TestHome aHome;
-  TestBoxes aBoxes;
-};
-
-TEST_F(RefusingStoreTest, AnswersFiveAndTheListSaysSo) {
-  std::int32_t lType = 9;
-  std::string szValue = "before";
-  EXPECT_EQ(RegistryAccess::RegReadValue(Stored::hRoot, "Software", "v", szValue, lType), 5);
-  EXPECT_EQ(szValue, "before");
+// A store that is there and refuses must not pass for an empty one.
+TEST(RefusingStoreTest, AnswersFiveAndTheListSaysSo) {
+  const TestHome aHome;
+  const TestBoxes aBoxes;
+  Environment::Set("KESTROVA_REGISTRY", aHome.Folder());  // a folder is no store, root or not
   EXPECT_EQ(RegistryAccess::RegWriteValue(Stored::hRoot, "Software", "v", 1, 4), 5);
   std::vector<std::string> aNames;
   EXPECT_FALSE(modAddress::ListKeyNames(aNames));
@@ -31,32 +20,29 @@ TEST_F(RefusingStoreTest, AnswersFiveAndTheListSaysSo) {
   EXPECT_EQ(lSiteCount, 0);
   EXPECT_EQ(aBoxes.aTexts,
             std::vector<std::string>{"Error ccured while trying to retrieve Addresses.\r\n\r\nError: 5"});
-}
-
-TEST_F(RefusingStoreTest, SettingsFallBackToTheDefaultsInMemory) {
   Settings = {};
   LoadSettings();
-  EXPECT_EQ(Settings.Interval * 100 + Settings.Warning, 6015);
-  EXPECT_EQ(Settings.MaxLogFiles, 7);
-  EXPECT_FALSE(Settings.LogPath.empty());
+  EXPECT_TRUE(Settings.Interval == 60 && Settings.Warning == 15 && !Settings.LogPath.empty());
 }
 
 // The order in which values are written, which the store keeps when it lists them.
 TEST(WriteOrderTest, OfSettingsAndSites) {
   const TestHome aHome;
-  using Texts = std::vector<std::string>;
-  for (const char* szKey : {ProductKeys::szTimer, ProductKeys::szManager, ProductKeys::szLog})
+  using namespace ProductKeys;
+  for (const char* szKey : {szTimer, szManager, szLog})
     RegistryAccess::RegCreatePath(Stored::hRoot, szKey);
   SaveSettings({30, 10, "e", "n", "s", 26, "p", 2, 1, 9, 0, 2});
-  EXPECT_EQ(Stored::Values(ProductKeys::szTimer), (Texts{"Interval=30", "Warning=10"}));
-  EXPECT_EQ(Stored::Values(ProductKeys::szManager), (Texts{"Email=e", "Name=n", "SMTP=s", "SMTPPort=26"}));
-  EXPECT_EQ(Stored::Values(ProductKeys::szLog),
-            (Texts{"LogPeriod=2", "LogPath=p", "MaxLogFiles=9", "DiskLogMaxFiles=1", "DiskLogDisabled=0"}));
-  EXPECT_EQ(Settings.AllowType, 2);  // in memory although its key is missing
-  EXPECT_EQ(Stored::Values(ProductKeys::szAllowCookie), Texts{});
   Stored::PutSite("a", 4);
-  EXPECT_EQ(Stored::Values(Stored::SiteKey("a")),
-            (Texts{"Index=4", "URL=a", "IP=", "Comments=old", "Enabled=1", "Status=3", "Timeout=60"}));
+  const std::pair<std::string, std::vector<std::string>> aCases[] = {
+      {szTimer, {"Interval=30", "Warning=10"}},
+      {szManager, {"Email=e", "Name=n", "SMTP=s", "SMTPPort=26"}},
+      {szLog, {"LogPeriod=2", "LogPath=p", "MaxLogFiles=9", "DiskLogMaxFiles=1", "DiskLogDisabled=0"}},
+      {szAllowCookie, {}},  // its key is missing
+      {Stored::SiteKey("a"),
+       {"Index=4", "URL=a", "IP=", "Comments=old", "Enabled=1", "Status=3", "Timeout=60"}}};
+  for (const auto& [szKey, aValues] : aCases)
+    EXPECT_EQ(Stored::Values(szKey), aValues) << szKey;
+  EXPECT_EQ(Settings.AllowType, 2);
 }
 
 }  // namespace
