@@ -2,31 +2,36 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "support/ChildProcess.h"
 #include "support/Environment.h"
 
 namespace {
+
 std::unique_ptr<ChildProcess> pServer, pManager, pTray;
+
+// A helper that ends with this process even when it crashes: util-linux's setpriv asks the kernel for that.
+std::unique_ptr<ChildProcess> StartHelper(std::vector<std::string> aWords) {
+  aWords.insert(aWords.begin(), {"--pdeathsig", "KILL"});
+  return std::make_unique<ChildProcess>("setpriv", aWords);
 }
 
+}  // namespace
+
 bool Display::Start() {
-  pServer = std::make_unique<ChildProcess>(
-      "Xvfb", std::vector<std::string>{"-displayfd", "1", "-screen", "0", "1280x1024x24", "-nolisten", "tcp",
-                                       "-terminate"});
+  pServer = StartHelper({"Xvfb", "-displayfd", "1", "-screen", "0", "1280x1024x24", "-nolisten", "tcp"});
   if (!pServer->WaitForOutput("\n", 20)) return false;
   Environment::Set("DISPLAY", ":" + pServer->Output().substr(0, pServer->Output().find('\n')));
   Environment::Set("GDK_BACKEND", "x11");
   Environment::Set("NO_AT_BRIDGE", "1");
   Environment::Set("GSETTINGS_BACKEND", "memory");  // the user's own desktop settings stay as they are
-  pManager =
-      std::make_unique<ChildProcess>("metacity", std::vector<std::string>{"--sm-disable", "--no-composite"});
+  pManager = StartHelper({"metacity", "--sm-disable", "--no-composite"});
   return true;
 }
 
 bool Display::StartTray() {
-  pTray = std::make_unique<ChildProcess>(
-      "trayer", std::vector<std::string>{"--edge", "bottom", "--align", "left", "--widthtype", "request"});
+  pTray = StartHelper({"trayer", "--edge", "bottom", "--align", "left", "--widthtype", "request"});
   return pTray->Wait(0) == ChildProcess::lRunning;
 }
 
