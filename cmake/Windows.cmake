@@ -9,7 +9,7 @@ target_link_libraries(kestrova-wx INTERFACE ${wxWidgets_LIBRARIES})
 
 file(GLOB UI_SOURCES CONFIGURE_DEPENDS resources/*.cpp check/*.cpp dialogs/*.cpp)
 list(FILTER UI_SOURCES INCLUDE REGEX ${NEEDS_WINDOWS})
-file(GLOB APP_SOURCES CONFIGURE_DEPENDS app/*.cpp platform/${KESTROVA_SYSTEM}/window/*.cpp)
+file(GLOB APP_SOURCES CONFIGURE_DEPENDS app/*.cpp tour/*.cpp platform/${KESTROVA_SYSTEM}/window/*.cpp)
 list(FILTER APP_SOURCES EXCLUDE REGEX "/main\\.cpp$")
 
 # The drawn images, embedded as text.
@@ -19,13 +19,37 @@ add_custom_command(OUTPUT ${IMAGE_SOURCE}
   COMMAND ${CMAKE_COMMAND} -D OUTPUT=${IMAGE_SOURCE} -D "FILES=${IMAGE_FILES}" -P ${PROJECT_SOURCE_DIR}/cmake/EmbedImages.cmake
   DEPENDS ${IMAGE_FILES} ${PROJECT_SOURCE_DIR}/cmake/EmbedImages.cmake VERBATIM)
 
-add_library(kestrova-ui STATIC ${UI_SOURCES} ${APP_SOURCES} ${IMAGE_SOURCE})
+# The tour's pictures are those of the help book, embedded so that the tour needs no other file.
+set(HELP ${CMAKE_CURRENT_SOURCE_DIR}/resources/help)
+set(TOUR_PICTURES "")
+foreach(PICTURE main editor progress options-timer options-manager options-logs)
+  list(APPEND TOUR_PICTURES ${HELP}/pictures/${PICTURE}.png)
+endforeach()
+set(PICTURE_SOURCE ${CMAKE_CURRENT_BINARY_DIR}/PictureData.cpp)
+add_custom_command(OUTPUT ${PICTURE_SOURCE}
+  COMMAND ${CMAKE_COMMAND} -D OUTPUT=${PICTURE_SOURCE} -D "FILES=${TOUR_PICTURES}" -P ${PROJECT_SOURCE_DIR}/cmake/EmbedPictures.cmake
+  DEPENDS ${TOUR_PICTURES} ${PROJECT_SOURCE_DIR}/cmake/EmbedPictures.cmake VERBATIM)
+
+# The help book: a zip archive beside the programs.
+file(GLOB HELP_FILES CONFIGURE_DEPENDS RELATIVE ${HELP} ${HELP}/kestrova.hh* ${HELP}/*.html ${HELP}/pictures/*.png)
+list(TRANSFORM HELP_FILES PREPEND ${HELP}/ OUTPUT_VARIABLE HELP_PATHS)
+set(HELP_BOOK ${CMAKE_BINARY_DIR}/bin/Kestrova.hlp)
+add_custom_command(OUTPUT ${HELP_BOOK}
+  COMMAND ${CMAKE_COMMAND} -E tar cf ${HELP_BOOK} --format=zip -- ${HELP_FILES}
+  WORKING_DIRECTORY ${HELP} DEPENDS ${HELP_PATHS} VERBATIM)
+add_custom_target(help-book ALL DEPENDS ${HELP_BOOK})
+
+add_library(kestrova-ui STATIC ${UI_SOURCES} ${APP_SOURCES} ${IMAGE_SOURCE} ${PICTURE_SOURCE})
 target_link_libraries(kestrova-ui PUBLIC kestrova-core kestrova-wx PRIVATE kestrova-flags)
 
 if(EXISTS ${CMAKE_CURRENT_SOURCE_DIR}/app/main.cpp)
   add_executable(kestrova WIN32 app/main.cpp)
   target_link_libraries(kestrova PRIVATE kestrova-ui kestrova-flags)
+  add_dependencies(kestrova help-book)
 endif()
+
+add_executable(KVTour WIN32 tour/main.cpp)
+target_link_libraries(KVTour PRIVATE kestrova-ui kestrova-flags)
 
 # What the About box names.
 set(LIBRARIES "wxWidgets ${wxWidgets_VERSION_STRING}, libcurl ${CURL_VERSION_STRING}")

@@ -9,6 +9,7 @@
 #include <wx/html/htmlwin.h>
 #include <wx/imagpng.h>
 #include <wx/log.h>
+#include <wx/treectrl.h>
 #include <wx/weakref.h>
 
 #include <algorithm>
@@ -54,9 +55,11 @@ void frmHelp::BuildWindow(wxWindow* pOwner) {
   SetSize(aSize);
   pBook = new wxHtmlHelpWindow(aController.GetHelpData());
   pBook->SetController(&aController);
+  pBook->GetCfgData().sashpos = aSize.x / 3;  // wide enough for the names of all three tabs
   aController.SetHelpWindow(pBook);
   pBook->Create(this, wxID_ANY, wxDefaultPosition, GetClientSize(), wxTAB_TRAVERSAL | wxBORDER_NONE,
                 wxHF_TOOLBAR | wxHF_CONTENTS | wxHF_INDEX | wxHF_SEARCH | wxHF_PRINT);
+  pBook->GetTreeCtrl()->ExpandAll();
   Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& aEvent) {
     if (aEvent.GetKeyCode() == WXK_ESCAPE)
       Close();
