@@ -2,6 +2,7 @@
 // sites.
 #pragma once
 
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -37,8 +38,7 @@ struct Bench {
 
   std::int32_t Add(const std::string& szURL, const std::string& szIP = "", std::uint8_t iStatus = 4) {
     if (aSites.empty()) aSites.resize(1);
-    aSites.push_back(
-        {.IP = szIP, .URL = szURL, .Status = iStatus, .Enabled = 1, .TimeOut = 30, .Comments = {}});
+    aSites.push_back({szIP, szURL, iStatus, 1, 30, ""});
     ++lSiteCount;
     modAddress::SaveSite(lSiteCount, true);
     modAddress::SetSiteCount(lSiteCount);
@@ -46,17 +46,18 @@ struct Bench {
   }
   SiteRecord& Site(std::int32_t n) { return aSites[static_cast<std::size_t>(n)]; }
 
-  // The lines of the current log without their line ends.
-  std::vector<std::string> Log() const {
-    std::vector<std::string> aLines;
-    std::string szText = Home.Read(CheckLog::CurrentLogFile.substr(Home.Folder().size() + 1));
-    for (std::size_t lEnd = 0; (lEnd = szText.find("\r\n")) != std::string::npos; szText.erase(0, lEnd + 2)) {
-      aLines.push_back(szText.substr(0, lEnd));
-    }
-    return aLines;
+  void AddPaths(int lCount) {
+    for (int i = 1; i <= lCount; ++i)
+      Add(Server.Site("/" + std::to_string(i)));
   }
-  // The address, or any other text that differs from run to run, by a fixed one.
-  std::string Plain(const std::string& szText) const {
-    return Text::Replace(szText, Server.Address(), "SERVER");
+
+  // The lines of the current log without their line ends, and with a fixed name for the server.
+  std::vector<std::string> Log() const {
+    std::istringstream aText(Text::Replace(
+        Home.Read(CheckLog::CurrentLogFile.substr(Home.Folder().size() + 1)), Server.Address(), "SERVER"));
+    std::vector<std::string> aLines;
+    for (std::string szLine; std::getline(aText, szLine);)
+      aLines.push_back(szLine.substr(0, szLine.find('\r')));
+    return aLines;
   }
 };

@@ -1,17 +1,16 @@
 #include <gtest/gtest.h>
 
+#include <vector>
+
 #include "check/ResultCodes.h"
 
 TEST(ResultCodes, EveryHeaderHasOneMeaning) {
   struct Case {
-    const char* szHeader;
-    const char* szCode;  // "up" for success
-    const char* szText;
+    const char *szHeader, *szCode, *szText;  // "up" for success
     std::int16_t iBackupOutcome;
   };
-  const Case aCases[] = {
+  std::vector<Case> aCases = {
       {"HTTP/1.0 200 OK", "up", "", 2},
-      {"HTTP/1.1 201 Created\r\nA: b", "up", "", 2},
       {"HTTP/1.1 202", "up", "", 2},
       {"HTTP/1.1 302 Found", "up", "", 2},
       {"HTTP/1.1 304 Not Modified", "up", "", 2},
@@ -26,19 +25,12 @@ TEST(ResultCodes, EveryHeaderHasOneMeaning) {
       {"HTTP/1.1 418 x", "4xx", "4xx Request Error Response Received", 2},
       {"HTTP/1.1 599 x", "5xx", "5xx Server Error Response Received", 2},
       {"HTTP/1.1 600 x", "0", "Unrecognized Response Code", 2},
-      {"HTTP/1.1 999 x", "0", "Unrecognized Response Code", 2},
       {"HTTP/1.1 2000", "up", "", 2},  // only three characters are looked at
       {"X: y\r\nHTTP/1.1 200 OK", "up", "", 2},
-      {"", "0", "Unrecognized Reponse Code", 2},
-      {"HTTP/1.1", "0", "Unrecognized Reponse Code", 2},
-      {"HTTP/1.1 20", "0", "Unrecognized Reponse Code", 2},
-      {"HTTP/1.1 099", "0", "Unrecognized Reponse Code", 2},
-      {"HTTP/1.1 000", "0", "Unrecognized Reponse Code", 2},
-      {"HTTP/1.1  200", "0", "Unrecognized Reponse Code", 2},
-      {"HTTP/1.1 +12", "0", "Unrecognized Reponse Code", 2},
-      {"HTTP/1.1 1e2", "0", "Unrecognized Reponse Code", 2},
-      {"SSH-2.0-x", "0", "Unrecognized Reponse Code", 2},
   };
+  for (const char* szNoCode : {"", "HTTP/1.1", "HTTP/1.1 20", "HTTP/1.1 099", "HTTP/1.1 000", "HTTP/1.1  200",
+                               "HTTP/1.1 +12", "HTTP/1.1 1e2", "SSH-2.0-x"})
+    aCases.push_back({szNoCode, "0", "Unrecognized Reponse Code", 2});
   for (const Case& aCase : aCases) {
     const Classification aResult = ClassifyResponse(aCase.szHeader);
     EXPECT_EQ(aResult.bUp ? "up" : aResult.szCode, aCase.szCode) << aCase.szHeader;
