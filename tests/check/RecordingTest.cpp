@@ -33,6 +33,7 @@ TEST(Recording, FailuresMoveASiteToDownAndASuccessBringsItBack) {
     EXPECT_EQ(aLog[aLog.size() - 2],
               std::string("11/15/1999 5:44:21 PM,http://SERVER/x,") + aPass.szRemark + "," + aPass.szLogTail);
     EXPECT_EQ(b.View.lBells, aPass.lBells);
+    EXPECT_EQ(Schedule::NextPanelText(), aPass.iStatus == 2 ? "Next: 5:59:21 PM" : "Next: 6:44:21 PM");
   }
   modAddress::LoadSites(true, true);
   EXPECT_EQ(b.Site(1).Status, 2);

@@ -4,18 +4,16 @@
 #include "log/LogCsv.h"
 
 TEST(LogCsv, QuotesAndDisarmsCells) {
-  const std::pair<const char*, const char*> aCases[] = {
-      {"plain text", "plain text"},
-      {"a,b", "\"a,b\""},
-      {"say \"x\"", "\"say \"\"x\"\"\""},
-      {"two\r\nlines", "\"two\r\nlines\""},
-      {"=LINK(\"x\",1)", "\"'=LINK(\"\"x\"\",1)\""},
-      {"+1", "'+1"},
-      {"-1", "'-1"},
-      {"@SUM(A1)", "'@SUM(A1)"},
-      {"\t=1", "'\t=1"},
-      {"1-2", "1-2"},
-  };
+  const std::pair<const char*, const char*> aCases[] = {{"plain text", "plain text"},
+                                                        {"a,b", "\"a,b\""},
+                                                        {"say \"x\"", "\"say \"\"x\"\"\""},
+                                                        {"two\r\nlines", "\"two\r\nlines\""},
+                                                        {"=LINK(\"x\",1)", "\"'=LINK(\"\"x\"\",1)\""},
+                                                        {"+1", "'+1"},
+                                                        {"-1", "'-1"},
+                                                        {"@SUM(A1)", "'@SUM(A1)"},
+                                                        {"\t=1", "'\t=1"},
+                                                        {"1-2", "1-2"}};
   for (const auto& [szText, szCell] : aCases)
     EXPECT_EQ(LogCsv::Cell(szText), szCell);
 }

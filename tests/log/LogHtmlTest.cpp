@@ -20,21 +20,19 @@ std::string PageOf(const TestHome& aHome, const std::string& szText, const LogHt
   return LogHtml::Compose(aHistory, Summarise(aHistory), aLimits);
 }
 
-const std::string aHostile[] = {
-    "<script>alert(1)</script>",
-    "\"><img src=x onerror=alert(1)>",
-    "' onmouseover='alert(1)",
-    "]]></title></style><svg onload=alert(1)>",
-    "&lt;b&gt; &#60;i&#62; &amp",
-    "-->\x01\x1b[31m\x7f\xC2\x85<!--",
-    "\xC0\xBCscript\xC0\xBE \xED\xA0\x80 \xF4\x90\x80\x80 \xFF\xFE \xEF\xBF\xBE",
-    "\xE2\x80\xAEmoc.elpmaxe",
-    "<BR/><br><BR onclick=x>",
-    "<SPAN class=\"Emphasis\"><SPAN class=\"Emphasis\"></SPAN></SPAN></SPAN>",
-    "</SPAN><SPAN class=\"Emphasis\">",
-    "<SPAN class=\"Emphasis\" onclick=\"x\">a</SPAN>",
-    std::string("nul\0byte", 8),
-};
+const std::string aHostile[] = {"<script>alert(1)</script>",
+                                "\"><img src=x onerror=alert(1)>",
+                                "' onmouseover='alert(1)",
+                                "]]></title></style><svg onload=alert(1)>",
+                                "&lt;b&gt; &#60;i&#62; &amp",
+                                "-->\x01\x1b[31m\x7f\xC2\x85<!--",
+                                "\xC0\xBCscript\xC0\xBE \xED\xA0\x80 \xF4\x90\x80\x80 \xFF\xFE \xEF\xBF\xBE",
+                                "\xE2\x80\xAEmoc.elpmaxe",
+                                "<BR/><br><BR onclick=x>",
+                                "<SPAN class=\"Emphasis\"><SPAN class=\"Emphasis\"></SPAN></SPAN></SPAN>",
+                                "</SPAN><SPAN class=\"Emphasis\">",
+                                "<SPAN class=\"Emphasis\" onclick=\"x\">a</SPAN>",
+                                std::string("nul\0byte", 8)};
 
 }  // namespace
 

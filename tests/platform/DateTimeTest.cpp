@@ -61,7 +61,7 @@ TEST(Clock, TheSystemsOwnClocksRun) {
   EXPECT_LE(0.019, Clock::System().BootSeconds() - dBoot);
 }
 
-TEST(Text, TakesOnlyBlanksAndAsciiLettersForWhatTheyAre) {
+TEST(Text, TakesOnlyAsciiForWhatItIsAndSaturates) {
   EXPECT_EQ("a\tb \n", Text::Trim("  a\tb \n  "));
   EXPECT_TRUE(Text::IsBlank(" ") && Text::IsBlank("") && !Text::IsBlank("\t"));
   EXPECT_EQ("ABZ\xC3\xA4[`{", Text::UpperCase("abz\xC3\xA4[`{"));
@@ -70,17 +70,12 @@ TEST(Text, TakesOnlyBlanksAndAsciiLettersForWhatTheyAre) {
   EXPECT_EQ("a%5c%5cb", Text::Replace("a\\\\b", "\\", "%5c"));
   EXPECT_EQ("a", Text::Replace("a", "", "b"));
   EXPECT_EQ("a?[2J??c\xC3\xA9?", Text::Printable("a\x1B[2J\r\nc\xC3\xA9\xC2\x9B"));
-}
-
-TEST(Text, NumbersSaturate) {
   const std::pair<const char*, std::int32_t> aCases[] = {
       {"", 0},   {"12", 12}, {"  -7x", -7},           {"+3", 3},
       {"x3", 0}, {"1e3", 1}, {"2147483648", INT_MAX}, {"-99999999999999999999999", INT_MIN},
       {"-", 0}};
   for (const auto& [szText, lNumber] : aCases)
     EXPECT_EQ(lNumber, Text::LeadingNumber(szText)) << szText;
-  EXPECT_EQ(32767, Text::Saturate<std::int16_t>(70000));
-  EXPECT_EQ(0, Text::Saturate<std::uint8_t>(-1));
   EXPECT_FALSE(Text::IsDigits("") || Text::IsDigits("+1") || Text::IsDigits("1 ") || !Text::IsDigits("007"));
 }
 

@@ -23,6 +23,7 @@ TEST(Files, AreListedToldApartAndRead) {
   EXPECT_EQ(Files::Deletion::Done, Files::Delete(szFile));
   EXPECT_EQ(Files::Deletion::Gone, Files::Delete(szFile));
   EXPECT_EQ(Files::Deletion::Gone, Files::Delete(szNone));
+  EXPECT_EQ(Files::Deletion::Gone, Files::Delete(aHome.Path("kvl/file")));
   EXPECT_EQ(Files::Deletion::Failed, Files::Delete(szFolder));
   const auto szBytes = std::string("a\0b\r\n\xFF", 6);
   aHome.Write("kvl", szBytes);

@@ -132,18 +132,15 @@ TEST_F(RegistryTest, AKeyThatIsNoneOrClosedIsAnInvalidHandle) {
   const auto hClosed = Create("Closed");
   EXPECT_EQ(lSuccess, RegCloseKey(hClosed));
   for (const Key hKey : {Key{0}, hClosed}) {
-    std::array<char, 256> aName{};
+    char aName[256];
     std::uint32_t lSize = 256;
     Key hResult = 1;
-    EXPECT_EQ(lInvalidHandle, Open(hKey, "x"));
-    EXPECT_EQ(lInvalidHandle, RegCreateKeyExA(hKey, "x", lFullAccess, hResult));
-    EXPECT_EQ(lInvalidHandle, RegQueryValueExA(hKey, "x", nullptr, nullptr, &lSize));
-    EXPECT_EQ(lInvalidHandle, SetText(hKey, "x", "y"));
-    EXPECT_EQ(lInvalidHandle, RegDeleteValueA(hKey, "x"));
-    EXPECT_EQ(lInvalidHandle, RegDeleteKeyA(hKey, "x"));
-    EXPECT_EQ(lInvalidHandle, RegEnumKeyA(hKey, 0, aName.data(), 256));
-    EXPECT_EQ(lInvalidHandle, RegEnumValueA(hKey, 0, aName.data(), &lSize, nullptr, nullptr, nullptr));
-    EXPECT_EQ(lInvalidHandle, RegCloseKey(hKey));
+    for (const auto lCode :
+         {Open(hKey, "x"), RegCreateKeyExA(hKey, "x", lFullAccess, hResult), SetText(hKey, "x", "y"),
+          RegQueryValueExA(hKey, "x", nullptr, nullptr, &lSize), RegDeleteValueA(hKey, "x"),
+          RegDeleteKeyA(hKey, "x"), RegEnumKeyA(hKey, 0, aName, 256),
+          RegEnumValueA(hKey, 0, aName, &lSize, nullptr, nullptr, nullptr), RegCloseKey(hKey)})
+      EXPECT_EQ(lInvalidHandle, lCode);
   }
 }
 

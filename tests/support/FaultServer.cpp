@@ -8,38 +8,11 @@ using std::chrono::milliseconds;
 
 namespace Fault {
 
-Step Send(std::string szBytes) {
-  return {Step::Kind::Send, std::move(szBytes)};
-}
-
-Step Drip(std::string szBytes, std::int32_t lMilliseconds) {
-  return {Step::Kind::Drip, std::move(szBytes), lMilliseconds};
-}
-
 Step Endless(const std::string& szBytes) {
-  constexpr std::size_t lBlock =
-      32768;  // a short text is sent in blocks, or the server would be the slow one
-  std::string szBlock;
-  do {
+  std::string szBlock = szBytes;  // a short text is sent in blocks, or the server would be the slow one
+  while (szBlock.size() < 32768)
     szBlock += szBytes;
-  } while (szBlock.size() < lBlock);
   return {Step::Kind::Endless, std::move(szBlock)};
-}
-
-Step Delay(std::int32_t lMilliseconds) {
-  return {Step::Kind::Delay, {}, lMilliseconds};
-}
-
-Step Hang() {
-  return {Step::Kind::Hang, {}};
-}
-
-Step HalfClose() {
-  return {Step::Kind::HalfClose, {}};
-}
-
-Step Reset() {
-  return {Step::Kind::Reset, {}};
 }
 
 Answer Status(const std::string& szStatus, const std::string& szBody) {
@@ -47,16 +20,12 @@ Answer Status(const std::string& szStatus, const std::string& szBody) {
                std::to_string(szBody.size()) + "\r\nConnection: close\r\n\r\n" + szBody)};
 }
 
-Answer Ok(const std::string& szBody) {
-  return Status("200 OK", szBody);
-}
-
 }  // namespace Fault
 
 struct FaultServer::Connection {
   Sockets::Handle hSocket;
-  SharedAnswer aAnswer;  // none while the request is read
-  std::string szHead;
+  SharedAnswer aAnswer = {};  // none while the request is read
+  std::string szHead = {};
   std::size_t lStep = 0;
   std::size_t lSent = 0;  // of the step
   Moment aDue{};          // when the step goes on; none: at once
@@ -80,18 +49,6 @@ FaultServer::~FaultServer() {
   Sockets::Close(hListener);
 }
 
-std::string FaultServer::Address() const {
-  return "127.0.0.1:" + std::to_string(iPort);
-}
-
-std::string FaultServer::URL(const std::string& szPath) const {
-  return "http://" + Site(szPath);
-}
-
-std::string FaultServer::Site(const std::string& szPath) const {
-  return Address() + szPath;
-}
-
 void FaultServer::Serve(const std::string& szPath, Fault::Answer aAnswer) {
   ServeInOrder(szPath, {std::move(aAnswer)});
 }
@@ -105,37 +62,15 @@ void FaultServer::ServeInOrder(const std::string& szPath, std::vector<Fault::Ans
   aAnswers[szPath] = std::move(aShared);
 }
 
-void FaultServer::AtConnect(Fault::Answer aAnswer) {
-  const std::lock_guard aGuard(aLock);
-  aAtConnect = std::make_shared<const Fault::Answer>(std::move(aAnswer));
-}
-
-std::vector<FaultServer::Request> FaultServer::Requests() const {
-  const std::lock_guard aGuard(aLock);
-  return aRequests;
-}
-
-std::size_t FaultServer::Count() const {
-  const std::lock_guard aGuard(aLock);
-  return lCount;
-}
-
 std::size_t FaultServer::Count(const std::string& szPath) const {
   const std::lock_guard aGuard(aLock);
-  return static_cast<std::size_t>(
-      std::count_if(aRequests.begin(), aRequests.end(),
-                    [&](const Request& aRequest) { return aRequest.szPath == szPath; }));
+  return static_cast<std::size_t>(std::ranges::count(aRequests, szPath, &Request::szPath));
 }
 
 void FaultServer::KeepRequests(bool bKeep) {
   const std::lock_guard aGuard(aLock);
   bKeepRequests = bKeep;
   if (!bKeep) aRequests.clear();
-}
-
-std::size_t FaultServer::OpenConnections() const {
-  const std::lock_guard aGuard(aLock);
-  return lOpen;
 }
 
 bool FaultServer::WaitForRequests(std::size_t lWanted, std::int32_t lMilliseconds) const {
@@ -194,12 +129,7 @@ void FaultServer::AcceptAll() {
   for (;;) {
     const Sockets::Handle hSocket = Sockets::Accept(hListener);
     if (hSocket == Sockets::hNone) return;
-    Connection aConnection{};
-    aConnection.hSocket = hSocket;
-    {
-      const std::lock_guard aGuard(aLock);
-      aConnection.aAnswer = aAtConnect;
-    }
+    Connection aConnection{.hSocket = hSocket};
     // Most clients have sent their request by now.
     if (Attend(aConnection, true)) aConnections.push_back(std::move(aConnection));
   }
@@ -277,11 +207,9 @@ bool FaultServer::DoStep(Connection& aConnection, const Fault::Step& aStep, bool
       bDone = SteadyClock::now() >= aConnection.aDue;
       return true;
     case Kind::Drip:
-      if (SteadyClock::now() < aConnection.aDue) return true;
-      break;
     case Kind::Send:
     case Kind::Endless:
-      break;
+      if (SteadyClock::now() < aConnection.aDue) return true;
   }
   if (lRest == 0) return bDone = true;
   const auto lPiece = aStep.iKind == Kind::Drip ? std::size_t{1} : lRest;

@@ -24,6 +24,7 @@
 #include <mutex>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "support/Sockets.h"
@@ -38,17 +39,23 @@ struct Step {
 };
 using Answer = std::vector<Step>;
 
-Step Send(std::string szBytes);
-Step Drip(std::string szBytes, std::int32_t lMilliseconds);  // byte by byte, with that pause between
-Step Endless(const std::string& szBytes);                    // again and again until the client goes
-Step Delay(std::int32_t lMilliseconds);
-Step Hang();       // nothing more until the client goes
-Step HalfClose();  // the client reads the end, the connection stays open for the next step
-Step Reset();      // ends with a reset
+inline const auto Send = [](std::string szBytes) { return Step{Step::Kind::Send, std::move(szBytes)}; };
+// Byte by byte, with that pause between.
+inline const auto Drip = [](std::string szBytes, std::int32_t lMilliseconds) {
+  return Step{Step::Kind::Drip, std::move(szBytes), lMilliseconds};
+};
+Step Endless(const std::string& szBytes);  // again and again until the client goes
+inline const auto Delay = [](std::int32_t lMilliseconds) {
+  return Step{Step::Kind::Delay, {}, lMilliseconds};
+};
+inline const auto Hang = [] { return Step{Step::Kind::Hang, {}}; };  // nothing more until the client goes
+// The client reads the end, the connection stays open for the next step.
+inline const auto HalfClose = [] { return Step{Step::Kind::HalfClose, {}}; };
+inline const auto Reset = [] { return Step{Step::Kind::Reset, {}}; };  // ends with a reset
 
 // A whole answer with that status ("404 Not Found") and body, its length declared.
 Answer Status(const std::string& szStatus, const std::string& szBody = "");
-Answer Ok(const std::string& szBody = "fine");
+inline const auto Ok = [](const std::string& szBody = "fine") { return Status("200 OK", szBody); };
 
 }  // namespace Fault
 
@@ -61,27 +68,26 @@ class FaultServer {
   FaultServer& operator=(const FaultServer&) = delete;
 
   std::uint16_t Port() const { return iPort; }
-  std::string Address() const;                        // "127.0.0.1:PORT"
-  std::string URL(const std::string& szPath) const;   // "http://127.0.0.1:PORT" and the path
-  std::string Site(const std::string& szPath) const;  // the same without the scheme, as a site list has it
+  std::string Address() const { return "127.0.0.1:" + std::to_string(iPort); }
+  std::string URL(const std::string& szPath) const { return "http://" + Site(szPath); }
+  // The same without the scheme, as a site list has it.
+  std::string Site(const std::string& szPath) const { return Address() + szPath; }
 
   // The answer for a path (with its query, as in the request line). A path without one gets that of "*",
   // which is Ok() until it is set.
   void Serve(const std::string& szPath, Fault::Answer aAnswer);
   // The first request for the path gets the first answer, and so on; the last one stays.
   void ServeInOrder(const std::string& szPath, std::vector<Fault::Answer> aAnswers);
-  // Every later connection gets this answer as soon as it stands, before any request.
-  void AtConnect(Fault::Answer aAnswer);
 
   struct Request {
     std::string szPath;
     std::string szHead;  // raw, with the blank line
   };
-  std::vector<Request> Requests() const;  // in order of arrival
-  std::size_t Count() const;              // also counts what KeepRequests(false) lets go
+  std::vector<Request> Requests() const { return Locked(aRequests); }  // in order of arrival
+  std::size_t Count() const { return Locked(lCount); }  // also counts what KeepRequests(false) lets go
   std::size_t Count(const std::string& szPath) const;
   void KeepRequests(bool bKeep);  // a benchmark that watches memory keeps none
-  std::size_t OpenConnections() const;
+  std::size_t OpenConnections() const { return Locked(lOpen); }
   // True once so many requests have come in all; false when the time ran out first.
   bool WaitForRequests(std::size_t lCount, std::int32_t lMilliseconds = 5000) const;
   // True once every client has gone.
@@ -95,6 +101,11 @@ class FaultServer {
   using SharedAnswer = std::shared_ptr<const Fault::Answer>;
   struct Connection;
 
+  template <typename Value>
+  Value Locked(const Value& aValue) const {
+    const std::lock_guard aGuard(aLock);
+    return aValue;
+  }
   void Run();
   std::int32_t CollectWatches(std::vector<Sockets::Watch>& aWatches) const;
   void AcceptAll();
@@ -112,7 +123,6 @@ class FaultServer {
   bool bStop = false;
   bool bKeepRequests = true;
   std::map<std::string, std::deque<SharedAnswer>> aAnswers;
-  SharedAnswer aAtConnect;
   std::vector<Request> aRequests;
   std::size_t lCount = 0;
   std::size_t lOpen = 0;

@@ -1,6 +1,7 @@
 // RecordingView: a view that writes down what the engine shows, and lets a test act in the middle of a pass.
 #pragma once
 
+#include <algorithm>
 #include <functional>
 #include <map>
 #include <string>
@@ -22,25 +23,49 @@ class RecordingView : public CheckView {
   std::function<void()> OnRecorded;  // called at every SiteRecorded
 
   // True when the event was recorded.
-  bool Has(const std::string& szEvent) const;
+  bool Has(const std::string& szEvent) const { return std::ranges::find(aEvents, szEvent) != aEvents.end(); }
 
-  void ShowPanel(int iPanel, const std::string& szText) override;
-  void ClearRemarks() override;
-  void EnsureRowVisible(std::int32_t lSlot) override;
-  void ShowLight(std::int32_t lSlot, std::int16_t iIcon) override;
-  void ShowLightText(std::int32_t lSlot, const std::string& szText) override;
-  void ShowRemark(std::int32_t lSlot, const std::string& szText) override;
-  void SiteRecorded(std::int32_t lSlot) override;
+  void ShowPanel(int iPanel, const std::string& szText) override {
+    if (iPanel != 1) Note("panel", iPanel, ": " + szText);
+  }
+  void ClearRemarks() override {
+    aRemarks.clear();
+    aEvents.emplace_back("remarks cleared");
+  }
+  void EnsureRowVisible(std::int32_t lSlot) override { Note("visible", lSlot); }
+  void ShowLight(std::int32_t lSlot, std::int16_t iIcon) override {
+    aLights[lSlot] = iIcon;
+    Note("light", lSlot, ": " + std::to_string(iIcon));
+  }
+  void ShowLightText(std::int32_t lSlot, const std::string& szText) override {
+    Note("light text", lSlot, ": " + szText);
+  }
+  void ShowRemark(std::int32_t lSlot, const std::string& szText) override {
+    aRemarks[lSlot] = szText;
+    Note("remark", lSlot, ": " + szText);
+  }
+  void SiteRecorded(std::int32_t lSlot) override {
+    Note("recorded", lSlot);
+    if (OnRecorded) OnRecorded();
+  }
   bool IsMinimised() override { return bMinimised; }
   void OpenProgress() override { aEvents.emplace_back("progress opened"); }
   void CloseProgress() override { aEvents.emplace_back("progress closed"); }
   void ShowProgressSite(const std::string& szText) override { aEvents.push_back("progress " + szText); }
   void ShowProgressStatus(const std::string& szText) override { aStates.push_back(szText); }
   void ShowMessage(const std::string& szText) override { aMessages.push_back(szText); }
-  void SoundBell() override;
-  void EnableCommand(MenuCommand iCommand, bool bEnable) override;
+  void SoundBell() override { ++lBells; }
+  void EnableCommand(MenuCommand iCommand, bool bEnable) override {
+    lLocked += bEnable ? -1 : 1;
+    if (iCommand == MenuCommand::mH_About) aEvents.emplace_back(bEnable ? "unlocked" : "locked");
+  }
   void EnableAutoTimer(bool bEnable) override { aEvents.emplace_back(bEnable ? "timer on" : "timer off"); }
   void PumpEvents() override {
     if (OnPump) OnPump();
+  }
+
+ private:
+  void Note(const char* szWhat, std::int32_t lNumber, const std::string& szText = {}) {
+    aEvents.push_back(std::string(szWhat) + " " + std::to_string(lNumber) + szText);
   }
 };

@@ -1,37 +1,8 @@
 #include "support/SmtpServer.h"
 
-#include <chrono>
 #include <utility>
 
 #include "platform/Text.h"
-
-namespace Smtp {
-
-Act Say(const std::string& szReply, std::int32_t lMilliseconds) {
-  return {Act::Kind::Say, szReply + "\r\n", lMilliseconds};
-}
-
-Act SayRaw(std::string szBytes, bool bThenDrop) {
-  return {Act::Kind::Say, std::move(szBytes), 0, bThenDrop};
-}
-
-Act Drop() {
-  return {Act::Kind::Drop, {}};
-}
-
-Act Reset() {
-  return {Act::Kind::Reset, {}};
-}
-
-Act Stall() {
-  return {Act::Kind::Stall, {}};
-}
-
-Act Endless(const std::string& szBytes) {
-  return {Act::Kind::Endless, szBytes};
-}
-
-}  // namespace Smtp
 
 SmtpServer::SmtpServer(std::uint16_t iWanted) : iPort(iWanted), hListener(Sockets::Listen(iPort)) {
   aThread = std::thread([this] { Run(); });
@@ -52,32 +23,6 @@ void SmtpServer::At(Stage iStage, Smtp::Act aAct) {
   aActs.insert_or_assign(iStage, std::move(aAct));
 }
 
-void SmtpServer::Behave() {
-  const std::lock_guard aGuard(aLock);
-  aActs.clear();
-}
-
-void SmtpServer::BareLineFeeds(bool bBare) {
-  const std::lock_guard aGuard(aLock);
-  bBareLineFeeds = bBare;
-}
-
-std::vector<SmtpServer::Mail> SmtpServer::Mails() const {
-  const std::lock_guard aGuard(aLock);
-  return aMails;
-}
-
-std::size_t SmtpServer::Connections() const {
-  const std::lock_guard aGuard(aLock);
-  return lConnections;
-}
-
-bool SmtpServer::WaitForMails(std::size_t lCount, std::int32_t lMilliseconds) const {
-  std::unique_lock aGuard(aLock);
-  return aChanged.wait_for(aGuard, std::chrono::milliseconds(lMilliseconds),
-                           [&] { return aMails.size() >= lCount; });
-}
-
 void SmtpServer::Run() {
   for (;;) {
     std::vector<Sockets::Watch> aWatches = {{aBell.Socket(), true}, {hListener, true}};
@@ -90,7 +35,6 @@ void SmtpServer::Run() {
       ++lConnections;
     }
     szInput.clear();
-    szSender.clear();
     aRecipients.clear();
     Talk();
     Sockets::Close(hClient);
@@ -110,10 +54,8 @@ void SmtpServer::Obey(const std::string& szLine, bool& bGoOn) {
   const auto lFrom = szLine.find('<') + 1;
   const std::string szAddress = szLine.substr(lFrom, szLine.rfind('>') - lFrom);
   char chKind = 0;
-  if (szVerb == "EHLO") {
+  if (szVerb == "EHLO" || szVerb == "HELO") {
     bGoOn = Reply(Stage::Hello, "250-localhost\r\n250 SIZE 10485760", chKind);
-  } else if (szVerb == "HELO") {
-    bGoOn = Reply(Stage::Hello, "250 localhost", chKind);
   } else if (szVerb == "MAIL") {
     szSender = szAddress;
     bGoOn = Reply(Stage::Sender, "250 2.1.0 fine", chKind);
@@ -133,15 +75,10 @@ void SmtpServer::Obey(const std::string& szLine, bool& bGoOn) {
 bool SmtpServer::TakeText() {
   std::string szText;
   if (!ReadText(szText)) return false;
-  std::size_t lMail = 0;
   {
     const std::lock_guard aGuard(aLock);
-    lMail = aMails.size();
-    aMails.push_back({szSender, aRecipients, std::move(szText), false});
-    const auto pAct = aActs.find(Stage::Text);
-    aMails[lMail].bTaken = pAct == aActs.end() || pAct->second.szBytes.starts_with('2');
+    aMails.push_back({szSender, aRecipients, std::move(szText)});
   }
-  aChanged.notify_all();
   char chKind = 0;
   return Reply(Stage::Text, "250 2.0.0 taken", chKind);
 }
@@ -151,7 +88,6 @@ bool SmtpServer::Reply(Stage iStage, const std::string& szGood, char& chKind) {
   Smtp::Act aAct = Smtp::Say(szGood);
   {
     const std::lock_guard aGuard(aLock);
-    if (bBareLineFeeds) aAct.szBytes = Text::Replace(aAct.szBytes, "\r\n", "\n");
     if (const auto pFound = aActs.find(iStage); pFound != aActs.end()) aAct = pFound->second;
   }
   chKind = aAct.szBytes.empty() ? '\0' : aAct.szBytes.front();

@@ -8,13 +8,13 @@
 // All members may be called from any thread, at any time.
 #pragma once
 
-#include <condition_variable>
 #include <cstddef>
 #include <cstdint>
 #include <map>
 #include <mutex>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "support/Sockets.h"
@@ -30,12 +30,17 @@ struct Act {
   bool bThenDrop = false;
 };
 
-Act Say(const std::string& szReply, std::int32_t lMilliseconds = 0);  // its line end is added
-Act SayRaw(std::string szBytes, bool bThenDrop = false);
-Act Drop();   // closes without a word
-Act Reset();  // the same with a reset
-Act Stall();  // no reply until the client goes
-Act Endless(const std::string& szBytes);
+// Its line end is added.
+inline const auto Say = [](const std::string& szReply, std::int32_t lMilliseconds = 0) {
+  return Act{Act::Kind::Say, szReply + "\r\n", lMilliseconds};
+};
+inline const auto SayRaw = [](std::string szBytes, bool bThenDrop = false) {
+  return Act{Act::Kind::Say, std::move(szBytes), 0, bThenDrop};
+};
+inline const auto Drop = [] { return Act{Act::Kind::Drop, {}}; };    // closes without a word
+inline const auto Reset = [] { return Act{Act::Kind::Reset, {}}; };  // the same with a reset
+inline const auto Stall = [] { return Act{Act::Kind::Stall, {}}; };  // no reply until the client goes
+inline const auto Endless = [](std::string szBytes) { return Act{Act::Kind::Endless, std::move(szBytes)}; };
 
 }  // namespace Smtp
 
@@ -52,21 +57,21 @@ class SmtpServer {
 
   std::uint16_t Port() const { return iPort; }
   void At(Stage iStage, Smtp::Act aAct);
-  void Behave();                          // forgets every At
-  void BareLineFeeds(bool bBare = true);  // the good replies end in LF only
 
   struct Mail {
     std::string szSender;                  // as between the angle brackets
     std::vector<std::string> aRecipients;  // likewise
     std::string szText;                    // headers and body, lines as they came, stuffed dots taken out
-    bool bTaken;                           // the reply to it was a 2xx one
   };
-  std::vector<Mail> Mails() const;  // every text that came in whole
-  std::size_t Connections() const;
-  // True once so many texts have come in whole; false when the time ran out first.
-  bool WaitForMails(std::size_t lCount, std::int32_t lMilliseconds = 5000) const;
+  std::vector<Mail> Mails() const { return Locked(aMails); }  // every text that came in whole
+  std::size_t Connections() const { return Locked(lConnections); }
 
  private:
+  template <typename Value>
+  Value Locked(const Value& aValue) const {
+    const std::lock_guard aGuard(aLock);
+    return aValue;
+  }
   void Run();
   void Talk();
   void Obey(const std::string& szLine, bool& bGoOn);
@@ -89,9 +94,7 @@ class SmtpServer {
   std::vector<std::string> aRecipients;
 
   mutable std::mutex aLock;  // guards the rest
-  mutable std::condition_variable aChanged;
   bool bStop = false;
-  bool bBareLineFeeds = false;
   std::map<Stage, Smtp::Act> aActs;
   std::vector<Mail> aMails;
   std::size_t lConnections = 0;

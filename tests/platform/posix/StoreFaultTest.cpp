@@ -136,7 +136,9 @@ TEST_F(StoreFaultTest, AStoreHeldByOneProgramAloneIsNotEmpty) {
   auto pOther = std::make_unique<Stranger>(
       szStore, "PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE; UPDATE vals SET data = 'y'");
   EXPECT_FALSE(Opens("in use"));
+  const Stopwatch aWatch;
   EXPECT_EQ(szRefused, Read("value1"));  // [6] would say that there is no such key
+  EXPECT_LT(aWatch.Seconds(), 1) << "it waits again at every call";
   pOther.reset();
   EXPECT_TRUE(Opens(""));
   EXPECT_EQ(500U, Read("value1").size());
