@@ -9,7 +9,7 @@ target_link_libraries(kestrova-wx INTERFACE ${wxWidgets_LIBRARIES})
 
 file(GLOB UI_SOURCES CONFIGURE_DEPENDS resources/*.cpp check/*.cpp dialogs/*.cpp)
 list(FILTER UI_SOURCES INCLUDE REGEX ${NEEDS_WINDOWS})
-file(GLOB APP_SOURCES CONFIGURE_DEPENDS app/*.cpp tour/*.cpp platform/${KESTROVA_SYSTEM}/window/*.cpp)
+file(GLOB APP_SOURCES CONFIGURE_DEPENDS app/*.cpp tour/*.cpp logview/*.cpp platform/${KESTROVA_SYSTEM}/window/*.cpp)
 list(FILTER APP_SOURCES EXCLUDE REGEX "/main\\.cpp$")
 
 # The drawn images, embedded as text.
@@ -50,6 +50,9 @@ endif()
 
 add_executable(KVTour WIN32 tour/main.cpp)
 target_link_libraries(KVTour PRIVATE kestrova-ui kestrova-flags)
+
+add_executable(LogView WIN32 logview/main.cpp)
+target_link_libraries(LogView PRIVATE kestrova-ui kestrova-flags)
 
 # What the About box names.
 set(LIBRARIES "wxWidgets ${wxWidgets_VERSION_STRING}, libcurl ${CURL_VERSION_STRING}")

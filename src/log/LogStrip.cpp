@@ -15,24 +15,48 @@ constexpr int lNarrowest = 3;  // columns of a failure
 constexpr std::array aWorstLast{SiteState::Up, SiteState::Disabled, SiteState::Unwatched, SiteState::Warning,
                                 SiteState::Down};
 
-class Scale {
- public:
-  explicit Scale(const LogSummary& aSummary)
-      : dtFrom(aSummary.dtFrom), dSpan(std::max(aSummary.dtTo - aSummary.dtFrom, 1.0 / 86400)) {}
+std::string Shape(SiteState iState, int lFirst, int lPast) {
+  const auto aBand = LogStrip::BandOf(iState);
+  const std::string szPlace = std::string("x=\"") + std::to_string(lFirst) + "\" y=\"" +
+                              std::to_string(aBand.lTop) + "\" width=\"" + std::to_string(lPast - lFirst) +
+                              "\" height=\"" + std::to_string(aBand.lHeight) + "\"";
+  const std::string szClass = LogStrip::ClassOf(iState);
+  if (iState == SiteState::Up) return "<rect class=\"s-up\" " + szPlace + "/>";
+  return "<rect class=\"s-" + szClass + "\" " + szPlace + "/><rect fill=\"url(#p-" + szClass + ")\" " +
+         szPlace + "/>";
+}
 
-  double Part(DateTime dtMoment) const { return std::clamp((dtMoment - dtFrom) / dSpan, 0.0, 1.0); }
-  int Column(DateTime dtMoment) const {
-    return std::min(static_cast<int>(Part(dtMoment) * lColumns), lColumns - 1);
-  }
-  DateTime Moment(int lColumn) const { return dtFrom + dSpan * lColumn / lColumns; }
+std::string Run(const LogStrip::Scale& aScale, SiteState iState, int lFirst, int lPast) {
+  if (iState == SiteState::Up) return Shape(iState, lFirst, lPast);
+  const auto szTitle = LogWords::Fill(
+      IDS_LOG_STRIP_PART, {LoadResString(LogWords::StateName(iState)),
+                           LogWords::Moment(aScale.Moment(lFirst)), LogWords::Moment(aScale.Moment(lPast))});
+  return "<g><title>" + LogHtml::Escape(szTitle) + "</title>" + Shape(iState, lFirst, lPast) + "</g>";
+}
 
- private:
-  DateTime dtFrom;
-  double dSpan;
-};
+std::string Percent(double dPart) {
+  const auto lTenths = std::lround(dPart * 1000);
+  return std::to_string(lTenths / 10) + "." + std::to_string(lTenths % 10) + "%";
+}
 
-std::vector<SiteState> Columns(const Scale& aScale, const SiteSummary& aSite) {
-  std::vector<SiteState> aColumns(lColumns, SiteState::Unwatched);
+}  // namespace
+
+LogStrip::Scale::Scale(const LogSummary& aSummary, int lColumnCount)
+    : dtFrom(aSummary.dtFrom),
+      dSpan(std::max(aSummary.dtTo - aSummary.dtFrom, 1.0 / 86400)),
+      lColumns(lColumnCount) {
+}
+
+double LogStrip::Scale::Part(DateTime dtMoment) const {
+  return std::clamp((dtMoment - dtFrom) / dSpan, 0.0, 1.0);
+}
+
+int LogStrip::Scale::Column(DateTime dtMoment) const {
+  return std::min(static_cast<int>(Part(dtMoment) * lColumns), lColumns - 1);
+}
+
+std::vector<SiteState> LogStrip::Columns(const Scale& aScale, const SiteSummary& aSite) {
+  std::vector<SiteState> aColumns(static_cast<std::size_t>(aScale.ColumnCount()), SiteState::Unwatched);
   for (const auto iState : aWorstLast)
     for (const auto& aInterval : aSite.aStates) {
       if (aInterval.iState != iState) continue;
@@ -46,30 +70,7 @@ std::vector<SiteState> Columns(const Scale& aScale, const SiteSummary& aSite) {
   return aColumns;
 }
 
-std::string Shape(SiteState iState, int lFirst, int lPast) {
-  // Higher is worse, so that the shape alone tells the states apart.
-  constexpr std::array<const char*, 5> aTops{"10", "6", "3", "0", "9"};
-  constexpr std::array<const char*, 5> aHeights{"4", "12", "18", "24", "6"};
-  const auto lState = static_cast<std::size_t>(iState);
-  const std::string szPlace = std::string("x=\"") + std::to_string(lFirst) + "\" y=\"" + aTops[lState] +
-                              "\" width=\"" + std::to_string(lPast - lFirst) + "\" height=\"" +
-                              aHeights[lState] + "\"";
-  const std::string szClass = LogStrip::ClassOf(iState);
-  if (iState == SiteState::Up) return "<rect class=\"s-up\" " + szPlace + "/>";
-  return "<rect class=\"s-" + szClass + "\" " + szPlace + "/><rect fill=\"url(#p-" + szClass + ")\" " +
-         szPlace + "/>";
-}
-
-std::string Run(const Scale& aScale, SiteState iState, int lFirst, int lPast) {
-  if (iState == SiteState::Up) return Shape(iState, lFirst, lPast);
-  const auto szTitle = LogWords::Fill(
-      IDS_LOG_STRIP_PART, {LoadResString(LogWords::StateName(iState)),
-                           LogWords::Moment(aScale.Moment(lFirst)), LogWords::Moment(aScale.Moment(lPast))});
-  return "<g><title>" + LogHtml::Escape(szTitle) + "</title>" + Shape(iState, lFirst, lPast) + "</g>";
-}
-
-// Midnights, at most eight of them, evenly chosen.
-std::vector<DateTime> Midnights(const LogSummary& aSummary) {
+std::vector<DateTime> LogStrip::Midnights(const LogSummary& aSummary) {
   const auto lFirst = static_cast<std::int32_t>(std::floor(aSummary.dtFrom));
   const auto lLast = static_cast<std::int32_t>(std::floor(aSummary.dtTo));
   const auto lStep = std::max(1, (lLast - lFirst + 7) / 8);
@@ -79,12 +80,10 @@ std::vector<DateTime> Midnights(const LogSummary& aSummary) {
   return aDays;
 }
 
-std::string Percent(double dPart) {
-  const auto lTenths = std::lround(dPart * 1000);
-  return std::to_string(lTenths / 10) + "." + std::to_string(lTenths % 10) + "%";
+LogStrip::Band LogStrip::BandOf(SiteState iState) {
+  constexpr std::array<Band, 5> aBands{{{10, 4}, {6, 12}, {3, 18}, {0, 24}, {9, 6}}};
+  return aBands[static_cast<std::size_t>(iState)];
 }
-
-}  // namespace
 
 const char* LogStrip::ClassOf(SiteState iState) {
   constexpr std::array<const char*, 5> aNames{"unwatched", "up", "warning", "down", "off"};
@@ -117,7 +116,7 @@ std::string LogStrip::Key(SiteState iState) {
 }
 
 std::string LogStrip::Picture(const LogSummary& aSummary, const SiteSummary& aSite, const std::string& szId) {
-  const Scale aScale(aSummary);
+  const Scale aScale(aSummary, lColumns);
   const auto szDescription = LogWords::Fill(
       IDS_LOG_STRIP_DESC, {LogWords::State(aSite), LogWords::Count(aSite.lChecks),
                            LogWords::Share(aSite.lSuccesses, aSite.lChecks),
@@ -143,7 +142,7 @@ std::string LogStrip::Picture(const LogSummary& aSummary, const SiteSummary& aSi
 }
 
 std::string LogStrip::Axis(const LogSummary& aSummary) {
-  const Scale aScale(aSummary);
+  const Scale aScale(aSummary, lColumns);
   std::string szAxis = "<div class=\"axis\" aria-hidden=\"true\">";
   for (const auto dtDay : Midnights(aSummary)) {
     if (aScale.Part(dtDay) > 0.93) continue;  // no room for its name

@@ -1,0 +1,35 @@
+// LogFiles: which logs the viewer is to show. Nothing here opens a window or reads more than names and a few
+// bytes.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace LogFiles {
+
+struct Arguments {
+  std::vector<std::string> aLogs;  // files and folders
+  std::string szPage;              // where to write the page; empty: nowhere
+};
+
+// "LOG", "LOG PAGE" as the monitor gives them, or any number of logs and folders with or without a page
+// behind. A second path that is a log or a folder itself is shown and never written over; with more than two
+// paths only a last one that ends in ".htm" or ".html" is a page.
+Arguments Read(const std::vector<std::string>& aPaths);
+
+// The logs of the folder whose day, week or month (by their names) reaches into the last lDays days before
+// the newest of them. In name order; empty where no name tells its time.
+std::vector<std::string> Recent(const std::string& szFolder, std::int32_t lDays);
+
+// The folder that the monitor writes its logs to; empty where it is not known.
+std::string MonitorFolder();
+
+// True where both name one existing file.
+bool Same(const std::string& szOne, const std::string& szOther);
+
+// The folder part, and the name alone.
+std::string FolderOf(const std::string& szPath);
+std::string NameOf(const std::string& szPath);
+
+}  // namespace LogFiles

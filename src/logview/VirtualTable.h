@@ -1,0 +1,66 @@
+// VirtualTable: a list that asks for its texts when it draws them, so that a million rows cost nothing. When
+// it is empty a hint stands in its place.
+#pragma once
+
+#include <wx/listctrl.h>
+#include <wx/panel.h>
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+class wxStaticText;
+
+class VirtualTable : public wxPanel {
+ public:
+  struct Column {
+    std::int32_t lTitle;
+    const char* szSample = nullptr;  // as wide as this text; nullptr: a share of what is left over
+    int lShare = 0;
+    bool bRight = false;
+  };
+  enum class Style { Plain, Heading, Aside };
+  // Positions of the lights in the list; none is -1.
+  enum Light { lNone = -1, lGreen, lYellow, lRed, lGrey };
+
+  VirtualTable(wxWindow* pParent, const std::vector<Column>& aColumnList);
+
+  // How the rows look; Cell answers UTF-8.
+  std::function<std::string(std::size_t lRow, int iColumn)> Cell;
+  std::function<int(std::size_t lRow, int iColumn)> LightOf;
+  std::function<Style(std::size_t lRow)> StyleOf;
+  // Enter or a double click.
+  std::function<void(std::size_t lRow)> Activated;
+  std::function<void()> Selected;
+
+  void SetRows(std::size_t lRows);
+  std::size_t Rows() const { return static_cast<std::size_t>(lvwRows->GetItemCount()); }
+  void ShowHint(const wxString& szText);  // while there are no rows
+
+  long Focused() const { return lvwRows->GetFocusedItem(); }  // -1 none
+  // Selects that row alone and scrolls to it.
+  void GoTo(std::size_t lRow);
+  void SelectAll();
+  void SelectNone();
+  // The selected rows, cells parted by tabs, lines by the system's line end.
+  std::string CopyText() const;
+
+  // Where the view stands, for a refill that should not move it.
+  bool AtEnd() const;
+  std::size_t TopRow() const;
+  void ScrollToTop(std::size_t lRow);
+  void ScrollToEnd();
+
+  wxListView* List() const { return lvwRows; }
+
+ private:
+  class Rows_;
+  void FitColumns();
+
+  std::vector<Column> aColumns;
+  bool bWidthsChosen = false;
+  wxListView* lvwRows;
+  wxPanel* pixHint;
+  wxStaticText* lblHint;
+};

@@ -1,0 +1,3 @@
+#include "logview/LogView.h"
+
+wxIMPLEMENT_APP(LogView);
