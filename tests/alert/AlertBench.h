@@ -28,11 +28,6 @@ class AlertBench : public testing::Test {
     aFacts.lResponseCode = 7;
     aFacts.szHeader = "HTTP/1.1 418 I'm a teapot\r\nServer: pot\r\n\r\n";
   }
-  ~AlertBench() override {
-    Settings = {};
-    aSites.clear();
-    lSiteCount = 0;
-  }
 
   std::string Parse(const std::string& szText) const {
     return AlertText::ParseEmailContent(szText, 2, aFacts);

@@ -102,6 +102,9 @@ TEST(SettingsTest, RepairsWhatIsOutOfRangeAndLeavesTheRest) {
     EXPECT_EQ(Stored::Get(KeyOf(aCase.szName), aCase.szName), aCase.szStored);
     EXPECT_EQ(Settings.Email + Settings.Name + Settings.SMTP, "m@x.testMsmtp.test");
   }
+  RawRegistry::Put(szTimer, "Interval", Registry::REG_DWORD, "8 bytes.");  // what cannot be read stays
+  Start();
+  EXPECT_EQ(RawRegistry::Get(szTimer, "Interval"), "8 bytes.");
 }
 
 }  // namespace
