@@ -49,13 +49,13 @@ void frmHelp::BuildWindow(wxWindow* pOwner) {
   const wxRect aScreen = wxDisplay(pOwner).GetClientArea();
   // As wide as the text needs at the user's text size.
   const int lScale = std::max(100, GetCharHeight() * 100 / 17);
-  const wxSize aSize(std::min(FromDIP(900) * lScale / 100, aScreen.width),
-                     std::min(FromDIP(640) * lScale / 100, aScreen.height));
+  const wxSize aSize(std::min(FromDIP(1080) * lScale / 100, aScreen.width),
+                     std::min(FromDIP(700) * lScale / 100, aScreen.height));
   SetIcons(Images::ProgramIcons());
   SetSize(aSize);
   pBook = new wxHtmlHelpWindow(aController.GetHelpData());
   pBook->SetController(&aController);
-  pBook->GetCfgData().sashpos = aSize.x / 3;  // wide enough for the names of all three tabs
+  pBook->GetCfgData().sashpos = aSize.x * 3 / 11;  // wide enough for the names of all three tabs
   aController.SetHelpWindow(pBook);
   pBook->Create(this, wxID_ANY, wxDefaultPosition, GetClientSize(), wxTAB_TRAVERSAL | wxBORDER_NONE,
                 wxHF_TOOLBAR | wxHF_CONTENTS | wxHF_INDEX | wxHF_SEARCH | wxHF_PRINT);

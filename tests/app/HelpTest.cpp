@@ -14,6 +14,7 @@
 #include "app/frmWelcome.h"
 #include "app/modMain.h"
 #include "dialogs/HelpCommands.h"
+#include "dialogs/HelpHook.h"
 #include "dialogs/frmHelp.h"
 #include "platform/Files.h"
 #include "platform/Shell.h"
@@ -89,6 +90,9 @@ TEST(Help, EveryTopicOpensItsPage) {
   }
   wxLog::SetActiveTarget(pOld);
   EXPECT_EQ(aLog.GetBuffer(), "");
+  // As the dialogs ask for it.
+  EXPECT_TRUE(HelpHook::Show(HelpHook::lCookiesPage));
+  EXPECT_TRUE(Shows("options-cookies.html"));
   PressKey(*frmHelp::Window(), WXK_ESCAPE);
   EXPECT_TRUE(Until([] { return !frmHelp::Window(); }));
   HelpCommands::ShowContext(aProgram.Main(), HelpContext::lLogs);
