@@ -1,25 +1,27 @@
 #include "app/Commands.h"
 
 #include "app/frmAbout.h"
+#include "dialogs/ExchangeCommands.h"
 #include "dialogs/HelpCommands.h"
 #include "dialogs/LogCommands.h"
+#include "dialogs/SiteCommands.h"
 
 // The one place where a menu item meets its dialog: include the dialog's header, name its function here.
 // nullptr greys the item.
 Commands::Action Commands::ActionOf(int lCommand) {
   switch (lCommand) {
     case CommandNumber(MenuCommand::mF_NewAddress):
-      return nullptr;
+      return SiteCommands::NewAddress;
     case CommandNumber(MenuCommand::mF_Import):
-      return nullptr;
+      return ExchangeCommands::ImportList;
     case CommandNumber(MenuCommand::mF_Export):
-      return nullptr;
+      return ExchangeCommands::ExportList;
     case CommandNumber(MenuCommand::mE_EditAddress):
-      return nullptr;
+      return SiteCommands::EditAddress;
     case CommandNumber(MenuCommand::mE_DelAddress):
-      return nullptr;
+      return SiteCommands::DeleteAddress;
     case CommandNumber(MenuCommand::mE_Options):
-      return nullptr;
+      return SiteCommands::Options;
     case CommandNumber(MenuCommand::mnuLog_Open):
       return LogCommands::Open;
     case CommandNumber(MenuCommand::mnuLogs_ViewCur):

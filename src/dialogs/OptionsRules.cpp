@@ -23,6 +23,10 @@ Finding Found(std::int32_t lMessage) {
   return {LoadResString(lMessage)};
 }
 
+Finding FoundRelation(std::int32_t lMessage) {
+  return {LoadResString(lMessage), Buttons::OK, false, true};
+}
+
 Finding FoundPath(std::int32_t lMessage, const std::string& szPath, Buttons iButtons = Buttons::OK) {
   return {Text::Replace(LoadResString(lMessage), "%1", szPath), iButtons};
 }
@@ -69,11 +73,11 @@ Checks::Checks(const Form& aOpening) : lAcceptedFiles(Text::LeadingNumber(aOpeni
 Finding Checks::Leave(Field iField, Form& aForm) {
   switch (iField) {
     case Field::TimerInterval:
-      if (WarningIsGreater(aForm)) return Found(IDS_INTERVAL_RELATION);
+      if (WarningIsGreater(aForm)) return FoundRelation(IDS_INTERVAL_RELATION);
       return Bound(aForm.szTimerInterval, lLeastMinutes, lMostInterval) ? Found(IDS_INTERVAL_RANGE)
                                                                         : Finding{};
     case Field::TimerWarning:
-      if (WarningIsGreater(aForm)) return Found(IDS_WARNING_RELATION);
+      if (WarningIsGreater(aForm)) return FoundRelation(IDS_WARNING_RELATION);
       return Bound(aForm.szTimerWarning, lLeastMinutes, lMostWarning) ? Found(IDS_WARNING_RANGE) : Finding{};
     case Field::MgrEmail:
       if (aForm.szMgrEmail.empty() || (aForm.szMgrEmail.find('@') != std::string::npos &&

@@ -42,6 +42,8 @@ struct Finding {
   std::string szMessage;
   Buttons iButtons = Buttons::OK;
   bool bSelectAll = false;  // the field's text is to be selected
+  // The two timer fields disagree. Either of them may be the wrong one, so going to the other is allowed.
+  bool bRelation = false;
 };
 
 // One dialog's checks. It remembers what the operator has insisted on, so that nothing is asked twice.

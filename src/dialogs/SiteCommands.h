@@ -1,0 +1,14 @@
+// SiteCommands: the main window's commands that change one site, and the options. Each shows its dialog and
+// returns; the dialog does the rest.
+#pragma once
+
+class MainHost;
+
+namespace SiteCommands {
+
+void NewAddress(MainHost& aHost);
+void EditAddress(MainHost& aHost);
+void DeleteAddress(MainHost& aHost);
+void Options(MainHost& aHost);
+
+}  // namespace SiteCommands
