@@ -144,10 +144,7 @@ void frmAddress::txtURL_Change() {
   if (!aChange.bAgent) return;
   CallAfter([this] {
     if (Leaving() || !IsEnabled()) return;
-    new frmNotice(this, LoadResString(IDS_NO_AGENT), [this] {
-      txtURL->SetFocus();
-      txtURL->SetInsertionPointEnd();
-    });
+    new frmNotice(this, LoadResString(IDS_NO_AGENT), [this] { FocusAtEnd(txtURL); });
   });
 }
 

@@ -92,9 +92,16 @@ void frmDialog::DeliverSteps() {
 
 void frmDialog::SelectOnFocus(wxTextCtrl* pBox) {
   const auto bEntered = std::make_shared<bool>(false);
-  pBox->Bind(wxEVT_SET_FOCUS, [pBox](wxFocusEvent& aEvent) {
+  pBox->Bind(wxEVT_SET_FOCUS, [this, pBox](wxFocusEvent& aEvent) {
     aEvent.Skip();
-    pBox->SelectAll();
+    if (pBox == pAtEnd)
+      pBox->SetInsertionPointEnd();
+    else
+      pBox->SelectAll();
+  });
+  pBox->Bind(wxEVT_KILL_FOCUS, [this](wxFocusEvent& aEvent) {
+    aEvent.Skip();
+    pAtEnd = nullptr;
   });
   // A click sets the caret after the focus has come.
   pBox->Bind(wxEVT_LEFT_DOWN, [pBox, bEntered](wxMouseEvent& aEvent) {
@@ -106,6 +113,13 @@ void frmDialog::SelectOnFocus(wxTextCtrl* pBox) {
     if (*bEntered && !pBox->HasSelection()) pBox->SelectAll();
     *bEntered = false;
   });
+}
+
+// The focus comes only once the window manager has made the window active, and may come twice.
+void frmDialog::FocusAtEnd(wxTextCtrl* pBox) {
+  pBox->SetFocus();
+  pBox->SetInsertionPointEnd();
+  pAtEnd = pBox;
 }
 
 void frmDialog::Put(wxTextCtrl* pBox, const std::string& szText) {

@@ -46,7 +46,9 @@ class frmDialog : public wxDialog {
   void ClickWithoutCheck(wxButton* pButton);
 
   // Selects the whole text whenever the box gets the focus.
-  static void SelectOnFocus(wxTextCtrl* pBox);
+  void SelectOnFocus(wxTextCtrl* pBox);
+  // Gives the box the focus with the caret behind its text.
+  void FocusAtEnd(wxTextCtrl* pBox);
   // Puts another text into a box, without an event and with the caret where it was as far as possible.
   static void Put(wxTextCtrl* pBox, const std::string& szText);
   static std::string Get(const wxTextCtrl* pBox);
@@ -69,4 +71,5 @@ class frmDialog : public wxDialog {
   wxWindow* pFocused = nullptr;
   wxWindow* pPressed = nullptr;  // the button on which the mouse is down and that is clicked without a check
   std::vector<Step> aSteps;
+  wxTextCtrl* pAtEnd = nullptr;  // a box whose text is not selected when the focus comes
 };
