@@ -24,7 +24,8 @@ constexpr int lURLCharacters = 44;
 }  // namespace
 
 frmAddress::frmAddress(MainHost& aHost)
-    : frmDialog(aHost, AddressRules::AddressMode == 1 ? IDS_EDIT_SITE : IDS_NEW_SITE) {
+    : frmDialog(aHost, AddressRules::AddressMode == 1 ? IDS_EDIT_SITE : IDS_NEW_SITE,
+                HelpContext::lSiteEditor) {
   BuildControls();
   LayOut();
   ShowForm(AddressRules::OpeningForm());

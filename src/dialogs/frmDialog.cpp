@@ -11,9 +11,10 @@
 #include "resources/Images.h"
 #include "resources/TextGlue.h"
 
-frmDialog::frmDialog(MainHost& aHost, std::int32_t lTitle)
+frmDialog::frmDialog(MainHost& aHost, std::int32_t lTitle, std::int32_t lHelp)
     : wxDialog(aHost.Frame(), wxID_ANY, ResText(lTitle), wxDefaultPosition, wxDefaultSize,
                wxDEFAULT_DIALOG_STYLE),
+      lHelpContext(lHelp),
       Host(aHost),
       pDisabler(std::make_unique<MainDisabler>(aHost)) {
   SetIcons(Images::ProgramIcons());
@@ -21,12 +22,7 @@ frmDialog::frmDialog(MainHost& aHost, std::int32_t lTitle)
   Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent&) { Leave(); });
   Bind(wxEVT_CHILD_FOCUS, &frmDialog::Child_Focus, this);
   tmrLeave.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { DeliverSteps(); });
-  Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& aEvent) {
-    if (aEvent.GetKeyCode() != WXK_F1 || aEvent.HasAnyModifiers())
-      aEvent.Skip();
-    else if (!HelpHook::Show(lHelpContext))
-      wxBell();
-  });
+  HelpCommands::BindF1(*this, aHost, [this] { return lHelpContext; });
 }
 
 wxBoxSizer* frmDialog::MakeButtons() {

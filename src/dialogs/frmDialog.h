@@ -16,7 +16,7 @@
 #include <string>
 #include <vector>
 
-#include "dialogs/HelpHook.h"
+#include "dialogs/HelpCommands.h"
 #include "dialogs/MainHost.h"
 
 class wxBoxSizer;
@@ -27,10 +27,10 @@ class frmDialog : public wxDialog {
  public:
   wxButton* cmdOK = nullptr;
   wxButton* cmdCancel = nullptr;
-  std::int32_t lHelpContext = HelpHook::lContents;
+  std::int32_t lHelpContext;  // the topic that F1 opens
 
  protected:
-  frmDialog(MainHost& aHost, std::int32_t lTitle);
+  frmDialog(MainHost& aHost, std::int32_t lTitle, std::int32_t lHelp);
 
   // The row with OK and Cancel. Closing is dealt with here, OK is cmdOK_Click.
   wxBoxSizer* MakeButtons();

@@ -24,7 +24,7 @@ constexpr int lLogsTab = 2;
 }  // namespace
 
 frmOptions::frmOptions(MainHost& aHost, std::unique_ptr<AutoTimerHold> pHold)
-    : frmDialog(aHost, IDS_OPTIONS_TITLE),
+    : frmDialog(aHost, IDS_OPTIONS_TITLE, HelpContext::lTimer),
       pTimer(std::move(pHold)),
       lOpeningInterval(Settings.Interval),
       lOpeningWarning(Settings.Warning),
@@ -43,7 +43,6 @@ frmOptions::frmOptions(MainHost& aHost, std::unique_ptr<AutoTimerHold> pHold)
   cmdOK->SetDefault();
   ShowForm(OpeningForm());
   BindControls();
-  lHelpContext = HelpHook::lTimerPage;
   FocusOn(txtTimerInterval, true);
 }
 
@@ -68,7 +67,7 @@ void frmOptions::BindControls() {
 
 void frmOptions::tabOptions_Click() {
   if (Leaving()) return;
-  lHelpContext = HelpHook::lTimerPage + tabOptions->GetSelection();
+  lHelpContext = HelpContext::lTimer + tabOptions->GetSelection();
   switch (tabOptions->GetSelection()) {
     case 0:
       FocusOn(txtTimerInterval, true);
@@ -187,7 +186,7 @@ void frmOptions::FocusOn(wxTextCtrl* pBox, bool bSelectAll) {
   for (std::size_t i = 0; i < tabOptions->GetPageCount(); ++i) {
     if (!tabOptions->GetPage(i)->IsDescendant(pBox)) continue;
     tabOptions->ChangeSelection(i);
-    lHelpContext = HelpHook::lTimerPage + static_cast<std::int32_t>(i);
+    lHelpContext = HelpContext::lTimer + static_cast<std::int32_t>(i);
   }
   pBox->SetFocus();
   if (bSelectAll) pBox->SelectAll();

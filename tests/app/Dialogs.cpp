@@ -67,24 +67,24 @@ std::string TextOf(const wxTextCtrl* pBox) {
   return FromWx(pBox->GetValue());
 }
 
-Answers::Answers(std::vector<Reply> aReplies) : aOpenReplies(std::move(aReplies)) {
+Replies::Replies(std::vector<Reply> aReplies) : aLeft(std::move(aReplies)) {
   Register();
 }
 
-Answers::~Answers() {
+Replies::~Replies() {
   Unregister();
-  EXPECT_TRUE(aOpenReplies.empty()) << aOpenReplies.size() << " boxes were expected and did not come";
+  EXPECT_TRUE(aLeft.empty()) << aLeft.size() << " boxes were expected and did not come";
 }
 
-int Answers::Enter(wxDialog* pDialog) {
+int Replies::Enter(wxDialog* pDialog) {
   const auto* pBox = dynamic_cast<wxMessageDialog*>(pDialog);
   aTexts.push_back(pBox ? Box::Text(*pBox) : FromWx(pDialog->GetTitle()));
-  if (aOpenReplies.empty()) {
+  if (aLeft.empty()) {
     ADD_FAILURE() << "unexpected: " << aTexts.back();
     return wxID_CANCEL;
   }
-  const Reply aReply = aOpenReplies.front();
-  aOpenReplies.erase(aOpenReplies.begin());
+  const Reply aReply = aLeft.front();
+  aLeft.erase(aLeft.begin());
   if (pBox) return aReply.lButton;
   // GTK's choosers read the folder before they know the path.
   const auto Take = [&](auto* pChooser) {

@@ -34,17 +34,17 @@ void Type(const std::string& szLettersAndDigits);
 void Click(wxWindow* pControl);
 std::string TextOf(const wxTextCtrl* pBox);
 
-// Answers the boxes that wait, in order: a button's number, or a path for a file or folder window (empty: it
+// Replies the boxes that wait, in order: a button's number, or a path for a file or folder window (empty: it
 // is cancelled). One box too many is a failure.
-class Answers : public wxModalDialogHook {
+class Replies : public wxModalDialogHook {
  public:
   struct Reply {
     int lButton = wxID_OK;
     std::string szPath = {};
     std::function<void()> aThen = {};  // what happens while a file window is open
   };
-  explicit Answers(std::vector<Reply> aReplies);
-  ~Answers() override;
+  explicit Replies(std::vector<Reply> aReplies);
+  ~Replies() override;
   // What the boxes said: a message, with its second part after "|", or the title of a file window.
   std::vector<std::string> aTexts;
 
@@ -52,5 +52,5 @@ class Answers : public wxModalDialogHook {
   int Enter(wxDialog* pDialog) override;
 
  private:
-  std::vector<Reply> aOpenReplies;
+  std::vector<Reply> aLeft;
 };

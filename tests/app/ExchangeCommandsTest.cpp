@@ -22,7 +22,7 @@ TEST(Exchange, ExportCompletesTheNameAndAsksBeforeItReplaces) {
   const auto szChosen = aProgram.aHome.Path("mylist");
   const std::string szExists = szChosen + ".kvd already exists.\nDo you want to replace it?";
   const struct {
-    std::vector<Answers::Reply> aReplies;
+    std::vector<Replies::Reply> aReplies;
     Texts aTexts;
     const char* szBefore;
     bool bWritten;
@@ -38,14 +38,14 @@ TEST(Exchange, ExportCompletesTheNameAndAsksBeforeItReplaces) {
   for (const auto& aCase : aCases) {
     Files::Delete(szChosen + ".kvd");
     if (*aCase.szBefore) aProgram.aHome.Write("mylist.kvd", aCase.szBefore);
-    Answers aAnswers(aCase.aReplies);
+    Replies aAnswers(aCase.aReplies);
     aProgram.Run(MenuCommand::mF_Export);
     EXPECT_EQ(aAnswers.aTexts, aCase.aTexts);
     EXPECT_EQ(aProgram.aHome.Read("mylist.kvd"), aCase.bWritten ? szLines : aCase.szBefore);
   }
   EXPECT_EQ(Stored::Get(ProductKeys::szLastLoc, "imex"), aProgram.aHome.Folder());
   ASSERT_TRUE(Files::MakeFolder(aProgram.aHome.Path("folder.kvd")));
-  Answers aAnswers({{wxID_OK, aProgram.aHome.Path("folder")}, {wxID_OK}});
+  Replies aAnswers({{wxID_OK, aProgram.aHome.Path("folder")}, {wxID_OK}});
   aProgram.Run(MenuCommand::mF_Export);
   EXPECT_EQ(aAnswers.aTexts.at(1).find("The address list could not be exported to "), 0U);
 }
@@ -125,12 +125,12 @@ TEST(Exchange, ImportTakesGoodFilesAndRefusesTheRestWhole) {
   for (const auto& aCase : aCases) {
     Program aProgram(aCase.bEmptyList ? std::vector<SiteRecord>{} : std::vector<SiteRecord>{Site("a", 1, 1)});
     aProgram.aHome.Write("list.kvd", aCase.szBytes);
-    std::vector<Answers::Reply> aReplies = {{wxID_OK, aProgram.aHome.Path("list.kvd")}};
+    std::vector<Replies::Reply> aReplies = {{wxID_OK, aProgram.aHome.Path("list.kvd")}};
     for (const int lButton : aCase.aButtons)
       aReplies.push_back({lButton});
     Texts aTexts = {szOpen};
     aTexts.insert(aTexts.end(), aCase.aTexts.begin(), aCase.aTexts.end());
-    Answers aAnswers(aReplies);
+    Replies aAnswers(aReplies);
     aProgram.Run(MenuCommand::mF_Import);
     EXPECT_EQ(aAnswers.aTexts, aTexts) << aCase.szWhat;
     EXPECT_EQ(Stored::Urls(), aCase.szUrls) << aCase.szWhat;
@@ -140,7 +140,7 @@ TEST(Exchange, ImportTakesGoodFilesAndRefusesTheRestWhole) {
   Program aProgram;
   const auto szGone = aProgram.aHome.Path("gone.kvd");
   aProgram.aHome.Write("gone.kvd", "a");
-  Answers aAnswers({{wxID_OK, szGone, [&] { Files::Delete(szGone); }}, {wxID_OK}, {wxID_CANCEL}});
+  Replies aAnswers({{wxID_OK, szGone, [&] { Files::Delete(szGone); }}, {wxID_OK}, {wxID_CANCEL}});
   aProgram.Run(MenuCommand::mF_Import);
   aProgram.Run(MenuCommand::mF_Import);
   EXPECT_NE(aAnswers.aTexts.at(1).find("could not be read. The file is not imported."), std::string::npos);

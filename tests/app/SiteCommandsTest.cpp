@@ -16,7 +16,7 @@ TEST(SiteCommands, WithoutASelectionTheyRefuse) {
   for (const bool bEmpty : {true, false}) {
     Program aProgram(bEmpty ? std::vector<SiteRecord>{} : std::vector<SiteRecord>{Site("a")});
     aProgram.Main().lvwMain->SelectSlot(0);
-    Answers aAnswers({{wxID_OK}, {wxID_OK}});
+    Replies aAnswers({{wxID_OK}, {wxID_OK}});
     aProgram.Run(MenuCommand::mE_DelAddress);
     aProgram.Run(MenuCommand::mE_EditAddress);
     EXPECT_EQ(aAnswers.aTexts, (std::vector<std::string>{"No address selected.", "No address selected."}));
@@ -39,7 +39,7 @@ TEST(SiteCommands, DeleteAsksAndRenumbers) {
                 {2, wxID_YES, "b", "a d", "2"}};
   for (const auto& aCase : aCases) {
     aProgram.Main().lvwMain->SelectSlot(aCase.lSlot);
-    Answers aAnswers(std::vector<Answers::Reply>{{aCase.lAnswer}});
+    Replies aAnswers(std::vector<Replies::Reply>{{aCase.lAnswer}});
     aProgram.Run(MenuCommand::mE_DelAddress);
     EXPECT_EQ(aAnswers.aTexts.at(0), szQuestion + std::string("|http://") + aCase.szAsked);
     EXPECT_EQ(Stored::Urls(), aCase.szUrls);
@@ -53,7 +53,7 @@ TEST(SiteCommands, AFullListTakesNoMore) {
   Program aProgram;
   aSites.assign(1001, Site("x"));
   lSiteCount = 1000;
-  Answers aAnswers(std::vector<Answers::Reply>{{wxID_OK}});
+  Replies aAnswers(std::vector<Replies::Reply>{{wxID_OK}});
   aProgram.Run(MenuCommand::mF_NewAddress);
   EXPECT_EQ(aAnswers.aTexts.at(0), FromWx(ResText(IDS_LIST_FULL)));
   EXPECT_FALSE(Open<frmAddress>());
@@ -78,7 +78,7 @@ TEST(SiteCommands, KeysOpenTheDialogs) {
   ASSERT_TRUE(Until([] { return Open<frmOptions>(); }) && Focused(Open<frmOptions>()->txtTimerInterval));
   Key(WXK_ESCAPE);
   ASSERT_TRUE(Until([&] { return !Open<frmOptions>(); }) && Focused(aProgram.Main().lvwMain));
-  Answers aAnswers(std::vector<Answers::Reply>{{wxID_YES}});
+  Replies aAnswers(std::vector<Replies::Reply>{{wxID_YES}});
   Key(WXK_DELETE);
   EXPECT_TRUE(Until([] { return lSiteCount == 1; }));
 }

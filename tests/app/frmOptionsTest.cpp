@@ -34,12 +34,11 @@ TEST(Options, MailIsSetByKeyboardAlone) {
   Program aProgram;
   auto* pOptions = OpenOptions(aProgram);
   std::vector<std::int32_t> aTopics;
-  HelpHook::SetPresenter([&](std::int32_t lContext) { aTopics.push_back(lContext); });
-  Key(WXK_F1);
+  aTopics.push_back(pOptions->lHelpContext);
   Type("90");
   Key(WXK_PAGEDOWN, wxMOD_CONTROL);
   ASSERT_TRUE(Focused(pOptions->txtMgrName));
-  Key(WXK_F1);
+  aTopics.push_back(pOptions->lHelpContext);
   Type("Ann");
   Key(WXK_TAB);
   ASSERT_TRUE(Focused(pOptions->txtMgrEmail));
@@ -50,12 +49,11 @@ TEST(Options, MailIsSetByKeyboardAlone) {
   Type("2525");
   Key(WXK_PAGEDOWN, wxMOD_CONTROL);
   ASSERT_TRUE(Focused(pOptions->txtLogPath));
-  Key(WXK_F1);
+  aTopics.push_back(pOptions->lHelpContext);
   Key(WXK_PAGEDOWN, wxMOD_CONTROL);
   PumpFor(0.1);
-  Key(WXK_F1);
+  aTopics.push_back(pOptions->lHelpContext);
   EXPECT_EQ(aTopics, (std::vector<std::int32_t>{20001, 20002, 20003, 20004}));
-  HelpHook::SetPresenter({});
   pOptions->optCookieDisable->SetValue(true);
   Key(WXK_RETURN);
   ASSERT_TRUE(Closed(aProgram));
@@ -112,8 +110,8 @@ TEST(Options, LeavingAFieldChecksIt) {
     aCase.pLeft->SetFocus();
     PumpFor(0.05);
     aCase.pLeft->ChangeValue(ToWx(aCase.szTyped));
-    Answers aAnswers(aCase.szMessage.empty() ? std::vector<Answers::Reply>{}
-                                             : std::vector<Answers::Reply>{{aCase.lAnswer}});
+    Replies aAnswers(aCase.szMessage.empty() ? std::vector<Replies::Reply>{}
+                                             : std::vector<Replies::Reply>{{aCase.lAnswer}});
     aCase.pNext->SetFocus();
     PumpFor(0.1);
     EXPECT_EQ(aAnswers.aTexts, aCase.szMessage.empty() ? std::vector<std::string>{}
@@ -144,8 +142,8 @@ TEST(Options, OKShowsThePageThatFailsAndStoresNothing) {
   Program aProgram;
   auto* pOptions = OpenOptions(aProgram);
   pOptions->txtMgrName->ChangeValue("Ann");
-  const auto Press = [&](std::vector<Answers::Reply> aReplies) {
-    Answers aAnswers(std::move(aReplies));
+  const auto Press = [&](std::vector<Replies::Reply> aReplies) {
+    Replies aAnswers(std::move(aReplies));
     wxCommandEvent aClick(wxEVT_BUTTON, pOptions->cmdOK->GetId());
     pOptions->cmdOK->ProcessWindowEvent(aClick);
     return aAnswers.aTexts.empty() ? std::string() : aAnswers.aTexts.back();
@@ -174,7 +172,7 @@ TEST(Options, KeysThatAreNoDigitsAreTakenBack) {
   auto* pOptions = OpenOptions(aProgram);
   pOptions->txtTimerInterval->WriteText("1x");  // a bell
   EXPECT_EQ(TextOf(pOptions->txtTimerInterval), "60");
-  Answers aAnswers({{wxID_OK}, {wxID_OK}});
+  Replies aAnswers({{wxID_OK}, {wxID_OK}});
   pOptions->txtTimerWarning->WriteText("x");
   PumpFor(0.1);
   pOptions->txtMaxLogFiles->WriteText("-");
@@ -210,7 +208,7 @@ TEST(Options, LogControlsFollowThePeriod) {
   Click(pOptions->chkDiskMaxLogFiles);
   EXPECT_EQ(Enabled(), "11101");
   const auto szBefore = TextOf(pOptions->txtLogPath);
-  Answers aAnswers(std::vector<Answers::Reply>{{wxID_CANCEL}});
+  Replies aAnswers(std::vector<Replies::Reply>{{wxID_CANCEL}});
   Click(pOptions->cmdLogDirBrowse);
   EXPECT_EQ(TextOf(pOptions->txtLogPath), szBefore);
   EXPECT_EQ(aAnswers.aTexts.at(0), "Please select the folder to store the log files.");
