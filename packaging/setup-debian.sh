@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# setup-debian.sh build|test: installs what building, or building and testing, needs on Debian 12 or newer or
-# Ubuntu 24.04 or newer. Says what it installs; does nothing, and needs no network, when all is there.
+# setup-debian.sh build|test|windows: installs what building, or building and testing, or building for Windows and
+# testing that under Wine, needs on Debian 12 or newer or Ubuntu 24.04 or newer. Says what it installs; does nothing, and needs no network, when all is there.
 # KESTROVA_SKIP_SETUP=1 leaves the machine as it is.
 set -euo pipefail
 
@@ -14,6 +14,11 @@ build_packages=(
 )
 # A display without a screen, and on it a window manager, a tray and what looks at windows from outside.
 display_packages=(xvfb xauth metacity trayer xdotool imagemagick)
+# The cross compiler, the sources and headers that are built with it, Wine with its fonts, the installer's compiler.
+windows_packages=(
+  g++-mingw-w64-x86-64-posix libz-mingw-w64-dev googletest dpkg-dev make
+  wine wine64 fonts-wine fonts-liberation nsis
+)
 # Real servers that some tests talk to. Those tests say so and step aside where one is missing.
 server_packages=(nginx-light exim4-daemon-light)
 # A strict parser that one test reads the log page with; that test says so and steps aside where it is missing.
@@ -68,7 +73,8 @@ install_without_starting() {
 case "${1:-build}" in
   build) wanted=("${build_packages[@]}") servers=() ;;
   test) wanted=("${build_packages[@]}" "${display_packages[@]}") servers=("${server_packages[@]}" "${parser_packages[@]}") ;;
-  *) echo "usage: $0 build|test" >&2; exit 2 ;;
+  windows) wanted=("${build_packages[@]}" "${display_packages[@]}" "${windows_packages[@]}") servers=() ;;
+  *) echo "usage: $0 build|test|windows" >&2; exit 2 ;;
 esac
 
 if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
