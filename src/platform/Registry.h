@@ -6,6 +6,9 @@
 //
 // The file is $KESTROVA_REGISTRY, else ${XDG_DATA_HOME:-~/.local/share}/kestrova/registry.db, mode 0600. It
 // is opened at the first call, or by OpenStore. A committed value survives a kill at any moment.
+//
+// On Windows $KESTROVA_REGISTRY names a store beside the registry proper too: both roots then lie in a key of
+// that name below HKEY_CURRENT_USER\Software\Tamsel\Stores.
 #pragma once
 
 #include <cstdint>

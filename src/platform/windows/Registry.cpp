@@ -2,7 +2,9 @@
 
 #include <cstdlib>
 
+#include "platform/Text.h"
 #include "platform/windows/System.h"
+#include "resources/Strings.h"
 
 namespace {
 
@@ -10,108 +12,148 @@ constexpr REGSAM lFullAccess = 0x3F;
 constexpr char szProduct[] = "Software\\Tamsel\\Kestrova";
 constexpr char szStores[] = "Software\\Tamsel\\Stores\\";  // below HKEY_CURRENT_USER
 
+// Answered where access is refused: a key on which every call answers 5. No handle of the system's is odd.
+constexpr Registry::Key hRefused = 5;
+
 // Where the two roots lie: the system's own, or two keys of a store of its own.
 struct Roots {
   HKEY hUser = hSystemCurrentUser;
   HKEY hMachine = hSystemLocalMachine;
-  std::int32_t lCode = ERROR_SUCCESS;  // why a store of its own cannot be had
-  bool bOwn = false;
 };
 
-std::int32_t MakeRoot(const std::string& szPath, HKEY& hRoot) {
-  return RegCreateKeyExA(hSystemCurrentUser, szPath.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, lFullAccess,
-                         nullptr, &hRoot, nullptr);
-}
+Roots aRoots;
+bool bRootsKnown = false;
 
+// The store of its own that the environment names; empty for the system's registry itself.
 std::string OwnStore() {
   const char* szName = std::getenv("KESTROVA_REGISTRY");
   return szName && *szName ? szStores + std::string(szName) : "";
 }
 
-bool bRootsKnown = false;
-Roots aRoots;
+std::int32_t CreateKey(HKEY hKey, const std::string& szPath, REGSAM lAccess, HKEY& hResult) {
+  return RegCreateKeyExA(hKey, szPath.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, lAccess, nullptr,
+                         &hResult, nullptr);
+}
 
-Roots& GetRoots() {
+const Roots& GetRoots() {
   if (bRootsKnown) return aRoots;
   aRoots = {};
   bRootsKnown = true;
   if (const std::string szStore = OwnStore(); !szStore.empty()) {
-    aRoots = {nullptr, nullptr, ERROR_SUCCESS, true};
-    aRoots.lCode = MakeRoot(szStore + "\\HKEY_CURRENT_USER", aRoots.hUser);
-    if (aRoots.lCode == ERROR_SUCCESS)
-      aRoots.lCode = MakeRoot(szStore + "\\HKEY_LOCAL_MACHINE", aRoots.hMachine);
+    aRoots = {nullptr, nullptr};
+    CreateKey(hSystemCurrentUser, szStore + "\\HKEY_CURRENT_USER", lFullAccess, aRoots.hUser);
+    CreateKey(hSystemCurrentUser, szStore + "\\HKEY_LOCAL_MACHINE", lFullAccess, aRoots.hMachine);
   }
   return aRoots;
 }
 
-// nullptr for no key; the calls answer ERROR_INVALID_HANDLE to it.
-HKEY SystemKey(Registry::Key hKey) {
-  if (hKey == Registry::HKEY_CURRENT_USER) return GetRoots().hUser;
-  if (hKey == Registry::HKEY_LOCAL_MACHINE) return GetRoots().hMachine;
-  return reinterpret_cast<HKEY>(hKey);
-}
-
-// RegCloseKey of a predefined key would close a root that other calls still use.
 bool IsRoot(Registry::Key hKey) {
   return hKey == Registry::HKEY_CURRENT_USER || hKey == Registry::HKEY_LOCAL_MACHINE;
 }
 
+// What a call on hKey works on. 0, or the code to answer.
+std::int32_t Find(Registry::Key hKey, HKEY& hSystem) {
+  if (hKey == hRefused) return ERROR_ACCESS_DENIED;
+  hSystem = hKey == Registry::HKEY_CURRENT_USER    ? GetRoots().hUser
+            : hKey == Registry::HKEY_LOCAL_MACHINE ? GetRoots().hMachine
+                                                   : reinterpret_cast<HKEY>(hKey);
+  return hSystem ? ERROR_SUCCESS : ERROR_INVALID_HANDLE;
+}
+
+std::int32_t Opened(std::int32_t lCode, HKEY hSystem, Registry::Key& hResult) {
+  hResult = lCode == ERROR_SUCCESS ? reinterpret_cast<Registry::Key>(hSystem) : 0;
+  if (lCode == ERROR_ACCESS_DENIED) hResult = hRefused;
+  return lCode;
+}
+
+std::string Message(StringId lNumber, std::int32_t lCode) {
+  return Text::Replace(Text::Replace(LoadResString(lNumber), "%1", Registry::StoreName()), "%2",
+                       std::to_string(lCode));
+}
+
 }  // namespace
 
+// A standard account may read where it may not write: then its list is shown at least, and every write
+// answers 5.
 std::int32_t Registry::RegOpenKeyExA(Key hKey, const char* szPath, std::uint32_t lAccess, Key& hResult) {
+  HKEY hSystem = nullptr;
   HKEY hOpened = nullptr;
-  const LSTATUS lCode = ::RegOpenKeyExA(SystemKey(hKey), szPath, 0, lAccess, &hOpened);
-  hResult = lCode == ERROR_SUCCESS ? reinterpret_cast<Key>(hOpened) : 0;
-  return lCode;
+  std::int32_t lCode = Find(hKey, hSystem);
+  if (lCode == ERROR_SUCCESS) lCode = ::RegOpenKeyExA(hSystem, szPath, 0, lAccess, &hOpened);
+  if (lCode == ERROR_ACCESS_DENIED && hSystem)
+    lCode = ::RegOpenKeyExA(hSystem, szPath, 0, KEY_READ, &hOpened);
+  return Opened(lCode, hOpened, hResult);
 }
 
 std::int32_t Registry::RegCreateKeyExA(Key hKey, const char* szPath, std::uint32_t lAccess, Key& hResult) {
+  HKEY hSystem = nullptr;
   HKEY hOpened = nullptr;
-  const LSTATUS lCode = ::RegCreateKeyExA(SystemKey(hKey), szPath, 0, nullptr, REG_OPTION_NON_VOLATILE,
-                                          lAccess, nullptr, &hOpened, nullptr);
-  hResult = lCode == ERROR_SUCCESS ? reinterpret_cast<Key>(hOpened) : 0;
-  return lCode;
+  std::int32_t lCode = szPath ? Find(hKey, hSystem) : lInvalidParameter;
+  if (lCode == ERROR_SUCCESS) lCode = CreateKey(hSystem, szPath, lAccess, hOpened);
+  return Opened(lCode, hOpened, hResult);
 }
 
+// The roots stay open: every call uses them.
 std::int32_t Registry::RegCloseKey(Key hKey) {
-  return IsRoot(hKey) ? ERROR_SUCCESS : ::RegCloseKey(SystemKey(hKey));
+  HKEY hSystem = nullptr;
+  if (IsRoot(hKey) || hKey == hRefused) return ERROR_SUCCESS;
+  const std::int32_t lCode = Find(hKey, hSystem);
+  return lCode == ERROR_SUCCESS ? ::RegCloseKey(hSystem) : lCode;
 }
 
 std::int32_t Registry::RegQueryValueExA(Key hKey, const char* szName, std::uint32_t* pType, void* pData,
                                         std::uint32_t* pSize) {
+  HKEY hSystem = nullptr;
   DWORD lType = 0;
   DWORD lSize = pSize ? *pSize : 0;
-  const LSTATUS lCode =
-      ::RegQueryValueExA(SystemKey(hKey), szName, nullptr, &lType, static_cast<BYTE*>(pData), &lSize);
-  if (pType && (lCode == ERROR_SUCCESS || lCode == ERROR_MORE_DATA)) *pType = lType;
+  std::int32_t lCode = Find(hKey, hSystem);
+  if (lCode != ERROR_SUCCESS) return lCode;
+  lCode = ::RegQueryValueExA(hSystem, szName, nullptr, &lType, static_cast<BYTE*>(pData),
+                             pSize ? &lSize : nullptr);
+  if (lCode != ERROR_SUCCESS && lCode != ERROR_MORE_DATA) return lCode;
+  if (pType) *pType = lType;
   if (pSize) *pSize = lSize;
   return lCode;
 }
 
 std::int32_t Registry::RegSetValueExA(Key hKey, const char* szName, std::uint32_t lType, const void* pData,
                                       std::uint32_t lSize) {
-  return ::RegSetValueExA(SystemKey(hKey), szName, 0, lType, static_cast<const BYTE*>(pData), lSize);
+  HKEY hSystem = nullptr;
+  const std::int32_t lCode = Find(hKey, hSystem);
+  if (lCode != ERROR_SUCCESS) return lCode;
+  return ::RegSetValueExA(hSystem, szName, 0, lType, static_cast<const BYTE*>(pData), lSize);
 }
 
 std::int32_t Registry::RegDeleteKeyA(Key hKey, const char* szPath) {
-  return ::RegDeleteKeyA(SystemKey(hKey), szPath);
+  HKEY hSystem = nullptr;
+  const std::int32_t lCode = Find(hKey, hSystem);
+  return lCode == ERROR_SUCCESS ? ::RegDeleteKeyA(hSystem, szPath) : lCode;
 }
 
 std::int32_t Registry::RegDeleteValueA(Key hKey, const char* szName) {
-  return ::RegDeleteValueA(SystemKey(hKey), szName);
+  HKEY hSystem = nullptr;
+  const std::int32_t lCode = Find(hKey, hSystem);
+  return lCode == ERROR_SUCCESS ? ::RegDeleteValueA(hSystem, szName) : lCode;
 }
 
 std::int32_t Registry::RegEnumKeyA(Key hKey, std::uint32_t lIndex, char* szName, std::uint32_t lNameSize) {
-  return ::RegEnumKeyA(SystemKey(hKey), lIndex, szName, lNameSize);
+  HKEY hSystem = nullptr;
+  const std::int32_t lCode = Find(hKey, hSystem);
+  return lCode == ERROR_SUCCESS ? ::RegEnumKeyA(hSystem, lIndex, szName, lNameSize) : lCode;
 }
 
 std::int32_t Registry::RegEnumValueA(Key hKey, std::uint32_t lIndex, char* szName, std::uint32_t* pNameSize,
                                      std::uint32_t* pType, void* pData, std::uint32_t* pSize) {
+  HKEY hSystem = nullptr;
+  std::int32_t lCode = Find(hKey, hSystem);
+  if (lCode == ERROR_SUCCESS && (!szName || !pNameSize)) lCode = lInvalidParameter;
+  if (lCode != ERROR_SUCCESS) return lCode;
   DWORD lNameSize = *pNameSize;
   DWORD lType = 0;
   DWORD lSize = pSize ? *pSize : 0;
-  const LSTATUS lCode = ::RegEnumValueA(SystemKey(hKey), lIndex, szName, &lNameSize, nullptr, &lType,
-                                        static_cast<BYTE*>(pData), pSize ? &lSize : nullptr);
+  lCode = ::RegEnumValueA(hSystem, lIndex, szName, &lNameSize, nullptr, &lType, static_cast<BYTE*>(pData),
+                          pSize ? &lSize : nullptr);
+  if (lCode != ERROR_SUCCESS && lCode != ERROR_MORE_DATA) return lCode;
   *pNameSize = lNameSize;
   if (pType) *pType = lType;
   if (pSize) *pSize = lSize;
@@ -121,8 +163,27 @@ std::int32_t Registry::RegEnumValueA(Key hKey, std::uint32_t lIndex, char* szNam
 Registry::Transaction::Transaction() = default;
 Registry::Transaction::~Transaction() = default;
 
+std::int32_t Registry::Transaction::Commit() {
+  bEnded = true;
+  return lSuccess;
+}
+
+bool Registry::OpenStore(std::string& szMessage) {
+  szMessage.clear();
+  HKEY hSystem = nullptr;
+  HKEY hProduct = nullptr;
+  std::int32_t lCode = Find(HKEY_LOCAL_MACHINE, hSystem);
+  if (lCode == ERROR_SUCCESS) lCode = CreateKey(hSystem, szProduct, lFullAccess, hProduct);
+  if (lCode == ERROR_SUCCESS) {
+    ::RegCloseKey(hProduct);
+    return true;
+  }
+  szMessage = Message(lCode == ERROR_ACCESS_DENIED ? IDS_STORE_KEY_REFUSED : IDS_STORE_KEY_FAILED, lCode);
+  return false;
+}
+
 void Registry::CloseStore() {
-  if (aRoots.bOwn) {
+  if (bRootsKnown && aRoots.hUser != hSystemCurrentUser) {
     if (aRoots.hUser) ::RegCloseKey(aRoots.hUser);
     if (aRoots.hMachine) ::RegCloseKey(aRoots.hMachine);
   }
