@@ -6,6 +6,10 @@ target_include_directories(kestrova-wx SYSTEM INTERFACE ${wxWidgets_INCLUDE_DIRS
 target_compile_definitions(kestrova-wx INTERFACE ${wxWidgets_DEFINITIONS})
 target_compile_options(kestrova-wx INTERFACE ${wxWidgets_CXX_FLAGS})
 target_link_libraries(kestrova-wx INTERFACE ${wxWidgets_LIBRARIES})
+if(WIN32)
+  # wxWidgets brings in windows.h, whose macros would break the names of the registry seam: first and tamed.
+  target_compile_options(kestrova-wx INTERFACE "SHELL:-include platform/windows/System.h")
+endif()
 
 file(GLOB UI_SOURCES CONFIGURE_DEPENDS resources/*.cpp check/*.cpp dialogs/*.cpp)
 list(FILTER UI_SOURCES INCLUDE REGEX ${NEEDS_WINDOWS})

@@ -1,5 +1,6 @@
 // The main window's list: which sites it shows, and how the two filters are cycled.
 #include <wx/menu.h>
+#include <wx/panel.h>
 
 #include <memory>
 

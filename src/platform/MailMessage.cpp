@@ -148,7 +148,8 @@ std::string DateText(std::time_t lMoment) {
   const std::tm aUtc = *std::gmtime(&lMoment);
   const auto Minutes = [](const std::tm& aTime) {
     const auto aDay = year{aTime.tm_year + 1900} / (aTime.tm_mon + 1) / aTime.tm_mday;
-    return sys_days{aDay}.time_since_epoch().count() * 1440L + aTime.tm_hour * 60L + aTime.tm_min;
+    const auto lDays = static_cast<long>(sys_days{aDay}.time_since_epoch().count());
+    return lDays * 1440L + aTime.tm_hour * 60L + aTime.tm_min;
   };
   const auto lOffset = static_cast<long>(Minutes(aLocal) - Minutes(aUtc));
   static constexpr const char* aDays[] = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};

@@ -166,7 +166,9 @@ TEST_F(modAddressTest, MoreSitesThanTheListHoldsStayStored) {
   RebuildSiteIndex();
   EXPECT_EQ(LoadSites(false, false), 0);
   EXPECT_EQ(lSiteCount, lSiteCapacity);
-  EXPECT_EQ(aSites[10].URL + aSites[1000].URL, "site10site1000");
+  EXPECT_EQ(aSites[10].URL, "site10");
+  // Which one is left out follows from the order in which the system lists values.
+  EXPECT_TRUE(aSites[1000].URL == "site1000" || aSites[1000].URL == "site1001") << aSites[1000].URL;
   EXPECT_EQ(Get(SiteKey("site1001"), "Index"), "1001");
 }
 

@@ -22,12 +22,15 @@ TestHome::TestHome() {
   szFolder = aFolder.string();
   Registry::CloseStore();
   Environment::Set("KESTROVA_REGISTRY", Path("registry.db"));
+  Environment::RemoveStore();  // of an earlier run under the same number
   Environment::Set("KESTROVA_HOME", szFolder);
+  Environment::Set("LOCALAPPDATA", Path("data"));
   Environment::Set("XDG_DATA_HOME", Path("data"));
 }
 
 TestHome::~TestHome() {
   Registry::CloseStore();
+  Environment::RemoveStore();
   std::error_code aIgnored;
   fs::remove_all(szFolder, aIgnored);
 }

@@ -15,3 +15,6 @@ void Environment::Unset(const std::string& szName) {
 long Environment::ProcessNumber() {
   return getpid();
 }
+
+void Environment::RemoveStore() {
+}

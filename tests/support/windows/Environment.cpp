@@ -3,7 +3,9 @@
 #include <process.h>
 
 #include <cstdlib>
+#include <string_view>
 
+#include "platform/Registry.h"
 #include "platform/windows/System.h"
 
 // Both copies: the C library's own, which getenv reads, and the system's, which child programs inherit.
@@ -19,4 +21,16 @@ void Environment::Unset(const std::string& szName) {
 
 long Environment::ProcessNumber() {
   return _getpid();
+}
+
+// The key, and what was made above it as far as nothing else is there.
+void Environment::RemoveStore() {
+  constexpr std::string_view szRoot = "HKEY_CURRENT_USER\\";
+  std::string szKey = Registry::StoreName();
+  if (!szKey.starts_with(szRoot)) return;
+  szKey.erase(0, szRoot.size());
+  RegDeleteTreeA(hSystemCurrentUser, szKey.c_str());
+  while (RegDeleteKeyA(hSystemCurrentUser, szKey.c_str()) != ERROR_ACCESS_DENIED &&
+         szKey.find('\\') != std::string::npos)
+    szKey.erase(szKey.rfind('\\'));
 }
