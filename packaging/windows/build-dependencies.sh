@@ -69,7 +69,7 @@ build_curl() {
 }
 
 build_googletest() {
-  cross_cmake /usr/src/googletest -DBUILD_GMOCK=OFF -DINSTALL_GTEST=ON
+  cross_cmake /usr/src/googletest -DINSTALL_GTEST=ON
 }
 
 # The checks that run a program cannot run here; their answers are given.

@@ -17,8 +17,8 @@ set(CMAKE_AR ${_triplet}-gcc-ar-posix CACHE STRING "")
 set(CMAKE_RANLIB ${_triplet}-gcc-ranlib-posix CACHE STRING "")
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-static")
 
-# CMake reads this file again in a fresh scope for every compiler test; those tests need no libraries.
-if(NOT DEFINED KESTROVA_WINDOWS_PREFIX AND NOT CMAKE_PROJECT_NAME STREQUAL "CMAKE_TRY_COMPILE")
+list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES KESTROVA_WINDOWS_PREFIX)  # this file is read again in every compiler test
+if(NOT DEFINED KESTROVA_WINDOWS_PREFIX)
   execute_process(
     COMMAND ${CMAKE_CURRENT_LIST_DIR}/build-dependencies.sh --prefix
     OUTPUT_VARIABLE KESTROVA_WINDOWS_PREFIX
@@ -27,8 +27,12 @@ if(NOT DEFINED KESTROVA_WINDOWS_PREFIX AND NOT CMAKE_PROJECT_NAME STREQUAL "CMAK
   if(NOT _result EQUAL 0)
     message(FATAL_ERROR "The libraries for Windows are not built: run packaging/windows/build-dependencies.sh")
   endif()
-  set(KESTROVA_WINDOWS_PREFIX ${KESTROVA_WINDOWS_PREFIX} CACHE STRING "Prefixes of the libraries for Windows")
 endif()
+# What a build folder found in the prefixes stays in its cache.
+if(DEFINED CACHE{KESTROVA_USED_PREFIX} AND NOT "$CACHE{KESTROVA_USED_PREFIX}" STREQUAL "${KESTROVA_WINDOWS_PREFIX}")
+  message(FATAL_ERROR "The libraries for Windows have changed: configure anew, with cmake --fresh --preset windows")
+endif()
+set(KESTROVA_USED_PREFIX "${KESTROVA_WINDOWS_PREFIX}" CACHE INTERNAL "Prefixes of the libraries for Windows")
 
 # Headers and libraries come from these prefixes and the compiler's own folders only, never from /usr/include.
 set(CMAKE_FIND_ROOT_PATH ${KESTROVA_WINDOWS_PREFIX} /usr/${_triplet})
