@@ -168,6 +168,10 @@ std::int32_t Registry::Transaction::Commit() {
   return lSuccess;
 }
 
+void Registry::Transaction::Abandon() {
+  bEnded = true;
+}
+
 bool Registry::OpenStore(std::string& szMessage) {
   szMessage.clear();
   HKEY hSystem = nullptr;
