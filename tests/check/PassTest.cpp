@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <stdexcept>
 
 #include "check/Bench.h"
 #include "check/CookiePolicy.h"
@@ -219,6 +220,21 @@ TEST(Pass, AnEditedSiteIsNotJudgedByItsOldAddress) {
   EXPECT_EQ(b.Site(1).Status, 4);
   EXPECT_EQ(b.Site(2).Status, 1);
   EXPECT_EQ(b.Log().size(), 3U);
+}
+
+TEST(Pass, ASiteThatThrowsCostsTheNextOneNothing) {
+  Bench b;
+  b.Server.Serve("/1", aHang);
+  b.AddPaths(2);
+  b.View.OnPump = [&b, bThrown = false]() mutable {
+    if (b.Server.Count("/1") == 0 || bThrown) return;
+    bThrown = true;
+    throw std::runtime_error("window");
+  };
+  const Stopwatch aWatch;
+  b.Engine.mF_StartCheck_Click();
+  EXPECT_TRUE(b.Site(1).Status == 4 && b.Site(2).Status == 1 && b.Log().size() == 3);
+  EXPECT_LT(aWatch.Seconds(), 5);
 }
 
 TEST(Pass, TheUsersCookieValueIsNeverInvented) {

@@ -40,7 +40,7 @@ TEST(ListExchangeTest, ParsesALineLeniently) {
   for (const std::string& szNone :
        {std::string(228, 'k'), std::string(76, '\\') /* three bytes each in the key's name */, ","s,
         " , ,1,1,60"s, "a.test,1.2.3"s, "a.test,1.2.3.4.5"s, "a.test,1.2..4"s, "a.test,1.2.3.x"s,
-        "a.test,1.2.3.-4"s, "Name,Address,Interval"s, "a.te\x01st,,1,1,60"s, "a\0b"s, "a\rb"s})
+        "a.test,1.2.3.-4"s, "Name,Address,Interval"s, "a.te\x01st,,1,1,60"s, "a\0b"s, "a\rb"s, "a\x7F"s})
     EXPECT_FALSE(ParseLine(szNone, aRecord)) << szNone;
 }
 
@@ -67,7 +67,7 @@ TEST(ListExchangeTest, ReadsAFileOrSaysWhatIsWrong) {
       {std::string(17 * 1024 * 1024, '\n'), Reading::TooMany, 0, 0},
       {szFull, Reading::Fine, 1000, 0},
       {szFull + "more\r\n", Reading::TooMany, 0, 0},
-      {szFull + "more\r\n,", Reading::Corrupt, 0, 1002},
+      {szFull + "more\r\nmore\r\n,", Reading::Corrupt, 0, 1003},
       {Text::Replace(std::string(10001, 'x'), "x", "same\n"), Reading::TooMany, 0, 0},
   };
   for (const auto& aCase : aCases) {
