@@ -13,7 +13,7 @@
 namespace {
 
 constexpr int lImageTwips = 240;
-constexpr int lLeastShare = 80;  // of a column that shares what is left, device-independent
+constexpr int lLeastShare = 16;  // characters, of a column that shares what is left
 constexpr const char* aLights[] = {"Green", "Yellow", "Red", "Blank"};
 
 wxColour Between(const wxColour& aOne, const wxColour& aOther, double dPart) {
@@ -126,7 +126,8 @@ void VirtualTable::FitColumns() {
   }
   for (std::size_t i = 0; i < aColumns.size(); ++i) {
     const int lShare = aColumns[i].lShare;
-    const int lWidth = lShare > 0 ? std::max(FromDIP(lLeastShare), lLeft * lShare / lShares) : aWidths[i];
+    const int lWidth =
+        lShare > 0 ? std::max(GetCharWidth() * lLeastShare, lLeft * lShare / lShares) : aWidths[i];
     if (lvwRows->GetColumnWidth(static_cast<int>(i)) != lWidth)
       lvwRows->SetColumnWidth(static_cast<int>(i), lWidth);
   }
