@@ -16,8 +16,6 @@
 #include "app/modSysTray.h"
 #include "check/CookiePolicy.h"
 #include "check/Schedule.h"
-#include "dialogs/HelpCommands.h"
-#include "dialogs/HelpHook.h"
 #include "persistence/ProductKeys.h"
 #include "persistence/RegistryAccess.h"
 #include "persistence/Settings.h"
@@ -129,9 +127,6 @@ bool modMain::Main() {
     else
       ShowBox(szText);
   });
-  HelpHook::SetPresenter([](std::int32_t lContext) {
-    if (pMain) HelpCommands::ShowContext(*pMain, lContext);
-  });
   pInstance = std::make_unique<SingleInstance>();
   if (!pInstance->TryLock()) {
     ShowBox(LoadResString(IDS_ALREADY_STARTED));
@@ -150,7 +145,6 @@ void modMain::ShutDown() {
   bExitRequested = true;
   modSysTray::DeleteIcon();
   MsgBox_SetPresenter({});
-  HelpHook::SetPresenter({});
   if (pModals) pModals->Unregister();
   pModals.reset();
   CloseSplash();
