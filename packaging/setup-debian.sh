@@ -20,7 +20,7 @@ windows_packages=(
   wine wine64 fonts-wine fonts-liberation nsis
 )
 # Real servers that some tests talk to. Those tests say so and step aside where one is missing.
-server_packages=(nginx-light)
+server_packages=(nginx-light exim4-daemon-light)
 # A strict parser that one test reads the log page with; that test says so and steps aside where it is missing.
 parser_packages=(libxml2-utils)
 
