@@ -1,17 +1,12 @@
 #include <gtest/gtest.h>
 
 #include "dialogs/ListExchange.h"
-#include "platform/Files.h"
-#include "platform/Shell.h"
 #include "platform/Text.h"
 #include "support/Stored.h"
 #include "support/TestHome.h"
 
 using namespace ListExchange;
-using Stored::Get;
-using Stored::SiteKey;
 using Stored::Urls;
-
 using namespace std::string_literals;
 
 namespace {
@@ -24,7 +19,6 @@ std::string Shown(const SiteRecord& aRecord) {
 TEST(ListExchangeTest, ParsesALineLeniently) {
   const std::pair<std::string, const char*> aCases[] = {
       {"a.test,1.2.3.4,3,0,90", "a.test|1.2.3.4|3|0|90|"},
-      {"a.test", "a.test||1|0|60|"},
       {" a.test , 1.2.3.4 ,0,2,0", "a.test|1.2.3.4|1|1|60|"},
       {"a.test,,300,300,99999999999", "a.test||255|1|2147483647|"},
       {"a.test,,3x,1y,90 s,more,fields", "a.test||3|1|90|"},
@@ -57,8 +51,7 @@ TEST(ListExchangeTest, ReadsAFileOrSaysWhatIsWrong) {
     int lBadLine;
   } aCases[] = {
       {"", Reading::Fine, 0, 0},
-      {"a\r\n\r\n  \r\nb\r\n\r\n", Reading::Fine, 2, 0},
-      {"\xEF\xBB\xBFsite\nb", Reading::Fine, 2, 0},
+      {"\xEF\xBB\xBFsite\r\n\r\n  \nb", Reading::Fine, 2, 0},
       {"caf\xE9.test,,1,1,60\r\n", Reading::Fine, 1, 0},
       {"a\r\n\r\n,,1\r\nb\r\n", Reading::Corrupt, 0, 3},
       {"\xFF\xFEs\0,\0"s, Reading::Corrupt, 0, 1},
@@ -79,69 +72,32 @@ TEST(ListExchangeTest, ReadsAFileOrSaysWhatIsWrong) {
     EXPECT_EQ(aRecords.size(), aCase.lRecords);
     EXPECT_EQ(lBadLine, aCase.lBadLine);
   }
-  std::vector<SiteRecord> aRecords;
-  std::int32_t lBadLine = 0;
-  EXPECT_EQ(Read(aHome.Folder(), aRecords, lBadLine), Reading::Unreadable);
 }
 
-TEST(ListExchangeTest, ImportReplacesOrAddsAndKeepsTheOthers) {
+TEST(ListExchangeTest, ImportReplacesOrAddsAndExportWritesWhatImportReads) {
   for (const bool bReplace : {true, false}) {
     const TestHome aHome;
-    TestBoxes aBoxes;
     modAddress::WriteSiteRecord({"9.9.9.9", "B.test", 3, 1, 30, "remark"}, 1);
     modAddress::WriteSiteRecord({"", "kept", 1, 1, 30, "own"}, 2);
     modAddress::WriteSiteRecord({"", "x\\y", 1, 1, 30, "slash"}, 3);
     modAddress::RebuildSiteIndex();
     modAddress::LoadSites(true, true);
-    aHome.Write("list.kvd",
-                "z.test,,0,1,5000\r\nb.TEST,,4,0,90\r\na.test,1.2.3.4,3,1,10\r\nX%5Cy,,2,1,60\r\n");
     std::vector<SiteRecord> aRecords;
-    std::int32_t lBadLine = 0;
-    ASSERT_EQ(Read(aHome.Path("list.kvd"), aRecords, lBadLine), Reading::Fine);
-    std::vector<int> aDone;
-    Import(aRecords, bReplace, [&](std::int32_t lDone) { aDone.push_back(lDone); });
-    EXPECT_EQ(aDone, (std::vector<int>{1, 2, 3, 4}));
+    for (const char* szLine :
+         {"z.test,,0,1,5000", "b.TEST,,4,0,90", "a.test,1.2.3.4,3,1,10", "X%5Cy,,2,1,60"})
+      ASSERT_TRUE(ParseLine(szLine, aRecords.emplace_back()));
+    Import(aRecords, bReplace, {});
     // Numbered sites first, imported ones behind them as the exchange sort leaves them.
     EXPECT_EQ(Urls(), "kept b.TEST a.test X%5Cy z.test");
     EXPECT_EQ(Shown(aSites[1]), "kept||1|1|30|own");
-    EXPECT_EQ(Shown(aSites[3]), "a.test|1.2.3.4|3|1|10|Import New");
     EXPECT_EQ(Shown(aSites[2]), bReplace ? "b.TEST||4|0|90|Import Replace" : "b.TEST||4|0|90|remark");
+    EXPECT_EQ(Shown(aSites[3]), "a.test|1.2.3.4|3|1|10|Import New");
     EXPECT_EQ(Shown(aSites[5]), "z.test||1|1|1800|Import New");
-    EXPECT_EQ(Get(ProductKeys::szAddressKey, "Domain5"), "z.test");
-    EXPECT_EQ(Get(SiteKey("z.test"), "Index"), "5");
-    EXPECT_TRUE(aBoxes.aTexts.empty());
+    EXPECT_TRUE(Export(aHome.Path("list.kvd"), {}));
+    EXPECT_EQ(
+        aHome.Read("list.kvd"),
+        "kept,,1,1,30\r\nb.TEST,,4,0,90\r\na.test,1.2.3.4,3,1,10\r\nX%5Cy,,2,1,60\r\nz.test,,1,1,1800\r\n");
   }
-}
-
-TEST(ListExchangeTest, ExportWritesWhatImportReads) {
-  const TestHome aHome;
-  const auto szFile = aHome.Path("list.kvd");
-  modAddress::WriteSiteRecord({"1.2.3.4", " a.test/x?y=1 ", 3, 1, 1800, "not exported"}, 1);
-  modAddress::WriteSiteRecord({"", "b\\c", 2, 0, 5, ""}, 2);
-  modAddress::RebuildSiteIndex();
-  modAddress::LoadSites(false, false);
-  aSites[2].Status = 2;
-  EXPECT_TRUE(Export(szFile, {}));
-  EXPECT_EQ(aHome.Read("list.kvd"), "a.test/x?y=1,1.2.3.4,4,1,1800\r\nb\\c,,2,0,5\r\n");
-  EXPECT_FALSE(Export(aHome.Path("missing") + Files::chSeparator + "list.kvd", {}));
-  std::vector<SiteRecord> aRecords;
-  std::int32_t lBadLine = 0;
-  ASSERT_EQ(Read(szFile, aRecords, lBadLine), Reading::Fine);
-  EXPECT_EQ(Shown(aRecords.at(1)), "b\\c||2|0|5|");
-}
-
-TEST(ListExchangeTest, NamesAndFolders) {
-  const TestHome aHome;
-  const TestClock aClock(JoinDateTime({2026, 11, 21, 23, 59, 59}));
-  EXPECT_EQ(DefaultFileName(), "KVList-20261121.kvd");
-  EXPECT_EQ(CompleteFileName("my.KVD") + CompleteFileName("kvd"), "my.KVDkvd.kvd");
-  const auto szFirst = StartFolder();
-  ASSERT_TRUE(Files::MakeFolder(aHome.Path("lists")));
-  RememberFolder(aHome.Path("lists") + Files::chSeparator + "a.kvd");
-  EXPECT_EQ(StartFolder(), aHome.Path("lists"));
-  EXPECT_EQ(Get(ProductKeys::szLastLoc, "imex"), aHome.Path("lists"));
-  RememberFolder(aHome.Path("gone") + Files::chSeparator + "a.kvd");
-  EXPECT_EQ(StartFolder(), szFirst);
 }
 
 }  // namespace
