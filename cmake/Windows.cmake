@@ -57,6 +57,7 @@ target_link_libraries(KVTour PRIVATE kestrova-ui kestrova-flags)
 
 add_executable(LogView WIN32 logview/main.cpp)
 target_link_libraries(LogView PRIVATE kestrova-ui kestrova-flags)
+add_dependencies(LogView help-book)
 
 # What the About box names.
 set(LIBRARIES "wxWidgets ${wxWidgets_VERSION_STRING}, libcurl ${CURL_VERSION_STRING}")

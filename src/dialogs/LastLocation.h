@@ -5,6 +5,9 @@
 
 namespace LastLocation {
 
+// Where pages and tables made of a log go; the monitor and the log viewer share it.
+inline constexpr char szPages[] = "hmlg";
+
 // The remembered folder; the desktop where none is remembered or it is gone; the home folder where there is
 // no desktop either.
 std::string StartFolder(const char* szValue);

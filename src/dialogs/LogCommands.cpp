@@ -20,7 +20,6 @@
 
 namespace {
 
-constexpr char szFolderValue[] = "hmlg";
 constexpr char szPageEnding[] = ".htm";
 
 bool Ask(MainHost& aHost, std::int32_t lText) {
@@ -49,7 +48,7 @@ std::string ChooseLog(MainHost& aHost) {
 // replace the log, and for one that had to be completed and then names a file that is there, so that the
 // dialog itself asks before that file is replaced.
 std::string ChoosePage(MainHost& aHost, const std::string& szLog) {
-  wxFileName aName(ToWx(LastLocation::StartFolder(szFolderValue)),
+  wxFileName aName(ToWx(LastLocation::StartFolder(LastLocation::szPages)),
                    ToWx("KV_Log-" + FormatDay(Clock::Now()) + szPageEnding));
   for (;;) {
     wxFileDialog aDialog(aHost.Frame(), ResText(IDS_SAVE_HTML_TITLE), aName.GetPath(), aName.GetFullName(),
@@ -64,7 +63,7 @@ std::string ChoosePage(MainHost& aHost, const std::string& szLog) {
     }
     if (bCompleted && aName.FileExists()) continue;
     const auto szPage = FromWx(aName.GetFullPath());
-    LastLocation::Remember(szFolderValue, szPage);
+    LastLocation::Remember(LastLocation::szPages, szPage);
     return szPage;
   }
 }

@@ -11,6 +11,7 @@
 #include <algorithm>
 
 #include "log/LogWords.h"
+#include "logview/TextStyle.h"
 #include "platform/Text.h"
 #include "resources/TextGlue.h"
 
@@ -20,10 +21,20 @@ constexpr std::size_t lMostSites = 1000;  // in the choice; more would take seco
 constexpr std::size_t lMostSiteBytes = 60;
 constexpr int lWordsDelay = 250;  // milliseconds after the last key
 
-const std::vector<VirtualTable::Column> aEntryColumns = {
-    {IDS_LOG_COL_TIME, "12/30/2000 12:00:00 AM"}, {IDS_VIEW_COL_RESULT, "MM Switched off"},
-    {IDS_LOG_COL_ADDRESS, nullptr, 35},           {IDS_LOG_COL_ANSWER, nullptr, 35},
-    {IDS_LOG_COL_SECONDS, nullptr, 0, true},      {IDS_LOG_COL_REMARKS, nullptr, 30}};
+const std::vector<VirtualTable::Column> aEntryColumns = {{IDS_LOG_COL_TIME, "12/30/2000 12:00:00 AM"},
+                                                         {IDS_VIEW_COL_RESULT, "MM Switched off"},
+                                                         {IDS_LOG_COL_ADDRESS, "10 Down, 1 Failed once", 35},
+                                                         {IDS_LOG_COL_ANSWER, nullptr, 35},
+                                                         {IDS_LOG_COL_SECONDS, nullptr, 0, true},
+                                                         {IDS_LOG_COL_REMARKS, nullptr, 30}};
+
+// A round's count stands before its name: what is on the right is cut first when the window is narrow.
+LogColumn Shown(LogColumn iColumn, LogRows::Kind iKind) {
+  if (iKind != LogRows::Kind::Round) return iColumn;
+  return iColumn == LogColumn::Address  ? LogColumn::Answer
+         : iColumn == LogColumn::Answer ? LogColumn::Address
+                                        : iColumn;
+}
 
 }  // namespace
 
@@ -33,7 +44,7 @@ EntriesPage::EntriesPage(wxWindow* pParent) : wxPanel(pParent) {
                                    wxSP_LIVE_UPDATE | wxSP_NOBORDER);
   lvwEntries = new VirtualTable(pSplitter, aEntryColumns);
   lvwEntries->Cell = [this](std::size_t lRow, int iColumn) {
-    return aRows.Cell(lRow, static_cast<LogColumn>(iColumn));
+    return aRows.Cell(lRow, Shown(static_cast<LogColumn>(iColumn), aRows.KindOf(lRow)));
   };
   lvwEntries->LightOf = [this](std::size_t lRow, int iColumn) { return LightOf(lRow, iColumn); };
   lvwEntries->StyleOf = [this](std::size_t lRow) {
@@ -312,9 +323,9 @@ void EntriesPage::ShowDetails() {
   const long lFocus = lvwEntries->Focused();
   txtDetails->Freeze();
   txtDetails->Clear();
-  const wxTextAttr aPlain(wxNullColour, wxNullColour, GetFont());
-  const wxTextAttr aBold(wxNullColour, wxNullColour, GetFont().Bold());
-  const wxTextAttr aEmphasis(wxNullColour, wxNullColour, GetFont().Bold().Italic());
+  const auto aPlain = IndentedText(GetFont());
+  const auto aBold = IndentedText(GetFont().Bold());
+  const auto aEmphasis = IndentedText(GetFont().Bold().Italic());
   if (lFocus >= 0 && static_cast<std::size_t>(lFocus) < aRows.Count())
     for (const auto& aDetail : aRows.Details(static_cast<std::size_t>(lFocus))) {
       txtDetails->SetDefaultStyle(aBold);

@@ -10,6 +10,7 @@
 
 #include "log/LogWords.h"
 #include "logview/StripView.h"
+#include "logview/TextStyle.h"
 #include "logview/VirtualTable.h"
 #include "platform/WindowScale.h"
 #include "resources/Images.h"
@@ -178,8 +179,8 @@ void SummaryPage::ShowFacts() {
   txtFacts->Freeze();
   const auto lTop = txtFacts->GetInsertionPoint();
   txtFacts->Clear();
-  const wxTextAttr aPlain(wxNullColour, wxNullColour, GetFont());
-  const wxTextAttr aBold(wxNullColour, wxNullColour, GetFont().Bold());
+  const auto aPlain = IndentedText(GetFont());
+  const auto aBold = IndentedText(GetFont().Bold());
   txtFacts->SetDefaultStyle(aPlain);
   if (pSummary) {
     for (const auto& szSentence : LogWords::Lead(*pSummary))

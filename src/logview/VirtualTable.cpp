@@ -88,7 +88,8 @@ VirtualTable::VirtualTable(wxWindow* pParent, const std::vector<Column>& aColumn
   pOuter->Add(pixHint, wxSizerFlags(1).Expand());
   SetSizer(pOuter);
 
-  Bind(wxEVT_SIZE, [this](wxSizeEvent& aEvent) {
+  // The list's own size: it gets none while the hint stands in its place.
+  lvwRows->Bind(wxEVT_SIZE, [this](wxSizeEvent& aEvent) {
     aEvent.Skip();
     CallAfter([this] { FitColumns(); });
   });
@@ -126,8 +127,8 @@ void VirtualTable::FitColumns() {
   }
   for (std::size_t i = 0; i < aColumns.size(); ++i) {
     const int lShare = aColumns[i].lShare;
-    const int lWidth =
-        lShare > 0 ? std::max(GetCharWidth() * lLeastShare, lLeft * lShare / lShares) : aWidths[i];
+    const int lLeast = aColumns[i].szSample ? aWidths[i] : GetCharWidth() * lLeastShare;
+    const int lWidth = lShare > 0 ? std::max(lLeast, lLeft * lShare / lShares) : aWidths[i];
     if (lvwRows->GetColumnWidth(static_cast<int>(i)) != lWidth)
       lvwRows->SetColumnWidth(static_cast<int>(i), lWidth);
   }

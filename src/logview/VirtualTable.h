@@ -16,8 +16,8 @@ class VirtualTable : public wxPanel {
  public:
   struct Column {
     std::int32_t lTitle;
-    const char* szSample = nullptr;  // as wide as this text; nullptr: a share of what is left over
-    int lShare = 0;
+    const char* szSample = nullptr;  // as wide as this text, at least
+    int lShare = 0;                  // of what is left over; 0: no wider than the sample
     bool bRight = false;
   };
   enum class Style { Plain, Heading, Aside };

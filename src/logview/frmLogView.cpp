@@ -9,6 +9,7 @@
 
 #include <algorithm>
 
+#include "dialogs/frmHelp.h"
 #include "log/LogCsv.h"
 #include "log/LogHtml.h"
 #include "log/LogWords.h"
@@ -25,7 +26,7 @@ namespace {
 
 constexpr int lFirstWidth = 17400;  // twips
 constexpr int lFirstHeight = 12600;
-constexpr int lLeastWidth = 7200;
+constexpr int lLeastWidth = 10200;
 constexpr int lLeastHeight = 6000;
 constexpr int lFollowMilliseconds = 1000;
 // A summary that takes long to make is made less often: at most this share of the time is spent on it.
@@ -62,6 +63,10 @@ frmLogView::frmLogView() : wxFrame(nullptr, wxID_ANY, ResText(IDS_VIEW_TITLE)) {
   ShowCounts();
   EnableCommands();
   pixEntries->lvwEntries->List()->SetFocus();
+}
+
+frmLogView::~frmLogView() {
+  if (frmHelp::Window()) frmHelp::Window()->Destroy();
 }
 
 void frmLogView::BuildPages() {

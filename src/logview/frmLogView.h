@@ -22,6 +22,7 @@ class wxNotebook;
 class frmLogView : public wxFrame {
  public:
   frmLogView();
+  ~frmLogView() override;  // the help window goes with it
 
   // Files and folders as one history. False, after a message, when nothing of it can be shown; what was shown
   // before stays.
@@ -57,6 +58,7 @@ class frmLogView : public wxFrame {
     mV_Rounds,
     mV_Follow,
     mV_ReadAgain,
+    mH_Topics,
     lEnd
   };
   void RunCommand(Command iCommand);
@@ -81,6 +83,7 @@ class frmLogView : public wxFrame {
   bool RunFileCommand(Command iCommand);
   bool RunViewCommand(Command iCommand);
   void RunEntriesCommand(Command iCommand);
+  void ShowHelp();
   void SelectAll();
   void OpenRecent(std::int32_t lDays);
   void AskForFolder();

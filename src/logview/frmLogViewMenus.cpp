@@ -9,12 +9,16 @@
 #include <wx/textctrl.h>
 #include <wx/textentry.h>
 
+#include "dialogs/HelpCommands.h"
+#include "dialogs/LastLocation.h"
+#include "dialogs/frmHelp.h"
 #include "log/LogSummaryText.h"
 #include "log/LogWords.h"
 #include "logview/EntriesPage.h"
 #include "logview/LogFiles.h"
 #include "logview/SummaryPage.h"
 #include "logview/frmLogView.h"
+#include "persistence/modBasic.h"
 #include "platform/Clock.h"
 #include "resources/TextGlue.h"
 
@@ -62,6 +66,7 @@ const Item aView[] = {{Command::mV_Entries, IDS_VIEW_PAGE_ENTRIES, "Ctrl+1"},
                       {Command::mV_Rounds, IDS_VIEW_ROUNDS, "Ctrl+G", wxITEM_CHECK},
                       {Command::mV_Follow, IDS_VIEW_FOLLOW, "Ctrl+T", wxITEM_CHECK},
                       {Command::mV_ReadAgain, IDS_VIEW_READ_AGAIN, "F5"}};
+const Item aHelp[] = {{Command::mH_Topics, IDS_HELP_TOPICS, "F1"}};
 
 template <std::size_t lCount>
 wxMenu* BuildMenu(const Item (&aItems)[lCount]) {
@@ -94,6 +99,7 @@ void frmLogView::BuildMenus() {
   pBar->Append(BuildMenu(aFile), ResText(IDS_VIEW_MENU_FILE));
   pBar->Append(BuildMenu(aEdit), ResText(IDS_VIEW_MENU_EDIT));
   pBar->Append(BuildMenu(aView), ResText(IDS_VIEW_MENU_VIEW));
+  pBar->Append(BuildMenu(aHelp), ResText(IDS_MENU_HELP));
   pBar->Check(static_cast<int>(Command::mV_Rounds), true);
   pBar->Check(static_cast<int>(Command::mV_Follow), true);
   SetMenuBar(pBar);
@@ -179,6 +185,9 @@ bool frmLogView::RunViewCommand(Command iCommand) {
     case Command::mV_ReadAgain:
       if (pHistory) ReadAgain();
       return true;
+    case Command::mH_Topics:
+      ShowHelp();
+      return true;
     default:
       return false;
   }
@@ -231,6 +240,11 @@ std::string frmLogView::CopyText() const {
   return szRows.empty() && pSummary ? LogSummaryText::Compose(*pSummary) : szRows;
 }
 
+void frmLogView::ShowHelp() {
+  if (!frmHelp::ShowTopic(this, modBasic::ProgramFile("Kestrova.hlp"), HelpContext::lViewer))
+    Say(IDS_HELP_MISSING, {});
+}
+
 std::string frmLogView::StartFolder() const {
   return aOpened.empty() ? LogFiles::MonitorFolder() : LogFiles::FolderOf(aOpened.front());
 }
@@ -266,7 +280,8 @@ void frmLogView::OpenRecent(std::int32_t lDays) {
 // is replaced.
 void frmLogView::AskForTarget(bool bPage) {
   const wxString szEnding = bPage ? "htm" : "csv";
-  wxFileName aName(ToWx(StartFolder()), ToWx("KV_Log-" + FormatDay(Clock::Now())), szEnding);
+  wxFileName aName(ToWx(LastLocation::StartFolder(LastLocation::szPages)),
+                   ToWx("KV_Log-" + FormatDay(Clock::Now())), szEnding);
   for (bool bAgain = true; bAgain;) {
     wxFileDialog aDialog(this, ResText(bPage ? IDS_VIEW_PAGE_TITLE : IDS_VIEW_TABLE_TITLE), aName.GetPath(),
                          aName.GetFullName(), ResText(bPage ? IDS_VIEW_PAGE_FILTER : IDS_VIEW_TABLE_FILTER),
@@ -278,6 +293,7 @@ void frmLogView::AskForTarget(bool bPage) {
     bAgain = bAgain && aName.FileExists();
   }
   const auto szPath = FromWx(aName.GetFullPath());
+  LastLocation::Remember(LastLocation::szPages, szPath);
   if (bPage)
     SavePage(szPath);
   else

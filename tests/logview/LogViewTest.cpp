@@ -5,7 +5,10 @@
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
 
+#include <filesystem>
+
 #include "app/Program.h"
+#include "dialogs/frmHelp.h"
 #include "logview/EntriesPage.h"
 #include "logview/LogFiles.h"
 #include "logview/LogView.h"
@@ -13,6 +16,7 @@
 #include "logview/SummaryPage.h"
 #include "logview/frmLogView.h"
 #include "resources/TextGlue.h"
+#include "support/ChildProcess.h"
 #include "support/LogWeek.h"
 
 namespace {
@@ -221,4 +225,14 @@ TEST(LogView, NothingGivenOffersToOpenALog) {
         iCommand != Command::mF_Exit)
       aViewer.pWindow->RunCommand(iCommand);
   EXPECT_EQ(aViewer.pWindow->History(), nullptr);
+}
+
+TEST(LogView, F1OpensTheBookAtTheViewerAndSaysWhenItIsMissing) {
+  Viewer aViewer({{"a.kvl", Week()}}, {"a.kvl"});
+  aViewer.pWindow->RunCommand(Command::mH_Topics);
+  EXPECT_TRUE(aViewer.aBoxes.aTexts.at(0).starts_with("Unable to open the Kestrova Help file."));
+  const auto aBuilt = std::filesystem::path(ChildProcess::BuiltProgram("LogView")).parent_path();
+  std::filesystem::copy_file(aBuilt / "Kestrova.hlp", aViewer.aHome.Path("Kestrova.hlp"));
+  aViewer.pWindow->RunCommand(Command::mH_Topics);
+  EXPECT_TRUE(Until([] { return frmHelp::Window() && frmHelp::Window()->Page() == "logs.html"; }));
 }

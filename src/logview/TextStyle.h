@@ -1,0 +1,12 @@
+// TextStyle: how running text looks beside the tables.
+#pragma once
+
+#include <wx/textctrl.h>
+
+// Set off from the edge of the box, and the rest of a broken line further in.
+inline wxTextAttr IndentedText(const wxFont& aFont) {
+  wxTextAttr aStyle(wxNullColour, wxNullColour, aFont);
+  aStyle.SetLeftIndent(20, 40);  // tenths of a millimetre
+  aStyle.SetRightIndent(20);
+  return aStyle;
+}
