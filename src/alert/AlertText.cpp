@@ -21,7 +21,10 @@ constexpr std::size_t lMostBytes = 1024 * 1024;
 constexpr int lMostReplacements = 10'000;
 
 std::string MessageFile(const std::string& szName) {
-  return Shell::ProgramFolder() + Files::chSeparator + "Messages" + Files::chSeparator + szName;
+  const std::string szBelow = std::string{Files::chSeparator} + "Messages" + Files::chSeparator + szName;
+  // The folder of an installed program is not the operator's to edit.
+  std::string szOwn = Shell::UserDataFolder() + szBelow;
+  return Files::FileExists(szOwn) ? szOwn : Shell::ProgramFolder() + szBelow;
 }
 
 std::string ReadTemplate(const std::string& szFile) {

@@ -1,5 +1,6 @@
-// AlertText: what an alert says. A template file beside the program comes first, then the built-in table;
-// then the placeholders are filled and the lines wrapped at 76 characters.
+// AlertText: what an alert says. A template file comes first, then the built-in table; then the placeholders
+// are filled and the lines wrapped at 76 characters. A file in the folder Messages of the user's data folder
+// stands in for the one of that name beside the program.
 #pragma once
 
 #include <cstdint>

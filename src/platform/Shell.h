@@ -9,6 +9,8 @@ namespace Shell {
 
 // The executable's folder, or $KESTROVA_HOME where set; without a trailing separator, except for a root.
 std::string ProgramFolder();
+// The program folder is kept by the system's package manager; nothing may be added to it, even by root.
+bool ProgramFolderIsPackaged();
 // The user's own folder for the program's data (logs where the program folder cannot be written).
 std::string UserDataFolder();
 // The user's home folder, the last resort for a file dialog.

@@ -3,6 +3,7 @@
 
 #include "alert/AlertBench.h"
 #include "alert/modBackUpEmailContent.h"
+#include "platform/Shell.h"
 #include "support/Environment.h"
 
 namespace {
@@ -130,6 +131,23 @@ TEST_F(AlertTextTest, FilesComeFirstAndAPostscriptFollowsAnIPCheck) {
   EXPECT_EQ(Compose("404"), szMost);
   aHome.Write("Messages/DT_OK.txt", szMost + "x");
   EXPECT_THROW(Compose("404"), AlertAbandoned);
+}
+
+TEST_F(AlertTextTest, TheOperatorsOwnFileStandsInForTheOneOfItsName) {
+  const auto WriteOwn = [this](const std::string& szName, const std::string& szText) {
+    aHome.Write(Shell::UserDataFolder().substr(aHome.Folder().size() + 1) + "/Messages/" + szName, szText);
+  };
+  aHome.Write("Messages/HTTP-404.txt", "shipped 404");
+  aHome.Write("Messages/Unknown.txt", "shipped");
+  aHome.Write("Messages/DT_OK.txt", "shipped ok");
+  WriteOwn("Unknown.txt", "own");
+  WriteOwn("DT_OK.txt", "own ok");
+  EXPECT_EQ(Compose("404"), "shipped 404");
+  EXPECT_EQ(Compose("418"), "own");
+  CheckedByIP(true);
+  EXPECT_EQ(Compose("418"), "own\r\n\r\nown ok");
+  WriteOwn("HTTP-404.txt", "");  // emptied, not missing
+  EXPECT_EQ(Compose("404"), "\r\n\r\nown ok");
 }
 
 TEST_F(AlertTextTest, TheShippedTemplatesReadWell) {

@@ -5,6 +5,7 @@
 
 #include "persistence/Settings.h"
 #include "platform/Files.h"
+#include "platform/Shell.h"
 #include "support/Environment.h"
 #include "support/Stored.h"
 #include "support/TestHome.h"
@@ -48,8 +49,8 @@ TEST(SettingsTest, FirstStartMakesTheDefaults) {
   Environment::Set("KESTROVA_HOME", aHome.Path("file"));  // where no log can be: the user's own folder
   Start();
   EXPECT_EQ(Settings.AllowType, 1);
-  EXPECT_TRUE(Settings.LogPath.ends_with("Logs") && Files::FolderExists(Settings.LogPath))
-      << Settings.LogPath;
+  EXPECT_EQ(Settings.LogPath, Shell::UserDataFolder() + Files::chSeparator + "Logs");
+  EXPECT_TRUE(Files::FolderExists(Settings.LogPath));
   EXPECT_EQ(Stored::Get(szLog, "LogPath"), Settings.LogPath);
   EXPECT_EQ(IntervalMinutes() * 100 + WarningMinutes(), 6015);
   Settings.Interval = -3;  // an unchecked dialog

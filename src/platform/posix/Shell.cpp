@@ -95,6 +95,10 @@ std::string Shell::ProgramFolder() {
   return lLength > 0 ? Folder({aPath.data(), static_cast<std::size_t>(lLength)}) : "/";
 }
 
+bool Shell::ProgramFolderIsPackaged() {
+  return ProgramFolder().starts_with("/usr/") && !ProgramFolder().starts_with("/usr/local/");
+}
+
 std::string Shell::UserDataFolder() {
   return UserFolders::Data() + "/kestrova";
 }

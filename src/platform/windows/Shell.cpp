@@ -55,6 +55,11 @@ std::string Shell::ProgramFolder() {
   return WithoutTrailingSeparator(szPath);
 }
 
+// Who may write to "Program Files" is asked of the file system.
+bool Shell::ProgramFolderIsPackaged() {
+  return false;
+}
+
 std::string Shell::UserDataFolder() {
   return UserFolder("LOCALAPPDATA", LocalDataFolder) + "\\Kestrova";
 }

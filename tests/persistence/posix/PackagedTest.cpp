@@ -1,0 +1,25 @@
+// A program that the system's package manager has installed.
+#include <gtest/gtest.h>
+
+#include "persistence/Settings.h"
+#include "platform/Files.h"
+#include "platform/Shell.h"
+#include "support/Environment.h"
+#include "support/TestHome.h"
+
+namespace {
+
+TEST(PackagedTest, KeepsItsLogsOutOfTheProgramFolderEvenForRoot) {
+  const TestHome aHome;
+  Settings = {};
+  const std::string szPackaged = "/usr/lib/kestrova-test";
+  Environment::Set("KESTROVA_HOME", szPackaged);
+  LoadSettings();
+  EXPECT_EQ(Settings.LogPath, Shell::UserDataFolder() + "/Logs");
+  EXPECT_TRUE(Files::FolderExists(Settings.LogPath));
+  EXPECT_FALSE(Files::FolderExists(szPackaged));
+  Environment::Set("KESTROVA_HOME", "/usr/local/kestrova");
+  EXPECT_FALSE(Shell::ProgramFolderIsPackaged());
+}
+
+}  // namespace
