@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::string_view szLineEnd = "\r\n";
 constexpr std::size_t lColumns = 76;
-constexpr std::size_t lMostBytes = 1024 * 1024;
+constexpr std::size_t lMostBytes = std::size_t{1024} * 1024;
 constexpr int lMostReplacements = 10'000;
 
 std::string MessageFile(const std::string& szName) {

@@ -47,10 +47,10 @@ frmMain::~frmMain() = default;
 void frmMain::Form_Load() {
   modAddress::RebuildSiteIndex();
   modAddress::LoadSites(false, false);
-  Display_lvwMainEx(0);
+  frmMain::Display_lvwMainEx(0);
   Check_MnuView();
   for (const int iPanel : {1, 2, 3})
-    ShowPanel(iPanel, "");
+    frmMain::ShowPanel(iPanel, "");
 }
 
 void frmMain::EnableTimers() {

@@ -63,7 +63,7 @@ std::string GetResponseCode(const std::string& szHeader) {
   if (lProtocol == std::string::npos) return "0";
   const std::size_t lBlank = szHeader.find(' ', lProtocol);
   if (lBlank == std::string::npos) return "0";
-  const std::string szCode = szHeader.substr(lBlank + 1, 3);
+  std::string szCode = szHeader.substr(lBlank + 1, 3);
   // As a number a code loses its leading zeros; then it is no longer three characters long.
   if (szCode.size() != 3 || !Text::IsDigits(szCode) || szCode.front() == '0') return "0";
   return szCode;

@@ -150,7 +150,7 @@ Verdict Check(Form& aForm, SiteRecord& aRecord) {
     aForm.szURL.swap(szIP);
     aForm.aOctets = {};
   }
-  const auto aVerdict = CheckURL(aForm.szURL);
+  auto aVerdict = CheckURL(aForm.szURL);
   if (!aVerdict.szMessage.empty()) return aVerdict;
   aRecord = {};
   aRecord.URL = aForm.szURL;
