@@ -7,6 +7,5 @@
 inline wxTextAttr IndentedText(const wxFont& aFont) {
   wxTextAttr aStyle(wxNullColour, wxNullColour, aFont);
   aStyle.SetLeftIndent(20, 40);  // tenths of a millimetre
-  aStyle.SetRightIndent(20);
   return aStyle;
 }

@@ -1,5 +1,6 @@
 #include "logview/frmLogView.h"
 
+#include <wx/dcclient.h>
 #include <wx/infobar.h>
 #include <wx/msgdlg.h>
 #include <wx/notebook.h>
@@ -261,12 +262,26 @@ void frmLogView::ShowNotice() {
     Tell({}, false);
 }
 
+// The bar breaks no lines: a path too long for the narrowest window would push its close button out of it.
+// Such a path gets a line of its own, cut in the middle; the tip has it in full.
+wxString frmLogView::FittedNotice() {
+  wxString szShown = ToWx(szNotice);
+  wxClientDC aDC(this);
+  aDC.SetFont(GetFont());
+  const int lRoom = GetMinSize().x - 6 * GetCharHeight();
+  if (const auto lCut = szShown.rfind(": "); lCut != wxString::npos && aDC.GetTextExtent(szShown).x > lRoom)
+    szShown.replace(lCut + 1, 1, "\n");
+  return wxControl::EscapeMnemonics(
+      wxControl::Ellipsize(szShown, aDC, wxELLIPSIZE_MIDDLE, lRoom, wxELLIPSIZE_FLAGS_NONE));
+}
+
 void frmLogView::Tell(const std::string& szText, bool bWarning) {
   szNotice = szText;
   if (szText.empty())
     pNotice->Dismiss();
   else
-    pNotice->ShowMessage(ToWxLabel(szText), bWarning ? wxICON_WARNING : wxICON_INFORMATION);
+    pNotice->ShowMessage(FittedNotice(), bWarning ? wxICON_WARNING : wxICON_INFORMATION);
+  pNotice->SetToolTip(ToWx(szText));
 }
 
 void frmLogView::Say(std::int32_t lText, const std::string& szValue) {

@@ -102,6 +102,7 @@ class frmLogView : public wxFrame {
   void ShowNotice();
   void ShowTitle();
   void Say(std::int32_t lText, const std::string& szValue);
+  wxString FittedNotice();
   void Tell(const std::string& szText, bool bWarning);
   void EnableCommands();
 
