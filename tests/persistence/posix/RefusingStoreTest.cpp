@@ -25,24 +25,4 @@ TEST(RefusingStoreTest, AnswersFiveAndTheListSaysSo) {
   EXPECT_TRUE(Settings.Interval == 60 && Settings.Warning == 15 && !Settings.LogPath.empty());
 }
 
-// The order in which values are written, which the store keeps when it lists them.
-TEST(WriteOrderTest, OfSettingsAndSites) {
-  const TestHome aHome;
-  using namespace ProductKeys;
-  for (const char* szKey : {szTimer, szManager, szLog})
-    RegistryAccess::RegCreatePath(Stored::hRoot, szKey);
-  SaveSettings({30, 10, "e", "n", "s", 26, "p", 2, 1, 9, 0, 2});
-  Stored::PutSite("a", 4);
-  const std::pair<std::string, std::vector<std::string>> aCases[] = {
-      {szTimer, {"Interval=30", "Warning=10"}},
-      {szManager, {"Email=e", "Name=n", "SMTP=s", "SMTPPort=26"}},
-      {szLog, {"LogPeriod=2", "LogPath=p", "MaxLogFiles=9", "DiskLogMaxFiles=1", "DiskLogDisabled=0"}},
-      {szAllowCookie, {}},  // its key is missing
-      {Stored::SiteKey("a"),
-       {"Index=4", "URL=a", "IP=", "Comments=old", "Enabled=1", "Status=3", "Timeout=60"}}};
-  for (const auto& [szKey, aValues] : aCases)
-    EXPECT_EQ(Stored::Values(szKey), aValues) << szKey;
-  EXPECT_EQ(Settings.AllowType, 2);
-}
-
 }  // namespace
