@@ -18,7 +18,7 @@ constexpr std::size_t lLines = 1'000'000;
 const std::string& LongLog() {
   static const TestHome aHome;
   static const std::string szPath = [] {
-    aHome.Write("long.kvl", LogWeek::Long(lLines));
+    aHome.Write("long.kvl", LogWeek::Long(lLines / 52));
     return aHome.Path("long.kvl");
   }();
   return szPath;

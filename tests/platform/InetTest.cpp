@@ -52,8 +52,6 @@ std::vector<OddAnswer> OddAnswers() {
   using namespace Fault;
   const std::string szOk = "HTTP/1.1 200 OK\r\n", szLine = "HTTP/1.1 200 OK";
   const std::string szChunked = szOk + "Transfer-Encoding: chunked\r\n\r\n";
-  const std::string szMuch =
-      Text::Replace(std::string(1500, 'x'), "x", "X-Fill: " + std::string(80, 'y') + "\r\n");
   const Step aFill = Endless("X-Fill: xxxxxxxxxxxxxxxxxxxxxxxx\r\n");
   std::vector<OddAnswer> aRows = {
       {Ok(), szLine},
@@ -61,14 +59,9 @@ std::vector<OddAnswer> OddAnswers() {
       {{Send("HTTP/1.1 103 Early\r\nA: b\r\n\r\nHTTP/1.1 404 No\r\n\r\n")}, "HTTP/1.1 404 No"},
       {{Send("HTTP/1.1 101 Switch\r\n\r\nxx"), Delay(300)}, "HTTP/1.1 101 Switch"},
       {{Send("220 mail ESMTP\r\n"), Hang()}, ""},
-      {{Send("HTTP/1.0 200 OK\nA: b\n\nbody")}, "HTTP/1.0 200 OK\nA: b\n"},
-      {{Drip(szOk + "Content-Length: 2\r\n\r\nab", 1)}, szLine},
       {{Send(szOk + "\r\n" + std::string(50000, 'b')), HalfClose()}, szLine},
-      {{Send(szOk + szMuch + "\r\n")}, szLine},  // more than is kept
       {{}, "", 52},
-      {{Send("HTTP/1.1 20")}, "", 52},
       {{Send(szOk + "Content-Ty")}, szLine, 18},
-      {{Send(szOk + "Content-Type: a/b\r\n")}, szLine, 18},
       {{Send(szOk + "Content-Length: 100\r\n\r\nabc")}, std::nullopt, 18},
       {{Send(szChunked + "zz\r\n")}, std::nullopt, 56},
       {{Reset()}, std::nullopt, lAny},
@@ -80,19 +73,17 @@ std::vector<OddAnswer> OddAnswers() {
   };
   // What is no HTTP is an answer without a header.
   for (const std::string& szFirst :
-       {"<html>hello</html>"s, "\r\n" + szOk, " " + szOk, "HTTP/1.1 abc\r\n"s, "HTTP/1.1 20 OK\r\n"s,
-        "HTTP/1.1 099 OK\r\n"s, "HTTP/1.1 000 OK\r\n"s, "HTTP/1.1 2000 OK\r\n"s, "HTTP/1.1 200 O\0K\r\n"s})
+       {"<html>hello</html>"s, "\r\n" + szOk, "HTTP/1.1 abc\r\n"s, "HTTP/1.1 099 OK\r\n"s,
+        "HTTP/1.1 2000 OK\r\n"s, "HTTP/1.1 200 O\0K\r\n"s})
     aRows.push_back({{Send(szFirst + "\r\n")}, ""});
   // What follows the first line does not change it: no redirect, no later line that looks like one.
   for (const std::string& szAnswer :
-       {"HTTP/1.1 101 Switch\r\nUpgrade: x\r\n\r\n"s, "HTTP/1.1 103 Hints\r\n\r\n"s,
-        "HTTP/1.1 103 Hints\r\n\r\nSSH-2.0-x\r\n\r\n"s, "HTTP/1.1 600 X\r\n\r\n"s, "HTTP/1.1 999 X\r\n\r\n"s,
-        "http/1.1 404 Not Found\r\n\r\n"s, "HTTP/1.1 200\r\n\r\n"s, szOk + "HTTP/1.1 500: x\r\n\r\n",
+       {"HTTP/1.1 103 Hints\r\n\r\nSSH-2.0-x\r\n\r\n"s, "HTTP/1.1 999 X\r\n\r\n"s,
+        "http/1.1 404 Not Found\r\n\r\n"s, "HTTP/1.1 200\r\n\r\n"s,
         szChunked + "0\r\nHTTP/1.1 500: x\r\n\r\n", "HTTP/1.1 302 Found\r\nLocation: /else\r\n\r\n"s})
     aRows.push_back({{Send(szAnswer)}, szAnswer.substr(0, szAnswer.find("\r\n"))});
   for (const std::string& szField : {"nonsense"s, "A: \0"s, "Content-Length: -1"s})
     aRows.push_back({{Send(szOk + szField + "\r\n\r\n")}, std::nullopt, 8});
-  aRows.push_back({{Send(szOk + " folded: 1\r\n\r\n")}, std::nullopt, 43});
   return aRows;
 }
 
@@ -143,16 +134,6 @@ TEST(Inet, ConnectionsThatDoNotStand) {
       EXPECT_EQ(aClient.aStates, aCase.aStates) << szURL;
       EXPECT_TRUE(aClient.GetHeader().empty() && !aClient.TimedOut());
     }
-  aClient.Get("http://::1/");
-  EXPECT_NE(aClient.ResponseCode(), 3) << "a bare IPv6 address is an address";
-  // A request that cannot even start is reported as late as any other: never from within Execute.
-  aClient.aStates.clear();
-  for (const char* szVerb : {"GET", "DELETE"}) {
-    aClient.Execute("http://", szVerb);
-    EXPECT_TRUE(aClient.aStates.empty() && aClient.StillExecuting());
-    aClient.Poll(0);
-    EXPECT_EQ(std::exchange(aClient.aStates, {}), States{11});
-  }
 }
 
 // All at once, so that the wait is one limit long.
@@ -245,7 +226,7 @@ TEST(Inet, HandlersMayStartRequestsAndThrow) {
 }
 
 TEST(Inet, WhatIsAsked) {
-  FaultServer aServer, aProxy;
+  FaultServer aServer;
   Client aClient;
   const std::pair<const char*, const char*> aCases[] = {
       {"", "/"},
@@ -258,52 +239,11 @@ TEST(Inet, WhatIsAsked) {
     EXPECT_EQ(aClient.Get(aServer.URL(szURL)), 12) << szURL;
     EXPECT_EQ(aServer.Requests().back().szPath, szAsked);
   }
-  const std::string szHead = aServer.Requests().back().szHead;
-  EXPECT_NE(szHead.find("Host: " + aServer.Address() + "\r\n"), std::string::npos);
-  EXPECT_EQ(szHead.find("Accept-Encoding"), std::string::npos);
-  Environment::Set("http_proxy", aProxy.URL(""));
+  EXPECT_EQ(aServer.Requests().back().szHead.find("Accept-Encoding"), std::string::npos);
+  Environment::Set("http_proxy", aServer.URL(""));
   EXPECT_EQ(aClient.Get("http://somewhere.invalid/x"), 12);
-  EXPECT_EQ(aProxy.Requests().back().szPath, "http://somewhere.invalid/x");
-  Environment::Set("no_proxy", "127.0.0.1");
-  EXPECT_EQ(aClient.Get(aServer.URL("/direct")), 12);
-  EXPECT_EQ(aServer.Count("/direct"), 1u);
-  Environment::Unset("no_proxy");
+  EXPECT_EQ(aServer.Requests().back().szPath, "http://somewhere.invalid/x");
   Environment::Unset("http_proxy");
-}
-
-TEST(Inet, Cookies) {
-  FaultServer aServer;
-  aServer.Serve("/set", {Fault::Send("HTTP/1.1 200 OK\r\nSet-Cookie: a=1\r\nContent-Length: 0\r\n\r\n")});
-  Client aClient;
-  const auto Sent = [&](bool bReceiveFirst) {
-    if (bReceiveFirst) aClient.Get(aServer.URL("/set"));
-    aClient.Get(aServer.URL("/"));
-    return aServer.Requests().back().szHead.find("Cookie: a=1") != std::string::npos;
-  };
-  EXPECT_FALSE(Sent(true)) << "none are kept unless told";
-  aClient.AcceptCookies(true);
-  EXPECT_FALSE(Sent(false));
-  EXPECT_TRUE(Sent(true));
-  aClient.ForgetCookies();
-  EXPECT_FALSE(Sent(false));
-  EXPECT_TRUE(Sent(true));
-  aClient.AcceptCookies(false);
-  aClient.AcceptCookies(true);
-  EXPECT_FALSE(Sent(false)) << "refusing forgets";
-}
-
-// A slow server must neither keep the caller busy nor, once it answers, waiting.
-TEST(Inet, PollWaitsAndWakes) {
-  FaultServer aServer;
-  aServer.Serve("/slow", {Fault::Delay(300), Fault::Send("HTTP/1.1 200 OK\r\n\r\n")});
-  Client aClient;
-  const Stopwatch aWatch;
-  int lPolls = 0;
-  aClient.Execute(aServer.URL("/slow"), "GET");
-  for (; aClient.StillExecuting(); ++lPolls)
-    aClient.Poll(5000);
-  EXPECT_LT(lPolls, 20);
-  EXPECT_LT(aWatch.Seconds(), 2);
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// FaultServer: a web server on 127.0.0.1 that answers as it is told, rightly or wrongly. One thread of its
-// own serves any number of connections; the destructor stops it at once, whatever it is doing.
+// FaultServer: a web server on 127.0.0.1 that answers as it is told, rightly or wrongly. Each
+// connection has a thread of its own; the destructor stops all at once, whatever they are doing.
 //
 // An answer is a list of steps, done in order once the request's header is in; after the last one the
 // connection is closed. Answers are chosen by the request's path:
@@ -13,21 +13,18 @@
 // All members may be called from any thread, at any time.
 #pragma once
 
-#include <chrono>
 #include <condition_variable>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
-#include <list>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <string>
-#include <thread>
 #include <utility>
 #include <vector>
 
-#include "support/Sockets.h"
+#include "support/TalkServer.h"
 
 namespace Fault {
 
@@ -48,7 +45,7 @@ Step Endless(const std::string& szBytes);  // again and again until the client g
 inline const auto Delay = [](std::int32_t lMilliseconds) {
   return Step{Step::Kind::Delay, {}, lMilliseconds};
 };
-inline const auto Hang = [] { return Step{Step::Kind::Hang, {}}; };  // nothing more until the client goes
+inline const auto Hang = [] { return Step{Step::Kind::Hang, {}, -1}; };  // nothing more until the client goes
 // The client reads the end, the connection stays open for the next step.
 inline const auto HalfClose = [] { return Step{Step::Kind::HalfClose, {}}; };
 inline const auto Reset = [] { return Step{Step::Kind::Reset, {}}; };  // ends with a reset
@@ -63,12 +60,9 @@ class FaultServer {
  public:
   // Port 0: the system chooses. Throws std::runtime_error when the port cannot be had.
   explicit FaultServer(std::uint16_t iPort = 0);
-  ~FaultServer();
-  FaultServer(const FaultServer&) = delete;
-  FaultServer& operator=(const FaultServer&) = delete;
 
-  std::uint16_t Port() const { return iPort; }
-  std::string Address() const { return "127.0.0.1:" + std::to_string(iPort); }
+  std::uint16_t Port() const { return aServer.Port(); }
+  std::string Address() const { return "127.0.0.1:" + std::to_string(Port()); }
   std::string URL(const std::string& szPath) const { return "http://" + Site(szPath); }
   // The same without the scheme, as a site list has it.
   std::string Site(const std::string& szPath) const { return Address() + szPath; }
@@ -87,47 +81,34 @@ class FaultServer {
   std::size_t Count() const { return Locked(lCount); }  // also counts what KeepRequests(false) lets go
   std::size_t Count(const std::string& szPath) const;
   void KeepRequests(bool bKeep);  // a benchmark that watches memory keeps none
-  std::size_t OpenConnections() const { return Locked(lOpen); }
+  std::size_t OpenConnections() const { return aServer.Open(); }
   // True once so many requests have come in all; false when the time ran out first.
   bool WaitForRequests(std::size_t lCount, std::int32_t lMilliseconds = 5000) const;
   // True once every client has gone.
-  bool WaitUntilIdle(std::int32_t lMilliseconds = 5000) const;
+  bool WaitUntilIdle(std::int32_t lMilliseconds = 5000) const { return aServer.WaitUntilIdle(lMilliseconds); }
 
   // A port of 127.0.0.1 on which nothing listens.
   static std::uint16_t RefusingPort();
 
  private:
-  using Moment = std::chrono::steady_clock::time_point;
   using SharedAnswer = std::shared_ptr<const Fault::Answer>;
-  struct Connection;
 
   template <typename Value>
   Value Locked(const Value& aValue) const {
     const std::lock_guard aGuard(aLock);
     return aValue;
   }
-  void Run();
-  std::int32_t CollectWatches(std::vector<Sockets::Watch>& aWatches) const;
-  void AcceptAll();
-  bool Attend(Connection& aConnection, bool bReadable);
-  bool ReadRequest(Connection& aConnection);
-  bool Advance(Connection& aConnection);
-  bool DoStep(Connection& aConnection, const Fault::Step& aStep, bool& bDone);
+  void Talk(TalkServer::Client& aClient);
+  static bool Do(const Fault::Step& aStep, TalkServer::Client& aClient);
   SharedAnswer Choose(const std::string& szPath);
 
-  std::uint16_t iPort;
-  Sockets::Handle hListener;
-  Sockets::Bell aBell;
-  mutable std::mutex aLock;  // guards all below but aConnections, which is the thread's own
+  mutable std::mutex aLock;  // guards the rest
   mutable std::condition_variable aChanged;
-  bool bStop = false;
   bool bKeepRequests = true;
   std::map<std::string, std::deque<SharedAnswer>> aAnswers;
   std::vector<Request> aRequests;
   std::size_t lCount = 0;
-  std::size_t lOpen = 0;
-  std::list<Connection> aConnections;
-  std::thread aThread;
+  TalkServer aServer;  // the last, so that it goes before what its threads use
 };
 
 // A port whose connections never stand: the queue of waiting connections is full and nobody accepts. A

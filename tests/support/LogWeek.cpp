@@ -3,9 +3,8 @@
 namespace LogWeek {
 
 Script& Script::Start(bool bManual) {
-  szText +=
-      std::string("[START CHECK: ") + (bManual ? "MANUAL" : "AUTO") + " - " + FormatGeneral(dtNow) + "]\r\n";
-  return *this;
+  return Raw("[START CHECK: " + std::string(bManual ? "MANUAL" : "AUTO") + " - " + FormatGeneral(dtNow) +
+             "]\r\n");
 }
 
 Script& Script::Entry(const std::string& szAddress, const std::string& szStatus, int lClass,
@@ -18,11 +17,6 @@ Script& Script::Entry(const std::string& szAddress, const std::string& szStatus,
 
 Script& Script::Raw(const std::string& szBytes) {
   szText += szBytes;
-  return *this;
-}
-
-Script& Script::End() {
-  szText += "[END CHECK]\r\n";
   return *this;
 }
 
@@ -99,18 +93,16 @@ std::string Text() {
   return aScript.Text();
 }
 
-std::string Long(std::size_t lLines) {
+std::string Long(std::size_t lPasses) {
   Script aScript(JoinDateTime({2024, 1, 1, 0, 0, 0}));
-  for (std::size_t lLine = 0, lPass = 0; lLine < lLines; ++lPass) {
+  for (std::size_t lPass = 0; lPass < lPasses; ++lPass) {
     aScript.Start();
-    for (std::size_t lSite = 0; lSite < 50 && lLine + lSite + 2 < lLines; ++lSite) {
+    for (std::size_t lSite = 0; lSite < 50; ++lSite) {
       const auto szSite = "site" + std::to_string(lSite) + ".example.com/index.html";
       const auto lPhase = (lPass + lSite * 37) % 400;
-      lPhase < 3 ? aScript.Entry("http://" + szSite, "503 Service Unavailable", lPhase == 0 ? 4 : 2)
-                 : aScript.Up(szSite);
+      lPhase == 0 ? aScript.Warn(szSite) : lPhase < 3 ? aScript.Down(szSite) : aScript.Up(szSite);
     }
     aScript.End().After(30);
-    lLine += 52;
   }
   return aScript.Text();
 }

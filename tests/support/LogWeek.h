@@ -1,9 +1,8 @@
 // Check logs made up for tests, in exactly the form the writer gives them.
 #pragma once
 
-#include <cstdint>
+#include <cstddef>
 #include <string>
-#include <vector>
 
 #include "platform/DateTime.h"
 
@@ -21,7 +20,7 @@ class Script {
   Script& Warn(const std::string& szSite) { return Entry("http://" + szSite, "404 File Not Found", 4); }
   Script& Down(const std::string& szSite) { return Entry("http://" + szSite, "404 File Not Found", 2); }
   Script& Raw(const std::string& szBytes);
-  Script& End();
+  Script& End() { return Raw("[END CHECK]\r\n"); }
   Script& After(double dMinutes);
   DateTime Now() const { return dtNow; }
   const std::string& Text() const { return szText; }
@@ -36,7 +35,7 @@ class Script {
 // one stopped, a site switched off, a torn line and a hostile name.
 std::string Text();
 
-// lLines lines in all, of passes over 50 sites.
-std::string Long(std::size_t lLines);
+// Passes over 50 sites: 52 lines each.
+std::string Long(std::size_t lPasses);
 
 }  // namespace LogWeek

@@ -1,6 +1,6 @@
 // SmtpServer: a mail server on 127.0.0.1 (RFC 5321) that behaves, or misbehaves at the stage it is told to,
-// and keeps every mail it took. One thread of its own, one client after the other; the destructor stops it at
-// once, whatever it is doing.
+// and keeps every mail it took. Each client has a thread of its own; the destructor stops all at once,
+// whatever they are doing.
 //
 //   SmtpServer aServer;
 //   aServer.At(SmtpServer::Stage::Recipient, Smtp::Say("550 5.1.1 no such user"));
@@ -13,20 +13,19 @@
 #include <map>
 #include <mutex>
 #include <string>
-#include <thread>
 #include <utility>
 #include <vector>
 
-#include "support/Sockets.h"
+#include "support/TalkServer.h"
 
 namespace Smtp {
 
 // What happens at a stage instead of the good reply.
 struct Act {
-  enum class Kind { Say, Drop, Reset, Stall, Endless };
+  enum class Kind { Say, Drop, Reset, Endless };
   Kind iKind;
-  std::string szBytes;             // raw for SayRaw and Endless
-  std::int32_t lMilliseconds = 0;  // pause before it
+  std::string szBytes;             // raw
+  std::int32_t lMilliseconds = 0;  // pause before it; -1 until the client goes
   bool bThenDrop = false;
 };
 
@@ -37,9 +36,9 @@ inline const auto Say = [](const std::string& szReply, std::int32_t lMillisecond
 inline const auto SayRaw = [](std::string szBytes, bool bThenDrop = false) {
   return Act{Act::Kind::Say, std::move(szBytes), 0, bThenDrop};
 };
-inline const auto Drop = [] { return Act{Act::Kind::Drop, {}}; };    // closes without a word
-inline const auto Reset = [] { return Act{Act::Kind::Reset, {}}; };  // the same with a reset
-inline const auto Stall = [] { return Act{Act::Kind::Stall, {}}; };  // no reply until the client goes
+inline const auto Drop = [] { return Act{Act::Kind::Drop, {}}; };       // closes without a word
+inline const auto Reset = [] { return Act{Act::Kind::Reset, {}}; };     // the same with a reset
+inline const auto Stall = [] { return Act{Act::Kind::Drop, {}, -1}; };  // no reply until the client goes
 inline const auto Endless = [](std::string szBytes) { return Act{Act::Kind::Endless, std::move(szBytes)}; };
 
 }  // namespace Smtp
@@ -51,11 +50,8 @@ class SmtpServer {
 
   // Port 0: the system chooses. Throws std::runtime_error when the port cannot be had.
   explicit SmtpServer(std::uint16_t iPort = 0);
-  ~SmtpServer();
-  SmtpServer(const SmtpServer&) = delete;
-  SmtpServer& operator=(const SmtpServer&) = delete;
 
-  std::uint16_t Port() const { return iPort; }
+  std::uint16_t Port() const { return aServer.Port(); }
   void At(Stage iStage, Smtp::Act aAct);
 
   struct Mail {
@@ -72,31 +68,22 @@ class SmtpServer {
     const std::lock_guard aGuard(aLock);
     return aValue;
   }
-  void Run();
-  void Talk();
-  void Obey(const std::string& szLine, bool& bGoOn);
-  bool Reply(Stage iStage, const std::string& szGood, char& chKind);
-  bool SendAll(const std::string& szBytes);
-  bool ReadLine(std::string& szLine);
-  bool ReadText(std::string& szText);
-  bool Fill();
-  bool Wait(bool bRead, bool bWrite, std::int32_t lMilliseconds);
-  bool TakeText();
+  struct Conversation {
+    TalkServer::Client& aClient;
+    Mail aMail = {};
+    std::string szInput = {};
+    char chReplied = '\0';  // the last reply's first digit
 
-  std::uint16_t iPort;
-  Sockets::Handle hListener;
-  Sockets::Bell aBell;
-
-  // The thread's own: the conversation.
-  Sockets::Handle hClient = Sockets::hNone;
-  std::string szInput;
-  std::string szSender;
-  std::vector<std::string> aRecipients;
+    bool ReadLine(std::string& szLine);
+  };
+  void Talk(TalkServer::Client& aClient);
+  bool Obey(Conversation& aTalk, const std::string& szLine);
+  bool Reply(Conversation& aTalk, Stage iStage, const std::string& szGood);
+  bool TakeText(Conversation& aTalk);
 
   mutable std::mutex aLock;  // guards the rest
-  bool bStop = false;
   std::map<Stage, Smtp::Act> aActs;
   std::vector<Mail> aMails;
   std::size_t lConnections = 0;
-  std::thread aThread;
+  TalkServer aServer;  // the last, so that it goes before what its threads use
 };

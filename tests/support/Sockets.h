@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
-#include <vector>
 
 namespace Sockets {
 
@@ -17,7 +16,7 @@ inline constexpr Handle hNone = -1;
 Handle Listen(std::uint16_t& iPort, int lBacklog = 1024);
 // The next waiting connection, or hNone.
 Handle Accept(Handle hListener);
-// Begins a connection to 127.0.0.1 and does not wait for it; writable once it stands.
+// Begins a connection to 127.0.0.1 and does not wait for it.
 Handle Connect(std::uint16_t iPort);
 
 // Bytes taken over, 0 when the peer must read first, -1 when the connection is broken.
@@ -29,27 +28,23 @@ void HalfClose(Handle hSocket);  // the peer reads the end; it can still send
 void Close(Handle hSocket);
 void Reset(Handle hSocket);  // closes so that the peer sees a reset (RST)
 
-struct Watch {
-  Handle hSocket = hNone;
-  bool bRead = false, bWrite = false;         // what to wait for
-  bool bReadable = false, bWritable = false;  // what came; a broken connection is both
-};
-// Waits until something came or the time ran out; -1 ms waits for ever.
-void Wait(std::vector<Watch>& aWatches, std::int32_t lMilliseconds);
-
-// Wakes a thread out of Wait: watch Socket() for reading, Silence() it when it rang.
+// Once rung it wakes every thread that waits, now and later.
 class Bell {
  public:
   Bell();
-  ~Bell();
+  ~Bell() { Close(hSocket); }
   Bell(const Bell&) = delete;
   Bell& operator=(const Bell&) = delete;
-  void Ring();
-  void Silence();
+  void Ring() { Send(hSocket, "!"); }
   Handle Socket() const { return hSocket; }
 
  private:
   Handle hSocket;
 };
+
+enum class Event { Rung, Ready, TimeOut };
+// Waits until the socket can be read, or written; a broken connection is ready for both. -1 ms waits for
+// ever.
+Event Wait(const Bell& aBell, Handle hSocket, bool bWrite, std::int32_t lMilliseconds);
 
 }  // namespace Sockets

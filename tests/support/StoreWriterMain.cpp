@@ -5,17 +5,15 @@
 #include <cstdlib>
 #include <string>
 
-#include "platform/Registry.h"
+#include "support/RawRegistry.h"
 
 using namespace Registry;
 
 namespace {
 
 bool Write(const std::string& szName, std::int32_t lNumber) {
-  Key hKey = 0;
-  std::int32_t lCode = RegCreateKeyExA(HKEY_LOCAL_MACHINE, "Software\\StoreWriter", 0x3F, hKey);
-  if (lCode == lSuccess) lCode = RegSetValueExA(hKey, szName.c_str(), REG_DWORD, &lNumber, 4);
-  RegCloseKey(hKey);
+  const std::string szBytes(reinterpret_cast<const char*>(&lNumber), 4);
+  const auto lCode = RawRegistry::Put("Software\\StoreWriter", szName, REG_DWORD, szBytes);
   if (lCode != lSuccess) std::fprintf(stderr, "%s: code %d\n", szName.c_str(), lCode);
   return lCode == lSuccess;
 }

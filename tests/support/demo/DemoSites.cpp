@@ -51,10 +51,10 @@ void DemoSites::Serve(FaultServer& aServer) {
 }
 
 std::string DemoSites::List(const FaultServer& aServer, std::uint16_t iRefusing) {
-  return Line(aServer.Site("/fine"), lTimeOut) + Line(aServer.Site("/slow"), lTimeOut) +
-         Line(aServer.Site("/moved"), lTimeOut) + Line(aServer.Site("/missing"), lTimeOut) +
-         Line(aServer.Site("/broken"), lTimeOut) + Line(aServer.Site("/flaky"), lTimeOut) +
-         Line(aServer.Site("/silent"), lShortTimeOut) +
+  std::string szList;
+  for (const char* szPath : {"/fine", "/slow", "/moved", "/missing", "/broken", "/flaky"})
+    szList += Line(aServer.Site(szPath), lTimeOut);
+  return szList + Line(aServer.Site("/silent"), lShortTimeOut) +
          Line("127.0.0.1:" + std::to_string(iRefusing) + "/refused", lTimeOut);
 }
 
