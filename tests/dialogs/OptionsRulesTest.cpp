@@ -3,11 +3,9 @@
 #include <map>
 #include <random>
 
-#include "check/Schedule.h"
 #include "dialogs/OptionsRules.h"
 #include "platform/Text.h"
 #include "resources/Strings.h"
-#include "support/TestHome.h"
 
 using namespace OptionsRules;
 using enum Field;
@@ -102,25 +100,6 @@ TEST(OptionsRulesTest, AnyInputEndsInBounds) {
     ASSERT_TRUE(aRecord.MaxLogFiles >= 1 && aRecord.MaxLogFiles <= 3000);
   }
   EXPECT_GT(lAccepted, 1000);
-}
-
-TEST(OptionsRulesTest, WhatIsStoredIsShownTheNextTime) {
-  const TestHome aHome;
-  const TestClock aClock(JoinDateTime({2026, 11, 21, 17, 0, 0}));
-  LoadSettings();
-  auto aForm = OpeningForm();
-  aForm.szMgrEmail = "a@b.c\n";
-  aForm.szTimerWarning = "20";
-  aForm.LogPeriod = 2;
-  aForm.bCookieDisable = true;
-  EXPECT_FALSE(Store(aForm, 60, 20)) << "the schedule is only set anew by another interval";
-  EXPECT_TRUE(Store(aForm, 60, 15));
-  EXPECT_EQ(Schedule::NextPanelText(), "Next: 5:20:00 PM");
-  Settings = {};
-  LoadSettings();
-  aForm = OpeningForm();
-  EXPECT_EQ(aForm.szTimerInterval + aForm.szTimerWarning + aForm.szMgrEmail, "6020a@b.c");
-  EXPECT_TRUE(aForm.LogPeriod == 2 && aForm.bCookieDisable);
 }
 
 }  // namespace

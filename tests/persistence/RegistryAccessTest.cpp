@@ -83,22 +83,4 @@ TEST_F(RegistryAccessTest, ListsUpToTheirBounds) {
   EXPECT_TRUE(lCount == 12 && aEntries.size() == 13U && aEntries[12].Type == 4);
 }
 
-TEST_F(RegistryAccessTest, SortsTheSlotsThatCount) {
-  using Records = std::vector<std::pair<Variant, Variant>>;
-  const Records aRecords = {{9, "0"}, {10, "a"}, {9, "b"}, {{}, "c"}, {-1, "d"}, {1, "e"}};
-  const struct {
-    std::int32_t lCount;
-    bool bAscending;
-    const char* szOrder;
-  } aCases[] = {{5, true, "0dceba"}, {5, false, "0abecd"}, {3, true, "0cbade"}, {99, true, "0dceba"}};
-  for (const auto& aCase : aCases) {
-    auto aSorted = aRecords;
-    SortKeyedRecords(aSorted, aCase.lCount, aCase.bAscending);
-    std::string szOrder;
-    for (const auto& aRecord : aSorted)
-      szOrder += std::get<std::string>(aRecord.second);
-    EXPECT_EQ(szOrder, aCase.szOrder);
-  }
-}
-
 }  // namespace

@@ -106,20 +106,6 @@ TEST_F(modAddressTest, RebuildDropsOnlyKeysThatDoNotFitTheirUrl) {
   EXPECT_EQ(Urls(), "good   Outer.test ");
 }
 
-TEST_F(modAddressTest, SavesUnderTheKeyNameAndNeverWithoutOne) {
-  LoadSites(false, false);
-  const std::string szLongest(lKeyNameLimit, 'k');
-  for (const std::string& szURL : {std::string(" New.test/A "), std::string("   "), szLongest}) {
-    aSites.push_back({"1.2.3.4", szURL, 4, 1, 60, "Added"});
-    SaveSite(++lSiteCount, true);
-  }
-  EXPECT_EQ(Stored::SortedValues(szIndex), (Texts{"Domain1=new.test/a", "Domain3=" + szLongest}));
-  EXPECT_EQ(Stored::Values(ProductKeys::szAddress), Texts{"NumActualDomain=0"});
-  SiteRecord aFound;
-  EXPECT_TRUE(FindStoredSite(szLongest, aFound) && FindStoredSite("NEW.test/a", aFound));
-  EXPECT_FALSE(FindStoredSite("  ", aFound) || FindStoredSite("new.test", aFound));
-}
-
 TEST_F(modAddressTest, MoreSitesThanTheListHoldsStayStored) {
   {
     const Registry::Transaction aOneCommit;

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include "persistence/Settings.h"
 #include "support/Environment.h"
 #include "support/Stored.h"
 #include "support/TestHome.h"
@@ -20,9 +19,6 @@ TEST(RefusingStoreTest, AnswersFiveAndTheListSaysSo) {
   EXPECT_EQ(lSiteCount, 0);
   EXPECT_EQ(aBoxes.aTexts,
             std::vector<std::string>{"Error ccured while trying to retrieve Addresses.\r\n\r\nError: 5"});
-  Settings = {};
-  LoadSettings();
-  EXPECT_TRUE(Settings.Interval == 60 && Settings.Warning == 15 && !Settings.LogPath.empty());
 }
 
 }  // namespace
