@@ -268,7 +268,7 @@ wxString frmLogView::FittedNotice() {
   wxString szShown = ToWx(szNotice);
   wxClientDC aDC(this);
   aDC.SetFont(GetFont());
-  const int lRoom = GetMinSize().x - 6 * GetCharHeight();
+  const int lRoom = GetMinSize().x - 13 * GetCharHeight();  // beside its button
   if (const auto lCut = szShown.rfind(": "); lCut != wxString::npos && aDC.GetTextExtent(szShown).x > lRoom)
     szShown.replace(lCut + 1, 1, "\n");
   return wxControl::EscapeMnemonics(
