@@ -38,8 +38,7 @@ TEST(CheckLogTest, PrunesSoThatTheLimitHoldsOnceThePassHasWritten) {
   } aCases[] = {
       {"D-20260101.kvl D-20260103.kvl W-20251228.kvl", 1, 1, 3, true, "D-20260103.kvl W-20251228.kvl"},
       {"D-20260101.kvl D-20260103.kvl W-20251228.kvl", 1, 1, 4, true, nullptr},  // room for today's
-      {"D-20260102.kvl D-20260107.kvl", 1, 1, 2, true, nullptr},                 // today's is there
-      {"D-20260107.kvl W-1.kvl W-2.kvl", 1, 1, 1, true, "D-20260107.kvl"},       // and stays
+      {"D-20260107.kvl W-1.kvl W-2.kvl", 1, 1, 1, true, "D-20260107.kvl"},       // today's stays
       {"a.kvlbak b.kvl b.txt z.kvl", 1, 1, 2, true, "a.kvlbak b.txt z.kvl"},
       {"a.kvl b.kvl", 1, 1, 1, false, nullptr},  // viewing
       {"a.kvl b.kvl", 0, 1, 1, true, nullptr},   // no log
