@@ -36,8 +36,9 @@ void ListAsJson() {
                      {"timeOut", aSite.TimeOut},
                      {"remark", aSite.Comments}});
   }
-  // Old lists may hold bytes that are no UTF-8, which JSON cannot carry.
-  Report::Say(aList.dump(2, ' ', false, nlohmann::json::error_handler_t::replace));
+  // Old lists may hold bytes that are no UTF-8, which JSON cannot carry. ASCII alone, so that no control
+  // character a terminal knows gets out.
+  Report::Say(aList.dump(2, ' ', true, nlohmann::json::error_handler_t::replace));
 }
 
 void ListAsTable() {
