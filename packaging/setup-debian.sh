@@ -14,6 +14,8 @@ build_packages=(
 )
 # A display without a screen, and on it a window manager, a tray and what looks at windows from outside.
 display_packages=(xvfb xauth metacity trayer xdotool imagemagick)
+# What looks into programs while they are packaged.
+package_packages=(dpkg-dev file)
 # The cross compiler, the sources and headers that are built with it, Wine with its fonts, the installer's compiler.
 windows_packages=(
   g++-mingw-w64-x86-64-posix libz-mingw-w64-dev googletest dpkg-dev make
@@ -72,7 +74,7 @@ install_without_starting() {
 
 case "${1:-build}" in
   build) wanted=("${build_packages[@]}") servers=() ;;
-  test) wanted=("${build_packages[@]}" "${display_packages[@]}") servers=("${server_packages[@]}" "${parser_packages[@]}") ;;
+  test) wanted=("${build_packages[@]}" "${display_packages[@]}" "${package_packages[@]}") servers=("${server_packages[@]}" "${parser_packages[@]}") ;;
   windows) wanted=("${build_packages[@]}" "${display_packages[@]}" "${windows_packages[@]}") servers=() ;;
   *) echo "usage: $0 build|test|windows" >&2; exit 2 ;;
 esac
