@@ -1,32 +1,9 @@
 #include "app/Program.h"
 
-#include <wx/msgdlg.h>
-#include <wx/stopwatch.h>
-
 #include "app/modMain.h"
 #include "persistence/Settings.h"
 #include "resources/TextGlue.h"
 #include "support/Stored.h"
-
-bool Until(const std::function<bool()>& aHolds, double dSeconds) {
-  wxStopWatch aWatch;
-  while (!aHolds()) {
-    if (static_cast<double>(aWatch.Time()) > dSeconds * 1000) return false;
-    modMain::PumpEvents();
-    wxMilliSleep(2);
-  }
-  return true;
-}
-
-void PumpFor(double dSeconds) {
-  Until([] { return false; }, dSeconds);
-}
-
-int BoxCatcher::Enter(wxDialog* pDialog) {
-  const auto* pBox = dynamic_cast<wxMessageDialog*>(pDialog);
-  aTexts.push_back(FromWx(pBox ? pBox->GetMessage() : pDialog->GetTitle()));
-  return wxID_OK;
-}
 
 Program::Program(const std::vector<SiteRecord>& aStored, Start iStart) : aClock(45000.5) {
   Settings = {};  // as in a process that has just begun
@@ -73,4 +50,17 @@ std::string Program::RowText(std::int32_t lSlot) {
 
 SiteRecord Site(const std::string& szURL, int lEnabled, int lStatus, const std::string& szIP) {
   return {szIP, szURL, static_cast<std::uint8_t>(lStatus), static_cast<std::uint8_t>(lEnabled), 60, ""};
+}
+
+UserCookies::UserCookies() {
+  RegistryAccess::RegCreatePath(Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings);
+  RegistryAccess::RegWriteValue(Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings, "AllowCookies",
+                                std::int32_t{7}, 4);
+}
+
+std::int32_t UserCookies::Value() const {
+  std::int32_t lValue = -1, lType = 0;
+  RegistryAccess::RegReadValue(Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings, "AllowCookies",
+                               lValue, lType);
+  return lValue;
 }

@@ -3,33 +3,17 @@
 #pragma once
 
 #include <wx/menu.h>
-#include <wx/modalhook.h>
+#include <wx/timer.h>
+#include <wx/weakref.h>
 
-#include <functional>
 #include <string>
 #include <vector>
 
 #include "app/Commands.h"
+#include "app/Operator.h"
 #include "app/frmMain.h"
 #include "persistence/modAddress.h"
 #include "support/TestHome.h"
-
-class wxMessageDialog;
-
-// Handles events until the condition holds. False when the time ran out first.
-bool Until(const std::function<bool()>& aHolds, double dSeconds = 5);
-void PumpFor(double dSeconds);
-
-// Answers every message box and dialog at once and keeps its text.
-class BoxCatcher : public wxModalDialogHook {
- public:
-  BoxCatcher() { Register(); }
-  ~BoxCatcher() override { Unregister(); }
-  std::vector<std::string> aTexts;
-
- protected:
-  int Enter(wxDialog* pDialog) override;
-};
 
 class Program {
  public:
@@ -60,3 +44,24 @@ class Program {
 
 // A site for the list: URL, enabled, status, IP.
 SiteRecord Site(const std::string& szURL, int lEnabled = 1, int lStatus = 4, const std::string& szIP = "");
+
+// Whatever is done while a pass or a box waits is done from here, every 20 ms: they run inside an event
+// handler.
+class During {
+ public:
+  explicit During(std::function<void()> aAct) : aWhat(std::move(aAct)) {
+    aTimer.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { aWhat(); });
+    aTimer.Start(20);
+  }
+
+ private:
+  wxTimer aTimer;
+  std::function<void()> aWhat;
+};
+
+// The user's own cookie setting is 7.
+class UserCookies {
+ public:
+  UserCookies();
+  std::int32_t Value() const;
+};
