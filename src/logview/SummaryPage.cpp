@@ -192,6 +192,9 @@ void SummaryPage::ShowFacts() {
       txtFacts->AppendText(ToWx(szValue) + "\n");
     }
   }
+  // No more room than they need, so that a low window still shows the sites.
+  txtFacts->SetMinSize(wxSize(-1, GetCharHeight() * std::min(lFactLines, txtFacts->GetNumberOfLines() + 2)));
+  txtFacts->GetParent()->Layout();
   txtFacts->SetInsertionPoint(std::min(lTop, txtFacts->GetLastPosition()));
   txtFacts->ShowPosition(txtFacts->GetInsertionPoint());
   txtFacts->Thaw();
