@@ -10,7 +10,7 @@ done
 
 folder=$(mktemp -d)
 chmod 755 "$folder"
-trap 'rm -rf "$folder"' EXIT
+trap 'chmod -R u+w "$folder"; rm -rf "$folder"' EXIT
 fail() { echo "FAILED: $*" >&2; exit 1; }
 # Each pattern is in the text, on a line of its own.
 has() { local text=$1 pattern; shift; for pattern; do grep -qE -- "$pattern" <<<"$text" || fail "no $pattern in: $text"; done; }
