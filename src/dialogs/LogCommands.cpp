@@ -62,7 +62,7 @@ std::string ChoosePage(MainHost& aHost, const std::string& szLog) {
       continue;
     }
     if (bCompleted && aName.FileExists()) continue;
-    const auto szPage = FromWx(aName.GetFullPath());
+    auto szPage = FromWx(aName.GetFullPath());
     LastLocation::Remember(LastLocation::szPages, szPage);
     return szPage;
   }

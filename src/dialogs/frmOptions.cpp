@@ -128,7 +128,8 @@ Form frmOptions::ReadForm() const {
   aForm.szMgrName = Get(txtMgrName);
   aForm.szSMTP = Get(txtSMTP);
   aForm.szSMTPPort = Get(txtSMTPPort);
-  aForm.LogPeriod = optLogWeekly->GetValue() ? 2 : optNoLogs->GetValue() ? 0 : 1;
+  const int iPeriod = optLogWeekly->GetValue() ? 2 : optNoLogs->GetValue() ? 0 : 1;
+  aForm.LogPeriod = static_cast<std::int16_t>(iPeriod);
   aForm.szLogPath = Get(txtLogPath);
   aForm.szMaxLogFiles = Get(txtMaxLogFiles);
   aForm.bDiskMaxLogFiles = chkDiskMaxLogFiles->GetValue();

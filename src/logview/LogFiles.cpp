@@ -74,11 +74,12 @@ LogFiles::Arguments LogFiles::Read(const std::vector<std::string>& aPaths) {
 
 std::vector<std::string> LogFiles::Recent(const std::string& szFolder, std::int32_t lDays) {
   std::vector<std::pair<std::string, Span>> aDated;
+  const auto szBefore = szFolder + Files::chSeparator;
   const auto dtToday = std::floor(Clock::Now());
   DateTime dtNewest = 0;
   for (const auto& szName : Files::List(szFolder, szEnding))
     if (const auto aSpan = SpanOf(szName)) {
-      aDated.emplace_back(szFolder + Files::chSeparator + szName, *aSpan);
+      aDated.emplace_back(szBefore + szName, *aSpan);
       // The week or month that is running reaches into the future.
       dtNewest = std::max(dtNewest, std::min(aSpan->dtLast, std::max(dtToday, aSpan->dtFirst)));
     }
