@@ -147,6 +147,33 @@ TEST(Stop, InMidRequestEndsThePassAndPutsTheCookiePolicyBack) {
   EXPECT_EQ(b.View.lLocked, 0);
 }
 
+TEST(Stop, BetweenTwoRequestsBlamesNoSite) {
+  Bench b;
+  b.AddPaths(2);
+  b.View.OnRecorded = [&b] { b.Engine.StopCheck(); };
+  b.Engine.mF_StartCheck_Click();
+  EXPECT_EQ(b.Server.Count(), 1U);
+  EXPECT_EQ(b.View.aRemarks[1], "Site OK");
+  EXPECT_EQ(b.Log().size(), 3U);
+}
+
+TEST(Stop, DuringTheIPCheckLeavesTheWarning) {
+  Bench b;
+  b.Server.Serve("/x", Fault::Status("404 x"));
+  b.Server.Serve("/", aHang);
+  b.Add(b.Server.Site("/x"), b.Server.Address(), 2);
+  b.View.OnPump = [&b] {
+    if (b.Server.Count("/") > 0) b.Engine.StopCheck();
+  };
+  b.Engine.mF_StartCheck_Click();
+  EXPECT_EQ(b.Site(1).Status, 2);
+  EXPECT_FALSE(b.Engine.bInetDoubleCheck);
+  ASSERT_EQ(b.Log().size(), 3U);
+  EXPECT_EQ(b.Log()[1],
+            "11/15/1999 5:44:21 PM,(1) http://SERVER/x<BR>(2) http://SERVER,404 File Not Found,0,Manually "
+            "Stopped.,2");
+}
+
 TEST(Stop, QuitIsSilentAndStartsNothingMore) {
   Bench b;
   b.Server.Serve("/x", aHang);
