@@ -14,8 +14,6 @@
 namespace {
 
 constexpr std::int32_t lPollMilliseconds = 10;
-constexpr std::int16_t iClassFailure = 2;
-constexpr std::int16_t iClassDisabled = 3;
 constexpr std::int16_t iCookiesRefused = 2;
 
 std::string AddressOf(const SiteRecord& aSite) {
@@ -146,7 +144,7 @@ void CheckEngine::CheckSite(std::int32_t i) {
     CheckLog::CurrentEntry.Address = LoadResString(IDS_UNKNOWN_SITE) + std::to_string(i);
     CheckLog::CurrentEntry.CheckTime = Clock::Now();
     CheckLog::CurrentEntry.StatusText = LoadResString(IDS_MISSING_ADDRESS);
-    CheckLog::CurrentEntry.ResultClass = iClassFailure;
+    CheckLog::CurrentEntry.ResultClass = CheckLog::iClassFailure;
     CheckLog::WriteLog(false, false, false);
     View.SiteRecorded(i);
     return;
@@ -175,7 +173,7 @@ void CheckEngine::LogDisabledSite(std::int32_t i) {
       Text::IsBlank(aSite.URL) && Text::IsBlank(aSite.IP) ? szUnknown + std::to_string(i) : AddressOf(aSite);
   CheckLog::CurrentEntry.CheckTime = Clock::Now();
   CheckLog::CurrentEntry.StatusText = szUnknown;
-  CheckLog::CurrentEntry.ResultClass = iClassDisabled;
+  CheckLog::CurrentEntry.ResultClass = CheckLog::iClassDisabled;
   CheckLog::WriteLog(false, false, false);
 }
 
@@ -210,7 +208,7 @@ void CheckEngine::StopCheck() {
   DisarmRequest();
   const std::string szStopped = LoadResString(IDS_MANUALLY_STOPPED);
   CheckLog::AddComment(szStopped);
-  CheckLog::CurrentEntry.ResultClass = iClassFailure;
+  CheckLog::CurrentEntry.ResultClass = CheckLog::iClassFailure;
   CheckLog::WriteLog(false, false, false);
   View.ShowLightText(lCheckIndex, szStopped);
   View.ShowRemark(lCheckIndex, szStopped);

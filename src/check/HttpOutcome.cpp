@@ -10,9 +10,6 @@
 
 namespace {
 
-constexpr std::int16_t iClassFailure = 2;
-constexpr std::int16_t iServerFailed = 2;
-
 constexpr std::int16_t iStateResolving = 1;
 constexpr std::int16_t iStateDisconnected = 10;
 constexpr std::int16_t iStateError = 11;
@@ -34,7 +31,7 @@ void CheckEngine::Inet1_StateChanged(std::int16_t iState) {
     } else {
       SiteCheckUpdate(lCheckIndex, "0",
                       LoadResString(IDS_RESULT_UNKNOWN_STATE) + " (" + std::to_string(iState) + ")",
-                      iClassFailure, iServerFailed);
+                      CheckLog::iClassFailure, iServerFailed);
     }
   });
 }
@@ -76,9 +73,10 @@ void CheckEngine::RecordResponse() {
   }
   if (!aResult.szLogStatus.empty()) {
     CheckLog::CurrentEntry.StatusText = aResult.szLogStatus;
-    CheckLog::CurrentEntry.ResultClass = iClassFailure;
+    CheckLog::CurrentEntry.ResultClass = CheckLog::iClassFailure;
   }
-  SiteCheckUpdate(lCheckIndex, aResult.szCode, aResult.szText, iClassFailure, aResult.iBackupOutcome);
+  SiteCheckUpdate(lCheckIndex, aResult.szCode, aResult.szText, CheckLog::iClassFailure,
+                  aResult.iBackupOutcome);
 }
 
 void CheckEngine::RecordError() {
@@ -89,9 +87,10 @@ void CheckEngine::RecordError() {
   SiteCheckUpdate(lCheckIndex, "8080",
                   LoadResString(IDS_RESULT_ERROR) + " " + std::to_string(Inet1.ResponseCode()) + " " +
                       Inet1.ResponseInfo(),
-                  iClassFailure, iServerFailed);
+                  CheckLog::iClassFailure, iServerFailed);
 }
 
 void CheckEngine::RecordTimeOut() {
-  SiteCheckUpdate(lCheckIndex, "8001", LoadResString(IDS_RESULT_TIMED_OUT), iClassFailure, iServerFailed);
+  SiteCheckUpdate(lCheckIndex, "8001", LoadResString(IDS_RESULT_TIMED_OUT), CheckLog::iClassFailure,
+                  iServerFailed);
 }

@@ -8,9 +8,6 @@
 
 namespace {
 
-constexpr std::int16_t iServerFailed = 2;
-constexpr std::int16_t iServerAnswered = 5;
-
 // A redirect (302) and an unchanged page (304) are a site at work; a page that moved for good (301) is not.
 constexpr std::array<std::int32_t, 5> aUp = {200, 201, 202, 302, 304};
 

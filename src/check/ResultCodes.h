@@ -5,11 +5,15 @@
 #include <cstdint>
 #include <string>
 
+// The outcome of a failed request as an answer to the IP check.
+inline constexpr std::int16_t iServerFailed = 2;
+inline constexpr std::int16_t iServerAnswered = 5;
+
 struct Classification {
   bool bUp = false;    // 200, 201, 202, 302, 304
   std::string szCode;  // empty when up
   std::string szText;
-  std::int16_t iBackupOutcome = 2;  // as an answer to the IP check: 5 the server did answer, 2 it failed too
+  std::int16_t iBackupOutcome = iServerFailed;
   std::string szLogStatus;          // the log's own wording where it differs from szText
 };
 

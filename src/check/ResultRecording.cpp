@@ -15,10 +15,6 @@ constexpr std::uint8_t iStatusUp = 1;
 constexpr std::uint8_t iStatusWarning = 2;
 constexpr std::uint8_t iStatusDown = 3;
 
-constexpr std::int16_t iClassSuccess = 1;
-constexpr std::int16_t iClassFailure = 2;
-constexpr std::int16_t iClassFirstFailure = 4;
-
 constexpr std::int16_t iCheckURL = 1;
 constexpr std::int16_t iCheckIP = 2;
 constexpr std::int16_t iBackupAnswered = 1;
@@ -46,7 +42,7 @@ void CheckEngine::SiteCheckOK(std::int32_t lIndex) {
   }
   const std::string szOK = LoadResString(IDS_SITE_OK);
   CheckLog::CurrentEntry.StatusText = szOK;
-  CheckLog::CurrentEntry.ResultClass = iClassSuccess;
+  CheckLog::CurrentEntry.ResultClass = CheckLog::iClassSuccess;
   View.EnsureRowVisible(lIndex);
   View.ShowLight(lIndex, iStatusUp);
   View.ShowRemark(lIndex, szOK);
@@ -68,7 +64,7 @@ void CheckEngine::SiteCheckUpdate(std::int32_t lIndex, const std::string& szCode
 void CheckEngine::RecordBackup(std::int32_t lIndex, const std::string& szText, std::int16_t iBackupOutcome) {
   if (iDoubleTakeResult2 != iBackupAnswered) iDoubleTakeResult2 = iBackupOutcome;
   CheckLog::CurrentEntry.StatusText = Numbered(FirstCheckText, szText);
-  CheckLog::CurrentEntry.ResultClass = iClassFailure;
+  CheckLog::CurrentEntry.ResultClass = CheckLog::iClassFailure;
   CheckLog::AddComment(LoadResString(IDS_IP_CHECK_PERFORMED));
   View.EnsureRowVisible(lIndex);
   View.ShowLight(lIndex, iStatusDown);
@@ -116,18 +112,18 @@ void CheckEngine::RecordOrdinary(std::int32_t lIndex, const std::string& szCode,
     View.EnsureRowVisible(lIndex);
     View.ShowLight(lIndex, iStatusDown);
     View.ShowRemark(lIndex, szText);
-    aEntry.ResultClass = iClassFailure;
+    aEntry.ResultClass = CheckLog::iClassFailure;
     Site(lIndex).Status = iStatusDown;
     bPassFailure = true;
     SendAlert(szCode, lIndex);
   } else if (iBefore == iStatusDown) {
     View.ShowRemark(lIndex, szText);
-    aEntry.ResultClass = iClassFailure;
+    aEntry.ResultClass = CheckLog::iClassFailure;
     bPassFailure = true;
   } else {
     View.ShowLight(lIndex, iStatusWarning);
     View.ShowRemark(lIndex, szText);
-    aEntry.ResultClass = iClassFirstFailure;
+    aEntry.ResultClass = CheckLog::iClassFirstFailure;
     Site(lIndex).Status = iStatusWarning;
     Schedule::SetNextCheck(WarningMinutes());
   }
@@ -147,7 +143,7 @@ void CheckEngine::SendAlert(const std::string& szCode, std::int32_t lIndex) {
     CheckLog::AddComment(LoadResString(IDS_MAIL_SENT));
     return;
   }
-  CheckLog::CurrentEntry.ResultClass = iClassFailure;
+  CheckLog::CurrentEntry.ResultClass = CheckLog::iClassFailure;
   StringId iRemark = IDS_MAIL_FAILED;
   if (Settings.Email.empty()) {
     iRemark = Settings.SMTP.empty() ? IDS_MAIL_NO_ADDRESS_NO_SMTP : IDS_MAIL_NO_ADDRESS;

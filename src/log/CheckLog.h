@@ -14,12 +14,18 @@
 
 namespace CheckLog {
 
+// The class of an entry's result, as its last field carries it; 0 is not set.
+inline constexpr std::int16_t iClassSuccess = 1;
+inline constexpr std::int16_t iClassFailure = 2;
+inline constexpr std::int16_t iClassDisabled = 3;
+inline constexpr std::int16_t iClassFirstFailure = 4;
+
 struct Entry {
   DateTime CheckTime = 0;  // wall time at which the request was started; 0 not set
   std::string Address;
   std::string StatusText;
-  std::string Comment;           // remarks joined by "; "
-  std::int16_t ResultClass = 0;  // 1 success, 2 failure, 3 disabled site, 4 first failure, 0 not set
+  std::string Comment;  // remarks joined by "; "
+  std::int16_t ResultClass = 0;
 };
 
 extern std::string CurrentLogFile;  // full path
