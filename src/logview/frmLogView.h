@@ -3,6 +3,7 @@
 #pragma once
 
 #include <wx/frame.h>
+#include <wx/infobar.h>
 #include <wx/timer.h>
 
 #include <cstdint>
@@ -16,7 +17,6 @@
 class EntriesPage;
 class OutagesPage;
 class SummaryPage;
-class wxInfoBar;
 class wxNotebook;
 
 class frmLogView : public wxFrame {
