@@ -49,15 +49,18 @@ target_link_libraries(kestrova-ui PUBLIC kestrova-core kestrova-wx PRIVATE kestr
 if(EXISTS ${CMAKE_CURRENT_SOURCE_DIR}/app/main.cpp)
   add_executable(kestrova WIN32 app/main.cpp)
   target_link_libraries(kestrova PRIVATE kestrova-ui kestrova-flags)
+  kestrova_windows_resources(kestrova "Kestrova web-site monitor")
   add_dependencies(kestrova help-book)
 endif()
 
 add_executable(KVTour WIN32 tour/main.cpp)
 target_link_libraries(KVTour PRIVATE kestrova-ui kestrova-flags)
+kestrova_windows_resources(KVTour "Kestrova interactive tour")
 
 add_executable(LogView WIN32 logview/main.cpp)
 target_link_libraries(LogView PRIVATE kestrova-ui kestrova-flags)
 add_dependencies(LogView help-book)
+kestrova_windows_resources(LogView "Kestrova log viewer")
 
 # What the About box names.
 set(LIBRARIES "wxWidgets ${wxWidgets_VERSION_STRING}, libcurl ${CURL_VERSION_STRING}")
