@@ -1,5 +1,8 @@
 #include "platform/posix/Database.h"
 
+#include <chrono>
+#include <thread>
+
 #include "platform/Registry.h"
 
 namespace {
@@ -51,7 +54,7 @@ Database::Condition Database::Open(const std::string& szPath, bool bCheck) {
   aOpened = StoreFile::Identify(szPath);
   if (StoreFile::LostItsPages(szPath)) return Condition::Damaged;
   int lResult = sqlite3_open_v2(szPath.c_str(), &pConnection, SQLITE_OPEN_READWRITE, nullptr);
-  if (lResult == SQLITE_OK) lResult = Configure();
+  if (lResult == SQLITE_OK) lResult = ConfigureWhenFree();
   auto aCondition = Judge(lResult);
   if (aCondition == Condition::Ready && bCheck) {
     std::int64_t lUnused = 0;
@@ -68,15 +71,30 @@ Database::Condition Database::Open(const std::string& szPath, bool bCheck) {
   return aCondition;
 }
 
+// Two processes may make the store at once. The one that comes second to the switch of the journal's mode is
+// told "busy" at once, whatever the busy timeout says, so the waiting is done here.
+int Database::ConfigureWhenFree() {
+  constexpr auto aPause = std::chrono::milliseconds(5);
+  const auto aEnd = std::chrono::steady_clock::now() +
+                    std::chrono::milliseconds(bImpatient ? lImpatientMilliseconds : lBusyMilliseconds);
+  for (;;) {
+    const int lResult = Configure();
+    if (Judge(lResult) != Condition::Locked || std::chrono::steady_clock::now() >= aEnd) return lResult;
+    FinalizeStatements();
+    std::this_thread::sleep_for(aPause);
+  }
+}
+
 int Database::Configure() {
   sqlite3_extended_result_codes(pConnection, 1);
   sqlite3_busy_timeout(pConnection, bImpatient ? lImpatientMilliseconds : lBusyMilliseconds);
   std::int64_t lOwner = 0;
   std::int64_t lVersion = 0;
   std::int64_t lTables = 0;
-  int lResult = ReadNumber("PRAGMA application_id", lOwner);
+  // The tables are counted first: another process may be making them, and its mark comes with them.
+  int lResult = ReadNumber("SELECT count(*) FROM sqlite_schema", lTables);
+  if (lResult == SQLITE_OK) lResult = ReadNumber("PRAGMA application_id", lOwner);
   if (lResult == SQLITE_OK) lResult = ReadNumber("PRAGMA user_version", lVersion);
-  if (lResult == SQLITE_OK) lResult = ReadNumber("SELECT count(*) FROM sqlite_schema", lTables);
   if (lResult != SQLITE_OK) return lResult;
   if (lTables != 0 && (lOwner != lApplication || lVersion != lFormat)) return SQLITE_MISMATCH;
   const bool bReadOnly = sqlite3_db_readonly(pConnection, "main") == 1;
@@ -110,14 +128,18 @@ int Database::Prepare() {
   return SQLITE_OK;
 }
 
-void Database::Close() {
-  if (pConnection == nullptr) return;
-  bBroken = lDepth > 0;
-  bBegun = false;
+void Database::FinalizeStatements() {
   for (auto& pStatement : aStatements) {
     sqlite3_finalize(pStatement);
     pStatement = nullptr;
   }
+}
+
+void Database::Close() {
+  if (pConnection == nullptr) return;
+  bBroken = lDepth > 0;
+  bBegun = false;
+  FinalizeStatements();
   sqlite3_close(pConnection);  // rolls an open bracket back
   pConnection = nullptr;
   bDamageSeen = false;

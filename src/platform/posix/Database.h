@@ -94,7 +94,9 @@ class Database {
 
  private:
   friend class Use;
+  int ConfigureWhenFree();
   int Configure();
+  void FinalizeStatements();
   int MakeTables();
   int Prepare();
   int Execute(const char* szSql);
