@@ -14,7 +14,7 @@ struct Classification {
   std::string szCode;  // empty when up
   std::string szText;
   std::int16_t iBackupOutcome = iServerFailed;
-  std::string szLogStatus;          // the log's own wording where it differs from szText
+  std::string szLogStatus;  // the log's own wording where it differs from szText
 };
 
 // The status code out of a raw response header: the three digits behind the first "HTTP/" and blank (RFC 9112

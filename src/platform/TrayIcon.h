@@ -1,7 +1,7 @@
 // TrayIcon: the program's icon in the desktop's notification area. One for the whole life of the main window:
-// added once at start, removed once before the window goes. On Windows it is the shell's own 88-byte record,
-// sent with Shell_NotifyIconA, whose events come back as mouse moves of the owner window; elsewhere the
-// toolkit's icon. Both know the same two actions.
+// added once at start, removed once before the window goes. On Windows it is the shell's own record in its
+// first form, sent with Shell_NotifyIconA, whose events come back as mouse moves of the owner window;
+// elsewhere the toolkit's icon. Both know the same two actions.
 #pragma once
 
 #include <functional>

@@ -4,10 +4,12 @@ bool Display::Start() {
   return true;
 }
 
-void Display::Stop() {}
+void Display::Stop() {
+}
 
 bool Display::StartTray() {
   return true;
 }
 
-void Display::StopTray() {}
+void Display::StopTray() {
+}
