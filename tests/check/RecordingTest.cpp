@@ -3,6 +3,8 @@
 
 #include "check/Bench.h"
 #include "check/Schedule.h"
+#include "platform/SendForm3.h"
+#include "support/SmtpServer.h"
 
 using Fault::Status;
 
@@ -110,6 +112,45 @@ TEST(Recording, AnAnswerThatLiesReadyIsHeardBeforeTheDeadlineIsLookedAt) {
   b.Engine.mF_StartCheck_Click();
   EXPECT_EQ(b.Site(1).Status, 1);
   EXPECT_EQ(b.Log().size(), 3U);
+}
+
+TEST(Recording, TheMailServersFaultStandsInTheLogAndNotInTheList) {
+  using Stage = SmtpServer::Stage;
+  const std::string szSent = "E-mail Notification Sent", szFailed = "E-mail Notification Failed";
+  const struct {
+    Stage iStage;
+    Smtp::Act aAct;
+    std::string szRemark;
+  } aCases[] = {
+      {Stage::Quit, Smtp::Drop(), szSent},
+      {Stage::Quit, Smtp::Stall(), szSent},
+      {Stage::Greeting, Smtp::Say("421 later"), szFailed},
+      {Stage::Hello, Smtp::Drop(), szFailed},
+      {Stage::Sender, Smtp::Say("451 later"), szFailed},
+      {Stage::Recipient, Smtp::Say("550 unknown"), szFailed},
+      {Stage::Data, Smtp::Stall(), szFailed},
+      {Stage::Text, Smtp::Say("554 refused"), szFailed},
+      {Stage::Text, Smtp::Reset(), szFailed},
+  };
+  SendForm3_SetLimit(2);
+  for (const auto& aCase : aCases) {
+    Bench b;
+    SmtpServer aMail;
+    aMail.At(aCase.iStage, aCase.aAct);
+    Settings.Email = "m@example.org";
+    Settings.SMTP = "127.0.0.1";
+    Settings.SMTPPort = aMail.Port();
+    b.Server.Serve("/x", Status("404 x"));
+    b.Add(b.Server.Site("/x"), "", 2);
+    b.Engine.mF_StartCheck_Click();
+    b.Engine.mF_StartCheck_Click();
+    ASSERT_EQ(b.Log().size(), 6U);
+    EXPECT_EQ(b.Log()[1],
+              "11/15/1999 5:44:21 PM,http://SERVER/x,404 File Not Found,0," + aCase.szRemark + ",2");
+    EXPECT_EQ(b.View.aRemarks[1], "404 File Not Found");
+    EXPECT_EQ(aMail.Connections(), 1U) << "one attempt an outage";
+  }
+  SendForm3_SetLimit(lSendForm3_DefaultLimit);
 }
 
 TEST(Recording, AnAlertWithoutATextStillLeavesAnEntry) {
