@@ -261,8 +261,13 @@ void WatchHangingServer(std::int32_t lSeconds) {
 
 // pass_bench [SECONDS]: how long the hanging server hangs, 30 unless told.
 int main(int iCount, char** aValues) {
+  const int iSeconds = iCount > 1 ? std::atoi(aValues[1]) : 30;
+  if (iCount > 2 || iSeconds < 1) {
+    std::fprintf(stderr, "usage: pass_bench [SECONDS]\n");
+    return 2;
+  }
   curl_global_init(CURL_GLOBAL_DEFAULT);
   CompareWithBareLoop();
   WatchResources();
-  WatchHangingServer(iCount > 1 ? std::stoi(aValues[1]) : 30);
+  WatchHangingServer(iSeconds);
 }
