@@ -65,9 +65,14 @@ std::string Heads(const std::vector<StringId>& aColumns, const std::vector<Strin
   return szHeads + "</tr></thead>\n";
 }
 
+// What is too wide for the window is scrolled by itself, with the keyboard too.
+std::string Region(StringId iLabel, const std::string& szMarkup) {
+  return "<div class=\"wide\" role=\"region\" tabindex=\"0\" aria-label=\"" + Words(iLabel) + "\">" +
+         szMarkup + "</div>\n";
+}
+
 std::string TableOf(const char* szClass, StringId iLabel, const std::string& szRows) {
-  return "<div class=\"wide\" role=\"region\" tabindex=\"0\" aria-label=\"" + Words(iLabel) +
-         "\"><table class=\"" + szClass + "\">\n" + szRows + "</table></div>\n";
+  return Region(iLabel, std::string("<table class=\"") + szClass + "\">\n" + szRows + "</table>");
 }
 
 std::string Head(const LogSummary& aSummary) {
@@ -239,10 +244,11 @@ std::string Outages(const LogSummary& aSummary, const Limits& aLimits) {
   return szOut + TableOf("outages", IDS_LOG_OUTAGES, szRows + "</tbody>\n") + "</section>\n";
 }
 
-std::string FieldCell(const char* szClass, std::string_view szField, const Limits& aLimits) {
+// A cell is a paragraph of its own, so its text cannot turn the direction of what is around it.
+std::string FieldCell(std::string_view szField, const Limits& aLimits) {
   auto szMarkup = LogHtml::Field(LogWords::Shorten(szField, aLimits.lFieldBytes));
   if (szField.size() > aLimits.lFieldBytes) szMarkup += Words(IDS_LOG_CUT, {Count(szField.size())});
-  return Cell(szClass, szMarkup.empty() ? szMarkup : Isolated(szMarkup));
+  return Cell("", szMarkup);
 }
 
 SiteState StateOf(Outcome iOutcome) {
@@ -251,6 +257,7 @@ SiteState StateOf(Outcome iOutcome) {
   return aStates[static_cast<std::size_t>(iOutcome)];
 }
 
+// A log has hundreds of thousands of these: no element more than the cells themselves.
 std::string EntryRow(const LogHistory& aHistory, LogHistory::LineRef aRef, const Limits& aLimits) {
   const auto& aLine = aHistory.Line(aRef);
   if (aLine.iKind == LineKind::Unread) {
@@ -262,13 +269,12 @@ std::string EntryRow(const LogHistory& aHistory, LogHistory::LineRef aRef, const
   }
   if (aLine.iKind != LineKind::Entry) return {};
   const auto aFields = aHistory.Fields(aRef);
-  const auto iState = StateOf(aLine.iOutcome);
-  return std::string("<tr class=\"") + LogStrip::ClassOf(iState) + "\">" +
-         Cell("t", aLine.bTimeKnown ? FormatTimeOfDay(aLine.dtMoment) : "-") +
-         StateCell(iState, Words(LogWords::OutcomeName(aLine.iOutcome))) +
-         FieldCell("", aFields.Address, aLimits) + FieldCell("", aFields.StatusText, aLimits) +
-         Cell("n", aLine.bTimeKnown ? std::string(aFields.Elapsed) : "-") +
-         FieldCell("", aFields.Comment, aLimits) + "</tr>\n";
+  return std::string("<tr class=\"") + LogStrip::ClassOf(StateOf(aLine.iOutcome)) + "\">" +
+         Cell("", aLine.bTimeKnown ? FormatTimeOfDay(aLine.dtMoment) : "-") +
+         Cell("", Words(LogWords::OutcomeName(aLine.iOutcome))) + FieldCell(aFields.Address, aLimits) +
+         FieldCell(aFields.StatusText, aLimits) +
+         Cell("", aLine.bTimeKnown ? std::string(aFields.Elapsed) : "-") +
+         FieldCell(aFields.Comment, aLimits) + "</tr>\n";
 }
 
 std::string PassHead(const LogPass& aPass, bool bLast) {
@@ -289,13 +295,49 @@ std::string GapRow(const StateInterval& aGap) {
          Escape(LogWords::Gap(aGap)) + "</td></tr></tbody>\n";
 }
 
+// The entries as many tables below each other, whole passes in each. A browser lays out only those that are
+// looked at, so that a page of a month stays quick.
+class EntryTables {
+ public:
+  void Add(const std::string& szRows, std::size_t lLines);
+  std::string Finish();
+
+ private:
+  std::string szTables, szOpen;
+  std::size_t lOpenLines = 0;
+  const std::string szHead =
+      "<table class=\"entries\">\n"
+      "<colgroup><col/><col/><col/><col/><col/><col/></colgroup>" +
+      Heads({IDS_LOG_COL_TIME, IDS_LOG_COL_NOW, IDS_LOG_COL_ADDRESS, IDS_LOG_COL_ANSWER, IDS_LOG_COL_SECONDS,
+             IDS_LOG_COL_REMARKS},
+            {IDS_LOG_COL_SECONDS});
+};
+
+void EntryTables::Add(const std::string& szRows, std::size_t lLines) {
+  constexpr std::size_t lTableLines = 300;
+  szOpen += szRows;
+  lOpenLines += lLines;
+  if (lOpenLines >= lTableLines) Finish();
+}
+
+std::string EntryTables::Finish() {
+  constexpr std::size_t lRowPixels = 33;  // about; what is not laid out yet is taken to be as high
+  if (lOpenLines > 0)
+    szTables += "<div class=\"part\" style=\"contain-intrinsic-height:auto " +
+                std::to_string((lOpenLines + 1) * lRowPixels) + "px\">" + szHead + szOpen +
+                "</table></div>\n";
+  szOpen.clear();
+  lOpenLines = 0;
+  return szTables;
+}
+
 // Passes from the first that fits whole; of a last pass that alone is too long, its last lines.
 std::string EntryRows(const LogHistory& aHistory, const LogSummary& aSummary, const Limits& aLimits,
                       std::size_t& lShown) {
   const auto& aPasses = aHistory.Passes();
   const auto lAll = aHistory.Lines().size();
   const auto lFrom = lAll > aLimits.lLines ? lAll - aLimits.lLines : 0;
-  std::string szRows;
+  EntryTables aTables;
   std::size_t lAt = 0;
   auto aGap = aSummary.aGaps.begin();
   for (std::size_t lPass = 0; lPass < aPasses.size(); ++lPass) {
@@ -305,34 +347,29 @@ std::string EntryRows(const LogHistory& aHistory, const LogSummary& aSummary, co
     const bool bGap = aGap != aSummary.aGaps.end() && aPass.dtStart > 0 && aPass.dtStart == aGap->dtTo;
     const auto aPresentGap = bGap ? aGap++ : aGap;
     if (lAt >= lFrom || bLast) {
-      if (bGap && lShown > 0) szRows += GapRow(*aPresentGap);
+      std::string szRows = bGap && lShown > 0 ? GapRow(*aPresentGap) : std::string();
       const auto lFirst = std::max(lAt, lFrom);
       lShown += lPast - lFirst;
       szRows += PassHead(aPass, bLast);
       for (auto lRow = lFirst; lRow < lPast; ++lRow)
         szRows += EntryRow(aHistory, aHistory.Lines()[lRow], aLimits);
-      szRows += "</tbody>\n";
+      aTables.Add(szRows + "</tbody>\n", lPast - lFirst);
     }
     lAt = lPast;
   }
-  return szRows;
+  return aTables.Finish();
 }
 
 std::string Entries(const LogHistory& aHistory, const LogSummary& aSummary, const Limits& aLimits) {
   if (aHistory.Lines().empty()) return {};
   std::size_t lShown = 0;
-  const auto szRows = EntryRows(aHistory, aSummary, aLimits, lShown);
+  const auto szTables = EntryRows(aHistory, aSummary, aLimits, lShown);
   std::string szOut = "<section>\n<h2>" + Words(IDS_LOG_ENTRIES) + "</h2>\n";
   if (lShown < aHistory.Lines().size())
     szOut += "<p class=\"note\">" +
              Words(IDS_LOG_ENTRIES_LEFT_OUT, {Count(lShown), Count(aHistory.Lines().size())}) + "</p>\n";
-  return szOut +
-         TableOf("entries", IDS_LOG_ENTRIES,
-                 Heads({IDS_LOG_COL_TIME, IDS_LOG_COL_NOW, IDS_LOG_COL_ADDRESS, IDS_LOG_COL_ANSWER,
-                        IDS_LOG_COL_SECONDS, IDS_LOG_COL_REMARKS},
-                       {IDS_LOG_COL_SECONDS}) +
-                     szRows) +
-         "<p class=\"note\">" + Words(IDS_LOG_FOOT_NOTE) + "</p>\n</section>\n";
+  return szOut + Region(IDS_LOG_ENTRIES, szTables) + "<p class=\"note\">" + Words(IDS_LOG_FOOT_NOTE) +
+         "</p>\n</section>\n";
 }
 
 }  // namespace

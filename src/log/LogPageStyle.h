@@ -44,25 +44,44 @@ td.site,th.site{min-width:9rem;font-weight:600}
 .line{stroke:var(--none);stroke-width:2;fill:none}
 .ring{fill:none;stroke:var(--none);stroke-width:1.6}.dashed{stroke-dasharray:3 2}
 .day{stroke:var(--paper);stroke-width:1;vector-effect:non-scaling-stroke;fill:none;opacity:.7}
+.part{content-visibility:auto;min-width:46rem}
+.entries{table-layout:fixed}
+.entries col{width:18%}.entries col:nth-child(1){width:11%}.entries col:nth-child(2){width:12%}
+.entries col:nth-child(3){width:30%}.entries col:nth-child(4){width:21%}.entries col:nth-child(5){width:8%}
+.entries td:nth-child(1),.entries td:nth-child(5){white-space:nowrap;font-variant-numeric:tabular-nums}
+.entries td:nth-child(5){text-align:right}.entries td:nth-child(6),.entries th:nth-child(6){padding-left:.6rem}
+.entries td:nth-child(2){position:relative;padding-left:1.4rem}
+.entries td:nth-child(2)::before{position:absolute;left:0;top:.62rem;width:1rem;height:1rem;
+font:bold .75rem/1rem sans-serif;text-align:center;color:var(--sign)}
+.entries .up td:nth-child(2)::before{content:"\2713";background:var(--up);border-radius:50%}
+.entries .warning td:nth-child(2)::before{content:"!";background:var(--warning);clip-path:polygon(50% 0,100% 100%,0 100%)}
+.entries .down td:nth-child(2)::before{content:"\2715";background:var(--down);
+clip-path:polygon(30% 0,70% 0,100% 30%,100% 70%,70% 100%,30% 100%,0 70%,0 30%)}
+.entries .off td:nth-child(2)::before{content:"";border:.1rem solid var(--none);border-radius:50%}
 .entries tbody th{background:var(--band);padding:.45rem .6rem;font-weight:600}
 .entries tbody th span{color:var(--soft);font-weight:400}
 .entries tr.gap td{padding:.7rem .6rem;color:var(--soft);font-style:italic;text-align:center}
 .entries .raw{font-family:ui-monospace,"DejaVu Sans Mono",monospace;font-size:.85em}
-tr.down td.state,tr.warning td.state{font-weight:600}
-.entries td:nth-child(3){min-width:12rem}.entries td:nth-child(4),.outages td:nth-child(5){min-width:9rem}
-.outages td:nth-child(4){min-width:5.5rem}
+tr.down td.state,tr.warning td.state,.entries .down td:nth-child(2),.entries .warning td:nth-child(2){font-weight:600}
+.outages th.site{min-width:14rem}.outages td:nth-child(5){min-width:9rem}
+.outages td:nth-child(4){min-width:5.5rem}.outages td:nth-child(6){white-space:nowrap}
 .Emphasis{font-weight:600;font-style:italic}
 .defs{position:absolute}
 footer{margin-top:2.5rem;border-top:1px solid var(--line);padding-top:.6rem}
 @media (max-width:40rem){body{padding:1rem .8rem 2rem}h1{font-size:1.45rem}dl{grid-template-columns:1fr;gap:.1rem}
 dd{margin-bottom:.5rem}.strips{grid-template-columns:1fr;gap:.15rem}.strips .name{margin-top:.5rem}.axis{grid-column:1}
-.axis span:nth-child(even){display:none}table{font-size:.85rem}}
+table{font-size:.85rem}}
+@media print,(max-width:60rem){.axis span:nth-child(even){display:none}}
 @media print{:root{color-scheme:light;--paper:#fff;--ink:#000;--soft:#444;--line:#bbb;--band:#f2f2f2;
 --up:#2e8b57;--warning:#e0a100;--down:#c0262d;--none:#777;--mark:#5c4200;--stroke:#7d0f16;--sign:#fff}
-body{max-width:none;padding:0;font-size:10pt}.wide{overflow:visible}h1{font-size:18pt}h2{break-after:avoid}
-table{font-size:8pt;line-height:1.3}thead th{white-space:normal}th,td{padding-right:.4rem}
-.entries td,.outages td{min-width:0!important}.entries{font-size:7.5pt;line-height:1.25}.entries th,.entries td{padding-top:.1rem;padding-bottom:.1rem}
-tr,.strip,.name{break-inside:avoid}thead{display:table-header-group}.entries tbody th{break-after:avoid}
-svg,dl,.entries tbody th{print-color-adjust:exact;-webkit-print-color-adjust:exact}}
+:root{font-size:9.5pt}
+body{max-width:none;padding:0;font-size:1rem}.wide{overflow:visible}.part{content-visibility:visible;min-width:0}h2{break-after:avoid}
+table{font-size:.84rem;line-height:1.3}thead th{white-space:normal}th,td{padding-right:.4rem}thead th:last-child,.entries td:nth-child(2){white-space:nowrap}
+.sites th.site{min-width:12rem}.note,.legend{break-after:avoid}
+.entries{font-size:.78rem;line-height:1.25}.entries th,.entries td{padding-top:.1rem;padding-bottom:.1rem}
+.entries td:nth-child(2)::before{top:.12rem;width:.8rem;height:.8rem;font-size:.6rem;line-height:.8rem}
+.entries tbody th{padding-top:.2rem;padding-bottom:.1rem}
+tr,.strip,.name,.strips{break-inside:avoid}thead{display:table-header-group}.entries tbody th{break-after:avoid}
+svg,dl,.entries tbody th,.entries td::before{print-color-adjust:exact;-webkit-print-color-adjust:exact}}
 @page{margin:15mm}
 )";

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdio>
 #include <numeric>
+#include <utility>
 
 #include "platform/Text.h"
 
@@ -72,6 +73,9 @@ std::string LogWords::Length(std::int64_t lSeconds) {
   constexpr std::array<std::int64_t, 4> aUnits{86400, 3600, 60, 1};
   constexpr std::array aNames{IDS_LOG_DAYS, IDS_LOG_HOURS, IDS_LOG_MINUTES, IDS_LOG_SECONDS};
   lSeconds = std::max<std::int64_t>(0, lSeconds);
+  // What is not shown is rounded: a pause of three seconds less than ten hours is no "9 h 59 min".
+  for (const auto& [lFrom, lStep] : {std::pair<std::int64_t, std::int64_t>{600, 60}, {86400, 3600}})
+    if (lSeconds >= lFrom) lSeconds = (lSeconds + lStep / 2) / lStep * lStep;
   std::size_t lUnit = 0;
   while (lUnit < 3 && lSeconds < aUnits[lUnit])
     ++lUnit;

@@ -1,6 +1,8 @@
 // kestrova-demo FOLDER: plays the sites and the mail server of the demonstration until interrupted. Into the
 // folder it writes the list (demo.kvd), the settings (settings.reg), every mail that comes in
 // (mails/01.eml, ...), and, once all of it stands, an empty file named "ready".
+//
+// kestrova-demo --week FOLDER: plays the last week instead, in a few seconds (see DemoWeek.h), and ends.
 #include <cstdio>
 #include <exception>
 #include <iostream>
@@ -12,6 +14,7 @@
 #include "platform/Terminal.h"
 #include "support/SmtpServer.h"
 #include "support/demo/DemoSites.h"
+#include "support/demo/DemoWeek.h"
 
 namespace {
 
@@ -48,12 +51,17 @@ void Play(const std::string& szFolder) {
 }  // namespace
 
 int main(int iCount, char** aValues) {
-  if (iCount != 2) {
-    std::cerr << "usage: kestrova-demo FOLDER\n";
+  const bool bWeek = iCount == 3 && std::string(aValues[1]) == "--week";
+  if (!bWeek && iCount != 2) {
+    std::cerr << "usage: kestrova-demo [--week] FOLDER\n";
     return 2;
   }
-  Terminal::CatchInterrupt();
   try {
+    if (bWeek) {
+      std::cout << DemoWeek::Play(aValues[2], DemoWeek::LastMonday()) << " rounds\n";
+      return 0;
+    }
+    Terminal::CatchInterrupt();
     Play(aValues[1]);
   } catch (const std::exception& aError) {
     std::cerr << "kestrova-demo: " << aError.what() << '\n';
