@@ -144,7 +144,6 @@ void CompareWithBareLoop() {
   const TestHome aHome;
   LoadSettings();
   FaultServer aServer;
-  aServer.KeepRequests(false);
   std::vector<std::string> aURLs;
   std::vector<SiteRecord> aRecords;
   for (std::int32_t i = 1; i <= lSites; ++i) {
@@ -223,7 +222,6 @@ void WatchResources() {
   const TestHome aHome;
   LoadSettings();
   FaultServer aServer;
-  aServer.KeepRequests(false);
   Store(BadSites(aServer));
   Runner aRunner;
   while (aRunner.aView.lRecorded < lWarmUp)

@@ -10,7 +10,7 @@ build_packages=(
   g++ cmake ninja-build ccache pkg-config
   libcurl4-openssl-dev libsqlite3-dev libwxgtk3.2-dev
   libcli11-dev nlohmann-json3-dev
-  libgtest-dev libgmock-dev libbenchmark-dev
+  libgtest-dev libgmock-dev libbenchmark-dev libasio-dev
 )
 # A display without a screen, and on it a window manager, a tray and what looks at windows from outside.
 display_packages=(xvfb xauth metacity trayer xdotool imagemagick)

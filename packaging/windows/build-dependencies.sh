@@ -12,12 +12,12 @@
 #   KESTROVA_JOBS            parallel compilers (default: one a processor)
 set -euo pipefail
 
-libraries=(libpng wxwidgets curl googletest benchmark cli11 nlohmann-json)
+libraries=(libpng wxwidgets curl googletest benchmark cli11 nlohmann-json asio)
 
 # The installed package whose version each library takes, so that both systems' programs are built from the same.
 declare -A follows=([libpng]=libpng-dev [wxwidgets]=libwxgtk3.2-dev [curl]=libcurl4-openssl-dev
                     [googletest]=googletest [benchmark]=libbenchmark-dev [cli11]=libcli11-dev
-                    [nlohmann-json]=nlohmann-json3-dev)
+                    [nlohmann-json]=nlohmann-json3-dev [asio]=libasio-dev)
 declare -A source_of=([libpng]=libpng1.6 [wxwidgets]=wxwidgets3.2 [curl]=curl [benchmark]=benchmark)
 declare -A stands_on=([wxwidgets]=libpng)
 
@@ -86,6 +86,10 @@ copy_headers() {
 }
 build_cli11() { copy_headers CLI CLI11; }
 build_nlohmann-json() { copy_headers nlohmann nlohmann_json; }
+build_asio() {
+  step "copy" mkdir -p "$stage$prefix/include"
+  cp -r /usr/include/asio /usr/include/asio.hpp "$stage$prefix/include/"
+}
 
 # --- the rest is the same for all
 

@@ -119,18 +119,18 @@ TEST(Recording, TheMailServersFaultStandsInTheLogAndNotInTheList) {
   const std::string szSent = "E-mail Notification Sent", szFailed = "E-mail Notification Failed";
   const struct {
     Stage iStage;
-    Smtp::Act aAct;
+    Fault::Answer aAct;
     std::string szRemark;
   } aCases[] = {
-      {Stage::Quit, Smtp::Drop(), szSent},
-      {Stage::Quit, Smtp::Stall(), szSent},
+      {Stage::Quit, {Fault::Close()}, szSent},
+      {Stage::Quit, {Fault::Hang()}, szSent},
       {Stage::Greeting, Smtp::Say("421 later"), szFailed},
-      {Stage::Hello, Smtp::Drop(), szFailed},
+      {Stage::Hello, {Fault::Close()}, szFailed},
       {Stage::Sender, Smtp::Say("451 later"), szFailed},
       {Stage::Recipient, Smtp::Say("550 unknown"), szFailed},
-      {Stage::Data, Smtp::Stall(), szFailed},
+      {Stage::Data, {Fault::Hang()}, szFailed},
       {Stage::Text, Smtp::Say("554 refused"), szFailed},
-      {Stage::Text, Smtp::Reset(), szFailed},
+      {Stage::Text, {Fault::Reset()}, szFailed},
   };
   SendForm3_SetLimit(2);
   for (const auto& aCase : aCases) {

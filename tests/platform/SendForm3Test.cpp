@@ -106,27 +106,27 @@ TEST(SendForm3, FaultyServers) {
   struct Case {
     Stage iStage;
     bool bSent;
-    Smtp::Act aAct;
+    Fault::Answer aAct;
     std::optional<std::string> szReply;
   };
   std::vector<Case> aCases = {
-      {Stage::Text, true, Smtp::Say("250 ok at last", 300), "250 ok at last"},
-      {Stage::Text, true, Smtp::SayRaw("250-a\r\n250-b\r\n251 c\r\n"), "251 c"},
-      {Stage::Quit, true, Smtp::Drop(), szTaken},
-      {Stage::Quit, true, Smtp::Reset(), szTaken},
-      {Stage::Quit, true, Smtp::Endless("221-bye\r\n"), szTaken},
-      {Stage::Data, false, Smtp::SayRaw("354 go\r\n554 no\r\n", true), {}},
-      {Stage::Data, false, Smtp::SayRaw("250 fine\r\n"), "250 fine"},
-      {Stage::Text, false, Smtp::Reset(), "354 go on"},
-      {Stage::Greeting, false, Smtp::SayRaw("SSH-2.0-x\r\n", true), "SSH-2.0-x"},
+      {Stage::Text, true, {Fault::Delay(300), Fault::Send("250 ok at last\r\n")}, "250 ok at last"},
+      {Stage::Text, true, {Fault::Send("250-a\r\n250-b\r\n251 c\r\n")}, "251 c"},
+      {Stage::Quit, true, {Fault::Close()}, szTaken},
+      {Stage::Quit, true, {Fault::Reset()}, szTaken},
+      {Stage::Quit, true, {Fault::Endless("221-bye\r\n")}, szTaken},
+      {Stage::Data, false, {Fault::Send("354 go\r\n554 no\r\n"), Fault::Close()}, {}},
+      {Stage::Data, false, {Fault::Send("250 fine\r\n")}, "250 fine"},
+      {Stage::Text, false, {Fault::Reset()}, "354 go on"},
+      {Stage::Greeting, false, {Fault::Send("SSH-2.0-x\r\n"), Fault::Close()}, "SSH-2.0-x"},
       {Stage::Sender, false, Smtp::Say("550 \x07no\x1B[2J"), "550 ?no?[2J"},
-      {Stage::Text, false, Smtp::Endless(szMore), "250-more"},
-      {Stage::Sender, false, Smtp::Endless(std::string(5000, 'x')), {}},
-      {Stage::Quit, true, Smtp::Stall(), szTaken},
+      {Stage::Text, false, {Fault::Endless(szMore)}, "250-more"},
+      {Stage::Sender, false, {Fault::Endless(std::string(5000, 'x'))}, {}},
+      {Stage::Quit, true, {Fault::Hang()}, szTaken},
   };
   for (const auto iStage : {Stage::Greeting, Stage::Hello, Stage::Sender, Stage::Recipient, Stage::Data})
-    aCases.push_back({iStage, false, Smtp::Stall(), {}});
-  aCases.push_back({Stage::Text, false, Smtp::Stall(), "354 go on"});  // taken or not is not known
+    aCases.push_back({iStage, false, {Fault::Hang()}, {}});
+  aCases.push_back({Stage::Text, false, {Fault::Hang()}, "354 go on"});  // taken or not is not known
   for (const auto iStage :
        {Stage::Greeting, Stage::Hello, Stage::Sender, Stage::Recipient, Stage::Data, Stage::Text})
     for (const char* szReply : {"421 4.3.2 not now", "550 5.7.1 not you"})

@@ -1,41 +1,43 @@
-// ChildProcess: a program started by a test, with its output read and its end waited for, never without a
+// ChildProcess: a program started by a test, with what it writes kept and its end waited for, never without a
 // limit. What still runs when the object goes is killed.
 #pragma once
 
-#include <memory>
+#include <cstdint>
 #include <string>
-#include <utility>
 #include <vector>
 
 class ChildProcess {
  public:
-  using Variables = std::vector<std::pair<std::string, std::string>>;
-
-  // The environment is the test's own with these variables set.
-  ChildProcess(const std::string& szProgram, const std::vector<std::string>& aArguments,
-               const Variables& aEnvironment = {});
+  ChildProcess(const std::string& szProgram, const std::vector<std::string>& aArguments);
   ~ChildProcess();
   ChildProcess(const ChildProcess&) = delete;
   ChildProcess& operator=(const ChildProcess&) = delete;
 
-  // The exit code; lKilled when it was ended from outside; lRunning when it still runs after the time. All
-  // output has been read by then.
+  // The exit code; lKilled when it was ended from outside; lRunning when it still runs after the time; 127
+  // when it could not be started.
   static constexpr int lRunning = -1;
   static constexpr int lKilled = -2;
   int Wait(double dSeconds);
-  // Reads until the text has appeared in the output. False at the program's end or after the time.
+  // False when the program ended, or the time, before the text appeared.
   bool WaitForOutput(const std::string& szText, double dSeconds);
 
   void Kill();       // hard, as when the machine stops
   void Interrupt();  // as Ctrl-C does
 
-  const std::string& Output() const;  // read so far
-  const std::string& Errors() const;
+  // Written so far, with LF at line ends.
+  std::string Output() const;
+  std::string Errors() const;
 
   // A program built with the tests, by its plain name.
   static std::string BuiltProgram(const std::string& szName);
 
  private:
-  struct State;
-  std::unique_ptr<State> pState;
+  static std::string NewFile();
+  // The system's part. Start leaves hProcess at 0 when it fails; Ended sets lResult at the end.
+  void Start(const std::vector<std::string>& aWords);
+  bool Ended();
+
+  const std::string szOutputFile = NewFile(), szErrorFile = NewFile();
+  std::intptr_t hProcess = 0;
+  int lResult = lRunning;
 };

@@ -1,57 +1,75 @@
 #include "support/TalkServer.h"
 
 #include <chrono>
+#include <exception>
 #include <utility>
 
-using Sockets::Event;
-using std::chrono::milliseconds;
-using SteadyClock = std::chrono::steady_clock;
+using asio::use_awaitable;
+using asio::ip::tcp;
 
-bool TalkServer::Client::Send(std::string_view szBytes) {
-  while (!szBytes.empty()) {
-    const auto lTaken = Sockets::Send(hSocket, szBytes);
-    if (lTaken < 0 || Sockets::Wait(aBell, hSocket, true, lTaken > 0 ? 0 : -1) == Event::Rung) return false;
-    szBytes.remove_prefix(static_cast<std::size_t>(lTaken));
+Fault::Step Fault::Endless(const std::string& szBytes) {
+  std::string szBlock = szBytes;  // a short text is sent in blocks, or the server would be the slow one
+  while (szBlock.size() < 32768)
+    szBlock += szBytes;
+  return {Step::Kind::Endless, std::move(szBlock)};
+}
+
+static TalkServer::Talk Do(TalkServer::Client& aClient, const Fault::Step& aStep) {
+  using Kind = Fault::Step::Kind;
+  asio::steady_timer aTimer(aClient.get_executor());
+  const std::chrono::milliseconds aPause(aStep.lMilliseconds);
+  switch (aStep.iKind) {
+    case Kind::Send:
+      co_await asio::async_write(aClient, asio::buffer(aStep.szBytes), use_awaitable);
+      break;
+    case Kind::Drip:
+      for (const char& chByte : aStep.szBytes) {
+        co_await asio::async_write(aClient, asio::buffer(&chByte, 1), use_awaitable);
+        aTimer.expires_after(aPause);
+        co_await aTimer.async_wait(use_awaitable);
+      }
+      break;
+    case Kind::Endless:
+      for (;;)
+        co_await asio::async_write(aClient, asio::buffer(aStep.szBytes), use_awaitable);
+    case Kind::Delay:
+      aTimer.expires_after(aPause);
+      co_await aTimer.async_wait(use_awaitable);
+      break;
+    case Kind::Hang:
+      for (char aLost[4096];;)
+        co_await aClient.async_read_some(asio::buffer(aLost), use_awaitable);
+    case Kind::HalfClose:
+      aClient.shutdown(tcp::socket::shutdown_send);
+      break;
+    case Kind::Reset:
+      aClient.set_option(asio::socket_base::linger(true, 0));
+      [[fallthrough]];
+    case Kind::Close:
+      aClient.close();
   }
-  return true;
 }
 
-bool TalkServer::Client::Receive(std::string& szInput) {
-  if (Sockets::Wait(aBell, hSocket, false, -1) == Event::Rung) return false;
-  char aBuffer[16384];
-  const auto lGot = Sockets::Receive(hSocket, aBuffer, sizeof aBuffer);
-  if (lGot > 0) szInput.append(aBuffer, static_cast<std::size_t>(lGot));
-  return lGot >= 0;
+TalkServer::Talk TalkServer::Do(Client& aClient, const Fault::Answer& aSteps) {
+  for (const Fault::Step& aStep : aSteps)
+    co_await ::Do(aClient, aStep);
 }
 
-bool TalkServer::Client::Pause(std::int32_t lMilliseconds) {
-  const auto aEnd = SteadyClock::now() + milliseconds(lMilliseconds);
-  for (;;) {
-    const auto aRest = std::chrono::ceil<milliseconds>(aEnd - SteadyClock::now()).count();
-    if (lMilliseconds >= 0 && aRest <= 0) return true;
-    const auto lWait = lMilliseconds < 0 ? -1 : static_cast<std::int32_t>(aRest);
-    const auto iEvent = Sockets::Wait(aBell, hSocket, false, lWait);
-    char aLost[4096];
-    if (iEvent == Event::Rung) return false;
-    if (iEvent == Event::Ready && Sockets::Receive(hSocket, aLost, sizeof aLost) < 0) return false;
-  }
-}
-
-void TalkServer::Client::Reset() {
-  Sockets::Reset(std::exchange(hSocket, Sockets::hNone));
-}
-
-TalkServer::TalkServer(std::uint16_t iWanted, std::function<void(Client&)> aConversation)
-    : iPort(iWanted), hListener(Sockets::Listen(iPort)), aTalk(std::move(aConversation)) {
-  aThread = std::thread([this] { Run(); });
+TalkServer::TalkServer(std::function<Talk(Client&)> aConversation)
+    : aTalk(std::move(aConversation)),
+      aListener(aContext, tcp::endpoint(asio::ip::address_v4::loopback(), 0), false) {
+  asio::co_spawn(aContext, Accept(), asio::detached);
+  aThread = std::thread([this] { aContext.run(); });
 }
 
 TalkServer::~TalkServer() {
-  aBell.Ring();
+  aContext.stop();
   aThread.join();
-  std::unique_lock aGuard(aLock);
-  aEnded.wait(aGuard, [this] { return lOpen == 0; });
-  Sockets::Close(hListener);
+}
+
+std::size_t TalkServer::Accepted() const {
+  const std::lock_guard aGuard(aLock);
+  return lAccepted;
 }
 
 std::size_t TalkServer::Open() const {
@@ -61,25 +79,31 @@ std::size_t TalkServer::Open() const {
 
 bool TalkServer::WaitUntilIdle(std::int32_t lMilliseconds) const {
   std::unique_lock aGuard(aLock);
-  return aEnded.wait_for(aGuard, milliseconds(lMilliseconds), [this] { return lOpen == 0; });
+  return aEnded.wait_for(aGuard, std::chrono::milliseconds(lMilliseconds), [this] { return lOpen == 0; });
 }
 
-void TalkServer::Run() {
-  while (Sockets::Wait(aBell, hListener, false, -1) != Event::Rung) {
-    const auto hAccepted = Sockets::Accept(hListener);
-    if (hAccepted == Sockets::hNone) continue;
+TalkServer::Talk TalkServer::Accept() {
+  for (;;) {
+    Client aClient = co_await aListener.async_accept(use_awaitable);
     {
       const std::lock_guard aGuard(aLock);
+      ++lAccepted;
       ++lOpen;
     }
-    std::thread([this, hAccepted] {
-      {
-        Client aClient(aBell, hAccepted);
-        aTalk(aClient);
-      }
-      const std::lock_guard aGuard(aLock);
-      --lOpen;
-      aEnded.notify_all();
-    }).detach();
+    asio::co_spawn(aContext, Converse(std::move(aClient)), asio::detached);
   }
+}
+
+TalkServer::Talk TalkServer::Converse(Client aClient) {
+  try {
+    aClient.set_option(tcp::no_delay(true));  // drips must leave byte by byte
+    co_await aTalk(aClient);
+  } catch (const std::exception&) {
+    // The client has gone, or says what nobody understands.
+  }
+  std::error_code aIgnored;
+  aClient.close(aIgnored);
+  const std::lock_guard aGuard(aLock);
+  --lOpen;
+  aEnded.notify_all();
 }
