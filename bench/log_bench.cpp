@@ -8,8 +8,7 @@
 #include "log/LogHistory.h"
 #include "log/LogHtml.h"
 #include "log/LogSummary.h"
-#include "support/LogWeek.h"
-#include "support/TestHome.h"
+#include "support/LogScript.h"
 
 namespace {
 
@@ -18,7 +17,16 @@ constexpr std::size_t lLines = 1'000'000;
 const std::string& LongLog() {
   static const TestHome aHome;
   static const std::string szPath = [] {
-    aHome.Write("long.kvl", LogWeek::Long(lLines / 52));
+    LogScript aScript;
+    for (std::size_t lPass = 0; lPass < lLines / 52; ++lPass, aScript.End().After(30)) {
+      aScript.Start();
+      for (std::size_t lSite = 0; lSite < 50; ++lSite) {
+        const auto szSite = "site" + std::to_string(lSite) + ".example.com/index.html";
+        const auto lPhase = (lPass + lSite * 37) % 400;
+        lPhase == 0 ? aScript.Warn(szSite) : lPhase < 3 ? aScript.Down(szSite) : aScript.Up(szSite);
+      }
+    }
+    aHome.Write("long.kvl", aScript.szText);
     return aHome.Path("long.kvl");
   }();
   return szPath;

@@ -1,16 +1,16 @@
 #include <gtest/gtest.h>
 
-#include "log/LogBench.h"
 #include "log/LogCsv.h"
+#include "support/LogScript.h"
 
 TEST(LogCsv, HoldsEveryLineQuotedAndDisarmed) {
   TestHome aHome;
-  LogWeek::Script aScript(dtMonday);
+  LogScript aScript;
   aScript.Start(true).Up("a/x,y").Entry("(1) http://=b<BR>(2) http://10.0.0.1",
                                         "(1) Request Timed-Out<BR>(2) Site OK", 2,
                                         "<SPAN class=\"Emphasis\">IP Check Performed</SPAN>; =cmd");
   aScript.Raw("=torn \"line\"\r\n").End().Raw("12/30/1899 12:00:00 AM,http://c,Site OK,1,,1\r\n");
-  Opened aHistory(aHome, aScript.Text());
+  Opened aHistory(aHome, aScript.szText);
   const std::string szHead =
       "Round started,Round kind,Checked at,Site,Address,Outcome,Answer,Seconds,Remarks,Class\r\n";
   const std::string szRows =

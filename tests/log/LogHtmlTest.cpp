@@ -1,9 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdlib>
 
-#include "log/LogBench.h"
 #include "log/LogHtml.h"
+#include "log/LogSummaryText.h"
+#include "platform/Files.h"
+#include "support/LogScript.h"
+#include "support/demo/DemoWeek.h"
 
 namespace {
 
@@ -17,6 +21,14 @@ std::size_t Occurrences(const std::string& szText, const std::string& szPart) {
 std::string PageOf(const TestHome& aHome, const std::string& szText, const LogHtml::Limits& aLimits = {}) {
   const Opened aHistory(aHome, szText);
   return LogHtml::Compose(aHistory, Summarise(aHistory), aLimits);
+}
+
+void ExpectWellFormed(const TestHome& aHome, const std::string& szPage) {
+  aHome.Write("page.htm", szPage);
+  const auto szOut = " > \"" + aHome.Path("out.txt") + "\" 2>&1";
+  if (std::system(("xmllint --version" + szOut).c_str()) != 0) GTEST_SKIP() << "xmllint is not installed";
+  EXPECT_EQ(std::system(("xmllint --noout \"" + aHome.Path("page.htm") + "\"" + szOut).c_str()), 0)
+      << aHome.Read("out.txt").substr(0, 2000);
 }
 
 const std::string aHostile[] = {"<script>alert(1)</script>",
@@ -34,47 +46,54 @@ const std::string aHostile[] = {"<script>alert(1)</script>",
 
 TEST(LogHtml, LetsNothingHostileIn) {
   TestHome aHome;
-  LogWeek::Script aScript(dtMonday);
+  LogScript aScript;
   aScript.Start();
   for (const auto& szText : aHostile)
     aScript.Entry("http://" + szText, szText, 2, szText).Raw("raw " + szText + "\r\n");
-  aScript.Entry("(1) http://x<BR>(2) http://y", "(1) z<BR>(2) Site OK", 2).End();
-  const auto szPage = PageOf(aHome, aScript.Text());
+  aScript.Entry("(1) http://x<BR>(2) http://y", "(1) z<BR>(2) Site OK", 2,
+                "<SPAN class=\"Emphasis\">IP Check Performed</SPAN>; E-mail Notification Sent");
+  aScript.Entry("http://a", "", 2, "Manually Stopped.").Start();
+  const auto szPage = PageOf(aHome, aScript.szText);
   for (const auto* szTag :
        {"<script", "<img", "<svg onload", "<SPAN", "<BR", "<!--", "onclick=\"x", "]]>", "\x1b"})
     EXPECT_EQ(szPage.find(szTag), std::string::npos) << szTag;
   EXPECT_EQ(szPage.find('\0'), std::string::npos);
-  EXPECT_NE(szPage.find("(1) z<br/>(2) Site OK"), std::string::npos);
-  aHome.Write("hostile.htm", szPage);
-  aHome.Write("week.htm", PageOf(aHome, LogWeek::Text()));
-  const auto szOut = " > \"" + aHome.Path("out.txt") + "\" 2>&1";
-  if (std::system(("xmllint --version" + szOut).c_str()) != 0) GTEST_SKIP() << "xmllint is not installed";
-  for (const auto* szName : {"hostile.htm", "week.htm"})
-    EXPECT_EQ(std::system(("xmllint --noout \"" + aHome.Path(szName) + "\"" + szOut).c_str()), 0)
-        << szName << ": " << aHome.Read("out.txt").substr(0, 2000);
+  for (const auto* szPart : {"(1) z<br/>(2) Site OK",
+                             "<span class=\"Emphasis\">IP Check Performed</span>; E-mail Notification Sent",
+                             "(stopped by hand)", "(its end is missing)", "<bdi>raw &lt;script"})
+    EXPECT_NE(szPage.find(szPart), std::string::npos) << szPart;
+  ExpectWellFormed(aHome, szPage);
 }
 
-TEST(LogHtml, SaysHowThingsStandAndShowsEverything) {
+TEST(LogHtml, TellsTheWeekOfTheDemonstration) {
   TestHome aHome;
-  TestClock aClock(JoinDateTime({2026, 1, 12, 9, 0, 0}));
-  const auto szPage = PageOf(aHome, LogWeek::Text());
-  for (const auto* szPart :
-       {"<span>2 of 5 sites are down.</span>", "Made by Kestrova", "Mon Jan 12 2026, 9:00 AM.",
-        "Not watched: Wed Jan 7 2026, 3:00 PM to Thu Jan 8 2026, 1:00 AM (10 h)",
-        "<span class=\"Emphasis\">IP Check Performed</span>; E-mail Notification Sent", "(stopped by hand)",
-        "(its end is missing)", "<span class=\"raw\"><bdi>1/6/2026 9:32:0</bdi></span>"})
-    EXPECT_NE(szPage.find(szPart), std::string::npos) << szPart;
-  EXPECT_EQ(Occurrences(szPage, "scope=\"rowgroup\""), 261U);
+  EXPECT_EQ(DemoWeek::Play(aHome.Path("week"), std::floor(dtMonday)), 326U);
+  LogHistory aHistory;
+  ASSERT_TRUE(aHistory.Open({aHome.Path("week") + Files::chSeparator + "Logs"}));
+  const auto aSummary = Summarise(aHistory);
+  const auto szPage = LogHtml::Compose(aHistory, aSummary);
+  const auto szAll = LogSummaryText::Compose(aSummary) + szPage;
+  for (const auto* szPart : {"1 of 6 sites is down.\n", "has been down since Sun Jan 11 2026, 5:2",
+                             "(323 on schedule, 3 started by hand)", "10 sent, 1 could not be sent",
+                             "96.93%        1  4 h 17 min", "<span>1 of 6 sites is down.</span>",
+                             "Not watched: Fri Jan 9 2026, 8:52 PM to Sat Jan 10 2026, 9:10 AM (12 h 18 min)",
+                             "and 12 h 18 min not watched", "E-mail Notification Failed"})
+    EXPECT_NE(szAll.find(szPart), std::string::npos) << szPart << " in\n" << szAll.substr(0, 2000);
+  EXPECT_EQ(Occurrences(szPage, "scope=\"rowgroup\""), 326U);
   EXPECT_EQ(szPage.find("src="), std::string::npos) << "nothing is loaded from elsewhere";
+  ExpectWellFormed(aHome, szPage);
 }
 
 TEST(LogHtml, ShowsTheLastWholePassesOfALongLog) {
   TestHome aHome;
+  LogScript aScript;
+  for (int lPass = 0; lPass < 600; ++lPass)
+    aScript.Start().Up("a").Up("b").End().After(30);
   LogHtml::Limits aLimits;
-  aLimits.lLines = 52 * 3 + 10;
-  aLimits.lSites = 7;
-  const auto szPage = PageOf(aHome, LogWeek::Long(20), aLimits);
-  EXPECT_EQ(Occurrences(szPage, "scope=\"rowgroup\""), 3U);
-  EXPECT_EQ(Occurrences(szPage, "role=\"img\""), 7U);
-  EXPECT_NE(szPage.find("This page holds the last 156 of 1,040 lines."), std::string::npos);
+  aLimits.lLines = 4 * 300 + 2;
+  aLimits.lSites = 1;
+  const auto szPage = PageOf(aHome, aScript.szText, aLimits);
+  EXPECT_EQ(Occurrences(szPage, "scope=\"rowgroup\""), 300U);
+  EXPECT_EQ(Occurrences(szPage, "role=\"img\""), 1U);
+  EXPECT_NE(szPage.find("This page holds the last 1,200 of 2,400 lines."), std::string::npos);
 }

@@ -2,10 +2,11 @@
 
 #include <random>
 
-#include "log/LogBench.h"
 #include "log/LogCsv.h"
 #include "log/LogHistory.h"
 #include "log/LogHtml.h"
+#include "log/LogSummary.h"
+#include "support/LogScript.h"
 
 using namespace std::string_literals;
 
@@ -62,12 +63,12 @@ TEST(LogLine, KeepsWhatIsNoLineOfOursAsUnread) {
 
 TEST(LogHistory, FormsPassesWhateverTheLines) {
   const TestHome aHome;
-  LogWeek::Script aScript(dtMonday);
+  LogScript aScript;
   aScript.Raw("\xEF\xBB\xBF").Start(true).Up("a").Raw("torn\n\r\n12:00:00 AM,http://b,Site OK,9,,1\n").End();
   aScript.Raw("between\0passes\r\n"s).After(30).Start().Up("A");  // no end line
   aScript.After(30).Raw("[START CHECK: AUTO - never]\r\n").Up("c");
   aScript.After(30).Raw("1/1/9999 1:00:00 AM,http://c,Site OK,1,,1\r\n").End();
-  const Opened aHistory(aHome, aScript.Text());
+  const Opened aHistory(aHome, aScript.szText);
   std::string szPasses;  // started, manual, ended, entries, unread
   for (const auto aRef : aHistory.Passes()) {
     const auto& aPass = aHistory.Pass(aRef);
@@ -83,11 +84,11 @@ TEST(LogHistory, FormsPassesWhateverTheLines) {
 
 TEST(LogHistory, FollowsAFileThatGrowsIsCutAndReplaced) {
   const TestHome aHome;
-  LogWeek::Script aScript(dtMonday), aOther(AddDays(dtMonday, 31));
+  LogScript aScript, aOther{AddDays(dtMonday, 31)};
   aScript.Start().Up("a.com").Warn("b.com").End().After(30).Start().Up("a.com").Down("b.com").End();
   for (int lPass = 0; lPass < 9; ++lPass)
     aOther.Start().Up("c.com").End();
-  const auto& szAll = aScript.Text();
+  const auto& szAll = aScript.szText;
   Opened aHistory(aHome, "");
   const auto Expect = [&](const std::string& szText, std::size_t lPasses, std::size_t lLines) {
     aHome.Write("D.kvl", szText);
@@ -102,16 +103,22 @@ TEST(LogHistory, FollowsAFileThatGrowsIsCutAndReplaced) {
   }
   Expect(szAll, 2, 8);
   Expect(szAll.substr(0, 60), 1, 2);  // cut
-  Expect(aOther.Text(), 9, 27);       // replaced by a longer one
+  Expect(aOther.szText, 9, 27);       // replaced by a longer one
 }
 
 TEST(LogHistory, SurvivesAnyBytes) {
   const TestHome aHome;
-  const auto szWeek = LogWeek::Text();
-  std::string szBytes = szWeek.substr(0, 3000) + std::string(10'000'000, 'x') + "\r\n";
+  LogScript aScript;
+  while (aScript.szText.size() < 60000)
+    aScript.Start()
+        .Up("a.com/x,y")
+        .Entry("(1) http://b<BR>(2) http://10.0.0.1", "(1) x<BR>(2) y", 2)
+        .End()
+        .After(30);
+  std::string szBytes = aScript.szText.substr(0, 3000) + std::string(10'000'000, 'x') + "\r\n";
   std::mt19937 aRandom(1);
   for (int lRound = 0; lRound < 500; ++lRound) {
-    auto szPiece = szWeek.substr(aRandom() % 50000, 300);
+    auto szPiece = aScript.szText.substr(aRandom() % 50000, 300);
     for (int lFlip = 0; lFlip < 12; ++lFlip)
       szPiece[aRandom() % szPiece.size()] = static_cast<char>(aRandom());
     szBytes += szPiece;

@@ -3,7 +3,6 @@
 // (mails/01.eml, ...), and, once all of it stands, an empty file named "ready".
 //
 // kestrova-demo --week FOLDER: plays the last week instead, in a few seconds (see DemoWeek.h), and ends.
-#include <cstdio>
 #include <exception>
 #include <iostream>
 #include <string>
@@ -12,7 +11,6 @@
 #include "platform/Clock.h"
 #include "platform/Files.h"
 #include "platform/Terminal.h"
-#include "support/SmtpServer.h"
 #include "support/demo/DemoSites.h"
 #include "support/demo/DemoWeek.h"
 
@@ -38,12 +36,7 @@ void Play(const std::string& szFolder) {
 
   std::size_t lWritten = 0;
   while (!Terminal::Interrupted()) {
-    const auto aMails = aMailServer.Mails();
-    for (; lWritten < aMails.size(); ++lWritten) {
-      char szName[32];
-      std::snprintf(szName, sizeof szName, "%02zu.eml", lWritten + 1);
-      Write(szInside + "mails" + Files::chSeparator + szName, aMails[lWritten].szText);
-    }
+    lWritten = DemoSites::KeepMails(aMailServer, szInside + "mails", lWritten);
     Clock::Wait(dPollSeconds);
   }
 }

@@ -1,8 +1,10 @@
 #include "support/demo/DemoSites.h"
 
 #include <cstdio>
+#include <stdexcept>
 
 #include "persistence/ProductKeys.h"
+#include "platform/Files.h"
 #include "platform/Text.h"
 
 namespace {
@@ -70,4 +72,16 @@ std::string DemoSites::RegistryFile(const FaultServer& aServer, std::uint16_t iM
             TextValue("URL", szNameThatFails) + TextValue("IP", aServer.Address()) +
             NumberValue("Enabled", 1) + NumberValue("Status", 4) + NumberValue("Timeout", lTimeOut);
   return szFile;
+}
+
+std::size_t DemoSites::KeepMails(const SmtpServer& aServer, const std::string& szFolder,
+                                 std::size_t lWritten) {
+  const auto aMails = aServer.Mails();
+  for (; lWritten < aMails.size(); ++lWritten) {
+    char szName[32];
+    std::snprintf(szName, sizeof szName, "%c%02zu.eml", Files::chSeparator, lWritten + 1);
+    if (!Files::WriteWhole(szFolder + szName, aMails[lWritten].szText))
+      throw std::runtime_error("cannot write into " + szFolder);
+  }
+  return lWritten;
 }
