@@ -12,8 +12,9 @@
 #include "resources/TextGlue.h"
 
 namespace {
+constexpr long lComingUp = 1000;  // milliseconds
 constexpr int lTextWidth = 360;
-}
+}  // namespace
 
 frmWelcome::frmWelcome(MainHost& aHost)
     : wxDialog(aHost.Frame(), wxID_ANY, ResText(IDS_APP_TITLE), wxDefaultPosition, wxDefaultSize,
@@ -56,4 +57,13 @@ frmWelcome::frmWelcome(MainHost& aHost)
   cmdClose->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { Close(); });
   Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent&) { Destroy(); });
   HelpCommands::BindF1(*this, aHost, HelpContext::lMain);
+  aHost.Frame()->Bind(wxEVT_ACTIVATE, &frmWelcome::Main_Activate, this);
+}
+
+// Both windows come up at the same moment, and a window manager may give the keyboard to the one behind.
+// Later the operator chooses.
+void frmWelcome::Main_Activate(wxActivateEvent& aEvent) {
+  aEvent.Skip();
+  if (aEvent.GetActive() && !IsBeingDeleted() && aSinceMade.Time() < lComingUp)
+    CallAfter([this] { Raise(); });
 }

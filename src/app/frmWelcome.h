@@ -3,6 +3,7 @@
 #pragma once
 
 #include <wx/dialog.h>
+#include <wx/stopwatch.h>
 
 class MainHost;
 class wxButton;
@@ -13,4 +14,9 @@ class frmWelcome : public wxDialog {
 
   wxButton* cmdRunTour;
   wxButton* cmdClose;
+
+ private:
+  void Main_Activate(wxActivateEvent& aEvent);
+
+  wxStopWatch aSinceMade;
 };
