@@ -11,6 +11,8 @@
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
+#include <filesystem>
+#include <system_error>
 
 #include "platform/Files.h"
 #include "platform/posix/Descriptor.h"
@@ -24,13 +26,14 @@ constexpr int lCannotStart = 255;            // no exit code of xdg-open
 
 // Between fork and exec only calls that are safe in a signal handler are made: another thread may have held
 // any lock at the fork.
-[[noreturn]] void Become(char* const* aArguments, int lReport) {
+[[noreturn]] void Become(char* const* aArguments, const char* szFolder, int lReport) {
   setsid();  // Ctrl-C in our terminal is not meant for the other program
   for (const int lSignal : {SIGPIPE, SIGINT, SIGHUP, SIGTERM})
     signal(lSignal, SIG_DFL);
   const int lNull = open("/dev/null", O_RDWR);
   for (const int lStream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
     dup2(lNull, lStream);
+  if (szFolder != nullptr && chdir(szFolder) != 0) _exit(lCannotStart);
   execvp(aArguments[0], aArguments);
   [[maybe_unused]] const auto lIgnored = write(lReport, "!", 1);
   _exit(lCannotStart);
@@ -48,8 +51,8 @@ int WaitBriefly(pid_t lChild, int lMilliseconds) {
 }
 
 // Starts the program as a grandchild, whose end the system reaps. lCannotStart, or its exit code when it ends
-// within the time, or 0.
-int Start(const std::vector<std::string>& aWords, int lMilliseconds) {
+// within the time, or 0. szFolder: where it works; nullptr for where we do.
+int Start(const std::vector<std::string>& aWords, const char* szFolder, int lMilliseconds) {
   std::vector<char*> aArguments;
   for (const auto& szWord : aWords)
     aArguments.push_back(const_cast<char*>(szWord.c_str()));
@@ -61,7 +64,7 @@ int Start(const std::vector<std::string>& aWords, int lMilliseconds) {
   const pid_t lBetween = fork();
   if (lBetween == 0) {
     const pid_t lProgram = fork();
-    if (lProgram == 0) Become(aArguments.data(), aWrite.Number());
+    if (lProgram == 0) Become(aArguments.data(), szFolder, aWrite.Number());
     close(aWrite.Number());
     char chFailed = 0;
     if (lProgram < 0 || read(aRead.Number(), &chFailed, 1) != 0) _exit(lCannotStart);
@@ -114,15 +117,16 @@ std::string Shell::ProgramFileName(const std::string& szName) {
 std::int32_t Shell::OpenDocument(const std::string& szTarget) {
   const bool bAddress = szTarget.starts_with("http://") || szTarget.starts_with("https://");
   if (!bAddress && !Files::FileExists(szTarget) && !Files::FolderExists(szTarget)) return lFileNotFound;
-  // A file name that begins with "-" would be taken for an option.
-  const auto szSafe = bAddress || szTarget.starts_with('/') ? szTarget : "./" + szTarget;
-  // Half a second shows most refusals and is not felt; a viewer that runs on counts as opened.
-  const int lResult = Start({"xdg-open", szSafe}, 500);
+  std::error_code aFailed;
+  const auto szWhole = bAddress ? szTarget : std::filesystem::absolute(szTarget, aFailed).string();
+  // The viewer runs on for as long as it likes, so it works in a folder that is always there. Half a second
+  // shows most refusals and is not felt; a viewer that runs on counts as opened.
+  const int lResult = Start({"xdg-open", szWhole}, "/", 500);
   return lResult == 0 ? 0 : lResult == lFileNotFound ? lFileNotFound : lNoAssociation;
 }
 
 bool Shell::StartProgram(const std::string& szProgram, const std::vector<std::string>& aArguments) {
   std::vector<std::string> aWords{szProgram};
   aWords.insert(aWords.end(), aArguments.begin(), aArguments.end());
-  return Start(aWords, 0) == 0;
+  return Start(aWords, nullptr, 0) == 0;
 }

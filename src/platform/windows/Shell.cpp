@@ -74,7 +74,7 @@ std::string Shell::ProgramFileName(const std::string& szName) {
 
 std::int32_t Shell::OpenDocument(const std::string& szTarget) {
   const HINSTANCE hAnswer =
-      ShellExecuteA(nullptr, nullptr, szTarget.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
+      ShellExecuteA(GetDesktopWindow(), "Open", szTarget.c_str(), nullptr, "C:\\", SW_SHOWNORMAL);
   const auto lCode = static_cast<std::int64_t>(reinterpret_cast<std::intptr_t>(hAnswer));
   if (lCode > 32) return 0;
   return lCode == 0 ? SE_ERR_OOM : static_cast<std::int32_t>(lCode);  // 0 says "out of memory" too

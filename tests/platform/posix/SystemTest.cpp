@@ -82,9 +82,9 @@ TEST_F(SystemTest, ProgramsAndDocumentsAreHandedOnAsTheyAreAndLeaveNothingBehind
 
   Environment::Set("PATH", aHome.Folder());
   EXPECT_EQ(31, Shell::OpenDocument(aHome.Path("viewer")));  // there is no desktop
-  Program("xdg-open", "echo \"$1\" > " + aHome.Path("opened") + "\n");
+  Program("xdg-open", "echo \"$PWD $1\" > " + aHome.Path("opened") + "\n");
   EXPECT_EQ(0, Shell::OpenDocument("http://example.com/?a=1&b=$(x)"));
-  EXPECT_EQ("http://example.com/?a=1&b=$(x)\n", Await("opened"));
+  EXPECT_EQ("/ http://example.com/?a=1&b=$(x)\n", Await("opened"));
   Program("xdg-open", "exec /bin/sleep 2\n");  // a viewer that stays
   const Stopwatch aWatch;
   EXPECT_EQ(0, Shell::OpenDocument(aHome.Path("viewer")));
