@@ -58,6 +58,10 @@ SiteList::SiteList(wxWindow* pParent)
     aEvent.Skip();
     PlaceHint();
   });
+  Bind(wxEVT_MOTION, [this](wxMouseEvent& aEvent) {
+    aEvent.Skip();
+    ShowWholeText(aEvent.GetPosition());
+  });
   Bind(wxEVT_LIST_BEGIN_LABEL_EDIT, [](wxListEvent& aEvent) { aEvent.Veto(); });
   Bind(wxEVT_LIST_COL_CLICK, [this](wxListEvent& aEvent) { ClickHeader(aEvent.GetColumn() + 1); });
 }
@@ -235,4 +239,23 @@ void SiteList::PlaceHint() {
   lblHint->SetSize((lWidth - aText.x) / 2, 0, aText.x, aText.y);
   pixHint->SetSize(lMargin, std::max(lMargin, (aArea.y - aText.y) / 2), lWidth, aText.y);
   pixHint->Raise();
+}
+
+// A text that its column cuts stands whole in the tool tip.
+void SiteList::ShowWholeText(const wxPoint& aAt) {
+  int lFlags = 0;
+  const long lItem = HitTest(aAt, lFlags);
+  wxString szWhole;
+  for (const int iColumn : {1, 2, 4}) {
+    wxRect aCell;
+    if (lItem < 0 || !GetSubItemRect(lItem, iColumn, aCell)) break;
+    if (aAt.x < aCell.GetLeft() || aAt.x > aCell.GetRight()) continue;
+    const wxString szText = OnGetItemText(lItem, iColumn);
+    if (GetTextExtent(szText).x > aCell.GetWidth() - lCellGap) szWhole = szText;
+  }
+  if (szWhole == GetToolTipText()) return;
+  if (szWhole.empty())
+    UnsetToolTip();
+  else
+    SetToolTip(szWhole);
 }

@@ -65,6 +65,7 @@ class SiteList : public wxListView {
   Row* Find(std::int32_t lSlot);
   void Sort();
   void PlaceHint();
+  void ShowWholeText(const wxPoint& aAt);
 
   std::vector<Row> aRows;                // in the order shown
   std::vector<std::int32_t> aPositions;  // by slot; -1 for no row

@@ -30,12 +30,15 @@ void frmMain::lvwMain_Activated() {
 
 void frmMain::lvwMain_ContextMenu(wxContextMenuEvent& aEvent) {
   const std::unique_ptr<wxMenu> pMenu(MakePopup());
-  // From the keyboard there is no position: open at the selected row.
+  // From the keyboard there is no position: open at the selected row, or at the top of the list.
   wxPoint aAt = wxDefaultPosition;
   if (aEvent.GetPosition() == wxDefaultPosition) {
     wxRect aRow;
-    const long lRow = lvwMain->GetFirstSelected();
-    if (lRow >= 0 && lvwMain->GetItemRect(lRow, aRow)) aAt = aRow.GetBottomLeft() + wxPoint(FromDIP(24), 0);
+    if (const long lRow = lvwMain->GetFirstSelected(); lRow >= 0) {
+      lvwMain->EnsureVisible(lRow);
+      lvwMain->GetItemRect(lRow, aRow);
+    }
+    aAt = aRow.GetBottomLeft() + wxPoint(FromDIP(24), 0);
   }
   lvwMain->PopupMenu(pMenu.get(), aAt);
 }
