@@ -1,7 +1,6 @@
 #include "app/App.h"
 
 #include "app/modMain.h"
-#include "platform/Terminal.h"
 #include "resources/TextGlue.h"
 
 bool App::PrepareWindows() {
@@ -18,7 +17,6 @@ bool App::PrepareWindows() {
 
 bool App::OnInit() {
   if (!PrepareWindows()) return false;
-  Terminal::CatchInterrupt();
   CallAfter([] { modMain::Main(); });
   return true;
 }

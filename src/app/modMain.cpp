@@ -21,9 +21,11 @@
 #include "persistence/Settings.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
+#include "platform/Menus.h"
 #include "platform/MsgBox.h"
 #include "platform/Shell.h"
 #include "platform/SingleInstance.h"
+#include "platform/Terminal.h"
 #include "resources/TextGlue.h"
 
 namespace {
@@ -67,6 +69,7 @@ void WaitForSplash(DateTime dtStart) {
   while (!bExitRequested && Clock::SteadyNow() < dtEnd) {
     modMain::PumpEvents();
     Clock::Wait(0.01);
+    if (Terminal::Interrupted()) modMain::RequestExit();
   }
 }
 
@@ -97,6 +100,8 @@ bool LoadAndShow() {
   pSplash->Update();
   modMain::PumpEvents();
   OpenStore();
+  // Not before: a box that comes until here waits for its operator, and a signal may end it as it stands.
+  Terminal::CatchInterrupt();
   if (bExitRequested) return false;
   CookiePolicy::RestoreAfterKill();
   LoadSettings();
@@ -168,6 +173,7 @@ void modMain::RequestExit() {
     if (pMain) pMain->PrepareExit();
     CloseSplash();
   }
+  Menus::CloseOpen();
   // Innermost first. A box of the toolkit's own cannot be ended from here; it is brought forward and waited
   // for.
   if (pModals) {
