@@ -32,8 +32,8 @@ const std::vector<VirtualTable::Column> aSiteColumns = {
     {IDS_LOG_COL_CHECKS, "1,000,000", 0, true},
     {IDS_LOG_COL_SHARE, "100.00%", 0, true},
     {IDS_LOG_COL_OUTAGES, "10,000", 0, true},
-    {IDS_LOG_COL_LONGEST, "20 d 23 h", 0, true},
-    {IDS_LOG_COL_DOWN_TIME, "20 d 23 h", 0, true}};
+    {IDS_LOG_COL_LONGEST, "23 h 59 min", 0, true},
+    {IDS_LOG_COL_DOWN_TIME, "23 h 59 min", 0, true}};
 
 const std::vector<VirtualTable::Column> aOutageColumns = {{IDS_LOG_COL_SITE, nullptr, 4},
                                                           {IDS_LOG_COL_FROM, "Wed Dec 30 2000, 12:00 PM"},
