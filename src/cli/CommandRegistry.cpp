@@ -1,4 +1,5 @@
-// registry export and import: everything the product remembers, as a file for another machine.
+// registry export and import: everything the product remembers, as a file for another machine; and share: who
+// may use it on this one.
 #include "cli/Commands.h"
 #include "cli/Report.h"
 #include "persistence/RegFile.h"
@@ -18,6 +19,13 @@ int Commands::RegistryExport(const std::string& szFile) {
   if (!Files::WriteWhole(szFile, RegFile::Compose()))
     return Report::Fail(Report::Fill(IDS_CLI_CANNOT_WRITE, {szFile}));
   Report::Say(Report::Fill(IDS_CLI_REGISTRY_EXPORTED, {szFile}));
+  return Report::iAllUp;
+}
+
+int Commands::RegistryShare() {
+  std::string szMessage;
+  if (!Registry::ShareStore(szMessage)) return Report::Fail(szMessage);
+  Report::Say(Report::Fill(IDS_CLI_REGISTRY_SHARED, {Registry::StoreName()}));
   return Report::iAllUp;
 }
 

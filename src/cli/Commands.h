@@ -18,6 +18,7 @@ int Export(const std::string& szFile);
 
 int RegistryExport(const std::string& szFile);
 int RegistryImport(const std::string& szFile);
+int RegistryShare();
 
 // Empty names: not asked for.
 int Log(const std::vector<std::string>& aFiles, const std::string& szHtml, const std::string& szCsv,

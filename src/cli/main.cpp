@@ -62,6 +62,9 @@ void AddRegistry(CLI::App& aApp, Arguments& a) {
   CLI::App* pImport = AddVerb(*pRegistry, "import", IDS_CLI_REGISTRY_IMPORT, IDS_CLI_REGISTRY_EXAMPLES);
   pImport->add_option("FILE", a.szFile, LoadResString(IDS_CLI_REGISTRY_FILE))->required();
   pImport->callback([&a] { a.aCommand = [&a] { return Commands::RegistryImport(a.szFile); }; });
+  AddVerb(*pRegistry, "share", IDS_CLI_REGISTRY_SHARE, 0)->callback([&a] {
+    a.aCommand = [] { return Commands::RegistryShare(); };
+  });
 }
 
 void AddLog(CLI::App& aApp, Arguments& a) {

@@ -82,6 +82,11 @@ class Transaction {
 bool OpenStore(std::string& szMessage);
 void CloseStore();
 
+// Lets every account of this machine read and write the product's key, which is made where it is missing, and
+// all below it. On Windows an administrator can; elsewhere nobody, for there each user has a store of their
+// own. False when it could not be done; szMessage says why, in one or two plain sentences.
+bool ShareStore(std::string& szMessage);
+
 // Where the store lies, for messages and for the lock of the single instance: a file path, or on Windows the
 // name of the product's key.
 std::string StoreName();

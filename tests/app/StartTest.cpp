@@ -8,8 +8,11 @@
 #include "app/frmSplash.h"
 #include "app/frmWelcome.h"
 #include "app/modMain.h"
+#include "persistence/Settings.h"
 #include "platform/Files.h"
+#include "resources/TextGlue.h"
 #include "support/ChildProcess.h"
+#include "support/Environment.h"
 #include "support/FaultServer.h"
 #include "support/Stored.h"
 
@@ -28,6 +31,32 @@ TEST(Start, TheFirstRunWelcomesOnce) {
   }
   Program aSecond;
   EXPECT_FALSE(Open<frmWelcome>());
+}
+
+// What the boxes say that come before there is a main window; Esc closes each.
+struct EarlyBoxes : wxModalDialogHook {
+  EarlyBoxes() { Register(); }
+  int Enter(wxDialog* pBox) override {
+    aSaid.push_back(FromWx(dynamic_cast<wxMessageDialog*>(pBox)->GetMessage()));
+    return wxID_NONE;
+  }
+  std::vector<std::string> aSaid;
+  During aAct{[this] {
+    if (!aSaid.empty() && !modMain::MainWindow()) wxUIActionSimulator().Char(WXK_ESCAPE);
+  }};
+};
+
+TEST(Start, AStoreThatCannotBeUsedIsSaidAndTheProgramRuns) {
+  const TestHome aHome;
+  Environment::Set("KESTROVA_REGISTRY", aHome.Path(std::string(300, 'x')));  // no system takes such a name
+  Settings = {};
+  const EarlyBoxes aBoxes;
+  ASSERT_TRUE(modMain::Main());
+  ASSERT_EQ(aBoxes.aSaid.size(), 2U);  // the list cannot be read either
+  EXPECT_NE(aBoxes.aSaid[0].find("cannot be opened"), std::string::npos) << aBoxes.aSaid[0];
+  EXPECT_TRUE(modMain::MainWindow()->TimerAutoCheck.IsRunning() && Settings.Interval == 60);
+  modMain::RequestExit();
+  EXPECT_TRUE(Until([] { return !modMain::MainWindow(); }));
 }
 
 // The real program: a second copy refuses, and a signal in mid-pass ends the first as Exit does, with the log

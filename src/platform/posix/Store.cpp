@@ -302,6 +302,11 @@ void Registry::CloseStore() {
   ForgetKeys();
 }
 
+bool Registry::ShareStore(std::string& szMessage) {
+  if (OpenStore(szMessage)) szMessage = Message(IDS_STORE_NOT_SHARED);
+  return false;
+}
+
 std::string Registry::StoreName() {
   return StoreFile::Path();
 }

@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include "platform/Text.h"
+#include "platform/windows/KeyAccess.h"
 #include "platform/windows/System.h"
 #include "resources/Strings.h"
 
@@ -183,6 +184,17 @@ bool Registry::OpenStore(std::string& szMessage) {
     return true;
   }
   szMessage = Message(lCode == ERROR_ACCESS_DENIED ? IDS_STORE_KEY_REFUSED : IDS_STORE_KEY_FAILED, lCode);
+  return false;
+}
+
+bool Registry::ShareStore(std::string& szMessage) {
+  if (!OpenStore(szMessage)) return false;
+  const std::string szStore = OwnStore();
+  const std::int32_t lCode = GrantUsersFullAccess(szStore.empty() ? std::string("MACHINE\\") + szProduct
+                                                                  : "CURRENT_USER\\" + szStore +
+                                                                        "\\HKEY_LOCAL_MACHINE\\" + szProduct);
+  if (lCode == ERROR_SUCCESS) return true;
+  szMessage = Message(IDS_STORE_KEY_NOT_SHARED, lCode);
   return false;
 }
 
