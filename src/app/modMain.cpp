@@ -16,14 +16,14 @@
 #include "app/modSysTray.h"
 #include "check/CookiePolicy.h"
 #include "check/Schedule.h"
+#include "dialogs/HelpCommands.h"
 #include "persistence/ProductKeys.h"
 #include "persistence/RegistryAccess.h"
 #include "persistence/Settings.h"
+#include "persistence/modBasic.h"
 #include "platform/Clock.h"
-#include "platform/Files.h"
 #include "platform/Menus.h"
 #include "platform/MsgBox.h"
-#include "platform/Shell.h"
 #include "platform/SingleInstance.h"
 #include "platform/Terminal.h"
 #include "resources/TextGlue.h"
@@ -55,7 +55,6 @@ std::unique_ptr<SingleInstance> pInstance;
 std::unique_ptr<ModalWatch> pModals;
 wxWeakRef<frmMain> pMain;
 wxWeakRef<frmSplash> pSplash;
-std::string szHelpFile;
 bool bExitRequested = false;
 bool bEnded = false;
 
@@ -94,7 +93,7 @@ void OpenStore() {
 
 bool LoadAndShow() {
   const DateTime dtStart = Clock::SteadyNow();
-  szHelpFile = Shell::ProgramFolder() + Files::chSeparator + "Kestrova.hlp";
+  HelpCommands::szHelpFile = modBasic::ProgramFile("Kestrova.hlp");
   pSplash = new frmSplash;
   pSplash->Show();
   pSplash->Update();
@@ -205,10 +204,6 @@ void modMain::ExitSoon() {
 
 frmMain* modMain::MainWindow() {
   return pMain.get();
-}
-
-const std::string& modMain::HelpFile() {
-  return szHelpFile;
 }
 
 void modMain::ShowBox(const std::string& szText) {

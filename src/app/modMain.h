@@ -24,8 +24,6 @@ void ExitSoon();
 
 // The main window, nullptr before it is loaded and after the end.
 frmMain* MainWindow();
-// Program folder and "Kestrova.hlp".
-const std::string& HelpFile();
 
 // A box with the program's title and an OK button, over the main window. Waits for the operator.
 void ShowBox(const std::string& szText);

@@ -42,12 +42,14 @@ std::string WebAddress(const std::string& szAddress) {
 
 }  // namespace
 
+std::string HelpCommands::szHelpFile;
+
 void HelpCommands::Topics(MainHost& aHost) {
   ShowContext(aHost, HelpContext::lMain);
 }
 
 void HelpCommands::ShowContext(MainHost& aHost, std::int32_t lContext) {
-  if (!frmHelp::ShowTopic(aHost.Frame(), modBasic::ProgramFile("Kestrova.hlp"), lContext))
+  if (!frmHelp::ShowTopic(aHost.Frame(), szHelpFile, lContext))
     aHost.ShowMessage(LoadResString(IDS_HELP_MISSING));
 }
 

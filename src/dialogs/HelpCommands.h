@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <string>
 
 class MainHost;
 class wxWindow;
@@ -23,6 +24,9 @@ inline constexpr std::int32_t lFirstSite = 20009;
 }  // namespace HelpContext
 
 namespace HelpCommands {
+
+// The help book's full path, set once at the start of the program.
+extern std::string szHelpFile;
 
 // Opens the help window at its first page, or at a topic. A number that the book does not know shows the
 // first page; a missing or unreadable book is said.
