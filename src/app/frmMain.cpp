@@ -64,6 +64,7 @@ void frmMain::TimerAutoCheck_Timer() {
 
 void frmMain::TimerMain_Timer() {
   aEngine.TimerMain_Timer();
+  KeepReachable();
   if (Terminal::Interrupted()) modMain::RequestExit();
   modMain::TryExit();
 }

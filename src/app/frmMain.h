@@ -116,6 +116,7 @@ class frmMain : public wxFrame, public CheckView, public MainHost {
   void Form_Iconize(bool bIconized);
   void EnterMinimised();
   void LeaveMinimised();
+  void KeepReachable();
 
   void Form_Load();
   void Form_Close(wxCloseEvent& aEvent);

@@ -158,6 +158,14 @@ void frmMain::EnterMinimised() {
   modSysTray::RefreshTip();
 }
 
+// The tray may come and go. The icon is added as soon as there is a place for it; a hidden window whose tray
+// has gone returns to the task bar, still minimised.
+void frmMain::KeepReachable() {
+  if (bExiting || modSysTray::CanHideWindow() || !bMinimised || IsShown()) return;
+  Iconize();
+  Show();
+}
+
 void frmMain::LeaveMinimised() {
   // A hidden window may be reported as not iconised though nobody restored it.
   if (!bMinimised || !IsShown()) return;

@@ -94,20 +94,20 @@ TEST(Start, OneCopyThatASignalEndsInMidPass) {
   EXPECT_TRUE(szLog.ends_with("[END CHECK]\r\n")) << szLog;
 }
 
-TEST(Exit, EndsOurDialogsAndWaitsForTheToolkitsOwn) {
-  for (const bool bNative : {false, true}) {
+TEST(Exit, EndsOurDialogsAndMenusAndWaitsForTheToolkitsBoxes) {
+  for (const int lOpen : {0, 1, 2}) {
     Program aProgram({Site("a")});
     int lTicks = 0;
     During aAct([&] {
       if (++lTicks == 5) modMain::RequestExit();
-      if (!bNative || lTicks < 20) return;
+      if (lOpen != 1 || lTicks < 20) return;
       EXPECT_FALSE(aProgram.Ended());
       wxUIActionSimulator().Char(WXK_ESCAPE);
     });
-    const int lAnswer =
-        bNative ? wxMessageDialog(&aProgram.Main(), "Are you sure?", "Kestrova", wxYES_NO).ShowModal()
-                : wxDialog(&aProgram.Main(), wxID_ANY, "ours").ShowModal();
-    EXPECT_NE(lAnswer, wxID_YES);
+    frmMain& aMain = aProgram.Main();
+    if (lOpen == 0) wxDialog(&aMain, wxID_ANY, "ours").ShowModal();
+    if (lOpen == 1) wxMessageDialog(&aMain, "Are you sure?", "Kestrova", wxYES_NO).ShowModal();
+    if (lOpen == 2) aMain.PopupMenu(std::unique_ptr<wxMenu>(aMain.MakePopup()).get());
     EXPECT_TRUE(Until([&] { return aProgram.Ended(); }));
   }
 }

@@ -73,10 +73,12 @@ TEST(State, MinimisesToTheTrayAndComesBack) {
 TEST(State, WithoutATrayTheWindowIsNeverLost) {
   Program aProgram({Site("a")});
   for (const bool bTray : {false, true, false}) {
-    const auto pTray = bTray ? std::make_unique<Tray>() : nullptr;
+    auto pTray = bTray ? std::make_unique<Tray>() : nullptr;
     PumpFor(0.6);
     ASSERT_TRUE(Minimise(aProgram));
     EXPECT_TRUE(Until([&] { return aProgram.Main().IsShown() != bTray; })) << "it stays on the task bar";
+    pTray.reset();
+    EXPECT_TRUE(Until([&] { return aProgram.Main().IsShown(); })) << "and returns to it when the tray ends";
     aProgram.Main().RestoreWindow();
     EXPECT_TRUE(Until([&] { return !aProgram.Main().HasMinimised() && !aProgram.Main().IsIconized(); }));
   }
