@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "log/LogPageStyle.h"
 #include "log/LogStrip.h"
@@ -300,10 +301,12 @@ std::string GapRow(const StateInterval& aGap) {
 class EntryTables {
  public:
   void Add(const std::string& szRows, std::size_t lLines);
-  std::string Finish();
+  void Close();
+
+  std::string szTables;
 
  private:
-  std::string szTables, szOpen;
+  std::string szOpen;
   std::size_t lOpenLines = 0;
   const std::string szHead =
       "<table class=\"entries\">\n"
@@ -317,10 +320,10 @@ void EntryTables::Add(const std::string& szRows, std::size_t lLines) {
   constexpr std::size_t lTableLines = 300;
   szOpen += szRows;
   lOpenLines += lLines;
-  if (lOpenLines >= lTableLines) Finish();
+  if (lOpenLines >= lTableLines) Close();
 }
 
-std::string EntryTables::Finish() {
+void EntryTables::Close() {
   constexpr std::size_t lRowPixels = 33;  // about; what is not laid out yet is taken to be as high
   if (lOpenLines > 0)
     szTables += "<div class=\"part\" style=\"contain-intrinsic-height:auto " +
@@ -328,7 +331,6 @@ std::string EntryTables::Finish() {
                 "</table></div>\n";
   szOpen.clear();
   lOpenLines = 0;
-  return szTables;
 }
 
 // Passes from the first that fits whole; of a last pass that alone is too long, its last lines.
@@ -357,7 +359,8 @@ std::string EntryRows(const LogHistory& aHistory, const LogSummary& aSummary, co
     }
     lAt = lPast;
   }
-  return aTables.Finish();
+  aTables.Close();
+  return std::move(aTables.szTables);
 }
 
 std::string Entries(const LogHistory& aHistory, const LogSummary& aSummary, const Limits& aLimits) {
