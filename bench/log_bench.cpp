@@ -3,30 +3,19 @@
 
 #include <fstream>
 
+#include "LongLog.h"
 #include "log/LogCsv.h"
 #include "log/LogFilter.h"
 #include "log/LogHistory.h"
 #include "log/LogHtml.h"
 #include "log/LogSummary.h"
-#include "support/LogScript.h"
 
 namespace {
 
-constexpr std::size_t lLines = 1'000'000;
-
-const std::string& LongLog() {
+const std::string& LongFile() {
   static const TestHome aHome;
   static const std::string szPath = [] {
-    LogScript aScript;
-    for (std::size_t lPass = 0; lPass < lLines / 52; ++lPass, aScript.End().After(30)) {
-      aScript.Start();
-      for (std::size_t lSite = 0; lSite < 50; ++lSite) {
-        const auto szSite = "site" + std::to_string(lSite) + ".example.com/index.html";
-        const auto lPhase = (lPass + lSite * 37) % 400;
-        lPhase == 0 ? aScript.Warn(szSite) : lPhase < 3 ? aScript.Down(szSite) : aScript.Up(szSite);
-      }
-    }
-    aHome.Write("long.kvl", aScript.szText);
+    aHome.Write("long.kvl", LongLog());
     return aHome.Path("long.kvl");
   }();
   return szPath;
@@ -34,13 +23,13 @@ const std::string& LongLog() {
 
 const LogHistory& Opened() {
   static LogHistory aHistory;
-  static const bool bOpened = aHistory.Open({LongLog()});
+  static const bool bOpened = aHistory.Open({LongFile()});
   if (!bOpened) std::abort();
   return aHistory;
 }
 
 void Open(benchmark::State& aState) {
-  const auto& szPath = LongLog();
+  const auto& szPath = LongFile();
   for (auto _ : aState) {
     LogHistory aHistory;
     aHistory.Open({szPath});
@@ -51,10 +40,10 @@ void Open(benchmark::State& aState) {
 
 void FollowOneLine(benchmark::State& aState) {
   LogHistory aHistory;
-  aHistory.Open({LongLog()});
+  aHistory.Open({LongFile()});
   for (auto _ : aState) {
     aState.PauseTiming();
-    std::ofstream(LongLog(), std::ios::binary | std::ios::app) << "[END CHECK]\r\n";
+    std::ofstream(LongFile(), std::ios::binary | std::ios::app) << "[END CHECK]\r\n";
     aState.ResumeTiming();
     aHistory.Update();
   }
