@@ -6,7 +6,6 @@
 #include <wx/stattext.h>
 
 #include "app/Program.h"
-#include "app/modMain.h"
 #include "check/Schedule.h"
 #include "check/frmCheckAnim.h"
 #include "log/CheckLog.h"
@@ -179,27 +178,4 @@ TEST(Pass, AFilterInTheMiddleLosesNothing) {
   EXPECT_TRUE(aProgram.RowText(2).ends_with("Green: Site OK")) << "stays until the next rebuild";
   aProgram.Run(MenuCommand::mV_All);
   EXPECT_TRUE(aProgram.RowText(1).ends_with("Green: Site OK"));
-}
-
-TEST(Pass, ExitInTheMiddleUnwinds) {
-  FaultServer aServer;
-  aServer.Serve("/hang", {Fault::Hang()});
-  Program aProgram({Site(aServer.Site("/hang")), Site(aServer.Site("/never"))});
-  const UserCookies aCookies;
-  std::int32_t lDuring = -1;
-  {
-    During aAct([&] {
-      if (aServer.OpenConnections() == 0 || modMain::ExitRequested()) return;
-      lDuring = aCookies.Value();
-      aProgram.Main().Close();
-      aProgram.Main().RunCommand(mnuTray_Exit);  // twice does no harm
-      EXPECT_FALSE(aProgram.Main().IsShown());
-    });
-    aProgram.Run(MenuCommand::mF_StartCheck);
-  }
-  EXPECT_NE(lDuring, 7);
-  EXPECT_EQ(aCookies.Value(), 7);
-  EXPECT_EQ(aServer.Count("/never"), 0U);
-  EXPECT_TRUE(Until([&] { return aProgram.Ended(); }));
-  EXPECT_TRUE(LogText(aProgram).ends_with("[END CHECK]\r\n"));
 }

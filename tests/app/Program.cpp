@@ -51,16 +51,3 @@ std::string Program::RowText(std::int32_t lSlot) {
 SiteRecord Site(const std::string& szURL, int lEnabled, int lStatus, const std::string& szIP) {
   return {szIP, szURL, static_cast<std::uint8_t>(lStatus), static_cast<std::uint8_t>(lEnabled), 60, ""};
 }
-
-UserCookies::UserCookies() {
-  RegistryAccess::RegCreatePath(Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings);
-  RegistryAccess::RegWriteValue(Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings, "AllowCookies",
-                                std::int32_t{7}, 4);
-}
-
-std::int32_t UserCookies::Value() const {
-  std::int32_t lValue = -1, lType = 0;
-  RegistryAccess::RegReadValue(Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings, "AllowCookies",
-                               lValue, lType);
-  return lValue;
-}

@@ -58,10 +58,3 @@ class During {
   wxTimer aTimer;
   std::function<void()> aWhat;
 };
-
-// The user's own cookie setting is 7.
-class UserCookies {
- public:
-  UserCookies();
-  std::int32_t Value() const;
-};

@@ -67,7 +67,7 @@ TEST(Start, OneCopyThatASignalEndsInMidPass) {
   TestHome aHome;
   Stored::Put(ProductKeys::szSetup, "startup", std::int32_t{1});
   modAddress::WriteSiteRecord(Site(aServer.Site("/hang")), 1);
-  const UserCookies aCookies;
+  Stored::PutCookies(7);
   ChildProcess aFirst(ChildProcess::BuiltProgram("kestrova"), {});
   ASSERT_TRUE(Until(
       [&] {
@@ -83,10 +83,10 @@ TEST(Start, OneCopyThatASignalEndsInMidPass) {
     EXPECT_FALSE(modMain::MainWindow());
   }
   EXPECT_EQ(aFirst.Wait(0.1), ChildProcess::lRunning);
-  EXPECT_NE(aCookies.Value(), 7);
+  EXPECT_NE(Stored::Cookies(), "7");
   aFirst.Interrupt();
   EXPECT_EQ(aFirst.Wait(5), 0) << aFirst.Errors();
-  EXPECT_EQ(aCookies.Value(), 7);
+  EXPECT_EQ(Stored::Cookies(), "7");
   const auto aLogs = Files::List(aHome.Path("Logs"), ".kvl");
   ASSERT_EQ(aLogs.size(), 1U);
   const auto szLog = *Files::ReadWhole(aHome.Path("Logs") + Files::chSeparator + aLogs[0], 10000);
@@ -99,7 +99,7 @@ TEST(Exit, EndsOurDialogsAndMenusAndWaitsForTheToolkitsBoxes) {
     Program aProgram({Site("a")});
     int lTicks = 0;
     During aAct([&] {
-      if (++lTicks == 5) modMain::RequestExit();
+      if (++lTicks == 5) aProgram.Main().Close();
       if (lOpen != 1 || lTicks < 20) return;
       EXPECT_FALSE(aProgram.Ended());
       wxUIActionSimulator().Char(WXK_ESCAPE);

@@ -130,19 +130,3 @@ TEST(Editor, EditsRenameAndKeepWhatBelongs) {
   modAddress::LoadSites(true, true);
   EXPECT_EQ(aSites[1].URL + aSites[2].URL + aSites[3].URL, "A.testX%5cyz.test");
 }
-
-TEST(Editor, EveryWayOutGivesTheMainWindowBack) {
-  Program aProgram({Site("a.test")});
-  for (int lWay = 0; lWay < 4; ++lWay) {
-    auto* pEditor = OpenEditor(aProgram, 1);
-    pEditor->txtURL->ChangeValue("changed");
-    aProgram.Run(MenuCommand::mF_NewAddress);  // locked: there is no second one
-    if (lWay == 0) Key(WXK_ESCAPE);
-    if (lWay == 1) Click(pEditor->cmdCancel);
-    if (lWay == 2) pEditor->Close();
-    if (lWay == 3) pEditor->Destroy();
-    EXPECT_TRUE(Closed(aProgram)) << lWay;
-    EXPECT_EQ(aSites[1].URL, "a.test");
-  }
-  OpenEditor(aProgram);  // the program ends with it open
-}

@@ -75,14 +75,10 @@ TEST(Options, LeavingAFieldChecksIt) {
        "Time Interval has to be between 5 minutes and 1425 minutes.", "ok", "1425", true},
       {0, pOptions->txtTimerInterval, pOptions->txtTimerWarning, "14",
        "The Auto-Check Interval must be greater than the Warning Alert Interval.", "ok", "14", false},
-      {0, pOptions->txtTimerWarning, pOptions->txtMgrName, "4", "Please enter an integer from 5 to 60.", "ok",
-       "5", true},
       {2, pOptions->txtMaxLogFiles, pOptions->txtLogPath, "30", szHigh, "yes", "30", true},
       {2, pOptions->txtMaxLogFiles, pOptions->txtLogPath, "30", szHigh, "no", "30", false},
       {2, pOptions->txtLogPath, pOptions->txtMaxLogFiles, szFolder, szCreate, "cancel", szFolder, true},
-      {2, pOptions->txtLogPath, pOptions->txtMaxLogFiles, szFolder, szCreate, "yes", szFolder, false},
-      {1, pOptions->txtMgrEmail, pOptions->txtMgrName, "nobody@home", "Please enter a valid e-mail address.",
-       "ok", "nobody@home", true}};
+      {2, pOptions->txtLogPath, pOptions->txtMaxLogFiles, szFolder, szCreate, "yes", szFolder, false}};
   for (const auto& aCase : aCases) {
     pOptions->tabOptions->SetSelection(aCase.iPage);
     PumpFor(0.05);

@@ -7,30 +7,12 @@
 #include "check/Bench.h"
 #include "check/CookiePolicy.h"
 #include "check/Schedule.h"
-#include "persistence/ProductKeys.h"
-#include "persistence/RegistryAccess.h"
+#include "support/Stored.h"
 
-using namespace RegistryAccess;
 using Events = std::vector<std::string>;
 
 namespace {
 const Fault::Answer aHang = {Fault::Hang()};
-
-std::string CookieValue() {
-  Variant aValue;
-  std::int32_t lType = 0;
-  const std::int32_t lCode = RegReadValue(Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings,
-                                          "AllowCookies", aValue, lType);
-  if (const auto* pNumber = std::get_if<std::int32_t>(&aValue)) return std::to_string(*pNumber);
-  if (const auto* pText = std::get_if<std::string>(&aValue)) return *pText;
-  return "code " + std::to_string(lCode);
-}
-
-void SetCookieValue(const Variant& aValue) {
-  RegCreatePath(Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings);
-  RegWriteValue(Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings, "AllowCookies", aValue,
-                aValue.index() == 1 ? 4 : 1);
-}
 }  // namespace
 
 TEST(Pass, ShowsItsStepsInOrder) {
@@ -122,31 +104,6 @@ TEST(Pass, DisabledAndUnusableSites) {
   EXPECT_EQ(b.Server.Count(), 1U);
 }
 
-TEST(Stop, InMidRequestEndsThePassAndPutsTheCookiePolicyBack) {
-  Bench b;
-  SetCookieValue(7);
-  b.Server.Serve("/2", aHang);
-  b.AddPaths(3);
-  std::string szDuring;
-  b.View.OnPump = [&] {
-    if (b.Server.Count("/2") == 0) return;
-    szDuring = CookieValue();
-    b.Engine.StopCheck();
-    b.Engine.TimerMain_Timer();
-  };
-  b.Engine.mF_StartCheck_Click();
-  EXPECT_EQ(szDuring, "1");
-  EXPECT_EQ(CookieValue(), "7");
-  EXPECT_EQ(b.Server.Count(), 2U);
-  const auto aLog = b.Log();
-  ASSERT_EQ(aLog.size(), 4U);
-  EXPECT_EQ(aLog[2], "11/15/1999 5:44:21 PM,http://SERVER/2,,0,Manually Stopped.,2");
-  EXPECT_EQ(aLog[3], "[END CHECK]");
-  EXPECT_EQ(b.View.aRemarks[2], "Manually Stopped.");
-  EXPECT_EQ(b.Site(2).Status, 4);
-  EXPECT_EQ(b.View.lLocked, 0);
-}
-
 TEST(Stop, BetweenTwoRequestsBlamesNoSite) {
   Bench b;
   b.AddPaths(2);
@@ -222,22 +179,23 @@ TEST(Pass, ASiteThatThrowsCostsTheNextOneNothing) {
 }
 
 TEST(Pass, TheUsersCookieValueIsNeverInvented) {
-  const std::pair<Variant, const char*> aCases[] = {{{}, "code 2"}, {-1, "-1"}, {"text", "text"}};
+  const std::pair<RegistryAccess::Variant, const char*> aCases[] = {
+      {{}, "code 2"}, {-1, "-1"}, {"text", "text"}};
   for (const auto& [aValue, szValue] : aCases) {
     Bench b;
     b.AddPaths(1);
     b.Engine.mF_StartCheck_Click();
-    EXPECT_EQ(CookieValue(), "code 6") << "no such key";
-    RegCreatePath(Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings);
-    if (aValue.index() != 0) SetCookieValue(aValue);
+    EXPECT_EQ(Stored::Cookies(), "code 6") << "no such key";
+    RegistryAccess::RegCreatePath(Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings);
+    if (aValue.index() != 0) Stored::PutCookies(aValue);
     b.Engine.mF_StartCheck_Click();
-    EXPECT_EQ(CookieValue(), szValue);
+    EXPECT_EQ(Stored::Cookies(), szValue);
     auto* pKilled = new CookiePolicy(1);  // never put back, as when the process is killed
     CookiePolicy::RestoreAfterKill();
-    EXPECT_EQ(CookieValue(), szValue);
-    SetCookieValue(3);
+    EXPECT_EQ(Stored::Cookies(), szValue);
+    Stored::PutCookies(3);
     CookiePolicy::RestoreAfterKill();
-    EXPECT_EQ(CookieValue(), "3") << "once restored, later choices stay";
+    EXPECT_EQ(Stored::Cookies(), "3") << "once restored, later choices stay";
     delete pKilled;
   }
 }

@@ -122,15 +122,9 @@ TEST(Recording, TheMailServersFaultStandsInTheLogAndNotInTheList) {
     Fault::Answer aAct;
     std::string szRemark;
   } aCases[] = {
-      {Stage::Quit, {Fault::Close()}, szSent},
       {Stage::Quit, {Fault::Hang()}, szSent},
-      {Stage::Greeting, Smtp::Say("421 later"), szFailed},
-      {Stage::Hello, {Fault::Close()}, szFailed},
-      {Stage::Sender, Smtp::Say("451 later"), szFailed},
-      {Stage::Recipient, Smtp::Say("550 unknown"), szFailed},
       {Stage::Data, {Fault::Hang()}, szFailed},
       {Stage::Text, Smtp::Say("554 refused"), szFailed},
-      {Stage::Text, {Fault::Reset()}, szFailed},
   };
   SendForm3_SetLimit(2);
   for (const auto& aCase : aCases) {

@@ -66,15 +66,3 @@ TEST_F(Cli, StoreThatCannotBeUsedFails) {
     EXPECT_THAT(aUnusable.szErrors, MatchesRegex("kestrova-cli: [^\n]+\n"));
   }
 }
-
-TEST_F(Cli, ListsAndSettingsMoveToAnotherStoreUnchanged) {
-  ImportList("b.invalid,,1,1,60\r\na.invalid,10.0.0.1,3,0,1800\r\n");
-  EXPECT_EQ(Run({"check"}).iCode, 1);  // brings settings and a remark into the store
-  EXPECT_EQ(Run({"registry", "export", aHome.Path("one.reg")}).iCode, 0);
-  Environment::Set("KESTROVA_REGISTRY", aHome.Path("second.db"));
-  EXPECT_EQ(Run({"registry", "import", aHome.Path("one.reg")}).iCode, 0);
-  EXPECT_EQ(Run({"registry", "export", aHome.Path("two.reg")}).iCode, 0);
-  EXPECT_EQ(aHome.Read("one.reg"), aHome.Read("two.reg"));
-  EXPECT_EQ(Run({"export", aHome.Path("two")}).iCode, 0);
-  EXPECT_THAT(aHome.Read("two.kvd"), HasSubstr("a.invalid,10.0.0.1,3,0,1800\r\n"));
-}

@@ -44,6 +44,20 @@ inline std::vector<std::string> SortedValues(const std::string& szPath) {
   return aTexts;
 }
 
+// The user's own cookie setting; where it cannot be read, the code.
+inline void PutCookies(const RegistryAccess::Variant& aValue) {
+  RegistryAccess::RegCreatePath(Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings);
+  RegistryAccess::RegWriteValue(Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings, "AllowCookies",
+                                aValue, aValue.index() == 1 ? 4 : 1);
+}
+inline std::string Cookies() {
+  std::string szValue;
+  std::int32_t lType = 0;
+  const auto lCode = RegistryAccess::RegReadValue(
+      Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings, "AllowCookies", szValue, lType);
+  return lCode == 0 ? szValue : "code " + std::to_string(lCode);
+}
+
 inline std::string SiteKey(const std::string& szName) {
   return std::string(ProductKeys::szAddress) + "\\" + szName;
 }

@@ -66,6 +66,7 @@ TEST_F(MailServerTest, TheMailLiesInTheMailboxAsItWasWrittenUnlessRefused) {
     EXPECT_EQ(aMail.Only("return-path"), "<manager@example.org>");
     EXPECT_EQ(aMail.Only("envelope-to"), "manager@example.org");
     EXPECT_EQ(aMail.Only("subject"), "Kestrova Alert");
+    EXPECT_EQ(aMail.Only("x-mailer"), "SendForm 3.0");
     const std::string szBody = Text::Replace(Compose("500"), "\r\n", "\n");
     EXPECT_EQ(aMail.szBody, szBody + (szBody.ends_with('\n') ? "" : "\n"));
   }

@@ -6,7 +6,6 @@
 
 #include "platform/Files.h"
 #include "platform/Shell.h"
-#include "platform/SingleInstance.h"
 #include "support/Environment.h"
 #include "support/TestHome.h"
 #include "support/posix/InChild.h"
@@ -53,25 +52,6 @@ TEST_F(SystemTest, FilesOnAFullDiskLockedOrLinked) {
   EXPECT_TRUE(fs::is_symlink(aHome.Path("link")));
   EXPECT_EQ("new", aHome.Read("list"));
   EXPECT_EQ(fs::perms(0640), fs::status(aHome.Path("list")).permissions());
-}
-
-TEST_F(SystemTest, TheLockIsRefusedToASecondProcessAndDiesWithTheFirst) {
-  int aPipe[2];
-  char chHeld = 0;
-  ASSERT_EQ(0, pipe(aPipe));
-  const pid_t lFirst = fork();
-  if (lFirst == 0) {
-    SingleInstance aLock;
-    chHeld = aLock.TryLock() && aLock.TryLock() ? 'y' : 'n';
-    if (write(aPipe[1], &chHeld, 1) == 1) pause();
-    _exit(0);
-  }
-  ASSERT_EQ(1, read(aPipe[0], &chHeld, 1));
-  EXPECT_EQ('y', chHeld);
-  EXPECT_FALSE(SingleInstance().TryLock());
-  kill(lFirst, SIGKILL);
-  waitpid(lFirst, nullptr, 0);
-  EXPECT_TRUE(SingleInstance().TryLock());
 }
 
 TEST_F(SystemTest, ProgramsAndDocumentsAreHandedOnAsTheyAreAndLeaveNothingBehind) {
