@@ -63,6 +63,7 @@ std::string DemoSites::List(const FaultServer& aServer, std::uint16_t iRefusing)
 std::string DemoSites::RegistryFile(const FaultServer& aServer, std::uint16_t iMailPort,
                                     const std::string& szLogFolder) {
   std::string szFile = "Windows Registry Editor Version 5.00\r\n";
+  szFile += KeyLine(ProductKeys::szSetup) + NumberValue("startup", 1);  // no welcome
   szFile += KeyLine(ProductKeys::szTimer) + NumberValue("Interval", 1) + NumberValue("Warning", 1);
   szFile += KeyLine(ProductKeys::szManager) + TextValue("Email", "manager@kestrova.invalid") +
             TextValue("Name", "Demo Manager") + TextValue("SMTP", "127.0.0.1") +
