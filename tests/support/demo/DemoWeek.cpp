@@ -161,9 +161,9 @@ class Week : RecordingView {
     lPolls = 0;
   }
   void PumpEvents() override {
-    constexpr std::int32_t lPatience =
-        50;  // half a second: a name server that hangs must not hold up the week
-    if (++lPolls > lPatience || bSilent) aClock.Advance(1);
+    // A name server that hangs must not hold up the week for more than half a second.
+    constexpr std::int32_t lPatience = 50;
+    if (bSilent || (Clock::Now() >= dtMonday + dNameLost / 24 && ++lPolls > lPatience)) aClock.Advance(1);
     pEngine->TimerMain_Timer();
   }
 
