@@ -4,6 +4,7 @@
 //
 // kestrova-demo --week FOLDER: plays the last week instead, in a few seconds (see DemoWeek.h), and ends.
 #include <exception>
+#include <filesystem>
 #include <iostream>
 #include <string>
 
@@ -50,12 +51,13 @@ int main(int iCount, char** aValues) {
     return 2;
   }
   try {
+    const auto szFolder = std::filesystem::absolute(aValues[iCount - 1]).string();
     if (bWeek) {
-      std::cout << DemoWeek::Play(aValues[2], DemoWeek::LastMonday()) << " rounds\n";
+      std::cout << DemoWeek::Play(szFolder, DemoWeek::LastMonday()) << " rounds\n";
       return 0;
     }
     Terminal::CatchInterrupt();
-    Play(aValues[1]);
+    Play(szFolder);
   } catch (const std::exception& aError) {
     std::cerr << "kestrova-demo: " << aError.what() << '\n';
     return 2;
