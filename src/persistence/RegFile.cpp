@@ -164,6 +164,31 @@ std::int32_t Carry(const Change& aChange) {
   return lCode;
 }
 
+std::int32_t CarryAll(const std::vector<Change>& aChanges) {
+  Transaction aWhole;
+  for (const auto& aChange : aChanges) {
+    if (const auto lCode = Carry(aChange); lCode != lSuccess) {
+      aWhole.Abandon();
+      return lCode;
+    }
+  }
+  return aWhole.Commit();
+}
+
+// Where the registry knows no brackets, what was written before a failure is still there. False when the
+// product's keys cannot be made what szBefore says; one that refuses does not keep the others from it.
+bool PutBack(const std::string& szBefore) {
+  const auto szNow = RegFile::Compose();
+  if (szNow.empty() || szNow == szBefore) return true;
+  std::vector<Change> aOld;
+  std::string szError;
+  if (!RegFileParser::Parse(szBefore, aOld, szError)) return false;
+  DeleteTree(ProductKeys::szBase);
+  for (const auto& aChange : aOld)
+    Carry(aChange);
+  return RegFile::Compose() == szBefore;
+}
+
 }  // namespace
 
 std::string RegFile::Compose() {
@@ -175,18 +200,10 @@ std::string RegFile::Compose() {
 bool RegFile::Apply(const std::string& szBytes, std::string& szError) {
   std::vector<Change> aChanges;
   if (!RegFileParser::Parse(szBytes, aChanges, szError)) return false;
-  Transaction aWhole;
-  std::int32_t lCode = lSuccess;
-  for (const auto& aChange : aChanges) {
-    lCode = Carry(aChange);
-    if (lCode != lSuccess) break;
-  }
-  if (lCode == lSuccess) {
-    lCode = aWhole.Commit();
-  } else {
-    aWhole.Abandon();
-  }
-  if (lCode != lSuccess)
-    szError = Text::Replace(LoadResString(IDS_REGFILE_WRITE), "%1", std::to_string(lCode));
-  return lCode == lSuccess;
+  const auto szBefore = Compose();
+  const auto lCode = szBefore.empty() ? lAccessDenied : CarryAll(aChanges);
+  if (lCode == lSuccess) return true;
+  const StringId lMessage = PutBack(szBefore) ? IDS_REGFILE_WRITE : IDS_REGFILE_PART;
+  szError = Text::Replace(LoadResString(lMessage), "%1", std::to_string(lCode));
+  return false;
 }

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "persistence/RegFile.h"
 #include "support/Environment.h"
 #include "support/Stored.h"
 #include "support/TestHome.h"
@@ -19,6 +20,9 @@ TEST(RefusingStoreTest, AnswersFiveAndTheListSaysSo) {
   EXPECT_EQ(lSiteCount, 0);
   EXPECT_EQ(aBoxes.aTexts,
             std::vector<std::string>{"Error ccured while trying to retrieve Addresses.\r\n\r\nError: 5"});
+  EXPECT_EQ(RegFile::Compose(), "");
+  std::string szError;
+  EXPECT_FALSE(RegFile::Apply("Windows Registry Editor Version 5.00", szError));
 }
 
 }  // namespace
