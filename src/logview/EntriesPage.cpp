@@ -229,11 +229,11 @@ void EntriesPage::Refill(bool bKeepPlace) {
   lvwEntries->ShowHint(Hint());
   if (bKeepPlace && !bContinues) lvwEntries->SelectNone();
   lvwEntries->SetRows(aRows.Count());
+  lvwEntries->Thaw();  // a frozen list does not scroll on Windows
   if (lNewFocus) lvwEntries->GoTo(*lNewFocus);
   if (lNewTop) lvwEntries->ScrollToTop(*lNewTop);
   if (bAtEnd) lvwEntries->ScrollToEnd();
   if (bKeepPlace && bWasEmpty && aRows.Count() > 0) lvwEntries->GoTo(aRows.Count() - 1);
-  lvwEntries->Thaw();
   ShowDetails();
   if (Changed) Changed();
 }
