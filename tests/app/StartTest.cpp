@@ -106,7 +106,7 @@ TEST(Exit, EndsOurDialogsAndMenusAndWaitsForTheToolkitsBoxes) {
     });
     frmMain& aMain = aProgram.Main();
     if (lOpen == 0) wxDialog(&aMain, wxID_ANY, "ours").ShowModal();
-    if (lOpen == 1) wxMessageDialog(&aMain, "Are you sure?", "Kestrova", wxYES_NO).ShowModal();
+    if (lOpen == 1) wxMessageDialog(&aMain, "Are you sure?", "Kestrova", wxYES_NO | wxCANCEL).ShowModal();
     if (lOpen == 2) aMain.PopupMenu(std::unique_ptr<wxMenu>(aMain.MakePopup()).get());
     EXPECT_TRUE(Until([&] { return aProgram.Ended(); }));
   }

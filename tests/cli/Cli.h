@@ -1,10 +1,12 @@
 // Cli: kestrova-cli as a process over a store of the test's own.
 #pragma once
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cctype>
+#include <regex>
 #include <string>
 #include <vector>
 
@@ -15,6 +17,11 @@
 #include "support/TestHome.h"
 
 inline constexpr double dMostSeconds = 20;
+
+// GoogleTest's own regular expressions know no "[...]" on Windows.
+MATCHER_P(HasPattern, szPattern, std::string("holds \"") + szPattern + "\"") {
+  return std::regex_search(arg, std::regex(szPattern));
+}
 
 class Cli : public testing::Test {
  protected:

@@ -1,12 +1,9 @@
 // log, alert --test, and the demonstration's servers.
-#include <gmock/gmock.h>
-
 #include "Cli.h"
 #include "support/SmtpServer.h"
 #include "support/Stored.h"
 
 using testing::AllOf;
-using testing::ContainsRegex;
 using testing::HasSubstr;
 
 TEST_F(Cli, TestMailSaysWhatTheServerAnswered) {
@@ -16,15 +13,14 @@ TEST_F(Cli, TestMailSaysWhatTheServerAnswered) {
   Stored::Put(ProductKeys::szManager, "SMTPPort", aMailServer.Port());
   const Result aSent = Run({"alert", "--test"});
   EXPECT_EQ(aSent.iCode, 0) << aSent.szErrors;
-  EXPECT_THAT(aSent.szOutput, ContainsRegex("through 127.0.0.1:[0-9]+.\nThe mail server answered: 2"));
+  EXPECT_THAT(aSent.szOutput, HasPattern("through 127.0.0.1:[0-9]+.\nThe mail server answered: 2"));
   ASSERT_EQ(aMailServer.Mails().size(), 1U);
   EXPECT_THAT(aMailServer.Mails()[0].szText, HasSubstr("This is a test mail from Kestrova."));
 
   aMailServer.At(SmtpServer::Stage::Recipient, Smtp::Say("550 5.1.1 no \033[31msuch\xC2\x9B user"));
   const Result aRefused = Run({"alert", "--test"});
   EXPECT_EQ(aRefused.iCode, 2);
-  EXPECT_THAT(aRefused.szErrors,
-              ContainsRegex("^kestrova-cli: The test mail was not sent [^\n]*550 5.1.1 no"));
+  EXPECT_THAT(aRefused.szErrors, HasPattern("^kestrova-cli: The test mail was not sent [^\n]*550 5.1.1 no"));
   EXPECT_FALSE(HasTerminalControls(aRefused.szErrors)) << aRefused.szErrors;
 }
 

@@ -13,9 +13,31 @@ HANDLE Inherited(const std::string& szFile, DWORD lAccess, DWORD lHow) {
   return CreateFileA(szFile.c_str(), lAccess, lShare, &aInherited, lHow, 0, nullptr);
 }
 
+// A console program hears Ctrl-C only through a console, which it shares with its starter. A test whose
+// output goes elsewhere has none, and one with windows needs none. What the test sends it hears itself.
+void HaveConsole() {
+  const auto* const pImage = reinterpret_cast<const char*>(GetModuleHandleA(nullptr));
+  const auto* const pHeaders = reinterpret_cast<const IMAGE_NT_HEADERS*>(
+      pImage + reinterpret_cast<const IMAGE_DOS_HEADER*>(pImage)->e_lfanew);
+  if (pHeaders->OptionalHeader.Subsystem != IMAGE_SUBSYSTEM_WINDOWS_CUI || GetConsoleWindow()) return;
+  FreeConsole();  // a console without a window is none for this
+  AllocConsole();
+  ShowWindow(GetConsoleWindow(), SW_HIDE);
+  SetConsoleCtrlHandler([](DWORD lEvent) -> BOOL { return lEvent == CTRL_C_EVENT; }, TRUE);
+}
+
+BOOL CALLBACK CloseWindowOf(HWND hWindow, LPARAM lProcess) {
+  DWORD lOwner = 0;
+  GetWindowThreadProcessId(hWindow, &lOwner);
+  if (lOwner == static_cast<DWORD>(lProcess) && IsWindowVisible(hWindow))
+    PostMessageA(hWindow, WM_CLOSE, 0, 0);
+  return TRUE;
+}
+
 }  // namespace
 
 void ChildProcess::Start(const std::vector<std::string>& aWords) {
+  HaveConsole();
   const Handle hInput(Inherited("NUL", GENERIC_READ, OPEN_EXISTING));
   const Handle hOutput(Inherited(szOutputFile, GENERIC_WRITE, CREATE_ALWAYS));
   const Handle hErrors(Inherited(szErrorFile, GENERIC_WRITE, CREATE_ALWAYS));
@@ -29,9 +51,8 @@ void ChildProcess::Start(const std::vector<std::string>& aWords) {
   for (const std::string& szWord : aWords)
     szCommandLine += '"' + szWord + "\" ";
   PROCESS_INFORMATION aProcess{};
-  // A group of its own, so that an interrupt reaches the child and not the test.
-  if (!CreateProcessA(nullptr, szCommandLine.data(), nullptr, nullptr, TRUE, CREATE_NEW_PROCESS_GROUP,
-                      nullptr, nullptr, &aStart, &aProcess))
+  if (!CreateProcessA(nullptr, szCommandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &aStart,
+                      &aProcess))
     return;
   CloseHandle(aProcess.hThread);
   hProcess = reinterpret_cast<std::intptr_t>(aProcess.hProcess);
@@ -51,10 +72,12 @@ void ChildProcess::Kill() {
   if (lResult == lRunning) TerminateProcess(reinterpret_cast<HANDLE>(hProcess), lEndedFromOutside);
 }
 
-// Ctrl-C itself cannot be sent to one group; the program takes Ctrl-Break for the same.
+// Ctrl-C goes to all who share the console. A program with windows is asked to close them, as the task
+// manager does it.
 void ChildProcess::Interrupt() {
-  if (lResult == lRunning)
-    GenerateConsoleCtrlEvent(CTRL_BREAK_EVENT, GetProcessId(reinterpret_cast<HANDLE>(hProcess)));
+  if (lResult != lRunning) return;
+  GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0);
+  EnumWindows(CloseWindowOf, static_cast<LPARAM>(GetProcessId(reinterpret_cast<HANDLE>(hProcess))));
 }
 
 std::string ChildProcess::BuiltProgram(const std::string& szName) {

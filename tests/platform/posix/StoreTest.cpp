@@ -1,5 +1,5 @@
-// What a store must survive on any system: its writer killed, two writers at once. What is particular to the
-// SQLite file is tested in posix/StoreFaultTest.cpp.
+// What the store must survive: its writer killed, two writers at once. Its file in every bad way is tested in
+// StoreFaultTest.cpp.
 #include <gtest/gtest.h>
 
 #include <chrono>
