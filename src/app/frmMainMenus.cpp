@@ -104,6 +104,7 @@ bool frmMain::CommandAllowed(int lCommand) {
   if (lCommand == mnuTray_Restore || lCommand == mnuTray_Exit) return true;
   if (lCommand < lFirstCommand || lCommand >= lCommandsEnd) return false;
   if (bExiting || aEngine.bListBusy || !IsEnabled()) return false;
+  if (!IsShown() && !bMinimised) return false;  // on Windows it hears keys behind the splash window
   if (IsLockedDuringPass(lCommand) && aEngine.PassRunning()) return false;
   return GetMenuBar()->IsEnabled(lCommand);
 }
