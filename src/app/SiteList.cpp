@@ -204,7 +204,9 @@ std::string SiteList::CellText(const Row& aRow, int iColumn) {
   }
 }
 
+// Beside a picture the texts have no room; Windows would draw the dots of a text that is cut.
 wxString SiteList::OnGetItemText(long lItem, long lColumn) const {
+  if (lColumn == 0 || lColumn == 3) return {};
   const Row* pRow = RowAt(static_cast<std::int32_t>(lItem));
   return pRow ? ToWx(CellText(*pRow, static_cast<int>(lColumn) + 1)) : wxString();
 }

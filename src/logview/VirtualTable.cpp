@@ -109,7 +109,9 @@ VirtualTable::VirtualTable(wxWindow* pParent, const std::vector<Column>& aColumn
 
 void VirtualTable::FitColumns() {
   if (bWidthsChosen) return;
-  const int lPadding = FromDIP(16);
+  const int lPadding = FromDIP(20);
+  // Windows keeps room for a picture in the first column, whether a row has one there or not.
+  int lPicture = WindowScale::FromTwips(*this, lImageTwips);
   int lLeft = lvwRows->GetClientSize().x - wxSystemSettings::GetMetric(wxSYS_VSCROLL_X, this);
   int lShares = 0;
   std::vector<int> aWidths;
@@ -119,8 +121,9 @@ void VirtualTable::FitColumns() {
       const wxFont aFont = StyleOf ? lvwRows->GetFont().Bold() : lvwRows->GetFont();
       int lText = 0;
       lvwRows->GetTextExtent(aColumn.szSample, &lText, nullptr, nullptr, nullptr, &aFont);
-      lWidth = std::max(lWidth, lText + lPadding);
+      lWidth = std::max(lWidth, lText + lPicture + lPadding);
     }
+    lPicture = 0;
     aWidths.push_back(lWidth);
     lShares += aColumn.lShare;
     if (aColumn.lShare == 0) lLeft -= lWidth;
