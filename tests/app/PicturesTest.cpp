@@ -1,28 +1,125 @@
-// Pictures of the windows, taken when KESTROVA_PICTURES names a folder. The folder may be the help book's
-// own: the names are those of its pictures. GDK_DPI_SCALE=1.5 shows the windows at 150 per cent.
+// Pictures of the windows, taken when KESTROVA_PICTURES names a folder. The names of those that the help book
+// shows are the book's. GDK_DPI_SCALE=1.5 shows the windows at 150 per cent.
 #include <gtest/gtest.h>
 #include <wx/dialog.h>
+#include <wx/notebook.h>
 #include <wx/stattext.h>
 
 #include <cstdlib>
+#include <filesystem>
 
 #include "app/Program.h"
+#include "app/Screen.h"
+#include "app/frmAbout.h"
+#include "app/frmSplash.h"
+#include "app/frmWelcome.h"
 #include "check/frmCheckAnim.h"
+#include "dialogs/HelpCommands.h"
+#include "dialogs/frmHelp.h"
+#include "dialogs/frmNotice.h"
+#include "dialogs/frmOptions.h"
+#include "logview/LogView.h"
+#include "logview/frmLogView.h"
 #include "resources/TextGlue.h"
 #include "support/ChildProcess.h"
+#include "tour/frmTour.h"
+
+namespace fs = std::filesystem;
 
 namespace {
 
-// A part of the screen, in few colours, so that the book stays small.
 void Save(const std::string& szName, const wxRect& aPart) {
   PumpFor(0.5);
-  const std::string szCrop = std::to_string(aPart.width) + "x" + std::to_string(aPart.height) + "+" +
-                             std::to_string(aPart.x) + "+" + std::to_string(aPart.y);
-  // The toolkit's own copy of the screen is taken once and then stale; ImageMagick asks the display.
-  ChildProcess aCamera("import",
-                       {"-window", "root", "-crop", szCrop, "+repage", "-strip", "+dither", "-colors", "96",
-                        "PNG8:" + std::string(std::getenv("KESTROVA_PICTURES")) + "/" + szName + ".png"});
-  EXPECT_EQ(aCamera.Wait(10), 0) << aCamera.Errors();
+  EXPECT_TRUE(Screen::Save(std::string(std::getenv("KESTROVA_PICTURES")) + "/" + szName + ".png", aPart))
+      << szName;
+}
+
+void Save(const std::string& szName, wxWindow* pWindow) {
+  ASSERT_TRUE(pWindow) << szName;
+  pWindow->Raise();
+  Save(szName, pWindow->GetScreenRect());
+}
+
+// A log as a morning leaves it, one failure in it.
+std::string Log() {
+  std::string szLog;
+  for (const char* szHour : {"8", "9", "10"}) {
+    const auto szStart = "11/15/2026 " + std::string(szHour);
+    szLog += "[START CHECK: AUTO - " + szStart + ":00:00 AM]\r\n" + szStart +
+             ":00:01 AM,http://www.example.com,Site OK,1,,1\r\n" + szStart +
+             ":00:03 AM,http://www.example.org," +
+             (*szHour == '9' ? "404 File Not Found,2,,3" : "Site OK,2,,1") + "\r\n[END CHECK]\r\n";
+  }
+  return szLog;
+}
+
+void SaveMain(Program& aProgram) {
+  frmMain& aMain = aProgram.Main();
+  const char* const aRemarks[] = {"Site OK", "Site OK", "Request Timed-Out",
+                                  "404 File Not Found (IP Check: OK)", "Site OK"};
+  for (std::size_t i = 0; i < std::size(aRemarks); ++i)
+    aSites[i + 1].Comments = aRemarks[i];
+  aMain.SetSize(wxSize(720, 360));
+  aMain.Display_lvwMain(4);
+  aMain.ShowPanel(3, "Last: 11:58:30 AM");
+  Save("main", &aMain);
+  const wxRect aList = aMain.lvwMain->GetScreenRect();
+  Save("list", wxRect(aList.x, aList.y, aList.width, 180));
+  auto* pProgress = new frmCheckAnim(&aMain, [] {});
+  pProgress->lblSiteName->SetLabel("Checking http://www.example.com/shop");
+  pProgress->lblSiteStatus->SetLabel(ResText(IDS_STATE_RECEIVING));
+  pProgress->Show();
+  EXPECT_TRUE(Until([&] { return pProgress->pixRayForward.lLeft > 3000; }));
+  pProgress->tmrCheckAnim.Stop();
+  Save("progress", pProgress);
+  pProgress->Destroy();
+}
+
+void SaveDialogs(Program& aProgram) {
+  aProgram.Run(MenuCommand::mF_NewAddress);
+  Save("editor", Open<wxDialog>());
+  Key(WXK_RETURN);
+  PumpFor(0.2);
+  Save("notice", Open<frmNotice>());
+  CloseNotice();
+  Key(WXK_ESCAPE);
+  aProgram.Run(MenuCommand::mE_Options);
+  for (std::size_t i = 0; const char* szPage : {"timer", "manager", "logs", "cookies"}) {
+    Open<frmOptions>()->tabOptions->SetSelection(i++);
+    Save(std::string("options-") + szPage, Open<frmOptions>());
+  }
+  Key(WXK_ESCAPE);
+  PumpFor(0.2);
+  aProgram.Run(MenuCommand::mH_About);
+  Save("about", Open<frmAbout>());
+  Key(WXK_ESCAPE);
+}
+
+void SaveOthers(Program& aProgram) {
+  auto* pSplash = new frmSplash;
+  pSplash->Show();
+  Save("splash", pSplash);
+  pSplash->Destroy();
+  auto* pWelcome = new frmWelcome(aProgram.Main());
+  pWelcome->Show();
+  Save("welcome", pWelcome);
+  pWelcome->Destroy();
+  auto* pTour = new frmTour;
+  pTour->Show();
+  Save("tour", pTour);
+  pTour->Destroy();
+  fs::copy_file(fs::path(ChildProcess::BuiltProgram("kestrova")).parent_path() / "Kestrova.hlp",
+                aProgram.aHome.Path("Kestrova.hlp"));
+  HelpCommands::ShowContext(aProgram.Main(), 20000);
+  Save("help", frmHelp::Window());
+  frmHelp::Window()->Close();
+  aProgram.aHome.Write("D-20261115.kvl", Log());
+  auto* pViewer = LogView::Start({aProgram.aHome.Path("D-20261115.kvl")});
+  for (std::size_t i = 0; const char* szPage : {"entries", "summary", "outages"}) {
+    pViewer->tabPages->SetSelection(i++);
+    Save(std::string("viewer-") + szPage, pViewer);
+  }
+  pViewer->Destroy();
 }
 
 }  // namespace
@@ -32,32 +129,9 @@ TEST(Pictures, OfTheWindows) {
   Program aProgram({Site("www.example.com", 1, 1, "192.0.2.10"), Site("www.example.com/shop", 1, 1),
                     Site("intranet.example.com/start", 1, 2), Site("www.example.org", 1, 3, "198.51.100.7"),
                     Site("mail.example.net:8080", 1, 1), Site("old.example.net", 0, 4)});
-  frmMain& aMain = aProgram.Main();
-  const char* const aRemarks[] = {"Site OK", "Site OK", "Request Timed-Out",
-                                  "404 File Not Found (IP Check: OK)", "Site OK"};
-  for (std::size_t i = 0; i < std::size(aRemarks); ++i)
-    aSites[i + 1].Comments = aRemarks[i];
-  aMain.SetSize(wxSize(720, 360));
-  aMain.Display_lvwMain(4);
-  aMain.ShowPanel(3, "Last: 11:58:30 AM");
-  Save("main", aMain.GetScreenRect());
-  const wxRect aList = aMain.lvwMain->GetScreenRect();
-  Save("list", wxRect(aList.x, aList.y, aList.width, 180));
-  auto* pProgress = new frmCheckAnim(nullptr, [] {});
-  pProgress->lblSiteName->SetLabel("Checking http://www.example.com/shop");
-  pProgress->lblSiteStatus->SetLabel(ResText(IDS_STATE_RECEIVING));
-  pProgress->Show();
-  EXPECT_TRUE(Until([&] { return pProgress->pixRayForward.lLeft > 3000; }));
-  pProgress->tmrCheckAnim.Stop();
-  Save("progress", pProgress->GetScreenRect());
-  pProgress->Destroy();
-  for (const auto& [iCommand, szName] :
-       {std::pair(MenuCommand::mF_NewAddress, "editor"), {MenuCommand::mE_Options, "options-timer"}}) {
-    aProgram.Run(iCommand);
-    PumpFor(0.2);
-    Save(szName, Open<wxDialog>()->GetScreenRect());
-    Key(WXK_ESCAPE);
-  }
-  aMain.SetSize(10, 10);
-  Save("main-smallest", aMain.GetScreenRect());
+  SaveMain(aProgram);
+  SaveDialogs(aProgram);
+  SaveOthers(aProgram);
+  aProgram.Main().SetSize(10, 10);
+  Save("main-smallest", &aProgram.Main());
 }

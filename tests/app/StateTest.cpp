@@ -3,34 +3,24 @@
 #include <wx/uiaction.h>
 
 #include "app/Program.h"
+#include "app/Screen.h"
 #include "app/modSysTray.h"
 #include "platform/TrayIcon.h"
 #include "support/Display.h"
 
 namespace {
 
-// A notification area at the bottom left corner, as large as its icons.
 class Tray {
  public:
   Tray() {
     Display::StartTray();
     EXPECT_TRUE(Until([] { return TrayIcon::Available(); }));
   }
-  ~Tray() {
-    Display::StopTray();
-    EXPECT_TRUE(Until([] { return !TrayIcon::Available(); }));
-  }
-  void Click(int lButton) const {
-    wxUIActionSimulator aMouse;
-    aMouse.MouseMove(12, wxGetDisplaySize().y - 12);
-    PumpFor(0.2);
-    aMouse.MouseClick(lButton);
-    PumpFor(0.3);
-  }
+  ~Tray() { Display::StopTray(); }
 };
 
 bool Minimise(Program& aProgram) {
-  PumpFor(0.2);
+  PumpFor(0.6);  // for half a second after it came back the window undoes what window managers still do to it
   aProgram.Main().Iconize();
   return Until([&] { return aProgram.Main().HasMinimised(); });
 }
@@ -38,7 +28,7 @@ bool Minimise(Program& aProgram) {
 }  // namespace
 
 TEST(State, MinimisesToTheTrayAndComesBack) {
-  Tray aTray;
+  const Tray aTray;
   Program aProgram({Site("a")});
   frmMain& aMain = aProgram.Main();
   EXPECT_FALSE(modSysTray::RestoreEnabled());
@@ -49,7 +39,7 @@ TEST(State, MinimisesToTheTrayAndComesBack) {
     EXPECT_TRUE(Until([&] { return !aMain.IsShown(); })) << "gone from the task bar";
     EXPECT_TRUE(modSysTray::RestoreEnabled());
     if (bByIcon)
-      aTray.Click(wxMOUSE_BTN_LEFT);
+      Screen::ClickTrayIcon(false);
     else
       aMain.RunCommand(mnuTray_Restore);
     EXPECT_TRUE(Until([&] { return aMain.IsShown() && !aMain.HasMinimised() && !aMain.IsMaximized(); }));
@@ -64,7 +54,7 @@ TEST(State, MinimisesToTheTrayAndComesBack) {
     wxUIActionSimulator().Char(WXK_RETURN);
   });
   aKeys.StartOnce(700);
-  aTray.Click(wxMOUSE_BTN_RIGHT);
+  Screen::ClickTrayIcon(true);
   EXPECT_TRUE(Until([&] { return aProgram.Ended(); }));
   EXPECT_FALSE(modSysTray::HasIcon());
 }
@@ -74,7 +64,7 @@ TEST(State, WithoutATrayTheWindowIsNeverLost) {
   Program aProgram({Site("a")});
   for (const bool bTray : {false, true, false}) {
     auto pTray = bTray ? std::make_unique<Tray>() : nullptr;
-    PumpFor(0.6);
+    ASSERT_TRUE(Until([&] { return TrayIcon::Available() == bTray; }));
     ASSERT_TRUE(Minimise(aProgram));
     EXPECT_TRUE(Until([&] { return aProgram.Main().IsShown() != bTray; })) << "it stays on the task bar";
     pTray.reset();
