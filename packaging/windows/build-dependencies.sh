@@ -12,13 +12,13 @@
 #   KESTROVA_JOBS            parallel compilers (default: one a processor)
 set -euo pipefail
 
-libraries=(libpng wxwidgets curl googletest benchmark cli11 nlohmann-json asio)
+libraries=(libpng wxwidgets curl googletest cli11 nlohmann-json asio)
 
 # The installed package whose version each library takes, so that both systems' programs are built from the same.
 declare -A follows=([libpng]=libpng-dev [wxwidgets]=libwxgtk3.2-dev [curl]=libcurl4-openssl-dev
-                    [googletest]=googletest [benchmark]=libbenchmark-dev [cli11]=libcli11-dev
+                    [googletest]=googletest [cli11]=libcli11-dev
                     [nlohmann-json]=nlohmann-json3-dev [asio]=libasio-dev)
-declare -A source_of=([libpng]=libpng1.6 [wxwidgets]=wxwidgets3.2 [curl]=curl [benchmark]=benchmark)
+declare -A source_of=([libpng]=libpng1.6 [wxwidgets]=wxwidgets3.2 [curl]=curl)
 declare -A stands_on=([wxwidgets]=libpng)
 
 triplet=x86_64-w64-mingw32
@@ -70,12 +70,6 @@ build_curl() {
 
 build_googletest() {
   cross_cmake /usr/src/googletest -DINSTALL_GTEST=ON
-}
-
-# The checks that run a program cannot run here; their answers are given.
-build_benchmark() {
-  cross_cmake "$src" -DGIT_VERSION="${version%%[-+]*}" -DBENCHMARK_ENABLE_WERROR=OFF -DBENCHMARK_ENABLE_TESTING=OFF \
-    -DBENCHMARK_ENABLE_GTEST_TESTS=OFF -DBENCHMARK_INSTALL_DOCS=OFF -DHAVE_STD_REGEX=ON -DHAVE_STEADY_CLOCK=ON
 }
 
 # Headers only: copied, because /usr/include must never be on the cross compiler's path.

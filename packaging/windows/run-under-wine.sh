@@ -26,6 +26,7 @@ make_prefix() {
   DISPLAY='' "$wine" wineboot --init
   "$wine" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f
   "$wine" reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f
+  wineserver -k || true  # what the desktop's own programs began without a display they would go on without one
   touch "$WINEPREFIX/.complete"
 }
 
