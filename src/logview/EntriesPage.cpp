@@ -136,7 +136,7 @@ void EntriesPage::BuildFindBar() {
     }
     fraFind->Hide();
     Layout();
-    lvwEntries->List()->SetFocus();
+    lvwEntries->TakeFocus();
   });
 }
 

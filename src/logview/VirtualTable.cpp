@@ -107,6 +107,11 @@ VirtualTable::VirtualTable(wxWindow* pParent, const std::vector<Column>& aColumn
     });
 }
 
+bool VirtualTable::Layout() {
+  const wxSize aRoom = GetClientSize();
+  return std::min(aRoom.x, aRoom.y) > 4 * GetCharHeight() && wxPanel::Layout();
+}
+
 void VirtualTable::FitColumns() {
   if (bWidthsChosen) return;
   const int lPadding = FromDIP(20);

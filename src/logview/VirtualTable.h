@@ -53,6 +53,13 @@ class VirtualTable : public wxPanel {
   void ScrollToEnd();
 
   wxListView* List() const { return lvwRows; }
+  // Nothing happens while the hint is shown: a hidden list would swallow the keys.
+  void TakeFocus() {
+    if (lvwRows->IsShown()) lvwRows->SetFocus();
+  }
+
+  // Waits for room: while windows are being built they are tiny, and GTK complains about scroll bars.
+  bool Layout() override;
 
  private:
   class Rows_;

@@ -63,7 +63,7 @@ frmLogView::frmLogView() : wxFrame(nullptr, wxID_ANY, ResText(IDS_VIEW_TITLE)) {
   ShowTitle();
   ShowCounts();
   EnableCommands();
-  pixEntries->lvwEntries->List()->SetFocus();
+  tabPages->SetFocus();
 }
 
 frmLogView::~frmLogView() {
@@ -144,6 +144,7 @@ bool frmLogView::OpenLogs(const std::vector<std::string>& aPaths) {
   ShowCounts();
   ShowNotice();
   EnableCommands();
+  if (tabPages->GetSelection() == 0 && pixEntries->Rows().Count() > 0) pixEntries->lvwEntries->TakeFocus();
   return true;
 }
 

@@ -165,15 +165,15 @@ bool frmLogView::RunViewCommand(Command iCommand) {
   switch (iCommand) {
     case Command::mV_Entries:
       tabPages->SetSelection(0);
-      pixEntries->lvwEntries->List()->SetFocus();
+      pixEntries->lvwEntries->TakeFocus();
       return true;
     case Command::mV_Summary:
       tabPages->SetSelection(1);
-      pixSummary->lvwSites->List()->SetFocus();
+      pixSummary->lvwSites->TakeFocus();
       return true;
     case Command::mV_Outages:
       tabPages->SetSelection(2);
-      pixOutages->lvwOutages->List()->SetFocus();
+      pixOutages->lvwOutages->TakeFocus();
       return true;
     case Command::mV_Rounds:
       pixEntries->GroupByRound(GetMenuBar()->IsChecked(static_cast<int>(iCommand)));
