@@ -19,7 +19,7 @@ package_packages=(dpkg-dev file)
 # The cross compiler, the sources and headers that are built with it, Wine with its fonts, the installer's compiler.
 windows_packages=(
   g++-mingw-w64-x86-64-posix libz-mingw-w64-dev googletest dpkg-dev make
-  wine wine64 fonts-wine fonts-liberation nsis unzip
+  wine wine64 fonts-wine fonts-liberation nsis unzip x11-utils
 )
 # Real servers that some tests talk to. Those tests say so and step aside where one is missing.
 server_packages=(nginx-light exim4-daemon-light)
