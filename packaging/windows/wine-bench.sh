@@ -21,7 +21,7 @@ clean_up() {
 trap clean_up EXIT
 # The last screen stays, in the build folder.
 fail() {
-  echo "FAILED: $*" >&2
+  echo "FAILED at line ${BASH_LINENO[-2]}: $*" >&2
   import -window root "$build/$(basename "$0" .sh)-failed.png" || true
   exit 1
 }
@@ -37,7 +37,7 @@ within() {
   done
 }
 not() { ! "$@"; }
-trap 'fail "line $LINENO of $0"' ERR
+trap 'fail "a command answered $?"' ERR
 
 unset KESTROVA_HOME KESTROVA_REGISTRY WAYLAND_DISPLAY
 metacity >/dev/null 2>&1 &

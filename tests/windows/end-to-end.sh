@@ -14,6 +14,7 @@ within 30 test -e "$c/demo/ready"
 # Settings come from the registry editor, as an administrator would bring them; the user's own cookie policy is 7.
 wine "$c/windows/regedit.exe" /S 'C:\demo\settings.reg'
 reg add "$product\\Settings\\Timer" /v Warning /t REG_DWORD /d 30 /f >/dev/null
+reg delete "$product\\Setup" /f >/dev/null # the demonstration has no first start
 internet='HKCU\Software\Microsoft\Windows\CurrentVersion\Internet Settings'
 reg add "$internet" /v AllowCookies /t REG_DWORD /d 7 /f >/dev/null
 
@@ -29,15 +30,20 @@ within 10 shows '^Kestrova$' 1
 # One site is there already, so the import asks; No adds.
 activate '^Kestrova$'
 keys ctrl+i
-within 20 active '^Import Data File$'
+within 20 shows '^Import Data File$'
+activate '^Import Data File$'
 text 'C:\demo\demo.kvd'
 keys Return
 within 20 shows '^Kestrova$' 2
+activate '^Kestrova$'
 keys n
+imported() { reg query "$product\\Address" /s | grep -q '/refused'; }
+within 20 imported
 within 20 shows '^Kestrova$' 2 # the list has been imported
+activate '^Kestrova$'
 keys Return
 within 10 shows '^Kestrova$' 1
-within 10 active '^Kestrova$'
+activate '^Kestrova$'
 
 keys ctrl+n
 within 10 not active '^Kestrova$'
