@@ -3,11 +3,11 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "DemoWeek.h"
 #include "log/LogHtml.h"
 #include "log/LogSummaryText.h"
 #include "platform/Files.h"
 #include "support/LogScript.h"
-#include "support/demo/DemoWeek.h"
 
 namespace {
 

@@ -8,12 +8,12 @@
 #include <iostream>
 #include <string>
 
+#include "DemoSites.h"
+#include "DemoWeek.h"
 #include "persistence/modBasic.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
 #include "platform/Terminal.h"
-#include "support/demo/DemoSites.h"
-#include "support/demo/DemoWeek.h"
 
 namespace {
 

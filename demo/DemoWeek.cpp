@@ -1,9 +1,10 @@
-#include "support/demo/DemoWeek.h"
+#include "DemoWeek.h"
 
 #include <cmath>
 #include <memory>
 #include <stdexcept>
 
+#include "DemoSites.h"
 #include "check/CheckEngine.h"
 #include "check/Schedule.h"
 #include "persistence/Settings.h"
@@ -14,7 +15,6 @@
 #include "support/Environment.h"
 #include "support/RecordingView.h"
 #include "support/TestHome.h"
-#include "support/demo/DemoSites.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "support/demo/DemoSites.h"
+#include "DemoSites.h"
 
 #include <cstdio>
 #include <stdexcept>
