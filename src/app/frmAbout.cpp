@@ -23,11 +23,11 @@ frmAbout::frmAbout(MainHost& aHost)
 
   const int lGap = FromDIP(8);
   auto* pColumn = new wxBoxSizer(wxVERTICAL);
-  pColumn->Add(pTitle);
-  pColumn->Add(pWhat, wxSizerFlags().Border(wxTOP, lGap / 2));
-  pColumn->Add(lblVersion, wxSizerFlags().Border(wxTOP, 2 * lGap));
-  pColumn->Add(pLicence, wxSizerFlags().Border(wxTOP, lGap));
-  pColumn->Add(pBuilt, wxSizerFlags().Border(wxTOP, lGap));
+  pColumn->Add(pTitle, wxSizerFlags().Expand());
+  pColumn->Add(pWhat, wxSizerFlags().Expand().Border(wxTOP, lGap / 2));
+  pColumn->Add(lblVersion, wxSizerFlags().Expand().Border(wxTOP, 2 * lGap));
+  pColumn->Add(pLicence, wxSizerFlags().Expand().Border(wxTOP, lGap));
+  pColumn->Add(pBuilt, wxSizerFlags().Expand().Border(wxTOP, lGap));
   auto* pRow = new wxBoxSizer(wxHORIZONTAL);
   pRow->Add(new wxStaticBitmap(this, wxID_ANY, Images::Bundle("Kestrova", 64)),
             wxSizerFlags().Border(wxRIGHT, FromDIP(18)));
