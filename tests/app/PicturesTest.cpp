@@ -37,6 +37,7 @@ void Save(const std::string& szName, const wxRect& aPart) {
 void Save(const std::string& szName, wxWindow* pWindow) {
   ASSERT_TRUE(pWindow) << szName;
   pWindow->Raise();
+  PumpFor(0.3);  // window managers move what they frame
   Save(szName, pWindow->GetScreenRect());
 }
 
