@@ -147,10 +147,27 @@ std::int32_t DeleteTree(const std::string& szPath) {
   return RegDeleteKeyA(HKEY_LOCAL_MACHINE, szPath.c_str());
 }
 
+// The product's own key is emptied and stays: on Windows it carries the right of every user to write, and a
+// user who has that right may not make the key again.
+std::int32_t EmptyBase() {
+  std::vector<StoredValue> aValues;
+  std::vector<std::string> aSubkeys;
+  const HeldKey aBase(ProductKeys::szBase);
+  if (aBase.lCode != lSuccess) return aBase.lCode == lNotFound ? lSuccess : aBase.lCode;
+  auto lCode = ListSubkeys(aBase.hKey, aSubkeys);
+  if (lCode == lSuccess) lCode = ListValues(aBase.hKey, aValues);
+  for (const auto& szName : aSubkeys)
+    if (lCode == lSuccess) lCode = DeleteTree(std::string(ProductKeys::szBase) + "\\" + szName);
+  for (const auto& aValue : aValues)
+    if (lCode == lSuccess) lCode = RegDeleteValueA(aBase.hKey, aValue.szName.c_str());
+  return lCode;
+}
+
 using RegFileParser::Change;
 
 std::int32_t Carry(const Change& aChange) {
-  if (aChange.aKind == Change::Kind::DeleteKey) return DeleteTree(aChange.szPath);
+  if (aChange.aKind == Change::Kind::DeleteKey)
+    return Text::EqualNoCase(aChange.szPath, ProductKeys::szBase) ? EmptyBase() : DeleteTree(aChange.szPath);
   Key hKey = 0;
   auto lCode = RegCreateKeyExA(HKEY_LOCAL_MACHINE, aChange.szPath.c_str(), lFullAccess, hKey);
   if (lCode == lSuccess && aChange.aKind == Change::Kind::SetValue)
@@ -183,9 +200,10 @@ bool PutBack(const std::string& szBefore) {
   std::vector<Change> aOld;
   std::string szError;
   if (!RegFileParser::Parse(szBefore, aOld, szError)) return false;
-  DeleteTree(ProductKeys::szBase);
+  EmptyBase();
   for (const auto& aChange : aOld)
     Carry(aChange);
+  if (aOld.empty()) RegDeleteKeyA(HKEY_LOCAL_MACHINE, ProductKeys::szBase);
   return RegFile::Compose() == szBefore;
 }
 

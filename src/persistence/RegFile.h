@@ -14,7 +14,8 @@ std::string Compose();
 // Applies a file's text: creates keys, writes values, removes what it marks with "-". Nothing is applied
 // unless every line can be read and every key is the product's base key or lies below it; szError then says
 // which line is wrong and why. Applied as a whole or not at all: what stood there before a write that failed
-// is put back, and szError says so where even that cannot be done.
+// is put back, and szError says so where even that cannot be done. A file that removes the base key empties
+// it.
 bool Apply(const std::string& szBytes, std::string& szError);
 
 }  // namespace RegFile

@@ -74,7 +74,7 @@ TEST_F(RegFileTest, EveryValueComesBackByteForByte) {
   }
   const auto szFile = RegFile::Compose();
   ASSERT_TRUE(RegFile::Apply("\xFF\xFE" + Utf16::LittleEndian(Utf16::FromBytes(szHeader + szGone)), szError));
-  EXPECT_EQ(szHeader, Composed());
+  EXPECT_EQ(szHeader + szKeyLine + "\r\n", Composed());
   ASSERT_TRUE(RegFile::Apply(szFile, szError)) << szError;
   EXPECT_TRUE(szFile == RegFile::Compose());
   for (std::size_t i = 0; i < aStored.size(); ++i)

@@ -14,7 +14,7 @@ TEST(FailedImport, LeavesTheKeysAsTheyWere) {
   std::string szTooDeep, szError;
   for (int i = 0; i < 200; ++i)
     szTooDeep += "\\" + std::string(200, 'k');  // each name is fine; the path is more than the system takes
-  EXPECT_FALSE(RegFile::Apply("Windows Registry Editor Version 5.00\r\n[-" + szKey.substr(1) + "\\Log]\r\n" +
+  EXPECT_FALSE(RegFile::Apply("Windows Registry Editor Version 5.00\r\n[-" + szKey.substr(1) + "]\r\n" +
                                   szKey + "\\New]\r\n\"a\"=\"b\"\r\n" + szKey + szTooDeep + "]\r\n",
                               szError));
   EXPECT_NE(szError.find("nothing was changed"), std::string::npos) << szError;
