@@ -26,7 +26,7 @@ add_custom_command(OUTPUT ${IMAGE_SOURCE}
 # The tour's pictures are those of the help book, embedded so that the tour needs no other file.
 set(HELP ${CMAKE_CURRENT_SOURCE_DIR}/resources/help)
 set(TOUR_PICTURES "")
-foreach(PICTURE main editor progress options-timer options-manager options-logs)
+foreach(PICTURE main editor progress options-timer options-manager options-logs viewer)
   list(APPEND TOUR_PICTURES ${HELP}/pictures/${PICTURE}.png)
 endforeach()
 set(PICTURE_SOURCE ${CMAKE_CURRENT_BINARY_DIR}/PictureData.cpp)

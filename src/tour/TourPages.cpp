@@ -14,6 +14,7 @@ const TourPage aTourPages[] = {
     {IDS_TOUR_HEAD_SCHEDULE, IDS_TOUR_TEXT_SCHEDULE, "options-timer", {}},
     {IDS_TOUR_HEAD_MAIL, IDS_TOUR_TEXT_MAIL, "options-manager", {}},
     {IDS_TOUR_HEAD_LOGS, IDS_TOUR_TEXT_LOGS, "options-logs", {}},
+    {IDS_TOUR_HEAD_VIEWER, IDS_TOUR_TEXT_VIEWER, "viewer", {}},
     {IDS_TOUR_HEAD_VIEW, IDS_TOUR_TEXT_VIEW, "main", {576, 75, 138, 26}},
     {IDS_TOUR_HEAD_END, IDS_TOUR_TEXT_END, "main", {}},
 };
