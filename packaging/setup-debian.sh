@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # setup-debian.sh build|test|windows: installs what building, or building and testing, or building for Windows and
-# testing that under Wine, needs on Debian 12 or newer or Ubuntu 24.04 or newer. Says what it installs; does nothing, and needs no network, when all is there.
+# testing that under Wine, needs on Debian 12 or newer or Ubuntu 24.04 or newer. Says what it installs; does nothing,
+# and needs no network, when all is there.
 # KESTROVA_SKIP_SETUP=1 leaves the machine as it is.
 set -euo pipefail
 
