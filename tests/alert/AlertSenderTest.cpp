@@ -1,8 +1,23 @@
 #include "alert/AlertBench.h"
+#include "support/ReadMail.h"
 
 namespace {
 
 using AlertSenderTest = AlertBench;
+
+TEST_F(AlertSenderTest, TheMailGoesFromAndToTheManager) {
+  aHome.Write("Messages/HTTP-500.txt", "J\xC3\xBCrgen,\r\n.\r\n.dot %URL%\r\n\r\nFrom here\r\n");
+  ASSERT_EQ(SendEmail("500", 2, aFacts), 0);
+  const auto aSent = aServer.Mails().at(0);
+  EXPECT_EQ(aSent.szSender, Settings.Email);
+  EXPECT_EQ(aSent.aRecipients, std::vector<std::string>{Settings.Email});
+  const ReadMail aMail(aSent.szText);
+  EXPECT_EQ(aMail.Only("from"), "Kestrova <manager@example.org>");
+  EXPECT_EQ(aMail.Only("to"), Settings.Email);
+  EXPECT_EQ(aMail.Only("subject"), "Kestrova Alert");
+  EXPECT_EQ(aMail.Only("x-mailer"), "SendForm 3.0");
+  EXPECT_EQ(aMail.szBody, Text::Replace(Compose("500"), "\r\n", "\n"));
+}
 
 TEST_F(AlertSenderTest, NothingGoesOutForWhatCannotBeSent) {
   // Composing fails on this template, so an answer at all means that it was not opened.

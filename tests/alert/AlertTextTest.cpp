@@ -126,28 +126,22 @@ TEST_F(AlertTextTest, FilesComeFirstAndAPostscriptFollowsAnIPCheck) {
   EXPECT_EQ(Compose("404"), szGone + "\r\n\r\nng http://192.0.2.7\r\n");
   CheckedByIP(true);
   EXPECT_EQ(Compose("404"), szGone);
-  const std::string szMost(1024 * 1024, 'x');
-  aHome.Write("Messages/HTTP-404.txt", szMost);
-  EXPECT_EQ(Compose("404"), szMost);
-  aHome.Write("Messages/DT_OK.txt", szMost + "x");
-  EXPECT_THROW(Compose("404"), AlertAbandoned);
-}
-
-TEST_F(AlertTextTest, TheOperatorsOwnFileStandsInForTheOneOfItsName) {
+  // The operator's own file stands in for the one of its name, also when it is emptied.
   const auto WriteOwn = [this](const std::string& szName, const std::string& szText) {
     aHome.Write(Shell::UserDataFolder().substr(aHome.Folder().size() + 1) + "/Messages/" + szName, szText);
   };
-  aHome.Write("Messages/HTTP-404.txt", "shipped 404");
-  aHome.Write("Messages/Unknown.txt", "shipped");
-  aHome.Write("Messages/DT_OK.txt", "shipped ok");
   WriteOwn("Unknown.txt", "own");
-  WriteOwn("DT_OK.txt", "own ok");
-  EXPECT_EQ(Compose("404"), "shipped 404");
   EXPECT_EQ(Compose("418"), "own");
-  CheckedByIP(true);
-  EXPECT_EQ(Compose("418"), "own\r\n\r\nown ok");
-  WriteOwn("HTTP-404.txt", "");  // emptied, not missing
-  EXPECT_EQ(Compose("404"), "\r\n\r\nown ok");
+  WriteOwn("DT_OK.txt", "own ok");
+  EXPECT_EQ(Compose("404"), szGone + "\r\n\r\nown ok");
+  WriteOwn("DT_OK.txt", "");
+  EXPECT_EQ(Compose("404"), szGone);
+
+  const std::string szMost(1024 * 1024, 'x');
+  aHome.Write("Messages/HTTP-404.txt", szMost);
+  EXPECT_EQ(Compose("404"), szMost);
+  WriteOwn("DT_OK.txt", szMost + "x");
+  EXPECT_THROW(Compose("404"), AlertAbandoned);
 }
 
 TEST_F(AlertTextTest, TheShippedTemplatesReadWell) {

@@ -1,13 +1,11 @@
 // The commands that lead out of the main window: export and import, the logs, the help book, the tour and the
 // update page. A small program that writes down its arguments stands in the viewer's place.
 #include <gtest/gtest.h>
-#include <wx/button.h>
 #include <wx/log.h>
 
 #include <filesystem>
 
 #include "app/Program.h"
-#include "app/frmAbout.h"
 #include "dialogs/HelpCommands.h"
 #include "dialogs/frmHelp.h"
 #include "persistence/Settings.h"
@@ -88,8 +86,8 @@ TEST(LogCommands, OpenTheViewerWithTheLogAndThePage) {
   const auto szPage = aHome.Path("pages") + Files::chSeparator + "a \"b\" 'c'";
   Settings.LogPath = aHome.Path("Logs");
   Settings.LogPeriod = 1;
-  for (const auto& aAnswers : {Texts{szLog, "yes", szPage + ".htm", "ok"}, Texts{szLog, "no", "ok"}}) {
-    Answers aOpened(aAnswers);
+  {
+    Answers aOpened({szLog, "no", "ok"});
     aProgram.Run(MenuCommand::mnuLog_Open);
     EXPECT_EQ(aOpened.aSaid.back(), szMissing) << "after the questions";
   }
@@ -166,15 +164,6 @@ TEST(Help, EveryTopicOpensItsPageAndABookThatIsNoneIsSaid) {
   Key(WXK_F1);
   EXPECT_TRUE(Shows("options-timer.html"));
   // And the program ends with both open.
-}
-
-TEST(Help, AboutHoldsTheMainWindowAndGivesItBack) {
-  Program aProgram;
-  aProgram.Run(MenuCommand::mH_About);
-  ASSERT_TRUE(Open<frmAbout>() && Focused(Open<frmAbout>()->cmdOK));
-  EXPECT_FALSE(aProgram.Main().IsEnabled());
-  Key(WXK_RETURN);
-  EXPECT_TRUE(Until([&] { return !Open<frmAbout>() && aProgram.Main().IsEnabled(); }));
 }
 
 TEST(Help, OnlyWebAddressesAreOpenedAsTheUpdatePage) {

@@ -73,10 +73,6 @@ std::string CloseNotice() {
   return szText;
 }
 
-static wxString Suggested(const wxFileDialog& aDialog) {
-  return aDialog.HasFlag(wxFD_MULTIPLE) ? wxString() : aDialog.GetFilename();
-}
-
 Answers::~Answers() {
   Unregister();
   EXPECT_TRUE(aScript.empty()) << aScript.size() << " boxes were expected and did not come";
@@ -89,7 +85,10 @@ int Answers::Enter(wxDialog* pDialog) {
   auto* pFile = dynamic_cast<wxFileDialog*>(pDialog);
   auto* pFolder = dynamic_cast<wxDirDialog*>(pDialog);
   wxString szSaid = pFolder ? pFolder->GetMessage() : pDialog->GetTitle();
-  if (pFile) szSaid = pFile->GetMessage() + "|" + Suggested(*pFile) + "|" + pFile->GetWildcard();
+  if (pFile) {
+    const bool bMany = pFile->HasFlag(wxFD_MULTIPLE);  // then it suggests none
+    szSaid = pFile->GetMessage() + "|" + (bMany ? "" : pFile->GetFilename()) + "|" + pFile->GetWildcard();
+  }
   if (const auto* pBox = dynamic_cast<wxMessageDialog*>(pDialog)) {
     const auto szMore = (pBox->*&Box::GetExtendedMessage)();
     szSaid = pBox->GetMessage() + (szMore.empty() ? "" : "|" + szMore);

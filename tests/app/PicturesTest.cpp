@@ -22,6 +22,7 @@
 #include "logview/frmLogView.h"
 #include "resources/TextGlue.h"
 #include "support/ChildProcess.h"
+#include "support/LogScript.h"
 #include "tour/frmTour.h"
 
 namespace fs = std::filesystem;
@@ -41,17 +42,11 @@ void Save(const std::string& szName, wxWindow* pWindow) {
   Save(szName, pWindow->GetScreenRect());
 }
 
-// A log as a morning leaves it, one failure in it.
-std::string Log() {
-  std::string szLog;
-  for (const char* szHour : {"8", "9", "10"}) {
-    const auto szStart = "11/15/2026 " + std::string(szHour);
-    szLog += "[START CHECK: AUTO - " + szStart + ":00:00 AM]\r\n" + szStart +
-             ":00:01 AM,http://www.example.com,Site OK,1,,1\r\n" + szStart +
-             ":00:03 AM,http://www.example.org," +
-             (*szHour == '9' ? "404 File Not Found,2,,3" : "Site OK,2,,1") + "\r\n[END CHECK]\r\n";
-  }
-  return szLog;
+template <typename Window>
+void SaveAndDestroy(const std::string& szName, Window* pWindow) {
+  pWindow->Show();
+  Save(szName, pWindow);
+  pWindow->Destroy();
 }
 
 void SaveMain(Program& aProgram) {
@@ -97,25 +92,24 @@ void SaveDialogs(Program& aProgram) {
 }
 
 void SaveOthers(Program& aProgram) {
-  auto* pSplash = new frmSplash;
-  pSplash->Show();
-  Save("splash", pSplash);
-  pSplash->Destroy();
-  auto* pWelcome = new frmWelcome(aProgram.Main());
-  pWelcome->Show();
-  Save("welcome", pWelcome);
-  pWelcome->Destroy();
-  auto* pTour = new frmTour;
-  pTour->Show();
-  Save("tour", pTour);
-  pTour->Destroy();
+  SaveAndDestroy("splash", new frmSplash);
+  SaveAndDestroy("welcome", new frmWelcome(aProgram.Main()));
+  SaveAndDestroy("tour", new frmTour);
   fs::copy_file(fs::path(ChildProcess::BuiltProgram("kestrova")).parent_path() / "Kestrova.hlp",
                 aProgram.aHome.Path("Kestrova.hlp"));
   HelpCommands::ShowContext(aProgram.Main(), 20000);
   Save("help", frmHelp::Window());
   frmHelp::Window()->Close();
-  aProgram.aHome.Write("D-20261115.kvl", Log());
-  auto* pViewer = LogView::Start({aProgram.aHome.Path("D-20261115.kvl")});
+  LogScript aMorning;
+  for (const bool bFails : {false, true, false}) {
+    aMorning.Start()
+        .Up("www.example.com")
+        .Entry("http://www.example.org", bFails ? "404 File Not Found" : "Site OK", bFails ? 4 : 1)
+        .End()
+        .After(60);
+  }
+  aProgram.aHome.Write("D-20260105.kvl", aMorning.szText);
+  auto* pViewer = LogView::Start({aProgram.aHome.Path("D-20260105.kvl")});
   for (std::size_t i = 0; const char* szPage : {"entries", "summary", "outages"}) {
     pViewer->tabPages->SetSelection(i++);
     Save(std::string("viewer-") + szPage, pViewer);

@@ -27,8 +27,6 @@ class Program {
   frmMain& Main() { return *pMain; }
   bool Ended() const { return !pMain; }
   void Run(MenuCommand iCommand) { Main().RunCommand(CommandNumber(iCommand)); }
-  bool Enabled(MenuCommand iCommand) { return Main().GetMenuBar()->IsEnabled(CommandNumber(iCommand)); }
-  bool Checked(MenuCommand iCommand) { return Main().GetMenuBar()->IsChecked(CommandNumber(iCommand)); }
   std::string Panel(int iPanel);
   // The slots shown, from the top, joined by blanks; "*" marks the selected one.
   std::string Slots();

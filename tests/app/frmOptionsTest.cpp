@@ -36,18 +36,18 @@ TEST(Options, PagesTurnByKeysAndOKStoresAndStartsTheScheduleAgain) {
   auto* pOptions = OpenOptions(aProgram);
   std::vector<std::int32_t> aTopics{pOptions->lHelpContext};
   Type("90");
-  const std::function<void()> aPages[] = {[&] {
-                                            ASSERT_TRUE(Focused(pOptions->txtMgrName));
-                                            Type("Ann");
-                                          },
-                                          [&] { pOptions->optLogWeekly->SetValue(true); },
-                                          [&] { pOptions->optCookieDisable->SetValue(true); }};
-  for (const auto& aFill : aPages) {
+  const auto TurnPage = [&] {
     Key(WXK_PAGEDOWN, wxMOD_CONTROL);
     PumpFor(0.1);
     aTopics.push_back(pOptions->lHelpContext);
-    aFill();
-  }
+  };
+  TurnPage();
+  ASSERT_TRUE(Focused(pOptions->txtMgrName));
+  Type("Ann");
+  TurnPage();
+  pOptions->optLogWeekly->SetValue(true);
+  TurnPage();
+  pOptions->optCookieDisable->SetValue(true);
   EXPECT_EQ(aTopics, (std::vector<std::int32_t>{20001, 20002, 20003, 20004}));
   Key(WXK_RETURN);
   ASSERT_TRUE(Closed(aProgram));
@@ -73,8 +73,6 @@ TEST(Options, LeavingAFieldChecksIt) {
   } aCases[] = {
       {0, pOptions->txtTimerInterval, pOptions->txtMgrName, "2000",
        "Time Interval has to be between 5 minutes and 1425 minutes.", "ok", "1425", true},
-      {0, pOptions->txtTimerInterval, pOptions->txtTimerWarning, "14",
-       "The Auto-Check Interval must be greater than the Warning Alert Interval.", "ok", "14", false},
       {2, pOptions->txtMaxLogFiles, pOptions->txtLogPath, "30", szHigh, "yes", "30", true},
       {2, pOptions->txtMaxLogFiles, pOptions->txtLogPath, "30", szHigh, "no", "30", false},
       {2, pOptions->txtLogPath, pOptions->txtMaxLogFiles, szFolder, szCreate, "cancel", szFolder, true},
@@ -117,11 +115,9 @@ TEST(Options, OKShowsThePageThatFailsAndStoresNothing) {
   EXPECT_EQ(pOptions->tabOptions->GetSelection(), 1);
   EXPECT_TRUE(Focused(pOptions->txtMgrEmail));
   EXPECT_EQ(pOptions->txtMgrEmail->GetStringSelection(), "wrong");
+  EXPECT_EQ(Settings.Name, "") << "stored though a check failed";
   pOptions->txtMgrEmail->ChangeValue("");
   pOptions->txtLogPath->ChangeValue(ToWx(aProgram.aHome.Path("new")));
-  EXPECT_EQ(Press("cancel").substr(0, 11), "The folder ");
-  EXPECT_EQ(pOptions->tabOptions->GetSelection(), 2);
-  EXPECT_EQ(Settings.Name, "") << "stored though a check failed";
   Press("yes");
   EXPECT_TRUE(Closed(aProgram));
   EXPECT_EQ(Settings.LogPath + Settings.Name, aProgram.aHome.Path("new") + "Ann");
@@ -129,7 +125,7 @@ TEST(Options, OKShowsThePageThatFailsAndStoresNothing) {
 
 TEST(Options, LogControlsFollowThePeriodAndEveryWayOutStartsTheSchedule) {
   Program aProgram;
-  for (int lWay = 0; lWay < 4; ++lWay) {
+  for (int lWay = 0; lWay < 3; ++lWay) {
     auto* pOptions = OpenOptions(aProgram);
     pOptions->txtMgrName->ChangeValue("Ann");
     pOptions->tabOptions->SetSelection(2);
@@ -141,7 +137,6 @@ TEST(Options, LogControlsFollowThePeriodAndEveryWayOutStartsTheSchedule) {
     if (lWay == 0) Key(WXK_ESCAPE);
     if (lWay == 1) pOptions->Close();
     if (lWay == 2) pOptions->Destroy();
-    if (lWay == 3) Click(pOptions->cmdCancel);
     EXPECT_TRUE(Closed(aProgram)) << lWay;
     EXPECT_EQ(Settings.Name, "");
   }

@@ -39,11 +39,10 @@ TEST(SettingsTest, FirstStartMakesTheDefaults) {
   Start();
   EXPECT_TRUE(Files::FolderExists(aHome.Path("Logs")));
   EXPECT_TRUE(Settings.SMTPPort == 25 && Settings.AllowType == 0);
-  EXPECT_EQ(Stored::SortedValues(szTimer), (Texts{"Interval=60", "Warning=15"}));
-  EXPECT_EQ(Stored::SortedValues(szLog),
-            (Texts{"DiskLogDisabled=1", "DiskLogMaxFiles=1", "LogPath=" + aHome.Path("Logs"), "LogPeriod=1",
-                   "MaxLogFiles=7"}));
-  EXPECT_EQ(Stored::SortedValues(szAllowCookie), Texts{"AllowType=1"});
+  EXPECT_EQ(Stored::Values(szTimer), (Texts{"Interval=60", "Warning=15"}));
+  EXPECT_EQ(Stored::Values(szLog), (Texts{"DiskLogDisabled=1", "DiskLogMaxFiles=1",
+                                          "LogPath=" + aHome.Path("Logs"), "LogPeriod=1", "MaxLogFiles=7"}));
+  EXPECT_EQ(Stored::Values(szAllowCookie), Texts{"AllowType=1"});
   RegistryAccess::RegRemoveKey(Stored::hRoot, szLog);
   Environment::Set("KESTROVA_HOME", aHome.Path("file"));  // where no log can be: the user's own folder
   Start();

@@ -24,13 +24,6 @@ using Stage = SmtpServer::Stage;
 
 const std::string szAddress = "ops@example.com";
 
-struct Limit {
-  explicit Limit(std::int32_t lSeconds) { SendForm3_SetLimit(lSeconds); }
-  ~Limit() { SendForm3_SetLimit(lSendForm3_DefaultLimit); }
-  Limit(const Limit&) = delete;
-  Limit& operator=(const Limit&) = delete;
-};
-
 std::int32_t Send(std::int32_t lPort, const std::string& szBody = "body\r\n",
                   const std::string& szTo = szAddress, const std::string& szServer = "127.0.0.1",
                   const std::string& szSubject = "Kestrova Alert") {
@@ -101,7 +94,7 @@ TEST(SendForm3, RefusedBeforeConnecting) {
 }
 
 TEST(SendForm3, FaultyServers) {
-  const Limit aLimit(2);
+  SendForm3_SetLimit(2);
   const std::string szMore = "250-more\r\n", szTaken = "250 2.0.0 taken";
   struct Case {
     Stage iStage;
@@ -154,6 +147,7 @@ TEST(SendForm3, FaultyServers) {
   EXPECT_NE(Send(aDeaf.Port()), 0);
   for (std::thread& aThread : aThreads)
     aThread.join();
+  SendForm3_SetLimit(lSendForm3_DefaultLimit);
 }
 
 }  // namespace

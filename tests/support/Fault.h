@@ -9,7 +9,7 @@
 namespace Fault {
 
 struct Step {
-  enum class Kind { Send, Drip, Endless, Delay, Hang, HalfClose, Close, Reset };
+  enum class Kind { Send, Endless, Delay, Hang, HalfClose, Close, Reset };
   Kind iKind;
   std::string szBytes = {};
   std::int32_t lMilliseconds = 0;
@@ -17,10 +17,6 @@ struct Step {
 using Answer = std::vector<Step>;
 
 inline const auto Send = [](std::string szBytes) { return Step{Step::Kind::Send, std::move(szBytes)}; };
-// Byte by byte, with that pause between.
-inline const auto Drip = [](std::string szBytes, std::int32_t lMilliseconds) {
-  return Step{Step::Kind::Drip, std::move(szBytes), lMilliseconds};
-};
 Step Endless(const std::string& szBytes);  // again and again until the client goes
 inline const auto Delay = [](std::int32_t lMilliseconds) {
   return Step{Step::Kind::Delay, {}, lMilliseconds};

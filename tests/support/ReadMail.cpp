@@ -14,16 +14,9 @@ ReadMail::ReadMail(const std::string& szMail) {
       aHeaders.emplace(Text::LowerCase(szLine.substr(0, lColon)), Text::Trim(szLine.substr(lColon + 1)));
   szBody = szLines.substr(lGap + 2);
   if (Text::EqualNoCase(Only("content-transfer-encoding"), "quoted-printable")) {
-    const std::string szCoded = Text::Replace(szBody, "=\n", "");
-    szBody.clear();
-    for (std::size_t i = 0; i < szCoded.size(); ++i) {
-      if (szCoded[i] == '=' && i + 2 < szCoded.size()) {
-        szBody += static_cast<char>(std::stoi(szCoded.substr(i + 1, 2), nullptr, 16));
-        i += 2;
-      } else {
-        szBody += szCoded[i];
-      }
-    }
+    szBody = Text::Replace(szBody, "=\n", "");
+    for (std::size_t i = 0; (i = szBody.find('=', i)) != std::string::npos; ++i)
+      szBody.replace(i, 3, 1, static_cast<char>(std::stoi(szBody.substr(i + 1, 2), nullptr, 16)));
     szBody = Text::Replace(szBody, "\r\n", "\n");
   }
   if (!szBody.ends_with('\n')) szBody += '\n';

@@ -17,8 +17,7 @@ class RecordingView : public CheckView {
   std::map<std::int32_t, std::string> aRemarks;  // by slot
   std::vector<std::string> aMessages;
   int lBells = 0;
-  int lLocked = 0;  // commands locked at present
-  bool bMinimised = false;
+  int lLocked = 0;                   // commands locked at present
   std::function<void()> OnPump;      // called at every PumpEvents
   std::function<void()> OnRecorded;  // called at every SiteRecorded
 
@@ -48,7 +47,7 @@ class RecordingView : public CheckView {
     Note("recorded", lSlot);
     if (OnRecorded) OnRecorded();
   }
-  bool IsMinimised() override { return bMinimised; }
+  bool IsMinimised() override { return false; }
   void OpenProgress() override { aEvents.emplace_back("progress opened"); }
   void CloseProgress() override { aEvents.emplace_back("progress closed"); }
   void ShowProgressSite(const std::string& szText) override { aEvents.push_back("progress " + szText); }

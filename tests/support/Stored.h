@@ -14,20 +14,21 @@ namespace Stored {
 
 using RawRegistry::hRoot;
 
-inline void Put(const std::string& szPath, const std::string& szName, const RegistryAccess::Variant& aValue) {
-  RegistryAccess::RegCreatePath(hRoot, szPath);
-  RegistryAccess::RegWriteValue(hRoot, szPath, szName, aValue, aValue.index() == 1 ? 4 : 1);
+inline void Put(const std::string& szPath, const std::string& szName, const RegistryAccess::Variant& aValue,
+                Registry::Key hParent = hRoot) {
+  RegistryAccess::RegCreatePath(hParent, szPath);
+  RegistryAccess::RegWriteValue(hParent, szPath, szName, aValue, aValue.index() == 1 ? 4 : 1);
 }
 
-// The value as text: "(none)" where there is none.
-inline std::string Get(const std::string& szPath, const std::string& szName) {
-  std::string szValue = "(none)";
+// The value as text; where it cannot be read, the code.
+inline std::string Get(const std::string& szPath, const std::string& szName, Registry::Key hParent = hRoot) {
+  std::string szValue;
   std::int32_t lType = 0;
-  RegistryAccess::RegReadValue(hRoot, szPath, szName, szValue, lType);
-  return szValue;
+  const auto lCode = RegistryAccess::RegReadValue(hParent, szPath, szName, szValue, lType);
+  return lCode == 0 ? szValue : "code " + std::to_string(lCode);
 }
 
-// "name=value" for each value of a key, in listing order.
+// "name=value" for each value of a key, sorted.
 inline std::vector<std::string> Values(const std::string& szPath) {
   std::vector<RegistryAccess::RegValueEntry> aEntries;
   std::int32_t lCount = 0, lFirst = 0, lLimit = 1100;
@@ -35,27 +36,17 @@ inline std::vector<std::string> Values(const std::string& szPath) {
   std::vector<std::string> aTexts;
   for (std::size_t i = 1; i < aEntries.size(); ++i)
     aTexts.push_back(aEntries[i].Name + "=" + Get(szPath, aEntries[i].Name));
-  return aTexts;
-}
-
-inline std::vector<std::string> SortedValues(const std::string& szPath) {
-  auto aTexts = Values(szPath);
   std::ranges::sort(aTexts);
   return aTexts;
 }
 
-// The user's own cookie setting; where it cannot be read, the code.
+// The user's own cookie setting.
 inline void PutCookies(const RegistryAccess::Variant& aValue) {
-  RegistryAccess::RegCreatePath(Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings);
-  RegistryAccess::RegWriteValue(Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings, "AllowCookies",
-                                aValue, aValue.index() == 1 ? 4 : 1);
+  Put(ProductKeys::szInternetSettings, "AllowCookies", aValue, Registry::HKEY_CURRENT_USER);
 }
+
 inline std::string Cookies() {
-  std::string szValue;
-  std::int32_t lType = 0;
-  const auto lCode = RegistryAccess::RegReadValue(
-      Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings, "AllowCookies", szValue, lType);
-  return lCode == 0 ? szValue : "code " + std::to_string(lCode);
+  return Get(ProductKeys::szInternetSettings, "AllowCookies", Registry::HKEY_CURRENT_USER);
 }
 
 inline std::string SiteKey(const std::string& szName) {

@@ -22,13 +22,6 @@ static TalkServer::Talk Do(TalkServer::Client& aClient, const Fault::Step& aStep
     case Kind::Send:
       co_await asio::async_write(aClient, asio::buffer(aStep.szBytes), use_awaitable);
       break;
-    case Kind::Drip:
-      for (const char& chByte : aStep.szBytes) {
-        co_await asio::async_write(aClient, asio::buffer(&chByte, 1), use_awaitable);
-        aTimer.expires_after(aPause);
-        co_await aTimer.async_wait(use_awaitable);
-      }
-      break;
     case Kind::Endless:
       for (;;)
         co_await asio::async_write(aClient, asio::buffer(aStep.szBytes), use_awaitable);
