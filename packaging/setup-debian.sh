@@ -22,6 +22,8 @@ windows_packages=(
   g++-mingw-w64-x86-64-posix libz-mingw-w64-dev googletest dpkg-dev make
   wine wine64 fonts-wine fonts-liberation nsis unzip x11-utils
 )
+# A real mail server that one test sends through; that test says so and steps aside where it is missing.
+server_packages=(exim4-daemon-light)
 # A strict parser that one test reads the log page with; that test says so and steps aside where it is missing.
 parser_packages=(libxml2-utils)
 
@@ -59,12 +61,22 @@ as_root() {
   fi
 }
 
-install() { as_root apt-get install -y -q --no-install-recommends "$@"; }
+# Freshly installed servers are not started: the tests start their own copies on ports of their own.
+install_without_starting() {
+  local policy=/usr/sbin/policy-rc.d made=no result=0
+  if [ ! -e "$policy" ]; then
+    as_root sh -c "printf '#!/bin/sh\nexit 101\n' > $policy && chmod 755 $policy"
+    made=yes
+  fi
+  as_root apt-get install -y -q --no-install-recommends "$@" || result=$?
+  if [ "$made" = yes ]; then as_root rm -f "$policy"; fi
+  return $result
+}
 
 case "${1:-build}" in
-  build) wanted=("${build_packages[@]}") extras=() ;;
-  test) wanted=("${build_packages[@]}" "${display_packages[@]}" "${package_packages[@]}") extras=("${parser_packages[@]}") ;;
-  windows) wanted=("${build_packages[@]}" "${display_packages[@]}" "${windows_packages[@]}") extras=() ;;
+  build) wanted=("${build_packages[@]}") servers=() ;;
+  test) wanted=("${build_packages[@]}" "${display_packages[@]}" "${package_packages[@]}") servers=("${server_packages[@]}" "${parser_packages[@]}") ;;
+  windows) wanted=("${build_packages[@]}" "${display_packages[@]}" "${windows_packages[@]}") servers=() ;;
   *) echo "usage: $0 build|test|windows" >&2; exit 2 ;;
 esac
 
@@ -75,14 +87,16 @@ if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
 fi
 
 mapfile -t missing < <(missing_of "${wanted[@]}")
-mapfile -t missing_extras < <([ ${#extras[@]} = 0 ] || missing_of "${extras[@]}")
-if [ ${#missing[@]} = 0 ] && [ ${#missing_extras[@]} = 0 ]; then exit 0; fi
+mapfile -t missing_servers < <([ ${#servers[@]} = 0 ] || missing_of "${servers[@]}")
+if [ ${#missing[@]} = 0 ] && [ ${#missing_servers[@]} = 0 ]; then exit 0; fi
 
 check_system "${wanted[@]}"
-say "installing with apt: ${missing[*]} ${missing_extras[*]}"
+say "installing with apt: ${missing[*]} ${missing_servers[*]}"
 as_root apt-get update -q || say "apt-get update had errors; going on with the package lists that are here"
-if [ ${#missing[@]} != 0 ]; then install "${missing[@]}"; fi
-for package in "${missing_extras[@]}"; do
-  install "$package" || say "$package cannot be installed; the tests that use it are left out"
+if [ ${#missing[@]} != 0 ]; then install_without_starting "${missing[@]}"; fi
+# --no-remove: a mail server of the machine's own stays; the tests with the other one are then left out.
+for package in "${missing_servers[@]}"; do
+  install_without_starting --no-remove "$package" ||
+    say "$package cannot be installed beside what is here; the tests that use it are left out"
 done
 say "done"

@@ -49,6 +49,27 @@ void SaveAndDestroy(const std::string& szName, Window* pWindow) {
   pWindow->Destroy();
 }
 
+void SaveProgress(const std::string& szName, frmMain& aMain, const std::string& szURL) {
+  auto* pProgress = new frmCheckAnim(&aMain, [] {});
+  pProgress->lblSiteName->SetLabel("Checking http://" + szURL);
+  pProgress->lblSiteStatus->SetLabel(ResText(IDS_STATE_RECEIVING));
+  pProgress->Show();
+  EXPECT_TRUE(Until([&] { return pProgress->pixRayForward.lLeft > 3000; }));
+  pProgress->tmrCheckAnim.Stop();
+  Save(szName, pProgress);
+  pProgress->Destroy();
+}
+
+void SaveViewer(const std::string& szName, Program& aProgram, const std::string& szLog) {
+  aProgram.aHome.Write("D-20260105.kvl", szLog);
+  auto* pViewer = LogView::Start({aProgram.aHome.Path("D-20260105.kvl")});
+  for (std::size_t i = 0; const char* szPage : {"entries", "summary", "outages"}) {
+    pViewer->tabPages->SetSelection(i++);
+    Save(szName + szPage, pViewer);
+  }
+  pViewer->Destroy();
+}
+
 void SaveMain(Program& aProgram) {
   frmMain& aMain = aProgram.Main();
   const char* const aRemarks[] = {"Site OK", "Site OK", "Request Timed-Out",
@@ -61,14 +82,7 @@ void SaveMain(Program& aProgram) {
   Save("main", &aMain);
   const wxRect aList = aMain.lvwMain->GetScreenRect();
   Save("list", wxRect(aList.x, aList.y, aList.width, 180));
-  auto* pProgress = new frmCheckAnim(&aMain, [] {});
-  pProgress->lblSiteName->SetLabel("Checking http://www.example.com/shop");
-  pProgress->lblSiteStatus->SetLabel(ResText(IDS_STATE_RECEIVING));
-  pProgress->Show();
-  EXPECT_TRUE(Until([&] { return pProgress->pixRayForward.lLeft > 3000; }));
-  pProgress->tmrCheckAnim.Stop();
-  Save("progress", pProgress);
-  pProgress->Destroy();
+  SaveProgress("progress", aMain, "www.example.com/shop");
 }
 
 void SaveDialogs(Program& aProgram) {
@@ -108,13 +122,7 @@ void SaveOthers(Program& aProgram) {
         .End()
         .After(60);
   }
-  aProgram.aHome.Write("D-20260105.kvl", aMorning.szText);
-  auto* pViewer = LogView::Start({aProgram.aHome.Path("D-20260105.kvl")});
-  for (std::size_t i = 0; const char* szPage : {"entries", "summary", "outages"}) {
-    pViewer->tabPages->SetSelection(i++);
-    Save(std::string("viewer-") + szPage, pViewer);
-  }
-  pViewer->Destroy();
+  SaveViewer("viewer-", aProgram, aMorning.szText);
 }
 
 }  // namespace
@@ -129,4 +137,28 @@ TEST(Pictures, OfTheWindows) {
   SaveOthers(aProgram);
   aProgram.Main().SetSize(10, 10);
   Save("main-smallest", &aProgram.Main());
+}
+
+TEST(Pictures, OfTheWindowsWithNothingAndWithLongTexts) {
+  if (!std::getenv("KESTROVA_PICTURES")) GTEST_SKIP() << "KESTROVA_PICTURES names no folder";
+  {
+    Program aEmpty;
+    Save("main-empty", &aEmpty.Main());
+    SaveViewer("viewer-empty-", aEmpty, "");
+  }
+  const std::string szLong = "www." + std::string(60, 'w') + ".example.com/" + std::string(140, 'p');
+  Program aProgram({Site(szLong, 1, 3, "198.51.100.107")});
+  aSites[1].Comments = "503 " + std::string(20, 'S') + " Unavailable (IP Check Status: 404 File Not Found)";
+  aProgram.Main().Display_lvwMain(1);
+  Save("main-long", &aProgram.Main());
+  SaveProgress("progress-long", aProgram.Main(), szLong);
+  aProgram.Run(MenuCommand::mE_EditAddress);
+  Save("editor-long", Open<wxDialog>());
+  Key(WXK_ESCAPE);
+  SaveViewer("viewer-long-", aProgram,
+             LogScript()
+                 .Start()
+                 .Entry("http://" + szLong, aSites[1].Comments, 2, "E-mail Notification Sent")
+                 .End()
+                 .szText);
 }
