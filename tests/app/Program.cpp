@@ -18,6 +18,8 @@ Program::Program(const std::vector<SiteRecord>& aStored, Start iStart) : aClock(
     aSites[i + 1].Status = aStored[i].Status;
   pMain->Display_lvwMainEx(0);
   modMain::PumpEvents();
+  // A window manager gives it the keyboard a moment later, and would take it from what opens meanwhile.
+  if (iStart == Start::Later) Until([this] { return pMain->IsActive(); }, 1);
 }
 
 Program::~Program() {
