@@ -20,14 +20,14 @@ TEST(Start, TheFirstRunWelcomesOnce) {
   {
     Program aProgram({}, Program::Start::First);
     EXPECT_GE(aProgram.aClock.SteadySeconds(), 1000.99) << "the splash stays a second";
-    EXPECT_FALSE(Open<frmSplash>());
+    EXPECT_TRUE(Until([] { return !Open<frmSplash>(); }));
     EXPECT_TRUE(aProgram.Main().IsShown());
     EXPECT_TRUE(aProgram.Main().TimerAutoCheck.IsRunning() && aProgram.Main().TimerMain.IsRunning());
     EXPECT_EQ(aProgram.Panel(2), "Next: 12:15:01 PM");
     EXPECT_EQ(Stored::Get(ProductKeys::szSetup, "startup"), "1");
     ASSERT_TRUE(Open<frmWelcome>() && Focused(Open<frmWelcome>()->cmdRunTour));
-    Key(WXK_ESCAPE);
-    EXPECT_TRUE(Until([] { return !Open<frmWelcome>(); }));
+    // The window manager may yet give the keyboard to the main window, and get it taken back.
+    EXPECT_TRUE(Until([] { return Key(WXK_ESCAPE), !Open<frmWelcome>(); }));
   }
   Program aSecond;
   EXPECT_FALSE(Open<frmWelcome>());
