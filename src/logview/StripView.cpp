@@ -82,7 +82,7 @@ StripView::StripView(wxWindow* pParent)
   });
 }
 
-void StripView::Show(const LogSummary* pShown, const std::vector<std::size_t>* pNewOrder) {
+void StripView::ShowSites(const LogSummary* pShown, const std::vector<std::size_t>* pNewOrder) {
   pSummary = pShown;
   pOrder = pNewOrder;
   if (lMarked >= Places()) lMarked = static_cast<std::size_t>(-1);

@@ -17,7 +17,7 @@ class StripView : public wxScrolledCanvas {
   explicit StripView(wxWindow* pParent);
 
   // The sites in this order, as places in aSummary.aSites. Both have to stay until the next call.
-  void Show(const LogSummary* pShown, const std::vector<std::size_t>* pOrder);
+  void ShowSites(const LogSummary* pShown, const std::vector<std::size_t>* pOrder);
   // Marks a strip (place in the order) and scrolls to it.
   void Mark(std::size_t lPlace);
   // A click on a strip: its place and, where it was hit, the moment.

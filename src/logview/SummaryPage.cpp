@@ -151,7 +151,7 @@ SummaryPage::SummaryPage(wxWindow* pParent) : wxPanel(pParent) {
   picStrips->Clicked = [this](std::size_t lPlace) { lvwSites->GoTo(lPlace); };
 }
 
-void SummaryPage::Show(const LogSummary* pNew) {
+void SummaryPage::ShowLog(const LogSummary* pNew) {
   pSummary = pNew;
   aOrder = pNew ? LogWords::ByInterest(*pNew) : std::vector<std::size_t>();
   lblHeadline->SetLabel(pNew ? ToWxLabel(LogWords::Headline(*pNew)) : wxString());
@@ -162,7 +162,7 @@ void SummaryPage::Show(const LogSummary* pNew) {
   ShowFacts();
   lvwSites->ShowHint(ResText(pNew ? IDS_LOG_HEAD_EMPTY : IDS_VIEW_HINT_NONE));
   lvwSites->SetRows(aOrder.size());
-  picStrips->Show(pSummary, &aOrder);
+  picStrips->ShowSites(pSummary, &aOrder);
   CallAfter([this] { PlaceSash(); });
   Layout();
 }
@@ -239,16 +239,18 @@ OutagesPage::OutagesPage(wxWindow* pParent) : wxPanel(pParent) {
   };
 }
 
-void OutagesPage::Show(const LogSummary* pNew) {
+void OutagesPage::ShowLog(const LogSummary* pNew) {
   pSummary = pNew;
   aPlaces.clear();
-  for (std::size_t lSite = 0; pNew && lSite < pNew->aSites.size(); ++lSite)
-    for (std::size_t lOutage = 0; lOutage < pNew->aSites[lSite].aOutages.size(); ++lOutage)
-      aPlaces.push_back({lSite, lOutage});
-  std::stable_sort(aPlaces.begin(), aPlaces.end(), [pNew](const Place& aLeft, const Place& aRight) {
-    return pNew->aSites[aLeft.lSite].aOutages[aLeft.lOutage].dtFrom >
-           pNew->aSites[aRight.lSite].aOutages[aRight.lOutage].dtFrom;
-  });
+  if (pNew) {
+    for (std::size_t lSite = 0; lSite < pNew->aSites.size(); ++lSite)
+      for (std::size_t lOutage = 0; lOutage < pNew->aSites[lSite].aOutages.size(); ++lOutage)
+        aPlaces.push_back({lSite, lOutage});
+    std::stable_sort(aPlaces.begin(), aPlaces.end(), [pNew](const Place& aLeft, const Place& aRight) {
+      return pNew->aSites[aLeft.lSite].aOutages[aLeft.lOutage].dtFrom >
+             pNew->aSites[aRight.lSite].aOutages[aRight.lOutage].dtFrom;
+    });
+  }
   lvwOutages->ShowHint(ResText(pNew ? IDS_VIEW_HINT_NO_OUTAGE : IDS_VIEW_HINT_NONE));
   lvwOutages->SetRows(aPlaces.size());
 }

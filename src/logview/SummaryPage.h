@@ -23,7 +23,7 @@ class SummaryPage : public wxPanel {
   explicit SummaryPage(wxWindow* pParent);
 
   // nullptr: no log is open. It has to stay until the next call.
-  void Show(const LogSummary* pNew);
+  void ShowLog(const LogSummary* pNew);
   // A site was chosen to be looked at.
   std::function<void(const std::string& szSite)> SiteChosen;
 
@@ -48,7 +48,7 @@ class OutagesPage : public wxPanel {
  public:
   explicit OutagesPage(wxWindow* pParent);
 
-  void Show(const LogSummary* pNew);
+  void ShowLog(const LogSummary* pNew);
   std::function<void(const std::string& szSite, DateTime dtMoment)> OutageChosen;
 
   VirtualTable* lvwOutages;

@@ -136,7 +136,7 @@ void VirtualTable::FitColumns() {
   for (std::size_t i = 0; i < aColumns.size(); ++i) {
     const int lShare = aColumns[i].lShare;
     const int lLeast = aColumns[i].szSample ? aWidths[i] : GetCharWidth() * lLeastShare;
-    const int lWidth = lShare > 0 ? std::max(lLeast, lLeft * lShare / lShares) : aWidths[i];
+    const int lWidth = lShare > 0 ? std::max(lLeast, lLeft * lShare / std::max(lShares, 1)) : aWidths[i];
     if (lvwRows->GetColumnWidth(static_cast<int>(i)) != lWidth)
       lvwRows->SetColumnWidth(static_cast<int>(i), lWidth);
   }

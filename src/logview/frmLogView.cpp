@@ -188,8 +188,8 @@ const LogSummary& frmLogView::Summary() {
   if (!bSummaryShown || !pSummary) {
     const auto lStart = SteadyMilliseconds();
     auto pNew = std::make_unique<LogSummary>(Summarise(*pHistory));
-    pixSummary->Show(pNew.get());
-    pixOutages->Show(pNew.get());
+    pixSummary->ShowLog(pNew.get());
+    pixOutages->ShowLog(pNew.get());
     pSummary = std::move(pNew);
     bSummaryShown = true;
     lSummaryDone = SteadyMilliseconds();

@@ -113,6 +113,10 @@ std::string ValueLine(const StoredValue& aValue) {
   return Hexadecimal(szStart + aType.data(), szData);
 }
 
+std::string Below(std::string szPath, const std::string& szName) {
+  return szPath.append("\\").append(szName);
+}
+
 bool ComposeKey(const std::string& szPath, std::string& szText) {
   std::vector<StoredValue> aValues;
   std::vector<std::string> aSubkeys;
@@ -127,7 +131,7 @@ bool ComposeKey(const std::string& szPath, std::string& szText) {
     szText += ValueLine(aValue) + "\r\n";
   szText += "\r\n";
   for (const auto& szName : aSubkeys) {
-    if (!ComposeKey(szPath + "\\" + szName, szText)) return false;
+    if (!ComposeKey(Below(szPath, szName), szText)) return false;
   }
   return true;
 }
@@ -141,7 +145,7 @@ std::int32_t DeleteTree(const std::string& szPath) {
     if (lCode != lSuccess) return lCode;
   }
   for (const auto& szName : aSubkeys) {
-    const auto lCode = DeleteTree(szPath + "\\" + szName);
+    const auto lCode = DeleteTree(Below(szPath, szName));
     if (lCode != lSuccess) return lCode;
   }
   return RegDeleteKeyA(HKEY_LOCAL_MACHINE, szPath.c_str());
@@ -157,7 +161,7 @@ std::int32_t EmptyBase() {
   auto lCode = ListSubkeys(aBase.hKey, aSubkeys);
   if (lCode == lSuccess) lCode = ListValues(aBase.hKey, aValues);
   for (const auto& szName : aSubkeys)
-    if (lCode == lSuccess) lCode = DeleteTree(std::string(ProductKeys::szBase) + "\\" + szName);
+    if (lCode == lSuccess) lCode = DeleteTree(Below(ProductKeys::szBase, szName));
   for (const auto& aValue : aValues)
     if (lCode == lSuccess) lCode = RegDeleteValueA(aBase.hKey, aValue.szName.c_str());
   return lCode;

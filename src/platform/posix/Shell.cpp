@@ -54,6 +54,7 @@ int WaitBriefly(pid_t lChild, int lMilliseconds) {
 // within the time, or 0. szFolder: where it works; nullptr for where we do.
 int Start(const std::vector<std::string>& aWords, const char* szFolder, int lMilliseconds) {
   std::vector<char*> aArguments;
+  aArguments.reserve(aWords.size() + 1);
   for (const auto& szWord : aWords)
     aArguments.push_back(const_cast<char*>(szWord.c_str()));
   aArguments.push_back(nullptr);
