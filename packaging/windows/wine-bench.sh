@@ -83,6 +83,10 @@ ends() {
   [ $code = "$1" ] || fail "the program ended with $code: $(cat "$folder/output")"
 }
 
+# Both may wait for ever for a window that has gone; xwininfo, given none, for a click.
+xdotool() { timeout 8 xdotool "$@"; }
+xwininfo() { timeout 8 xwininfo "$@"; }
+
 windows() { xdotool search --onlyvisible --name "$1" 2>/dev/null | wc -l; }
 shows() { [ "$(windows "$1")" = "${2:-1}" ]; }  # TITLE [HOW MANY]
 # Gives the keyboard to the newest window of that title: Wine does not always take it with a window that follows
@@ -94,9 +98,12 @@ on_newest() { xdotool "${@:2}" "$(xdotool search --onlyvisible --name "$1" | sor
 active() { xdotool getactivewindow getwindowname | grep -qE "$1"; }
 keys() { xdotool key --delay 50 "$@"; }
 text() { xdotool type --delay 20 "$1"; }
-# What Wine docked into the tray.
+# What Wine docked into the tray, which is shown only while something is in it.
 tray_icon() {
-  xwininfo -tree -id "$(xdotool search --onlyvisible --class trayer | head -n 1)" | awk '/"explorer.exe"/ {print $1; found = 1} END {exit !found}'
+  local tray
+  tray=$(xdotool search --onlyvisible --class trayer | head -n 1)
+  [ -n "$tray" ] || return 1
+  xwininfo -tree -id "$tray" | awk '/"explorer.exe"/ {print $1; found = 1} END {exit !found}'
 }
 passes() { cat "$1"/*.kvl 2>/dev/null | grep -c '^\[END CHECK\]'; }
 has_passed() { [ "$(passes "$1")" -ge "$2" ]; }  # LOG FOLDER, HOW OFTEN
