@@ -23,14 +23,13 @@ long Environment::ProcessNumber() {
   return _getpid();
 }
 
-// The key, and what was made above it as far as nothing else is there.
+// The key, and the one above it where nothing else is there. Not further up: other tests make theirs beside
+// it.
 void Environment::RemoveStore() {
   constexpr std::string_view szRoot = "HKEY_CURRENT_USER\\";
   std::string szKey = Registry::StoreName();
   if (!szKey.starts_with(szRoot)) return;
   szKey.erase(0, szRoot.size());
   RegDeleteTreeA(hSystemCurrentUser, szKey.c_str());
-  while (RegDeleteKeyA(hSystemCurrentUser, szKey.c_str()) != ERROR_ACCESS_DENIED &&
-         szKey.find('\\') != std::string::npos)
-    szKey.erase(szKey.rfind('\\'));
+  RegDeleteKeyA(hSystemCurrentUser, szKey.erase(szKey.rfind('\\')).c_str());
 }
