@@ -124,12 +124,6 @@ std::string GapList(const LogSummary& aSummary) {
 }
 
 std::string Facts(const LogSummary& aSummary) {
-  std::uint64_t lChecks = 0;
-  std::uint64_t lSuccesses = 0;
-  for (const auto& aSite : aSummary.aSites) {
-    lChecks += aSite.lChecks;
-    lSuccesses += aSite.lSuccesses;
-  }
   std::string szOut = "<dl>\n";
   if (aSummary.dtFrom > 0)
     szOut +=
@@ -137,9 +131,7 @@ std::string Facts(const LogSummary& aSummary) {
   szOut += Fact(IDS_LOG_FACT_PASSES,
                 Words(IDS_LOG_FACT_PASSES_VALUE, {Count(aSummary.lAutomatic + aSummary.lManual),
                                                   Count(aSummary.lAutomatic), Count(aSummary.lManual)}));
-  szOut += Fact(IDS_LOG_FACT_CHECKS,
-                Words(IDS_LOG_FACT_CHECKS_VALUE,
-                      {Count(lChecks), Count(lSuccesses), LogWords::Share(lSuccesses, lChecks)}));
+  szOut += Fact(IDS_LOG_FACT_CHECKS, Escape(LogWords::Checks(aSummary)));
   szOut += Fact(IDS_LOG_FACT_MAILS,
                 Words(IDS_LOG_FACT_MAILS_VALUE, {Count(aSummary.lMailsSent), Count(aSummary.lMailsFailed)}));
   if (aSummary.lEntries > 0) szOut += Fact(IDS_LOG_FACT_GAPS, GapList(aSummary));

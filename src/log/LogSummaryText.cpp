@@ -23,21 +23,13 @@ void AddFact(std::string& szOut, StringId iName, const std::string& szValue) {
 }
 
 std::string Facts(const LogSummary& aSummary) {
-  std::uint64_t lChecks = 0;
-  std::uint64_t lSuccesses = 0;
-  for (const auto& aSite : aSummary.aSites) {
-    lChecks += aSite.lChecks;
-    lSuccesses += aSite.lSuccesses;
-  }
   std::string szOut;
   if (aSummary.dtFrom > 0)
     AddFact(szOut, IDS_SUM_COVERED, Fill(IDS_LOG_SPAN, {Moment(aSummary.dtFrom), Moment(aSummary.dtTo)}));
   AddFact(szOut, IDS_SUM_ROUNDS,
           Fill(IDS_LOG_FACT_PASSES_VALUE, {Count(aSummary.lAutomatic + aSummary.lManual),
                                            Count(aSummary.lAutomatic), Count(aSummary.lManual)}));
-  AddFact(szOut, IDS_SUM_CHECKS,
-          Fill(IDS_LOG_FACT_CHECKS_VALUE,
-               {Count(lChecks), Count(lSuccesses), LogWords::Share(lSuccesses, lChecks)}));
+  AddFact(szOut, IDS_SUM_CHECKS, LogWords::Checks(aSummary));
   AddFact(szOut, IDS_SUM_MAILS,
           Fill(IDS_LOG_FACT_MAILS_VALUE, {Count(aSummary.lMailsSent), Count(aSummary.lMailsFailed)}));
   if (aSummary.aGaps.empty() && aSummary.lEntries > 0)

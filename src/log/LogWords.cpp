@@ -152,6 +152,16 @@ std::string LogWords::BrokenOff(const LogSummary& aSummary) {
   return Fill(lCount == 1 ? IDS_LOG_FACT_BROKEN_OFF_ONE : IDS_LOG_FACT_BROKEN_OFF_VALUE, {Count(lCount)});
 }
 
+std::string LogWords::Checks(const LogSummary& aSummary) {
+  std::uint64_t lChecks = 0;
+  std::uint64_t lSuccesses = 0;
+  for (const auto& aSite : aSummary.aSites) {
+    lChecks += aSite.lChecks;
+    lSuccesses += aSite.lSuccesses;
+  }
+  return Fill(IDS_LOG_FACT_CHECKS_VALUE, {Count(lChecks), Count(lSuccesses), Share(lSuccesses, lChecks)});
+}
+
 std::string LogWords::Gap(const StateInterval& aGap) {
   return Fill(IDS_LOG_FACT_GAP,
               {Moment(aGap.dtFrom), Moment(aGap.dtTo), Length(SecondsBetween(aGap.dtFrom, aGap.dtTo))});

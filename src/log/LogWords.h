@@ -33,6 +33,8 @@ std::string OutageLength(const Outage& aOutage);
 
 // How many passes lack their start or end line, and what that means.
 std::string BrokenOff(const LogSummary& aSummary);
+// How many checks all sites had, and how many of them were answered well.
+std::string Checks(const LogSummary& aSummary);
 
 // From, to and length; and the last ten gaps so, the others in one line before them.
 std::string Gap(const StateInterval& aGap);

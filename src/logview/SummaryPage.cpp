@@ -70,11 +70,6 @@ std::string Since(const SiteSummary& aSite) {
 
 // The facts of the whole log: name and value.
 std::vector<std::pair<StringId, std::string>> Facts(const LogSummary& aSummary) {
-  std::uint64_t lChecks = 0, lSuccesses = 0;
-  for (const auto& aSite : aSummary.aSites) {
-    lChecks += aSite.lChecks;
-    lSuccesses += aSite.lSuccesses;
-  }
   std::vector<std::pair<StringId, std::string>> aFacts;
   if (aSummary.dtFrom > 0)
     aFacts.emplace_back(IDS_LOG_FACT_COVERED, Fill(IDS_LOG_SPAN, {LogWords::Moment(aSummary.dtFrom),
@@ -82,9 +77,7 @@ std::vector<std::pair<StringId, std::string>> Facts(const LogSummary& aSummary) 
   aFacts.emplace_back(IDS_LOG_FACT_PASSES,
                       Fill(IDS_LOG_FACT_PASSES_VALUE, {Count(aSummary.lAutomatic + aSummary.lManual),
                                                        Count(aSummary.lAutomatic), Count(aSummary.lManual)}));
-  aFacts.emplace_back(IDS_LOG_FACT_CHECKS,
-                      Fill(IDS_LOG_FACT_CHECKS_VALUE,
-                           {Count(lChecks), Count(lSuccesses), LogWords::Share(lSuccesses, lChecks)}));
+  aFacts.emplace_back(IDS_LOG_FACT_CHECKS, LogWords::Checks(aSummary));
   aFacts.emplace_back(IDS_LOG_FACT_MAILS, Fill(IDS_LOG_FACT_MAILS_VALUE,
                                                {Count(aSummary.lMailsSent), Count(aSummary.lMailsFailed)}));
   std::string szGaps;
