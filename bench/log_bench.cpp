@@ -3,12 +3,12 @@
 
 #include <fstream>
 
-#include "LongLog.h"
-#include "log/LogCsv.h"
-#include "log/LogFilter.h"
-#include "log/LogHistory.h"
-#include "log/LogHtml.h"
-#include "log/LogSummary.h"
+#include "bench/LongLog.h"
+#include "history/LogCsv.h"
+#include "history/LogFilter.h"
+#include "history/LogHistory.h"
+#include "history/LogHtml.h"
+#include "history/LogSummary.h"
 
 namespace {
 

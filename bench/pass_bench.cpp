@@ -12,12 +12,13 @@
 #include <vector>
 
 #include "check/CheckEngine.h"
+#include "check/QuietView.h"
 #include "persistence/ProductKeys.h"
 #include "persistence/Settings.h"
 #include "persistence/modAddress.h"
 #include "platform/Clock.h"
 #include "platform/Registry.h"
-#include "support/FaultServer.h"
+#include "servers/FaultServer.h"
 #include "support/TestHome.h"
 
 namespace {
@@ -27,27 +28,13 @@ double Now() {
 }
 
 // Shows nothing; ticks the engine's timer once a second as every view does.
-class SilentView : public CheckView {
+class SilentView : public QuietView {
  public:
   CheckEngine* pEngine = nullptr;
   std::int32_t lRecorded = 0;
 
-  void ShowPanel(int, const std::string&) override {}
-  void ClearRemarks() override {}
-  void EnsureRowVisible(std::int32_t) override {}
-  void ShowLight(std::int32_t, std::int16_t) override {}
-  void ShowLightText(std::int32_t, const std::string&) override {}
-  void ShowRemark(std::int32_t, const std::string&) override {}
   void SiteRecorded(std::int32_t) override { ++lRecorded; }
-  bool IsMinimised() override { return false; }
-  void OpenProgress() override {}
-  void CloseProgress() override {}
-  void ShowProgressSite(const std::string&) override {}
-  void ShowProgressStatus(const std::string&) override {}
   void ShowMessage(const std::string& szText) override { std::printf("%s\n", szText.c_str()); }
-  void SoundBell() override {}
-  void EnableCommand(MenuCommand, bool) override {}
-  void EnableAutoTimer(bool) override {}
   void PumpEvents() override {
     if (Now() < dNextTick) return;
     dNextTick = Now() + 1;

@@ -11,19 +11,19 @@
 #include <cstdlib>
 #include <ctime>
 
-#include "LongLog.h"
-#include "app/App.h"
-#include "app/frmMain.h"
-#include "app/modMain.h"
-#include "logview/EntriesPage.h"
-#include "logview/LogView.h"
-#include "logview/VirtualTable.h"
-#include "logview/frmLogView.h"
+#include "bench/LongLog.h"
 #include "persistence/Settings.h"
 #include "persistence/modAddress.h"
-#include "support/FaultServer.h"
+#include "servers/FaultServer.h"
 #include "support/Stored.h"
 #include "support/TestHome.h"
+#include "ui/common/VirtualTable.h"
+#include "ui/logview/EntriesPage.h"
+#include "ui/logview/LogView.h"
+#include "ui/logview/frmLogView.h"
+#include "ui/main/App.h"
+#include "ui/main/frmMain.h"
+#include "ui/main/modMain.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 # Writes OUTPUT, a C++ file with the text of each of FILES (SVG) under its base name.
-set(TEXT "#include \"resources/Images.h\"\n\nconst ImageData aImageData[] = {\n")
+set(TEXT "#include \"ui/common/Images.h\"\n\nconst ImageData aImageData[] = {\n")
 foreach(FILE ${FILES})
   get_filename_component(NAME ${FILE} NAME_WE)
   file(READ ${FILE} SVG)

@@ -9,6 +9,6 @@ foreach(FILE ${FILES})
   string(APPEND ARRAYS "const unsigned char a_${IDENTIFIER}[] = {${BYTES}};\n")
   string(APPEND TABLE "    {\"${NAME}\", a_${IDENTIFIER}, sizeof(a_${IDENTIFIER})},\n")
 endforeach()
-file(WRITE ${OUTPUT} "#include \"tour/TourPages.h\"\n\nnamespace {\n${ARRAYS}}  // namespace\n\n"
+file(WRITE ${OUTPUT} "#include \"ui/tour/TourPages.h\"\n\nnamespace {\n${ARRAYS}}  // namespace\n\n"
   "const PictureData aPictureData[] = {\n${TABLE}};\n"
   "const std::size_t lPictureCount = sizeof(aPictureData) / sizeof(aPictureData[0]);\n")

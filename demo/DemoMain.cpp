@@ -8,8 +8,8 @@
 #include <iostream>
 #include <string>
 
-#include "DemoSites.h"
-#include "DemoWeek.h"
+#include "demo/DemoSites.h"
+#include "demo/DemoWeek.h"
 #include "persistence/modBasic.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"

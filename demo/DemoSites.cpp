@@ -1,11 +1,11 @@
-#include "DemoSites.h"
+#include "demo/DemoSites.h"
 
 #include <cstdio>
 #include <stdexcept>
 
+#include "base/Text.h"
 #include "persistence/ProductKeys.h"
 #include "platform/Files.h"
-#include "platform/Text.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <string>
 
-#include "support/FaultServer.h"
-#include "support/SmtpServer.h"
+#include "servers/FaultServer.h"
+#include "servers/SmtpServer.h"
 
 namespace DemoSites {
 

@@ -1,20 +1,21 @@
-#include "DemoWeek.h"
+#include "demo/DemoWeek.h"
 
 #include <cmath>
+#include <map>
 #include <memory>
 #include <stdexcept>
 
-#include "DemoSites.h"
 #include "check/CheckEngine.h"
+#include "check/QuietView.h"
 #include "check/Schedule.h"
+#include "demo/DemoSites.h"
 #include "persistence/Settings.h"
 #include "persistence/modAddress.h"
 #include "persistence/modBasic.h"
+#include "platform/Environment.h"
 #include "platform/Files.h"
 #include "platform/Registry.h"
-#include "support/Environment.h"
-#include "support/RecordingView.h"
-#include "support/TestHome.h"
+#include "platform/StandingClock.h"
 
 namespace {
 
@@ -66,7 +67,7 @@ constexpr double dMailDown = Hour(4, 18, 0), dMailUp = Hour(4, 21, 0);
 constexpr double dNameLost = Hour(6, 17, 20);
 constexpr double dEnd = Hour(6, 23, 45);
 
-class Week : RecordingView {
+class Week : QuietView {
  public:
   Week(const std::string& szFolder, DateTime dtTheMonday)
       : szInside(szFolder + Files::chSeparator), dtMonday(dtTheMonday), aClock(dtTheMonday) {}
@@ -90,8 +91,7 @@ class Week : RecordingView {
       }
     }
     DemoSites::KeepMails(aMailServer, szInside + "mails", 0);
-    Registry::CloseStore();
-    Environment::RemoveStore();
+    Registry::RemoveOwnStore();
     for (const char* szName : {"http_proxy", "no_proxy"})
       Environment::Unset(szName);
     return lRounds;
@@ -169,7 +169,7 @@ class Week : RecordingView {
 
   const std::string szInside;
   const DateTime dtMonday;
-  TestClock aClock;
+  StandingClock aClock;
   FaultServer aServer;
   SmtpServer aMailServer;
   std::unique_ptr<CheckEngine> pEngine;

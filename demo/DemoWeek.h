@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <string>
 
-#include "platform/DateTime.h"
+#include "base/DateTime.h"
 
 namespace DemoWeek {
 

@@ -3,13 +3,8 @@
 include(GNUInstallDirs)
 set(KESTROVA_MAINTAINER "The Kestrova developers <kestrova@example.org>" CACHE STRING "Who answers for the package")
 set(PROGRAM_FOLDER lib/kestrova)
-set(COMMANDS "")
-foreach(PROGRAM kestrova kestrova-cli LogView KVTour)
-  if(TARGET ${PROGRAM})
-    install(TARGETS ${PROGRAM} RUNTIME DESTINATION ${PROGRAM_FOLDER})
-    list(APPEND COMMANDS ${PROGRAM})
-  endif()
-endforeach()
+install(TARGETS ${PROGRAMS} RUNTIME DESTINATION ${PROGRAM_FOLDER})
+set(COMMANDS ${PROGRAMS})
 list(REMOVE_ITEM COMMANDS KVTour) # opened from the help menu
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/src/resources/Messages DESTINATION ${PROGRAM_FOLDER})
 

@@ -11,8 +11,10 @@ build_packages=(
   g++ cmake ninja-build ccache pkg-config
   libcurl4-openssl-dev libsqlite3-dev libwxgtk3.2-dev
   libcli11-dev nlohmann-json3-dev
-  libgtest-dev libgmock-dev libbenchmark-dev libasio-dev
+  libasio-dev
 )
+# What tests and benchmarks are built with, and what holds the sources to their form.
+test_packages=(libgtest-dev libgmock-dev libbenchmark-dev clang-format clang-tidy)
 # A display without a screen, and on it a window manager, a tray and what looks at windows from outside.
 display_packages=(xvfb xauth metacity trayer xdotool imagemagick)
 # What looks into programs while they are packaged.
@@ -75,7 +77,7 @@ install_without_starting() {
 
 case "${1:-build}" in
   build) wanted=("${build_packages[@]}") servers=() ;;
-  test) wanted=("${build_packages[@]}" "${display_packages[@]}" "${package_packages[@]}") servers=("${server_packages[@]}" "${parser_packages[@]}") ;;
+  test) wanted=("${build_packages[@]}" "${test_packages[@]}" "${display_packages[@]}" "${package_packages[@]}") servers=("${server_packages[@]}" "${parser_packages[@]}") ;;
   windows) wanted=("${build_packages[@]}" "${display_packages[@]}" "${windows_packages[@]}") servers=() ;;
   *) echo "usage: $0 build|test|windows" >&2; exit 2 ;;
 esac

@@ -1,8 +1,8 @@
 #include "alert/AlertSender.h"
 
+#include "base/Strings.h"
 #include "persistence/Settings.h"
 #include "platform/SendForm3.h"
-#include "resources/Strings.h"
 
 std::int32_t SendEmail(const std::string& szCode, std::int32_t lSite, const CheckFacts& aFacts) {
   if (Settings.SMTP.empty() || Settings.Email.empty()) return lMailSettingsMissing;

@@ -6,12 +6,12 @@
 #include <utility>
 
 #include "alert/modBackUpEmailContent.h"
+#include "base/Strings.h"
+#include "base/Text.h"
 #include "persistence/Settings.h"
 #include "persistence/modAddress.h"
 #include "platform/Files.h"
 #include "platform/Shell.h"
-#include "platform/Text.h"
-#include "resources/Strings.h"
 
 namespace {
 

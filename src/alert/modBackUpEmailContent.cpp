@@ -4,7 +4,7 @@
 #include <array>
 #include <string_view>
 
-#include "resources/Strings.h"
+#include "base/Strings.h"
 
 namespace {
 

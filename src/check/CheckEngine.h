@@ -9,8 +9,8 @@
 #include <string>
 
 #include "alert/AlertText.h"
+#include "base/DateTime.h"
 #include "check/CheckView.h"
-#include "platform/DateTime.h"
 #include "platform/Inet.h"
 
 class CheckEngine {

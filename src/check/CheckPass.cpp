@@ -1,6 +1,8 @@
 // The pass itself: its two starters, the walk over the sites, and the stop command.
 #include <exception>
 
+#include "base/Strings.h"
+#include "base/Text.h"
 #include "check/CheckEngine.h"
 #include "check/CookiePolicy.h"
 #include "check/Schedule.h"
@@ -8,8 +10,6 @@
 #include "persistence/Settings.h"
 #include "persistence/modAddress.h"
 #include "platform/Clock.h"
-#include "platform/Text.h"
-#include "resources/Strings.h"
 
 namespace {
 

@@ -1,12 +1,12 @@
 // What becomes of a request: the client's states, and the time-out. Every request has one outcome.
 #include <exception>
 
+#include "base/Strings.h"
 #include "check/CheckEngine.h"
 #include "check/ResultCodes.h"
 #include "log/CheckLog.h"
 #include "persistence/modAddress.h"
 #include "platform/Clock.h"
-#include "resources/Strings.h"
 
 namespace {
 

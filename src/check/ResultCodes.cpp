@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 
-#include "platform/Text.h"
-#include "resources/Strings.h"
+#include "base/Strings.h"
+#include "base/Text.h"
 
 namespace {
 

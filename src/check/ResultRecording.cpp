@@ -1,13 +1,13 @@
 // Recording an outcome: the site moves through its states (up, warning, down), its row and its stored record
 // follow, and the second failure in a row is confirmed by IP address and reported by mail.
 #include "alert/AlertSender.h"
+#include "base/Strings.h"
+#include "base/Text.h"
 #include "check/CheckEngine.h"
 #include "check/Schedule.h"
 #include "log/CheckLog.h"
 #include "persistence/Settings.h"
 #include "persistence/modAddress.h"
-#include "platform/Text.h"
-#include "resources/Strings.h"
 
 namespace {
 

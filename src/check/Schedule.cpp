@@ -1,7 +1,7 @@
 #include "check/Schedule.h"
 
+#include "base/Strings.h"
 #include "platform/Clock.h"
-#include "resources/Strings.h"
 
 DateTime NextCheckTime = 0;
 

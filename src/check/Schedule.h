@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "platform/DateTime.h"
+#include "base/DateTime.h"
 
 extern DateTime NextCheckTime;  // wall time, as shown
 

@@ -2,6 +2,8 @@
 #include <algorithm>
 
 #include "alert/AlertText.h"
+#include "base/Strings.h"
+#include "base/Text.h"
 #include "check/ResultCodes.h"
 #include "cli/Commands.h"
 #include "cli/Report.h"
@@ -9,8 +11,6 @@
 #include "persistence/Settings.h"
 #include "persistence/modAddress.h"
 #include "platform/SendForm3.h"
-#include "platform/Text.h"
-#include "resources/Strings.h"
 
 namespace {
 

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <iostream>
 
+#include "base/Strings.h"
 #include "check/CheckEngine.h"
 #include "check/CookiePolicy.h"
 #include "check/Schedule.h"
@@ -15,7 +16,6 @@
 #include "platform/Registry.h"
 #include "platform/SingleInstance.h"
 #include "platform/Terminal.h"
-#include "resources/Strings.h"
 
 namespace {
 

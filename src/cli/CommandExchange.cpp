@@ -1,16 +1,16 @@
 // import and export: the site list as a file.
 #include <algorithm>
 
+#include "base/Strings.h"
 #include "cli/Commands.h"
 #include "cli/Report.h"
-#include "dialogs/ListExchange.h"
+#include "editing/ListExchange.h"
 #include "persistence/Settings.h"
 #include "persistence/modAddress.h"
 #include "persistence/modBasic.h"
 #include "platform/Files.h"
 #include "platform/Registry.h"
 #include "platform/SingleInstance.h"
-#include "resources/Strings.h"
 
 int Commands::Import(const std::string& szFile, bool bReplace) {
   if (!Files::FileExists(szFile)) return Report::Fail(Report::Fill(IDS_CLI_CANNOT_READ, {szFile}));

@@ -3,11 +3,11 @@
 #include <iostream>
 #include <nlohmann/json.hpp>
 
+#include "base/Strings.h"
+#include "base/Text.h"
 #include "cli/Commands.h"
 #include "cli/Report.h"
 #include "persistence/modAddress.h"
-#include "platform/Text.h"
-#include "resources/Strings.h"
 
 namespace {
 

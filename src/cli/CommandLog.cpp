@@ -1,16 +1,16 @@
 // log: check logs as lines, as a summary, as a page and as a table.
 #include <filesystem>
 
+#include "base/Strings.h"
+#include "base/Text.h"
 #include "cli/Commands.h"
 #include "cli/Report.h"
-#include "log/LogCsv.h"
-#include "log/LogHistory.h"
-#include "log/LogHtml.h"
-#include "log/LogSummary.h"
-#include "log/LogSummaryText.h"
+#include "history/LogCsv.h"
+#include "history/LogHistory.h"
+#include "history/LogHtml.h"
+#include "history/LogSummary.h"
+#include "history/LogSummaryText.h"
 #include "platform/Files.h"
-#include "platform/Text.h"
-#include "resources/Strings.h"
 
 namespace {
 

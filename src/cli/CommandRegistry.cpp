@@ -1,5 +1,6 @@
 // registry export and import: everything the product remembers, as a file for another machine; and share: who
 // may use it on this one.
+#include "base/Strings.h"
 #include "cli/Commands.h"
 #include "cli/Report.h"
 #include "persistence/RegFile.h"
@@ -7,7 +8,6 @@
 #include "platform/Files.h"
 #include "platform/Registry.h"
 #include "platform/SingleInstance.h"
-#include "resources/Strings.h"
 
 namespace {
 // A full list comes to less than two megabytes.

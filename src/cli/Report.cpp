@@ -2,11 +2,11 @@
 
 #include <iostream>
 
+#include "base/Strings.h"
+#include "base/Text.h"
 #include "persistence/Settings.h"
 #include "persistence/modAddress.h"
 #include "platform/Registry.h"
-#include "platform/Text.h"
-#include "resources/Strings.h"
 
 std::string Report::Fill(std::int32_t lText, std::initializer_list<std::string> aValues) {
   const std::string szPattern = LoadResString(lText);

@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <iostream>
 
+#include "base/Strings.h"
+#include "base/Text.h"
 #include "check/CheckEngine.h"
 #include "cli/Report.h"
 #include "log/CheckLog.h"
@@ -11,8 +13,6 @@
 #include "persistence/modAddress.h"
 #include "platform/Clock.h"
 #include "platform/Terminal.h"
-#include "platform/Text.h"
-#include "resources/Strings.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <string>
 
+#include "base/DateTime.h"
 #include "check/CheckView.h"
-#include "platform/DateTime.h"
 
 class CheckEngine;
 

@@ -4,10 +4,10 @@
 #include <functional>
 #include <iostream>
 
+#include "base/Strings.h"
 #include "cli/Commands.h"
 #include "cli/Report.h"
 #include "platform/MsgBox.h"
-#include "resources/Strings.h"
 
 namespace {
 

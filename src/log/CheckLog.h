@@ -10,7 +10,7 @@
 #include <cstdint>
 #include <string>
 
-#include "platform/DateTime.h"
+#include "base/DateTime.h"
 
 namespace CheckLog {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "resources/Strings.h"
+#include "base/Strings.h"
 
 namespace {
 

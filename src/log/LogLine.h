@@ -16,7 +16,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "platform/DateTime.h"
+#include "base/DateTime.h"
 
 enum class LineKind : std::uint8_t { Entry, StartManual, StartAuto, End, Unread };
 

@@ -1,11 +1,11 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "base/Text.h"
 #include "log/CheckLog.h"
 #include "persistence/Settings.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
-#include "platform/Text.h"
 
 namespace CheckLog {
 

@@ -1,10 +1,10 @@
 #include <algorithm>
 
+#include "base/Text.h"
 #include "log/CheckLog.h"
 #include "persistence/Settings.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
-#include "platform/Text.h"
 
 namespace CheckLog {
 

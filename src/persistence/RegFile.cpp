@@ -4,12 +4,12 @@
 #include <cstring>
 #include <vector>
 
+#include "base/Strings.h"
+#include "base/Text.h"
+#include "base/Utf16.h"
 #include "persistence/ProductKeys.h"
 #include "persistence/RegFileParser.h"
-#include "persistence/Utf16.h"
 #include "platform/Registry.h"
-#include "platform/Text.h"
-#include "resources/Strings.h"
 
 using namespace Registry;
 

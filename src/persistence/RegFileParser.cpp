@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <charconv>
 
+#include "base/Strings.h"
+#include "base/Text.h"
+#include "base/Utf16.h"
 #include "persistence/ProductKeys.h"
-#include "persistence/Utf16.h"
 #include "platform/Registry.h"
-#include "platform/Text.h"
-#include "resources/Strings.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <limits>
 #include <optional>
 
-#include "platform/Text.h"
+#include "base/Text.h"
 
 namespace RegistryAccess {
 namespace {

@@ -4,12 +4,12 @@
 #include <set>
 #include <utility>
 
+#include "base/Strings.h"
+#include "base/Text.h"
 #include "persistence/ProductKeys.h"
 #include "persistence/RegistryAccess.h"
 #include "persistence/modBasic.h"
 #include "platform/MsgBox.h"
-#include "platform/Text.h"
-#include "resources/Strings.h"
 
 std::vector<SiteRecord> aSites;
 std::int32_t lSiteCount = 0;

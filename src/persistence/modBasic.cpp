@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
+#include "base/Text.h"
 #include "platform/Files.h"
 #include "platform/Shell.h"
-#include "platform/Text.h"
 
 namespace modBasic {
 

@@ -3,7 +3,7 @@
 // machine slept, so it has the boot date-time. All three are date-times and agree while the clock runs true.
 #pragma once
 
-#include "platform/DateTime.h"
+#include "base/DateTime.h"
 
 namespace Clock {
 

@@ -82,6 +82,10 @@ class Transaction {
 bool OpenStore(std::string& szMessage);
 void CloseStore();
 
+// Closes a store that $KESTROVA_REGISTRY names and takes it away, where it is no file that its owner can
+// delete: on Windows its key. Never the registry proper. For what made the store: the demonstration, a test.
+void RemoveOwnStore();
+
 // Lets every account of this machine read and write the product's key, which is made where it is missing, and
 // all below it. On Windows an administrator can; elsewhere nobody, for there each user has a store of their
 // own. False when it could not be done; szMessage says why, in one or two plain sentences.

@@ -4,10 +4,10 @@
 #include <gtest/gtest.h>
 
 #include "alert/AlertSender.h"
+#include "base/Text.h"
 #include "persistence/Settings.h"
 #include "persistence/modAddress.h"
-#include "platform/Text.h"
-#include "support/SmtpServer.h"
+#include "servers/SmtpServer.h"
 #include "support/TestHome.h"
 
 class AlertBench : public testing::Test {

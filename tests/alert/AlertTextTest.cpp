@@ -3,8 +3,8 @@
 
 #include "alert/AlertBench.h"
 #include "alert/modBackUpEmailContent.h"
+#include "platform/Environment.h"
 #include "platform/Shell.h"
-#include "support/Environment.h"
 
 namespace {
 

@@ -6,19 +6,19 @@
 #include <string>
 #include <vector>
 
+#include "base/Text.h"
 #include "check/CheckEngine.h"
 #include "log/CheckLog.h"
 #include "persistence/Settings.h"
 #include "persistence/modAddress.h"
-#include "platform/Text.h"
-#include "support/FaultServer.h"
+#include "servers/FaultServer.h"
 #include "support/RecordingView.h"
 #include "support/TestHome.h"
 
 struct Bench {
   TestHome Home;
   TestBoxes Boxes;
-  TestClock aClock{JoinDateTime({1999, 11, 15, 17, 44, 21})};
+  StandingClock aClock{JoinDateTime({1999, 11, 15, 17, 44, 21})};
   FaultServer Server;
   RecordingView View;
   CheckEngine Engine{View};

@@ -3,7 +3,7 @@
 
 #include "check/Bench.h"
 #include "check/Schedule.h"
-#include "support/SmtpServer.h"
+#include "servers/SmtpServer.h"
 
 using Fault::Status;
 

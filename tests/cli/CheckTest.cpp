@@ -3,7 +3,7 @@
 #include <nlohmann/json.hpp>
 #include <random>
 
-#include "Cli.h"
+#include "cli/Cli.h"
 #include "support/Stored.h"
 
 using testing::AllOf;

@@ -12,8 +12,8 @@
 
 #include "platform/Files.h"
 #include "platform/Registry.h"
+#include "servers/FaultServer.h"
 #include "support/ChildProcess.h"
-#include "support/FaultServer.h"
 #include "support/TestHome.h"
 
 inline constexpr double dMostSeconds = 20;

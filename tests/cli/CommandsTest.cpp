@@ -1,6 +1,6 @@
 // The commands' answers: exit codes, output, and one plain line for whatever is wrong.
-#include "Cli.h"
-#include "support/Environment.h"
+#include "cli/Cli.h"
+#include "platform/Environment.h"
 
 using testing::HasSubstr;
 

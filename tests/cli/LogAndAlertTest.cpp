@@ -1,6 +1,6 @@
 // log, alert --test, and the demonstration's servers.
-#include "Cli.h"
-#include "support/SmtpServer.h"
+#include "cli/Cli.h"
+#include "servers/SmtpServer.h"
 #include "support/Stored.h"
 
 using testing::AllOf;

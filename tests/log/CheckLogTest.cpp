@@ -22,7 +22,7 @@ TEST(CheckLogTest, NamesTheFileForTheDayOrTheWeeksSunday) {
                                                {2, At(2026, 1, 4, 0), "W-20260104.kvl"},
                                                {2, At(2026, 1, 3, 23, 59, 59), "W-20251228.kvl"},
                                                {3, At(2026, 1, 7), "M-202601.kvl"}}) {
-    const TestClock aClock(dtNow);
+    const StandingClock aClock(dtNow);
     Settings.LogPeriod = static_cast<std::int16_t>(iPeriod);
     GetLogFileName(false);
     EXPECT_EQ(CurrentLogFile, std::string("logs") + Files::chSeparator + szName);
@@ -43,7 +43,7 @@ TEST(CheckLogTest, PrunesSoThatTheLimitHoldsOnceThePassHasWritten) {
       {"a.kvl b.kvl", 1, 1, 1, false, nullptr},  // viewing
       {"a.kvl b.kvl", 0, 1, 1, true, nullptr},   // no log
   };
-  const TestClock aClock(At(2026, 1, 7));
+  const StandingClock aClock(At(2026, 1, 7));
   for (const auto& aCase : aCases) {
     const TestHome aHome;
     std::istringstream aFiles(aCase.szFiles);
@@ -64,7 +64,7 @@ TEST(CheckLogTest, PrunesSoThatTheLimitHoldsOnceThePassHasWritten) {
 
 TEST(CheckLogTest, WritesAPassLineByLine) {
   const TestHome aHome;
-  TestClock aClock(At(1999, 11, 15, 17, 44, 21));
+  StandingClock aClock(At(1999, 11, 15, 17, 44, 21));
   Settings.LogPath = aHome.Folder();
   Settings.LogPeriod = 1;
   GetLogFileName(false);

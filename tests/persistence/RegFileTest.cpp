@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
+#include "base/Utf16.h"
 #include "persistence/ProductKeys.h"
 #include "persistence/RegFile.h"
 #include "persistence/RegistryAccess.h"
-#include "persistence/Utf16.h"
 #include "support/RawRegistry.h"
 #include "support/TestHome.h"
 

@@ -4,9 +4,9 @@
 #include <map>
 
 #include "persistence/Settings.h"
+#include "platform/Environment.h"
 #include "platform/Files.h"
 #include "platform/Shell.h"
-#include "support/Environment.h"
 #include "support/Stored.h"
 #include "support/TestHome.h"
 

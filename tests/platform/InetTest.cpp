@@ -8,10 +8,10 @@
 #include <utility>
 #include <vector>
 
+#include "base/Text.h"
+#include "platform/Environment.h"
 #include "platform/Inet.h"
-#include "platform/Text.h"
-#include "support/Environment.h"
-#include "support/FaultServer.h"
+#include "servers/FaultServer.h"
 #include "support/TestHome.h"
 
 using namespace std::string_literals;

@@ -4,8 +4,8 @@
 
 #include <array>
 
+#include "base/Text.h"
 #include "platform/Registry.h"
-#include "platform/Text.h"
 #include "support/TestHome.h"
 
 using namespace Registry;

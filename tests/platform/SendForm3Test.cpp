@@ -9,11 +9,11 @@
 #include <thread>
 #include <vector>
 
+#include "base/Text.h"
 #include "platform/SendForm3.h"
-#include "platform/Text.h"
-#include "support/FaultServer.h"
+#include "servers/FaultServer.h"
+#include "servers/SmtpServer.h"
 #include "support/ReadMail.h"
-#include "support/SmtpServer.h"
 #include "support/TestHome.h"
 
 using namespace std::string_literals;

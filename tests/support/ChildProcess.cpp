@@ -3,9 +3,9 @@
 #include <filesystem>
 #include <thread>
 
+#include "base/Text.h"
+#include "platform/Environment.h"
 #include "platform/Files.h"
-#include "platform/Text.h"
-#include "support/Environment.h"
 #include "support/TestHome.h"
 
 namespace {

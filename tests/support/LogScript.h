@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "log/LogHistory.h"
-#include "platform/DateTime.h"
+#include "base/DateTime.h"
+#include "history/LogHistory.h"
 #include "support/TestHome.h"
 
 inline const DateTime dtMonday = JoinDateTime({2026, 1, 5, 8, 0, 0});

@@ -2,7 +2,7 @@
 
 #include <sstream>
 
-#include "platform/Text.h"
+#include "base/Text.h"
 
 ReadMail::ReadMail(const std::string& szMail) {
   const std::string szLines = Text::Replace(szMail, "\r\n", "\n");

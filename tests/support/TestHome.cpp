@@ -5,10 +5,10 @@
 #include <fstream>
 #include <sstream>
 
+#include "platform/Environment.h"
 #include "platform/Files.h"
 #include "platform/MsgBox.h"
 #include "platform/Registry.h"
-#include "support/Environment.h"
 
 namespace fs = std::filesystem;
 
@@ -22,15 +22,14 @@ TestHome::TestHome() {
   szFolder = aFolder.string();
   Registry::CloseStore();
   Environment::Set("KESTROVA_REGISTRY", Path("registry.db"));
-  Environment::RemoveStore();  // of an earlier run under the same number
+  Registry::RemoveOwnStore();  // of an earlier run under the same number
   Environment::Set("KESTROVA_HOME", szFolder);
   Environment::Set("LOCALAPPDATA", Path("data"));
   Environment::Set("XDG_DATA_HOME", Path("data"));
 }
 
 TestHome::~TestHome() {
-  Registry::CloseStore();
-  Environment::RemoveStore();
+  Registry::RemoveOwnStore();
   std::error_code aIgnored;
   fs::remove_all(szFolder, aIgnored);
 }
@@ -56,20 +55,6 @@ std::vector<std::string> TestHome::Names() const {
     aNames.push_back(aEntry.path().filename().string());
   std::sort(aNames.begin(), aNames.end());
   return aNames;
-}
-
-TestClock::TestClock(DateTime dtStart) : dtWall(dtStart) {
-  Clock::Replace(this);
-}
-
-TestClock::~TestClock() {
-  Clock::Replace(nullptr);
-}
-
-void TestClock::Advance(double dSeconds) {
-  dtWall = AddSeconds(dtWall, dSeconds);
-  dSteady += dSeconds;
-  dBoot += dSeconds;
 }
 
 TestBoxes::TestBoxes() {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/Clock.h"
+#include "platform/StandingClock.h"
 
 class TestHome {
  public:
@@ -23,28 +23,6 @@ class TestHome {
 
  private:
   std::string szFolder;
-};
-
-// A clock that stands still until told otherwise; Wait moves it on.
-class TestClock : public Clock::Source {
- public:
-  explicit TestClock(DateTime dtStart);
-  ~TestClock() override;
-  TestClock(const TestClock&) = delete;
-  TestClock& operator=(const TestClock&) = delete;
-
-  DateTime WallTime() override { return dtWall; }
-  double SteadySeconds() override { return dSteady; }
-  double BootSeconds() override { return dBoot; }
-  void Wait(double dSeconds) override { Advance(dSeconds); }
-
-  void Advance(double dSeconds);                    // all three
-  void SetWall(DateTime dtNew) { dtWall = dtNew; }  // as when an operator sets the clock
-
- private:
-  DateTime dtWall;
-  double dSteady = 1000;
-  double dBoot = 2000;
 };
 
 // Collects what the program would show in message boxes while it lives.

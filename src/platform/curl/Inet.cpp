@@ -5,7 +5,7 @@
 #include <limits>
 #include <string_view>
 
-#include "platform/Text.h"
+#include "base/Text.h"
 #include "platform/curl/CurlSupport.h"
 #include "platform/curl/RequestUrl.h"
 #include "platform/curl/ResponseHeader.h"

@@ -1,6 +1,6 @@
 #include "platform/curl/ResponseHeader.h"
 
-#include "platform/Text.h"
+#include "base/Text.h"
 
 namespace {
 

@@ -6,9 +6,9 @@
 #include <cstddef>
 #include <string_view>
 
-#include "platform/MailMessage.h"
-#include "platform/Text.h"
+#include "base/Text.h"
 #include "platform/curl/CurlSupport.h"
+#include "platform/curl/MailMessage.h"
 
 namespace {
 

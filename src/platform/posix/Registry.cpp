@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "platform/Text.h"
+#include "base/Text.h"
 #include "platform/posix/Store.h"
 #include "platform/posix/UserFolders.h"
 

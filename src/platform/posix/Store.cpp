@@ -4,8 +4,8 @@
 #include <optional>
 #include <unordered_map>
 
-#include "platform/Text.h"
-#include "resources/Strings.h"
+#include "base/Strings.h"
+#include "base/Text.h"
 
 namespace {
 
@@ -305,6 +305,11 @@ void Registry::CloseStore() {
 bool Registry::ShareStore(std::string& szMessage) {
   if (OpenStore(szMessage)) szMessage = Message(IDS_STORE_NOT_SHARED);
   return false;
+}
+
+// A file; whoever named it deletes it.
+void Registry::RemoveOwnStore() {
+  CloseStore();
 }
 
 std::string Registry::StoreName() {

@@ -9,9 +9,9 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "base/Text.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
-#include "platform/Text.h"
 #include "platform/posix/Descriptor.h"
 #include "platform/posix/UserFolders.h"
 

@@ -8,8 +8,8 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "base/Text.h"
 #include "platform/Files.h"
-#include "platform/Text.h"
 
 namespace {
 

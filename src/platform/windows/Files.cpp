@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <atomic>
 
-#include "platform/Text.h"
+#include "base/Text.h"
 #include "platform/windows/Handle.h"
 #include "platform/windows/System.h"
 

@@ -1,11 +1,12 @@
 #include "platform/Registry.h"
 
 #include <cstdlib>
+#include <string_view>
 
-#include "platform/Text.h"
+#include "base/Strings.h"
+#include "base/Text.h"
 #include "platform/windows/KeyAccess.h"
 #include "platform/windows/System.h"
-#include "resources/Strings.h"
 
 namespace {
 
@@ -204,6 +205,17 @@ void Registry::CloseStore() {
     if (aRoots.hMachine) ::RegCloseKey(aRoots.hMachine);
   }
   bRootsKnown = false;
+}
+
+// The key, and the one above it where nothing else is there. Not further up: other stores lie beside it.
+void Registry::RemoveOwnStore() {
+  constexpr std::string_view szRoot = "HKEY_CURRENT_USER\\";
+  CloseStore();
+  std::string szKey = StoreName();
+  if (!szKey.starts_with(szRoot)) return;
+  szKey.erase(0, szRoot.size());
+  RegDeleteTreeA(hSystemCurrentUser, szKey.c_str());
+  ::RegDeleteKeyA(hSystemCurrentUser, szKey.erase(szKey.rfind('\\')).c_str());
 }
 
 std::string Registry::StoreName() {

@@ -3,8 +3,8 @@
 #include <optional>
 #include <string>
 
+#include "base/Text.h"
 #include "platform/Registry.h"
-#include "platform/Text.h"
 #include "platform/windows/Handle.h"
 #include "platform/windows/System.h"
 

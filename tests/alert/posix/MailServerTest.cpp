@@ -3,8 +3,8 @@
 
 #include "alert/AlertBench.h"
 #include "platform/Files.h"
+#include "servers/FaultServer.h"
 #include "support/ChildProcess.h"
-#include "support/FaultServer.h"
 #include "support/ReadMail.h"
 
 namespace {

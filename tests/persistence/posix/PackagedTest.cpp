@@ -2,9 +2,9 @@
 #include <gtest/gtest.h>
 
 #include "persistence/Settings.h"
+#include "platform/Environment.h"
 #include "platform/Files.h"
 #include "platform/Shell.h"
-#include "support/Environment.h"
 #include "support/TestHome.h"
 
 namespace {

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "persistence/RegFile.h"
-#include "support/Environment.h"
+#include "platform/Environment.h"
 #include "support/Stored.h"
 #include "support/TestHome.h"
 

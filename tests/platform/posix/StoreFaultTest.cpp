@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <memory>
 
-#include "support/Environment.h"
+#include "platform/Environment.h"
 #include "support/RawRegistry.h"
 #include "support/TestHome.h"
 #include "support/posix/InChild.h"
@@ -62,7 +62,7 @@ struct Stranger {
 };
 
 TEST_F(StoreFaultTest, ADamagedStoreIsKeptAndANewOneBegun) {
-  TestClock aClock(JoinDateTime({1999, 11, 15, 17, 44, 21}));
+  StandingClock aClock(JoinDateTime({1999, 11, 15, 17, 44, 21}));
   const std::string szKept = "registry.db.damaged-19991115-174421";
   Fill();
   const auto szGood = aHome.Read("registry.db");

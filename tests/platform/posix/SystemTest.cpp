@@ -4,9 +4,9 @@
 #include <filesystem>
 #include <thread>
 
+#include "platform/Environment.h"
 #include "platform/Files.h"
 #include "platform/Shell.h"
-#include "support/Environment.h"
 #include "support/TestHome.h"
 #include "support/posix/InChild.h"
 

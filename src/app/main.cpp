@@ -1,3 +1,0 @@
-#include "app/App.h"
-
-wxIMPLEMENT_APP(App);

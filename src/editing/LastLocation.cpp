@@ -1,0 +1,37 @@
+#include "editing/LastLocation.h"
+
+#include <algorithm>
+
+#include "base/Text.h"
+#include "persistence/ProductKeys.h"
+#include "persistence/RegistryAccess.h"
+#include "platform/Files.h"
+#include "platform/Shell.h"
+
+namespace {
+
+std::string ReadFolder(Registry::Key hRoot, const char* szKey, const char* szName) {
+  std::string szFolder;
+  std::int32_t lType = 0;
+  RegistryAccess::RegReadValue(hRoot, szKey, szName, szFolder, lType);
+  return szFolder;
+}
+
+}  // namespace
+
+std::string LastLocation::StartFolder(const char* szValue) {
+  auto szFolder = ReadFolder(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szLastLoc, szValue);
+  if (Text::Trim(szFolder).empty() || !Files::FolderExists(szFolder))
+    szFolder = ReadFolder(Registry::HKEY_CURRENT_USER, ProductKeys::szShellFolders, "Desktop");
+  return !szFolder.empty() && Files::FolderExists(szFolder) ? szFolder : Shell::HomeFolder();
+}
+
+void LastLocation::Remember(const char* szValue, const std::string& szFile) {
+  const auto lCut = szFile.rfind(Files::chSeparator);
+  if (lCut == std::string::npos) return;
+  // A file in the root has nothing before the separator; the root itself is meant.
+  const auto szFolder = szFile.substr(0, std::max(lCut, Files::DriveLength(szFile)));
+  RegistryAccess::RegCreatePath(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szLastLoc);
+  RegistryAccess::RegWriteValue(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szLastLoc, szValue, szFolder,
+                                static_cast<std::int32_t>(Registry::REG_SZ));
+}

@@ -1,0 +1,190 @@
+#include "editing/OptionsRules.h"
+
+#include <algorithm>
+
+#include "base/Strings.h"
+#include "base/Text.h"
+#include "check/Schedule.h"
+#include "persistence/modBasic.h"
+#include "platform/Files.h"
+
+namespace OptionsRules {
+namespace {
+
+constexpr std::int32_t lLeastMinutes = 5;
+constexpr std::int32_t lMostInterval = 1425;
+constexpr std::int32_t lMostWarning = 60;
+constexpr std::int32_t lMostFiles = 3000;
+constexpr std::int32_t lManyFiles = 25;
+constexpr std::int16_t iCookiesAccepted = 1;
+constexpr std::int16_t iCookiesRefused = 2;
+
+Finding Found(std::int32_t lMessage) {
+  return {LoadResString(lMessage)};
+}
+
+Finding FoundRelation(std::int32_t lMessage) {
+  return {LoadResString(lMessage), Buttons::OK, false, true};
+}
+
+Finding FoundPath(std::int32_t lMessage, const std::string& szPath, Buttons iButtons = Buttons::OK) {
+  return {Text::Replace(LoadResString(lMessage), "%1", szPath), iButtons};
+}
+
+// Sets the number to a bound that it passes. True when it did.
+bool Bound(std::string& szField, std::int32_t lLeast, std::int32_t lMost) {
+  const auto lNumber = Text::LeadingNumber(szField);
+  if (lNumber >= lLeast && lNumber <= lMost) return false;
+  szField = std::to_string(std::clamp(lNumber, lLeast, lMost));
+  return true;
+}
+
+bool WarningIsGreater(const Form& aForm) {
+  return Text::LeadingNumber(aForm.szTimerWarning) > Text::LeadingNumber(aForm.szTimerInterval);
+}
+
+// From its drive or root on, or on another machine. Where a shorter path leads depends on who started the
+// program.
+bool IsWhole(const std::string& szPath) {
+  return Files::DriveLength(szPath) > 0 || szPath.starts_with(Files::chSeparator);
+}
+
+// A pasted text often brings a line end, which has no place in an address or a path.
+std::string Plain(std::string szText) {
+  std::erase_if(szText, [](char ch) {
+    const auto iByte = static_cast<unsigned char>(ch);
+    return iByte < 32 || iByte == 127;
+  });
+  return szText;
+}
+
+}  // namespace
+
+Change ChangeNumber(Field iField, const std::string& szNew) {
+  if (szNew.empty() || Text::IsDigits(szNew)) return {false, 0};
+  if (iField == Field::TimerWarning) return {true, IDS_WARNING_RANGE};
+  return {true, iField == Field::MaxLogFiles ? IDS_FILES_INTEGER : 0};
+}
+
+// A high number that is stored already was insisted on once.
+Checks::Checks(const Form& aOpening) : lAcceptedFiles(Text::LeadingNumber(aOpening.szMaxLogFiles)) {
+}
+
+Finding Checks::Leave(Field iField, Form& aForm) {
+  switch (iField) {
+    case Field::TimerInterval:
+      if (WarningIsGreater(aForm)) return FoundRelation(IDS_INTERVAL_RELATION);
+      return Bound(aForm.szTimerInterval, lLeastMinutes, lMostInterval) ? Found(IDS_INTERVAL_RANGE)
+                                                                        : Finding{};
+    case Field::TimerWarning:
+      if (WarningIsGreater(aForm)) return FoundRelation(IDS_WARNING_RELATION);
+      return Bound(aForm.szTimerWarning, lLeastMinutes, lMostWarning) ? Found(IDS_WARNING_RANGE) : Finding{};
+    case Field::MgrEmail:
+      if (aForm.szMgrEmail.empty() || (aForm.szMgrEmail.find('@') != std::string::npos &&
+                                       aForm.szMgrEmail.find('.') != std::string::npos))
+        return {};
+      return {LoadResString(IDS_EMAIL_INVALID), Buttons::OK, true};
+    case Field::LogPath:
+      return LeaveLogPath(aForm);
+    case Field::MaxLogFiles:
+      return LeaveMaxLogFiles(aForm);
+    default:
+      return {};
+  }
+}
+
+Finding Checks::LeaveLogPath(Form& aForm) const {
+  if (!aForm.FolderEnabled()) return {};
+  aForm.szLogPath = Text::Trim(Plain(aForm.szLogPath));
+  if (Files::FolderExists(aForm.szLogPath)) return {};
+  return FoundPath(IDS_FOLDER_CREATE, aForm.szLogPath, Buttons::YesNoCancel);
+}
+
+Finding Checks::LeaveMaxLogFiles(Form& aForm) const {
+  if (!aForm.CountEnabled()) return {};
+  const auto lFiles = Text::LeadingNumber(aForm.szMaxLogFiles);
+  if (Bound(aForm.szMaxLogFiles, 1, lMostFiles))
+    return Found(lFiles < 1 ? IDS_FILES_MINIMUM : IDS_FILES_MAXIMUM);
+  if (lFiles <= lManyFiles || lFiles == lAcceptedFiles) return {};
+  return {LoadResString(IDS_FILES_MANY), Buttons::YesNo};
+}
+
+Finding Checks::Confirm(Field iField, Form& aForm) {
+  auto aFinding = Leave(iField, aForm);
+  if (iField != Field::LogPath || !aForm.FolderEnabled()) return aFinding;
+  if (aForm.szLogPath.empty()) return Found(IDS_FOLDER_BLANK);
+  if (!IsWhole(aForm.szLogPath)) return FoundPath(IDS_FOLDER_NOT_WHOLE, aForm.szLogPath);
+  return aForm.szLogPath == szDeclinedFolder ? Finding{} : aFinding;
+}
+
+bool Checks::Answered(Field iField, Answer iAnswer, Form& aForm, Finding& aFurther) {
+  aFurther = {};
+  if (iField == Field::MaxLogFiles && iAnswer == Answer::No) {
+    lAcceptedFiles = Text::LeadingNumber(aForm.szMaxLogFiles);
+    return true;
+  }
+  if (iField != Field::LogPath) return false;
+  if (iAnswer == Answer::No) {
+    szDeclinedFolder = aForm.szLogPath;
+    return true;
+  }
+  if (iAnswer != Answer::Yes) return false;
+  switch (modBasic::MakeFolderPath(aForm.szLogPath)) {
+    case 0:
+      return true;
+    case 2:
+      aFurther = FoundPath(IDS_FOLDER_NOT_WHOLE, aForm.szLogPath);
+      return false;
+    case 3:
+      aFurther = Found(IDS_FOLDER_BLANK);
+      return false;
+    default:
+      aFurther = FoundPath(IDS_FOLDER_FAILED, aForm.szLogPath);
+      return false;
+  }
+}
+
+Form OpeningForm() {
+  Form aForm;
+  aForm.szTimerInterval = std::to_string(Settings.Interval);
+  aForm.szTimerWarning = std::to_string(Settings.Warning);
+  aForm.szMgrEmail = Settings.Email;
+  aForm.szMgrName = Settings.Name;
+  aForm.szSMTP = Settings.SMTP;
+  aForm.szSMTPPort = std::to_string(Settings.SMTPPort);
+  aForm.szLogPath = Settings.LogPath;
+  aForm.szMaxLogFiles = std::to_string(Settings.MaxLogFiles);
+  aForm.bDiskMaxLogFiles = Settings.DiskLogMaxFiles != 0;
+  aForm.bDiskNoLogDisabled = Settings.DiskLogDisabled != 0;
+  aForm.LogPeriod = Settings.LogPeriod == 0 || Settings.LogPeriod == 2 ? Settings.LogPeriod : std::int16_t{1};
+  aForm.bCookieDisable = Settings.AllowType == iCookiesRefused;
+  return aForm;
+}
+
+SettingsRecord RecordOf(const Form& aForm) {
+  SettingsRecord aRecord;
+  aRecord.Interval = Text::LeadingNumber(aForm.szTimerInterval);
+  aRecord.Warning = Text::LeadingNumber(aForm.szTimerWarning);
+  aRecord.Email = Plain(aForm.szMgrEmail);
+  aRecord.Name = Plain(aForm.szMgrName);
+  aRecord.SMTP = Plain(aForm.szSMTP);
+  aRecord.SMTPPort = Text::LeadingNumber(aForm.szSMTPPort);
+  aRecord.LogPeriod = aForm.LogPeriod;
+  aRecord.LogPath = aForm.szLogPath;
+  // A greyed count was not checked, and 0 kept files would be a surprise once it is used again.
+  aRecord.MaxLogFiles =
+      static_cast<std::int16_t>(std::clamp(Text::LeadingNumber(aForm.szMaxLogFiles), 1, lMostFiles));
+  aRecord.DiskLogMaxFiles = aForm.bDiskMaxLogFiles ? 1 : 0;
+  aRecord.DiskLogDisabled = aForm.bDiskNoLogDisabled ? 1 : 0;
+  aRecord.AllowType = aForm.bCookieDisable ? iCookiesRefused : iCookiesAccepted;
+  return aRecord;
+}
+
+bool Store(const Form& aForm, std::int32_t lOpeningInterval, std::int32_t lOpeningWarning) {
+  SaveSettings(RecordOf(aForm));
+  if (Settings.Interval == lOpeningInterval && Settings.Warning == lOpeningWarning) return false;
+  Schedule::SetNextCheck(WarningMinutes());
+  return true;
+}
+
+}  // namespace OptionsRules

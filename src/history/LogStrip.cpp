@@ -1,0 +1,154 @@
+#include "history/LogStrip.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <vector>
+
+#include "history/LogHtml.h"
+#include "history/LogWords.h"
+
+namespace {
+
+constexpr int lColumns = 720;
+constexpr int lNarrowest = 3;  // columns of a failure
+constexpr std::array aWorstLast{SiteState::Up, SiteState::Disabled, SiteState::Unwatched, SiteState::Warning,
+                                SiteState::Down};
+
+std::string Shape(SiteState iState, int lFirst, int lPast) {
+  const auto aBand = LogStrip::BandOf(iState);
+  const std::string szPlace = std::string("x=\"") + std::to_string(lFirst) + "\" y=\"" +
+                              std::to_string(aBand.lTop) + "\" width=\"" + std::to_string(lPast - lFirst) +
+                              "\" height=\"" + std::to_string(aBand.lHeight) + "\"";
+  const std::string szClass = LogStrip::ClassOf(iState);
+  if (iState == SiteState::Up) return "<rect class=\"s-up\" " + szPlace + "/>";
+  return "<rect class=\"s-" + szClass + "\" " + szPlace + "/><rect fill=\"url(#p-" + szClass + ")\" " +
+         szPlace + "/>";
+}
+
+std::string Run(const LogStrip::Scale& aScale, SiteState iState, int lFirst, int lPast) {
+  if (iState == SiteState::Up) return Shape(iState, lFirst, lPast);
+  const auto szTitle = LogWords::Fill(
+      IDS_LOG_STRIP_PART, {LoadResString(LogWords::StateName(iState)),
+                           LogWords::Moment(aScale.Moment(lFirst)), LogWords::Moment(aScale.Moment(lPast))});
+  return "<g><title>" + LogHtml::Escape(szTitle) + "</title>" + Shape(iState, lFirst, lPast) + "</g>";
+}
+
+std::string Percent(double dPart) {
+  const auto lTenths = std::lround(dPart * 1000);
+  return std::to_string(lTenths / 10) + "." + std::to_string(lTenths % 10) + "%";
+}
+
+}  // namespace
+
+LogStrip::Scale::Scale(const LogSummary& aSummary, int lColumnCount)
+    : dtFrom(aSummary.dtFrom),
+      dSpan(std::max(aSummary.dtTo - aSummary.dtFrom, 1.0 / 86400)),
+      lColumns(lColumnCount) {
+}
+
+double LogStrip::Scale::Part(DateTime dtMoment) const {
+  return std::clamp((dtMoment - dtFrom) / dSpan, 0.0, 1.0);
+}
+
+int LogStrip::Scale::Column(DateTime dtMoment) const {
+  return std::min(static_cast<int>(Part(dtMoment) * lColumns), lColumns - 1);
+}
+
+std::vector<SiteState> LogStrip::Columns(const Scale& aScale, const SiteSummary& aSite) {
+  std::vector<SiteState> aColumns(static_cast<std::size_t>(aScale.ColumnCount()), SiteState::Unwatched);
+  for (const auto iState : aWorstLast)
+    for (const auto& aInterval : aSite.aStates) {
+      if (aInterval.iState != iState) continue;
+      const bool bFailure = iState == SiteState::Warning || iState == SiteState::Down;
+      const auto lLast = std::max(aScale.Column(aInterval.dtFrom), aScale.Column(aInterval.dtTo));
+      const auto lFirst = bFailure
+                              ? std::max(0, std::min(aScale.Column(aInterval.dtFrom), lLast + 1 - lNarrowest))
+                              : aScale.Column(aInterval.dtFrom);
+      std::fill(aColumns.begin() + lFirst, aColumns.begin() + lLast + 1, iState);
+    }
+  return aColumns;
+}
+
+std::vector<DateTime> LogStrip::Midnights(const LogSummary& aSummary) {
+  const auto lFirst = static_cast<std::int32_t>(std::floor(aSummary.dtFrom));
+  const auto lLast = static_cast<std::int32_t>(std::floor(aSummary.dtTo));
+  const auto lStep = std::max(1, (lLast - lFirst + 7) / 8);
+  std::vector<DateTime> aDays;
+  for (auto lDay = lFirst + 1; lDay <= lLast; lDay += lStep)
+    aDays.push_back(lDay);
+  return aDays;
+}
+
+LogStrip::Band LogStrip::BandOf(SiteState iState) {
+  constexpr std::array<Band, 5> aBands{{{10, 4}, {6, 12}, {3, 18}, {0, 24}, {9, 6}}};
+  return aBands[static_cast<std::size_t>(iState)];
+}
+
+const char* LogStrip::ClassOf(SiteState iState) {
+  constexpr std::array<const char*, 5> aNames{"unwatched", "up", "warning", "down", "off"};
+  return aNames[static_cast<std::size_t>(iState)];
+}
+
+std::string LogStrip::Definitions() {
+  return R"svg(<svg class="defs" width="0" height="0" aria-hidden="true" focusable="false"><defs>
+<pattern id="p-warning" width="6" height="6" patternUnits="userSpaceOnUse" patternTransform="rotate(45)"><rect class="mark" width="2" height="6"/></pattern>
+<pattern id="p-down" width="6" height="6" patternUnits="userSpaceOnUse"><path class="stroke" d="M0 0L6 6M6 0L0 6"/></pattern>
+<pattern id="p-unwatched" width="8" height="24" patternUnits="userSpaceOnUse"><rect class="dash" width="5" height="24"/></pattern>
+<pattern id="p-off" width="5" height="5" patternUnits="userSpaceOnUse"><circle class="dash" cx="2" cy="2" r="1"/></pattern>
+<symbol id="icon-up" viewBox="0 0 16 16"><circle class="s-up" cx="8" cy="8" r="7"/><path class="sign" d="M4.5 8.5L7 11L11.5 5.5"/></symbol>
+<symbol id="icon-warning" viewBox="0 0 16 16"><path class="s-warning" d="M8 1L15.5 15H.5Z"/><path class="sign" d="M8 5.5V10M8 12V13.2"/></symbol>
+<symbol id="icon-down" viewBox="0 0 16 16"><path class="s-down" d="M5 .5H11L15.5 5V11L11 15.5H5L.5 11V5Z"/><path class="sign" d="M5 5L11 11M11 5L5 11"/></symbol>
+<symbol id="icon-off" viewBox="0 0 16 16"><circle class="ring" cx="8" cy="8" r="6.5"/><path class="line" d="M4.5 8H11.5"/></symbol>
+<symbol id="icon-unwatched" viewBox="0 0 16 16"><circle class="ring dashed" cx="8" cy="8" r="6.5"/></symbol>
+</defs></svg>
+)svg";
+}
+
+std::string LogStrip::Icon(SiteState iState) {
+  return std::string("<svg class=\"icon\" aria-hidden=\"true\" focusable=\"false\"><use href=\"#icon-") +
+         ClassOf(iState) + "\"/></svg>";
+}
+
+std::string LogStrip::Key(SiteState iState) {
+  return "<svg class=\"key\" viewBox=\"0 0 48 24\" aria-hidden=\"true\" focusable=\"false\">" +
+         Shape(iState, 0, 48) + "</svg>";
+}
+
+std::string LogStrip::Picture(const LogSummary& aSummary, const SiteSummary& aSite, const std::string& szId) {
+  const Scale aScale(aSummary, lColumns);
+  const auto szDescription = LogWords::Fill(
+      IDS_LOG_STRIP_DESC, {LogWords::State(aSite), LogWords::Count(aSite.lChecks),
+                           LogWords::Share(aSite.lSuccesses, aSite.lChecks),
+                           LogWords::Count(aSite.aOutages.size()), LogWords::Length(aSite.lDownSeconds)});
+  std::string szPicture =
+      "<svg class=\"strip\" viewBox=\"0 0 720 24\" preserveAspectRatio=\"none\" role=\"img\" "
+      "aria-labelledby=\"" +
+      szId + "t " + szId + "d\"><title id=\"" + szId + "t\">" +
+      LogHtml::Escape(LogWords::Shorten(aSite.szSite, 200)) + "</title><desc id=\"" + szId + "d\">" +
+      LogHtml::Escape(szDescription) + "</desc>";
+  const auto aColumns = Columns(aScale, aSite);
+  for (int lFirst = 0, lPast = 0; lFirst < lColumns; lFirst = lPast) {
+    const auto iState = aColumns[static_cast<std::size_t>(lFirst)];
+    while (lPast < lColumns && aColumns[static_cast<std::size_t>(lPast)] == iState)
+      ++lPast;
+    szPicture += Run(aScale, iState, lFirst, lPast);
+  }
+  std::string szDays;
+  for (const auto dtDay : Midnights(aSummary))
+    szDays += "M" + std::to_string(aScale.Column(dtDay)) + " 0V24";
+  if (!szDays.empty()) szPicture += "<path class=\"day\" d=\"" + szDays + "\"/>";
+  return szPicture + "</svg>";
+}
+
+std::string LogStrip::Axis(const LogSummary& aSummary) {
+  const Scale aScale(aSummary, lColumns);
+  std::string szAxis = "<div class=\"axis\" aria-hidden=\"true\">";
+  for (const auto dtDay : Midnights(aSummary)) {
+    if (aScale.Part(dtDay) > 0.93) continue;  // no room for its name
+    const auto szDay = LogWords::Day(dtDay);
+    szAxis += "<span style=\"left:" + Percent(aScale.Part(dtDay)) + "\">" +
+              LogHtml::Escape(std::string_view(szDay).substr(0, szDay.size() - 5)) + "</span>";
+  }
+  return szAxis + "</div>\n";
+}

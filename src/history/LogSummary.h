@@ -1,0 +1,73 @@
+// LogSummary: what a history says of each site and of the watching itself.
+//
+// A state is taken to hold from one check of a site to its next. It ends where nobody watched:
+//   - a gap: no pass ran for longer than twice the usual distance between passes (and 5 minutes). The usual
+//     distance is that which 60 % of the automatic passes around (24 either way) kept to the pass before
+//     them, so neither the quick second look after a failure nor the nights off decide it. Where fewer than
+//     three automatic passes are around, a gap is more than 2 hours.
+//   - a pass that ran to its end without the site: it was off the list, or disabled and not logged.
+// What lies there is neither up nor down.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "history/LogHistory.h"
+
+enum class SiteState : std::uint8_t { Unwatched, Up, Warning, Down, Disabled };
+
+struct StateInterval {
+  DateTime dtFrom = 0, dtTo = 0;
+  SiteState iState = SiteState::Unwatched;
+};
+
+enum class OutageEnd : std::uint8_t {
+  Recovered,       // a later check succeeded
+  StillDown,       // the log ends before
+  NoLongerWatched  // the site was taken off, or disabled, while it was down
+};
+
+// From the first failed check to the next that succeeds.
+struct Outage {
+  DateTime dtFrom = 0;
+  DateTime dtTo = 0;            // the success; without one, the last moment at which it was watched
+  std::int64_t lSeconds = 0;    // from dtFrom to dtTo without the time in which nobody watched
+  std::int64_t lUnwatched = 0;  // seconds
+  std::uint32_t lFailures = 0;  // failed checks
+  std::uint32_t lMailsSent = 0, lMailsFailed = 0;
+  bool bStartKnown = false;  // false: it may have begun earlier; no success was seen just before it
+  bool bEndKnown = true;     // false: it may have ended earlier, while nobody watched
+  OutageEnd iEnd = OutageEnd::StillDown;
+  std::string szText;  // StatusText of its last failure, as logged
+};
+
+struct SiteSummary {
+  std::string szSite;
+  std::uint32_t lChecks = 0;  // successes and failures; not disabled, not stopped by hand
+  std::uint32_t lSuccesses = 0;
+  SiteState iCurrent = SiteState::Unwatched;  // at the end of the log; Unwatched: not checked any more
+  DateTime dtSince = 0;                       // when that state began, as far as this log knows
+  bool bSinceKnown = false;                   // false: it was so at its first check in the log
+  DateTime dtLastCheck = 0;
+  std::int64_t lDownSeconds = 0;  // of all outages
+  std::vector<Outage> aOutages;
+  std::vector<StateInterval> aStates;  // without holes, from its first check to the end of the log
+
+  const Outage* Longest() const;  // nullptr without outages
+};
+
+struct LogSummary {
+  DateTime dtFrom = 0, dtTo = 0;  // first and last moment known; 0 when there is none
+  std::uint32_t lManual = 0, lAutomatic = 0;
+  std::uint32_t lStartless = 0;  // groups of entries whose start line is missing
+  std::uint32_t lEndless = 0;    // passes without end line, the last one not counted
+  std::uint32_t lEntries = 0, lUnread = 0;
+  std::uint32_t lMailsSent = 0, lMailsFailed = 0;
+  std::vector<StateInterval> aGaps;  // all Unwatched
+  std::vector<SiteSummary> aSites;   // as in LogHistory::Sites, those without an entry left out
+
+  std::uint32_t Count(SiteState iState) const;  // sites now in that state
+};
+
+LogSummary Summarise(const LogHistory& aHistory);

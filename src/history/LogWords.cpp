@@ -1,0 +1,305 @@
+#include "history/LogWords.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <numeric>
+#include <utility>
+
+#include "base/Text.h"
+
+namespace {
+
+std::string TwoDigits(std::int32_t lNumber) {
+  return (lNumber < 10 ? "0" : "") + std::to_string(lNumber);
+}
+
+std::string ClockTime(const DateParts& aParts, bool bSeconds) {
+  return std::to_string((aParts.lHour + 11) % 12 + 1) + ":" + TwoDigits(aParts.lMinute) +
+         (bSeconds ? ":" + TwoDigits(aParts.lSecond) : "") + (aParts.lHour < 12 ? " AM" : " PM");
+}
+
+std::string ThreeLetters(StringId iNames, std::int32_t lNumber) {
+  return LoadResString(iNames).substr(static_cast<std::size_t>(lNumber - 1) * 3, 3);
+}
+
+bool IsControl(char32_t chCharacter) {
+  return chCharacter < 0x20 || (chCharacter >= 0x7F && chCharacter < 0xA0) ||
+         (chCharacter & 0xFFFE) == 0xFFFE;
+}
+
+void AppendUtf8(std::string& szOut, std::string_view szBytes, char32_t chCharacter) {
+  if (chCharacter == 0xFFFD)
+    szOut += "\xEF\xBF\xBD";
+  else
+    szOut += szBytes;
+}
+
+std::string NameOf(const SiteSummary& aSite) {
+  return LogWords::CleanUtf8(LogWords::Shorten(aSite.szSite, 200));
+}
+
+std::string AnswerOf(const Outage& aOutage) {
+  return LogWords::PlainField(LogWords::Shorten(aOutage.szText, 200));
+}
+
+}  // namespace
+
+std::string LogWords::Fill(StringId iText, const std::vector<std::string>& aValues) {
+  const auto szText = LoadResString(iText);
+  std::string szFilled;
+  for (std::size_t lAt = 0; lAt < szText.size(); ++lAt) {
+    const auto lValue = szText[lAt] == '%' && lAt + 1 < szText.size()
+                            ? static_cast<std::size_t>(static_cast<unsigned char>(szText[lAt + 1])) - '1'
+                            : aValues.size();
+    if (lValue < aValues.size()) {
+      szFilled += aValues[lValue];
+      ++lAt;
+    } else {
+      szFilled += szText[lAt];
+    }
+  }
+  return szFilled;
+}
+
+std::string LogWords::Count(std::uint64_t lNumber) {
+  auto szDigits = std::to_string(lNumber);
+  for (auto lAt = szDigits.size(); lAt > 3; lAt -= 3)
+    szDigits.insert(lAt - 3, ",");
+  return szDigits;
+}
+
+std::string LogWords::Length(std::int64_t lSeconds) {
+  constexpr std::array<std::int64_t, 4> aUnits{86400, 3600, 60, 1};
+  constexpr std::array aNames{IDS_LOG_DAYS, IDS_LOG_HOURS, IDS_LOG_MINUTES, IDS_LOG_SECONDS};
+  lSeconds = std::max<std::int64_t>(0, lSeconds);
+  // What is not shown is rounded: a pause of three seconds less than ten hours is no "9 h 59 min".
+  for (const auto& [lFrom, lStep] : {std::pair<std::int64_t, std::int64_t>{600, 60}, {86400, 3600}})
+    if (lSeconds >= lFrom) lSeconds = (lSeconds + lStep / 2) / lStep * lStep;
+  std::size_t lUnit = 0;
+  while (lUnit < 3 && lSeconds < aUnits[lUnit])
+    ++lUnit;
+  auto szWords = Fill(aNames[lUnit], {Count(static_cast<std::uint64_t>(lSeconds / aUnits[lUnit]))});
+  if (lUnit == 2 && lSeconds >= 600) return szWords;
+  const auto lRest = lUnit < 3 ? lSeconds % aUnits[lUnit] / aUnits[lUnit + 1] : 0;
+  if (lRest > 0) szWords += " " + Fill(aNames[lUnit + 1], {std::to_string(lRest)});
+  return szWords;
+}
+
+std::string LogWords::Day(DateTime dtMoment) {
+  const auto aParts = SplitDateTime(dtMoment);
+  return ThreeLetters(IDS_LOG_WEEKDAYS, aParts.lWeekday) + " " + ThreeLetters(IDS_LOG_MONTHS, aParts.lMonth) +
+         " " + std::to_string(aParts.lDay) + " " + std::to_string(aParts.lYear);
+}
+
+std::string LogWords::Moment(DateTime dtMoment) {
+  if (dtMoment < 1) return LoadResString(IDS_LOG_PASS_UNKNOWN_TIME);
+  return Day(dtMoment) + ", " + ClockTime(SplitDateTime(dtMoment), false);
+}
+
+std::string LogWords::MomentToSecond(DateTime dtMoment) {
+  return Day(dtMoment) + ", " + ClockTime(SplitDateTime(dtMoment), true);
+}
+
+std::string LogWords::MomentForSorting(DateTime dtMoment) {
+  const auto aParts = SplitDateTime(dtMoment);
+  std::array<char, 64> aBuffer{};
+  std::snprintf(aBuffer.data(), aBuffer.size(), "%04d-%02d-%02d %02d:%02d:%02d", aParts.lYear, aParts.lMonth,
+                aParts.lDay, aParts.lHour, aParts.lMinute, aParts.lSecond);
+  return aBuffer.data();
+}
+
+std::string LogWords::Share(std::uint64_t lPart, std::uint64_t lWhole) {
+  if (lWhole == 0) return "-";
+  auto lHundredths = lPart * 10000 / lWhole;
+  if (lPart > 0 && lHundredths == 0) lHundredths = 1;
+  auto szShare = std::to_string(lHundredths / 100);
+  if (lHundredths % 100 != 0) szShare += "." + TwoDigits(static_cast<std::int32_t>(lHundredths % 100));
+  return szShare + "%";
+}
+
+StringId LogWords::StateName(SiteState iState) {
+  constexpr std::array aNames{IDS_LOG_UNWATCHED, IDS_LOG_UP, IDS_LOG_WARNING, IDS_LOG_DOWN, IDS_LOG_DISABLED};
+  return aNames[static_cast<std::size_t>(iState)];
+}
+
+StringId LogWords::OutcomeName(Outcome iOutcome) {
+  constexpr std::array aNames{IDS_LOG_NOTHING_SAID, IDS_LOG_UP,      IDS_LOG_DOWN,
+                              IDS_LOG_DISABLED,     IDS_LOG_WARNING, IDS_LOG_UNREAD};
+  return aNames[static_cast<std::size_t>(iOutcome)];
+}
+
+std::string LogWords::State(const SiteSummary& aSite) {
+  if (aSite.iCurrent != SiteState::Unwatched) return LoadResString(StateName(aSite.iCurrent));
+  return LoadResString(aSite.lChecks == 0 ? IDS_LOG_NEVER_CHECKED : IDS_LOG_NO_LONGER_CHECKED);
+}
+
+std::string LogWords::OutageEndWords(const Outage& aOutage) {
+  if (aOutage.iEnd == OutageEnd::StillDown) return LoadResString(IDS_LOG_STILL_DOWN);
+  const auto szTo = Moment(aOutage.dtTo);
+  if (aOutage.iEnd == OutageEnd::NoLongerWatched) return Fill(IDS_LOG_NO_LONGER_WATCHED, {szTo});
+  return aOutage.bEndKnown ? szTo : Fill(IDS_LOG_OR_EARLIER, {szTo});
+}
+
+std::string LogWords::OutageLength(const Outage& aOutage) {
+  const auto szLength = Length(aOutage.lSeconds);
+  return aOutage.lUnwatched > 0 ? Fill(IDS_LOG_LENGTH_UNWATCHED, {szLength, Length(aOutage.lUnwatched)})
+                                : szLength;
+}
+
+std::string LogWords::BrokenOff(const LogSummary& aSummary) {
+  const auto lCount = aSummary.lEndless + aSummary.lStartless;
+  return Fill(lCount == 1 ? IDS_LOG_FACT_BROKEN_OFF_ONE : IDS_LOG_FACT_BROKEN_OFF_VALUE, {Count(lCount)});
+}
+
+std::string LogWords::Checks(const LogSummary& aSummary) {
+  std::uint64_t lChecks = 0;
+  std::uint64_t lSuccesses = 0;
+  for (const auto& aSite : aSummary.aSites) {
+    lChecks += aSite.lChecks;
+    lSuccesses += aSite.lSuccesses;
+  }
+  return Fill(IDS_LOG_FACT_CHECKS_VALUE, {Count(lChecks), Count(lSuccesses), Share(lSuccesses, lChecks)});
+}
+
+std::string LogWords::Gap(const StateInterval& aGap) {
+  return Fill(IDS_LOG_FACT_GAP,
+              {Moment(aGap.dtFrom), Moment(aGap.dtTo), Length(SecondsBetween(aGap.dtFrom, aGap.dtTo))});
+}
+
+std::vector<std::string> LogWords::Gaps(const LogSummary& aSummary) {
+  constexpr std::size_t lMostGaps = 10;
+  const auto& aGaps = aSummary.aGaps;
+  const auto lEarlier = aGaps.size() > lMostGaps ? aGaps.size() - lMostGaps : 0;
+  std::vector<std::string> aLines;
+  std::int64_t lSeconds = 0;
+  for (std::size_t lGap = 0; lGap < aGaps.size(); ++lGap) {
+    if (lGap < lEarlier) lSeconds += SecondsBetween(aGaps[lGap].dtFrom, aGaps[lGap].dtTo);
+    if (lGap + 1 == lEarlier)
+      aLines.push_back(Fill(IDS_LOG_FACT_GAPS_MORE, {Count(lEarlier), Length(lSeconds)}));
+    if (lGap >= lEarlier) aLines.push_back(Gap(aGaps[lGap]));
+  }
+  return aLines;
+}
+
+std::string LogWords::Headline(const LogSummary& aSummary) {
+  const auto lDown = aSummary.Count(SiteState::Down);
+  const auto lWarning = aSummary.Count(SiteState::Warning);
+  const auto lWatched = lDown + lWarning + aSummary.Count(SiteState::Up);
+  const auto szWatched = Count(lWatched);
+  if (aSummary.lEntries == 0) return LoadResString(IDS_LOG_HEAD_EMPTY);
+  if (lWatched == 0) return LoadResString(IDS_LOG_HEAD_NONE);
+  if (lDown > 0 && lWatched == 1) return LoadResString(IDS_LOG_HEAD_DOWN_ONLY);
+  if (lDown > 0)
+    return Fill(lDown == 1 ? IDS_LOG_HEAD_DOWN_ONE : IDS_LOG_HEAD_DOWN, {szWatched, Count(lDown)});
+  if (lWarning > 0 && lWatched == 1) return LoadResString(IDS_LOG_HEAD_WARNING_ONLY);
+  if (lWarning > 0)
+    return Fill(lWarning == 1 ? IDS_LOG_HEAD_WARNING_ONE : IDS_LOG_HEAD_WARNING,
+                {szWatched, Count(lWarning)});
+  return lWatched == 1 ? LoadResString(IDS_LOG_HEAD_UP_ONE) : Fill(IDS_LOG_HEAD_UP_ALL, {szWatched});
+}
+
+std::vector<std::string> LogWords::Lead(const LogSummary& aSummary) {
+  constexpr std::size_t lMostNamed = 5;
+  std::vector<std::string> aLead;
+  if (aSummary.lEntries == 0) return aLead;
+  std::size_t lNamed = 0;
+  std::size_t lOutages = 0;
+  const SiteSummary* pWorst = nullptr;
+  for (const auto lSite : ByInterest(aSummary)) {
+    const auto& aSite = aSummary.aSites[lSite];
+    lOutages += aSite.aOutages.size();
+    const auto* const pLongest = aSite.Longest();
+    if (pLongest && (!pWorst || pLongest->lSeconds > pWorst->Longest()->lSeconds)) pWorst = &aSite;
+    if (aSite.iCurrent != SiteState::Down && aSite.iCurrent != SiteState::Warning) continue;
+    if (++lNamed > lMostNamed) continue;
+    const auto& aOutage = aSite.aOutages.back();
+    const auto szSince = Moment(aOutage.dtFrom);
+    if (aSite.iCurrent == SiteState::Warning)
+      aLead.push_back(Fill(IDS_LOG_HEAD_WARNING_SITE, {NameOf(aSite), szSince, AnswerOf(aOutage)}));
+    else
+      aLead.push_back(Fill(aOutage.bStartKnown ? IDS_LOG_HEAD_DOWN_SITE : IDS_LOG_HEAD_DOWN_SITE_LEAST,
+                           {NameOf(aSite), szSince, OutageLength(aOutage), AnswerOf(aOutage)}));
+  }
+  if (lNamed > lMostNamed) aLead.push_back(Fill(IDS_LOG_HEAD_MORE_SITES, {Count(lNamed - lMostNamed)}));
+  if (lOutages == 0) aLead.push_back(LoadResString(IDS_LOG_NO_OUTAGES));
+  if (pWorst && lOutages > lNamed)
+    aLead.push_back(lOutages == 1
+                        ? Fill(IDS_LOG_OUTAGES_ONE, {NameOf(*pWorst), OutageLength(*pWorst->Longest())})
+                        : Fill(IDS_LOG_OUTAGES_MANY,
+                               {Count(lOutages), NameOf(*pWorst), OutageLength(*pWorst->Longest())}));
+  return aLead;
+}
+
+std::vector<std::size_t> LogWords::ByInterest(const LogSummary& aSummary) {
+  const auto& aSites = aSummary.aSites;
+  std::vector<std::size_t> aOrder(aSites.size());
+  std::iota(aOrder.begin(), aOrder.end(), std::size_t{0});
+  const auto Rank = [&](std::size_t lSite) {
+    switch (aSites[lSite].iCurrent) {
+      case SiteState::Down:
+        return 0;
+      case SiteState::Warning:
+        return 1;
+      case SiteState::Up:
+        return 2;
+      default:
+        return 3;
+    }
+  };
+  std::stable_sort(aOrder.begin(), aOrder.end(), [&](std::size_t lLeft, std::size_t lRight) {
+    if (Rank(lLeft) != Rank(lRight)) return Rank(lLeft) < Rank(lRight);
+    return aSites[lLeft].aOutages.size() > aSites[lRight].aOutages.size();
+  });
+  return aOrder;
+}
+
+// RFC 3629: no overlong forms, no surrogates, nothing above U+10FFFF.
+char32_t LogWords::NextCharacter(std::string_view szBytes, std::size_t lAt, std::size_t& lBytes) {
+  const auto Byte = [&](std::size_t lIndex) {
+    return lIndex < szBytes.size() ? static_cast<unsigned char>(szBytes[lIndex]) : 0U;
+  };
+  const char32_t chFirst = Byte(lAt);
+  lBytes = 1;
+  const std::size_t lLength = chFirst < 0x80   ? 1
+                              : chFirst < 0xC2 ? 0
+                              : chFirst < 0xE0 ? 2
+                              : chFirst < 0xF0 ? 3
+                                               : 4;
+  if (lLength == 0 || chFirst > 0xF4) return 0xFFFD;
+  char32_t chCharacter = lLength == 1 ? chFirst : chFirst & (0x7FU >> lLength);
+  for (std::size_t lNext = 1; lNext < lLength; ++lNext) {
+    if ((Byte(lAt + lNext) & 0xC0U) != 0x80) return 0xFFFD;
+    chCharacter = (chCharacter << 6) | (Byte(lAt + lNext) & 0x3FU);
+  }
+  constexpr std::array<char32_t, 5> aSmallest{0, 0, 0x80, 0x800, 0x10000};
+  const bool bSurrogate = chCharacter >= 0xD800 && chCharacter < 0xE000;
+  if (chCharacter < aSmallest[lLength] || chCharacter > 0x10FFFF || bSurrogate) return 0xFFFD;
+  lBytes = lLength;
+  return IsControl(chCharacter) ? 0xFFFD : chCharacter;
+}
+
+std::string LogWords::CleanUtf8(std::string_view szBytes) {
+  std::string szClean;
+  szClean.reserve(szBytes.size());
+  for (std::size_t lAt = 0, lBytes = 0; lAt < szBytes.size(); lAt += lBytes) {
+    const auto chNext = NextCharacter(szBytes, lAt, lBytes);
+    AppendUtf8(szClean, szBytes.substr(lAt, lBytes), chNext);
+  }
+  return szClean;
+}
+
+std::string_view LogWords::Shorten(std::string_view szBytes, std::size_t lMost) {
+  if (szBytes.size() <= lMost) return szBytes;
+  const auto lFurthestBack = lMost > 3 ? lMost - 3 : 0;
+  while (lMost > lFurthestBack && (static_cast<unsigned char>(szBytes[lMost]) & 0xC0U) == 0x80)
+    --lMost;
+  return szBytes.substr(0, lMost);
+}
+
+std::string LogWords::PlainField(std::string_view szField) {
+  if (szField.find('<') == std::string_view::npos) return CleanUtf8(szField);
+  auto szPlain = Text::Replace(szField, szEmphasis, "");
+  if (szPlain.size() < szField.size()) szPlain = Text::Replace(szPlain, szEmphasisEnd, "");
+  return CleanUtf8(Text::Replace(szPlain, szBreak, "; "));
+}

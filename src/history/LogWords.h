@@ -1,0 +1,66 @@
+// LogWords: numbers, times and states in words, and the fields of a log made fit for other kinds of file.
+// Used by the page, the spreadsheet and the terminal summary alike.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/Strings.h"
+#include "history/LogSummary.h"
+
+namespace LogWords {
+
+// The text of that number with %1 to %9 filled in.
+std::string Fill(StringId iText, const std::vector<std::string>& aValues);
+
+std::string Count(std::uint64_t lNumber);         // 1,234,567
+std::string Length(std::int64_t lSeconds);        // 2 d 3 h, 1 h 10 min, 12 min, 3 min 5 s
+std::string Moment(DateTime dtMoment);            // Tue Jan 6 2026, 2:05 PM; day 0: not known
+std::string Day(DateTime dtMoment);               // Tue Jan 6 2026
+std::string MomentToSecond(DateTime dtMoment);    // Tue Jan 6 2026, 2:05:44 PM
+std::string MomentForSorting(DateTime dtMoment);  // 2026-01-06 14:05:44
+std::string Share(std::uint64_t lPart,
+                  std::uint64_t lWhole);      // 99.93%, never rounded up to 100; "-" of nothing
+std::string State(const SiteSummary& aSite);  // in words: how it stood at the end
+StringId StateName(SiteState iState);
+StringId OutcomeName(Outcome iOutcome);
+
+// How an outage ended and how long it was, in words.
+std::string OutageEndWords(const Outage& aOutage);
+std::string OutageLength(const Outage& aOutage);
+
+// How many passes lack their start or end line, and what that means.
+std::string BrokenOff(const LogSummary& aSummary);
+// How many checks all sites had, and how many of them were answered well.
+std::string Checks(const LogSummary& aSummary);
+
+// From, to and length; and the last ten gaps so, the others in one line before them.
+std::string Gap(const StateInterval& aGap);
+std::vector<std::string> Gaps(const LogSummary& aSummary);
+
+// What one would want to read first: how many are down, which, since when. One sentence a text, bytes as
+// logged.
+std::string Headline(const LogSummary& aSummary);
+std::vector<std::string> Lead(const LogSummary& aSummary);
+
+// The sites in the order of interest: down, warning, then by outages; as places in aSummary.aSites.
+std::vector<std::size_t> ByInterest(const LogSummary& aSummary);
+
+// Valid UTF-8 out of any bytes: what is none, and every control character (tab too), becomes U+FFFD.
+std::string CleanUtf8(std::string_view szBytes);
+// The next character at lAt and its bytes' number; 0xFFFD for what CleanUtf8 replaces. lAt < size.
+char32_t NextCharacter(std::string_view szBytes, std::size_t lAt, std::size_t& lBytes);
+
+// At most lMost bytes, cut between characters.
+std::string_view Shorten(std::string_view szBytes, std::size_t lMost);
+
+// The log's own marks in a field.
+inline constexpr std::string_view szBreak = "<BR>";
+inline constexpr std::string_view szEmphasis = "<SPAN class=\"Emphasis\">";
+inline constexpr std::string_view szEmphasisEnd = "</SPAN>";
+// A field without them: a break becomes "; ", emphasis goes.
+std::string PlainField(std::string_view szField);
+
+}  // namespace LogWords

@@ -1,3 +1,0 @@
-#include "logview/LogView.h"
-
-wxIMPLEMENT_APP(LogView);

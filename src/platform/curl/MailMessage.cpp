@@ -1,0 +1,197 @@
+#include "platform/curl/MailMessage.h"
+
+#include <algorithm>
+#include <cctype>
+#include <chrono>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <random>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+constexpr std::size_t lMostOfLine = 998;  // RFC 5322 section 2.1.1
+constexpr std::string_view szHex = "0123456789ABCDEF";
+
+unsigned char Byte(char ch) {
+  return static_cast<unsigned char>(ch);
+}
+
+bool IsAscii(std::string_view szText) {
+  return std::all_of(szText.begin(), szText.end(), [](char ch) { return Byte(ch) < 0x80; });
+}
+
+// The length of the UTF-8 character (RFC 3629) at the start of the text; 0 where there is none.
+std::size_t Utf8Length(std::string_view szText) {
+  const auto At = [&](std::size_t i) { return i < szText.size() ? Byte(szText[i]) : 0U; };
+  const auto lFirst = At(0);
+  const std::size_t lLength = lFirst < 0x80                      ? 1
+                              : lFirst >= 0xC2 && lFirst <= 0xDF ? 2
+                              : lFirst >= 0xE0 && lFirst <= 0xEF ? 3
+                              : lFirst >= 0xF0 && lFirst <= 0xF4 ? 4
+                                                                 : 0;
+  for (std::size_t i = 1; i < lLength; ++i)
+    if ((At(i) & 0xC0U) != 0x80) return 0;
+  // Longer than need be, half of a surrogate pair, beyond the last character.
+  const bool bWrong = (lFirst == 0xE0 && At(1) < 0xA0) || (lFirst == 0xED && At(1) > 0x9F) ||
+                      (lFirst == 0xF0 && At(1) < 0x90) || (lFirst == 0xF4 && At(1) > 0x8F);
+  return bWrong ? 0 : lLength;
+}
+
+// The text as UTF-8: bytes that are none are taken for Latin-1, which servers' headers are often in.
+std::string ToUtf8(std::string_view szText) {
+  std::string szResult;
+  while (!szText.empty()) {
+    const std::size_t lLength = Utf8Length(szText);
+    if (lLength > 0) {
+      szResult += szText.substr(0, lLength);
+    } else {
+      szResult += static_cast<char>(0xC0 | (Byte(szText[0]) >> 6));
+      szResult += static_cast<char>(0x80 | (Byte(szText[0]) & 0x3F));
+    }
+    szText.remove_prefix(std::max<std::size_t>(lLength, 1));
+  }
+  return szResult;
+}
+
+std::string Base64(std::string_view szBytes) {
+  constexpr std::string_view szDigits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+  std::string szResult;
+  for (std::size_t i = 0; i < szBytes.size(); i += 3) {
+    std::uint32_t lBits = 0;
+    for (std::size_t j = i; j < i + 3; ++j)
+      lBits = (lBits << 8) | (j < szBytes.size() ? Byte(szBytes[j]) : 0U);
+    for (std::size_t j = 0; j < 4; ++j)
+      szResult += i + j <= szBytes.size() ? szDigits[(lBits >> (18 - 6 * j)) & 63] : '=';
+  }
+  return szResult;
+}
+
+// A header text: as it stands where that is safe, else as encoded words (RFC 2047 section 2), each of at most
+// 75 characters and of whole characters, on lines of their own.
+std::string HeaderText(const std::string& szRaw) {
+  std::string szText = ToUtf8(szRaw);
+  std::replace_if(
+      szText.begin(), szText.end(), [](char ch) { return Byte(ch) < 0x20 || ch == 0x7F; }, ' ');
+  if (IsAscii(szText) && szText.size() < 900 && szText.find("=?") == std::string::npos) return szText;
+  constexpr std::size_t lMostOfWord = 45;
+  std::string szResult, szWord;
+  const auto Flush = [&] {
+    szResult += (szResult.empty() ? "=?UTF-8?B?" : "\r\n =?UTF-8?B?") + Base64(szWord) + "?=";
+    szWord.clear();
+  };
+  for (std::string_view szRest = szText; !szRest.empty();) {
+    const std::size_t lLength = Utf8Length(szRest);
+    if (szWord.size() + lLength > lMostOfWord) Flush();
+    szWord += szRest.substr(0, lLength);
+    szRest.remove_prefix(lLength);
+  }
+  Flush();
+  return szResult;
+}
+
+// Only the name before the address may be encoded.
+std::string FromText(const std::string& szFrom) {
+  const auto lAddress = szFrom.rfind('<');
+  if (IsAscii(szFrom) || lAddress == std::string::npos || lAddress == 0) return szFrom;
+  const auto lEnd = szFrom.find_last_not_of(' ', lAddress - 1);
+  return lEnd == std::string::npos ? szFrom
+                                   : HeaderText(szFrom.substr(0, lEnd + 1)) + " " + szFrom.substr(lAddress);
+}
+
+std::vector<std::string_view> Lines(std::string_view szBody) {
+  std::vector<std::string_view> aLines;
+  while (!szBody.empty()) {
+    const auto lEnd = std::min(szBody.find('\n'), szBody.size());
+    auto szLine = szBody.substr(0, lEnd);
+    if (lEnd < szBody.size() && szLine.ends_with('\r')) szLine.remove_suffix(1);
+    aLines.push_back(szLine);
+    szBody.remove_prefix(std::min(lEnd + 1, szBody.size()));
+  }
+  return aLines;
+}
+
+bool IsPlain(std::string_view szLine) {
+  return szLine.size() <= lMostOfLine && IsAscii(szLine) &&
+         szLine.find_first_of(std::string_view("\0\r", 2)) == std::string_view::npos;
+}
+
+// RFC 2045 section 6.7.
+std::string QuotedPrintable(std::string_view szLine) {
+  constexpr std::size_t lMost = 75;  // and the sign that the line goes on
+  std::string szResult;
+  std::size_t lColumn = 0;
+  for (std::size_t i = 0; i < szLine.size(); ++i) {
+    const char ch = szLine[i];
+    const bool bLast = i + 1 == szLine.size();
+    const bool bBlank = (ch == ' ' || ch == '\t') && !bLast;
+    std::string szUnit(1, ch);
+    if (!bBlank && (Byte(ch) <= 0x20 || Byte(ch) >= 0x7F || ch == '='))
+      szUnit = {'=', szHex[Byte(ch) >> 4], szHex[Byte(ch) & 15]};
+    if (lColumn + szUnit.size() > lMost) {
+      szResult += "=\r\n";
+      lColumn = 0;
+    }
+    szResult += szUnit;
+    lColumn += szUnit.size();
+  }
+  return szResult;
+}
+
+// RFC 5322 section 3.3, with the offset from UTC that holds at that time.
+std::string DateText(std::time_t lMoment) {
+  using namespace std::chrono;
+  const std::tm aLocal = *std::localtime(&lMoment);
+  const std::tm aUtc = *std::gmtime(&lMoment);
+  const auto Minutes = [](const std::tm& aTime) {
+    const auto aDay = year{aTime.tm_year + 1900} / (aTime.tm_mon + 1) / aTime.tm_mday;
+    const auto lDays = static_cast<long>(sys_days{aDay}.time_since_epoch().count());
+    return lDays * 1440L + aTime.tm_hour * 60L + aTime.tm_min;
+  };
+  const auto lOffset = static_cast<long>(Minutes(aLocal) - Minutes(aUtc));
+  static constexpr const char* aDays[] = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
+  static constexpr const char* aMonths[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                            "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+  char aText[80];
+  std::snprintf(aText, sizeof aText, "%s, %d %s %d %02d:%02d:%02d %c%02ld%02ld", aDays[aLocal.tm_wday],
+                aLocal.tm_mday, aMonths[aLocal.tm_mon], aLocal.tm_year + 1900, aLocal.tm_hour, aLocal.tm_min,
+                aLocal.tm_sec, lOffset < 0 ? '-' : '+', std::labs(lOffset) / 60, std::labs(lOffset) % 60);
+  return aText;
+}
+
+std::string MessageID(const std::string& szTo) {
+  static std::random_device aRandom;
+  std::string szID = "<";
+  for (int i = 0; i < 4; ++i) {
+    for (std::uint32_t lBits = aRandom(), j = 0; j < 8; ++j, lBits >>= 4)
+      szID += szHex[lBits & 15];
+    szID += i < 3 ? "." : "@";
+  }
+  std::string szDomain = szTo.substr(szTo.rfind('@') + 1);  // all of it where there is none
+  std::erase_if(szDomain, [](char ch) { return !std::isalnum(Byte(ch)) && ch != '.' && ch != '-'; });
+  return szID + (szDomain.empty() ? "localhost" : szDomain) + ">";
+}
+
+}  // namespace
+
+std::string MailMessage::Compose(const std::string& szFrom, const std::string& szTo,
+                                 const std::string& szSubject, const std::string& szBody,
+                                 const std::string& szMailer) {
+  auto aLines = Lines(szBody);
+  const bool bPlain = std::all_of(aLines.begin(), aLines.end(), IsPlain);
+  const std::string szReadable = bPlain ? "" : ToUtf8(szBody);
+  if (!bPlain) aLines = Lines(szReadable);
+
+  std::string szMessage =
+      "Date: " + DateText(std::time(nullptr)) + "\r\nFrom: " + FromText(szFrom) + "\r\nTo: " + szTo +
+      "\r\nSubject: " + HeaderText(szSubject) + "\r\nMessage-ID: " + MessageID(szTo) +
+      "\r\nX-Mailer: " + HeaderText(szMailer) +
+      "\r\nMIME-Version: 1.0\r\nContent-Type: text/plain; charset=" + (bPlain ? "us-ascii" : "utf-8") +
+      "\r\nContent-Transfer-Encoding: " + (bPlain ? "7bit" : "quoted-printable") + "\r\n\r\n";
+  for (const std::string_view szLine : aLines)
+    (bPlain ? szMessage += szLine : szMessage += QuotedPrintable(szLine)) += "\r\n";
+  return szMessage;
+}

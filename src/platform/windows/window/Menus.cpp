@@ -1,7 +1,0 @@
-#include "platform/Menus.h"
-
-#include "platform/windows/System.h"
-
-void Menus::CloseOpen() {
-  EndMenu();
-}

@@ -1,0 +1,205 @@
+#include "ui/common/VirtualTable.h"
+
+#include <wx/settings.h>
+#include <wx/sizer.h>
+#include <wx/stattext.h>
+
+#include <algorithm>
+
+#include "ui/common/Images.h"
+#include "ui/common/TextGlue.h"
+#include "ui/system/WindowScale.h"
+
+namespace {
+
+constexpr int lImageTwips = 240;
+constexpr int lLeastShare = 16;  // characters, of a column that shares what is left
+constexpr const char* aLights[] = {"Green", "Yellow", "Red", "Blank"};
+
+wxColour Between(const wxColour& aOne, const wxColour& aOther, double dPart) {
+  const auto Mix = [dPart](unsigned char lOne, unsigned char lOther) {
+    return static_cast<unsigned char>(lOne + (lOther - lOne) * dPart);
+  };
+  return {Mix(aOne.Red(), aOther.Red()), Mix(aOne.Green(), aOther.Green()), Mix(aOne.Blue(), aOther.Blue())};
+}
+
+}  // namespace
+
+class VirtualTable::Rows_ : public wxListView {
+ public:
+  explicit Rows_(VirtualTable* pOwner)
+      : wxListView(pOwner, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxLC_REPORT | wxLC_VIRTUAL),
+        pTable(pOwner) {
+    const auto aPaper = wxSystemSettings::GetColour(wxSYS_COLOUR_LISTBOX);
+    const auto aInk = wxSystemSettings::GetColour(wxSYS_COLOUR_LISTBOXTEXT);
+    aHeading.SetFont(GetFont().Bold());
+    aHeading.SetBackgroundColour(Between(aPaper, aInk, 0.07));
+    aHeading.SetTextColour(aInk);
+    aAside.SetFont(GetFont().Italic());
+    aAside.SetTextColour(Between(aPaper, aInk, 0.6));
+    wxVector<wxBitmapBundle> aBundles;
+    for (const char* szLight : aLights)
+      aBundles.push_back(Images::Bundle(szLight, WindowScale::FromTwips(*this, lImageTwips)));
+    SetSmallImages(aBundles);
+  }
+
+ protected:
+  wxString OnGetItemText(long lItem, long lColumn) const override {
+    return Known(lItem) && pTable->Cell
+               ? ToWx(pTable->Cell(static_cast<std::size_t>(lItem), static_cast<int>(lColumn)))
+               : wxString();
+  }
+  int OnGetItemImage(long lItem) const override { return OnGetItemColumnImage(lItem, 0); }
+  int OnGetItemColumnImage(long lItem, long lColumn) const override {
+    return Known(lItem) && pTable->LightOf
+               ? pTable->LightOf(static_cast<std::size_t>(lItem), static_cast<int>(lColumn))
+               : lNone;
+  }
+  wxItemAttr* OnGetItemAttr(long lItem) const override {
+    if (!Known(lItem) || !pTable->StyleOf) return nullptr;
+    const auto iStyle = pTable->StyleOf(static_cast<std::size_t>(lItem));
+    return iStyle == Style::Plain ? nullptr : iStyle == Style::Heading ? &aHeading : &aAside;
+  }
+
+ private:
+  bool Known(long lItem) const { return lItem >= 0 && lItem < GetItemCount(); }
+  VirtualTable* pTable;
+  mutable wxItemAttr aHeading, aAside;
+};
+
+VirtualTable::VirtualTable(wxWindow* pParent, const std::vector<Column>& aColumnList)
+    : wxPanel(pParent), aColumns(aColumnList) {
+  lvwRows = new Rows_(this);
+  for (const auto& aColumn : aColumns)
+    lvwRows->AppendColumn(ResText(aColumn.lTitle), aColumn.bRight ? wxLIST_FORMAT_RIGHT : wxLIST_FORMAT_LEFT);
+  pixHint = new wxPanel(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxBORDER_THEME);
+  pixHint->SetBackgroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_LISTBOX));
+  lblHint =
+      new wxStaticText(pixHint, wxID_ANY, "", wxDefaultPosition, wxDefaultSize, wxALIGN_CENTRE_HORIZONTAL);
+  lblHint->SetForegroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_GRAYTEXT));
+  auto* pInner = new wxBoxSizer(wxVERTICAL);
+  pInner->AddStretchSpacer();
+  pInner->Add(lblHint, wxSizerFlags().Centre().Border(wxALL, FromDIP(12)));
+  pInner->AddStretchSpacer();
+  pixHint->SetSizer(pInner);
+  pixHint->Hide();
+  auto* pOuter = new wxBoxSizer(wxVERTICAL);
+  pOuter->Add(lvwRows, wxSizerFlags(1).Expand());
+  pOuter->Add(pixHint, wxSizerFlags(1).Expand());
+  SetSizer(pOuter);
+
+  // The list's own size: it gets none while the hint stands in its place.
+  lvwRows->Bind(wxEVT_SIZE, [this](wxSizeEvent& aEvent) {
+    aEvent.Skip();
+    CallAfter([this] { FitColumns(); });
+  });
+  lvwRows->Bind(wxEVT_LIST_COL_END_DRAG, [this](wxListEvent& aEvent) {
+    aEvent.Skip();
+    bWidthsChosen = true;
+  });
+  lvwRows->Bind(wxEVT_LIST_ITEM_ACTIVATED, [this](wxListEvent& aEvent) {
+    if (Activated && aEvent.GetIndex() >= 0) Activated(static_cast<std::size_t>(aEvent.GetIndex()));
+  });
+  for (const auto& iEvent : {wxEVT_LIST_ITEM_SELECTED, wxEVT_LIST_ITEM_FOCUSED})
+    lvwRows->Bind(iEvent, [this](wxListEvent& aEvent) {
+      aEvent.Skip();
+      if (Selected) Selected();
+    });
+}
+
+bool VirtualTable::Layout() {
+  const wxSize aRoom = GetClientSize();
+  return std::min(aRoom.x, aRoom.y) > 4 * GetCharHeight() && wxPanel::Layout();
+}
+
+void VirtualTable::FitColumns() {
+  if (bWidthsChosen) return;
+  const int lPadding = FromDIP(20);
+  // Windows keeps room for a picture in the first column, whether a row has one there or not.
+  int lPicture = WindowScale::FromTwips(*this, lImageTwips);
+  int lLeft = lvwRows->GetClientSize().x - wxSystemSettings::GetMetric(wxSYS_VSCROLL_X, this);
+  int lShares = 0;
+  std::vector<int> aWidths;
+  for (const auto& aColumn : aColumns) {
+    int lWidth = lvwRows->GetTextExtent(ResText(aColumn.lTitle)).x + lPadding;
+    if (aColumn.szSample) {
+      const wxFont aFont = StyleOf ? lvwRows->GetFont().Bold() : lvwRows->GetFont();
+      int lText = 0;
+      lvwRows->GetTextExtent(aColumn.szSample, &lText, nullptr, nullptr, nullptr, &aFont);
+      lWidth = std::max(lWidth, lText + lPicture + lPadding);
+    }
+    lPicture = 0;
+    aWidths.push_back(lWidth);
+    lShares += aColumn.lShare;
+    if (aColumn.lShare == 0) lLeft -= lWidth;
+  }
+  for (std::size_t i = 0; i < aColumns.size(); ++i) {
+    const int lShare = aColumns[i].lShare;
+    const int lLeast = aColumns[i].szSample ? aWidths[i] : GetCharWidth() * lLeastShare;
+    const int lWidth = lShare > 0 ? std::max(lLeast, lLeft * lShare / std::max(lShares, 1)) : aWidths[i];
+    if (lvwRows->GetColumnWidth(static_cast<int>(i)) != lWidth)
+      lvwRows->SetColumnWidth(static_cast<int>(i), lWidth);
+  }
+}
+
+void VirtualTable::SetRows(std::size_t lRows) {
+  if (Rows() > lRows) SelectNone();  // a selection beyond the end would outlive its rows
+  lvwRows->SetItemCount(static_cast<long>(lRows));
+  lvwRows->Refresh();
+  const bool bHint = lRows == 0 && !lblHint->GetLabel().empty();
+  if (pixHint->IsShown() != bHint) {
+    lvwRows->Show(!bHint);
+    pixHint->Show(bHint);
+    Layout();
+  }
+}
+
+void VirtualTable::ShowHint(const wxString& szText) {
+  lblHint->SetLabel(szText);
+  pixHint->Layout();
+}
+
+void VirtualTable::GoTo(std::size_t lRow) {
+  SelectNone();
+  lvwRows->Select(static_cast<long>(lRow));
+  lvwRows->Focus(static_cast<long>(lRow));
+  lvwRows->EnsureVisible(static_cast<long>(lRow));
+}
+
+void VirtualTable::SelectAll() {
+  if (Rows() > 0) lvwRows->SetItemState(-1, wxLIST_STATE_SELECTED, wxLIST_STATE_SELECTED);
+}
+
+void VirtualTable::SelectNone() {
+  if (Rows() > 0) lvwRows->SetItemState(-1, 0, wxLIST_STATE_SELECTED);
+}
+
+std::string VirtualTable::CopyText() const {
+  std::string szText;
+  for (long lRow = lvwRows->GetFirstSelected(); lRow >= 0; lRow = lvwRows->GetNextSelected(lRow)) {
+    for (std::size_t i = 0; i < aColumns.size(); ++i)
+      szText += (i > 0 ? "\t" : "") + Cell(static_cast<std::size_t>(lRow), static_cast<int>(i));
+    szText += '\n';
+  }
+  return szText;
+}
+
+bool VirtualTable::AtEnd() const {
+  const long lCount = lvwRows->GetItemCount();
+  // The row at the lower edge may be cut; it counts as seen.
+  return lCount == 0 || lvwRows->GetTopItem() + lvwRows->GetCountPerPage() + 1 >= lCount;
+}
+
+std::size_t VirtualTable::TopRow() const {
+  return static_cast<std::size_t>(std::max(0L, lvwRows->GetTopItem()));
+}
+
+void VirtualTable::ScrollToTop(std::size_t lRow) {
+  // Coming from the end, the row that is made visible is the top one.
+  ScrollToEnd();
+  if (Rows() > 0) lvwRows->EnsureVisible(static_cast<long>(std::min(lRow, Rows() - 1)));
+}
+
+void VirtualTable::ScrollToEnd() {
+  if (Rows() > 0) lvwRows->EnsureVisible(static_cast<long>(Rows() - 1));
+}

@@ -1,0 +1,61 @@
+#include "ui/common/frmNotice.h"
+
+#include <wx/artprov.h>
+#include <wx/button.h>
+#include <wx/sizer.h>
+#include <wx/statbmp.h>
+#include <wx/stattext.h>
+
+#include "ui/common/TextGlue.h"
+
+namespace {
+constexpr int lWidestText = 60;  // average characters
+}
+
+frmNotice::frmNotice(wxWindow* pOwner, const std::string& szText, std::function<void()> aClosed)
+    : wxDialog(pOwner, wxID_ANY, ResText(IDS_APP_TITLE), wxDefaultPosition, wxDefaultSize,
+               wxDEFAULT_DIALOG_STYLE),
+      szMessage(szText),
+      aAfter(std::move(aClosed)) {
+  pOwner->Disable();
+  auto* pText = new wxStaticText(this, wxID_ANY, wxString());
+  // A URL has no blanks at which a line could break, so long ones are cut in pieces.
+  wxString szLines;
+  std::size_t lColumn = 0;
+  for (const wxUniChar ch : ToWxLines(szText)) {
+    lColumn = ch == '\n' ? 0 : lColumn + 1;
+    szLines << ch;
+    if (lColumn < lWidestText + 20) continue;
+    szLines << '\n';
+    lColumn = 0;
+  }
+  pText->SetLabel(wxControl::EscapeMnemonics(szLines));
+  pText->Wrap(lWidestText * GetCharWidth());
+  auto* cmdOK = new wxButton(this, wxID_ANY, ResText(IDS_OK));
+  auto* pRow = new wxBoxSizer(wxHORIZONTAL);
+  pRow->Add(new wxStaticBitmap(this, wxID_ANY,
+                               wxArtProvider::GetBitmapBundle(wxART_INFORMATION, wxART_MESSAGE_BOX)),
+            wxSizerFlags().Border(wxRIGHT, FromDIP(14)));
+  pRow->Add(pText, wxSizerFlags(1).CentreVertical());
+  auto* pColumn = new wxBoxSizer(wxVERTICAL);
+  pColumn->Add(pRow, wxSizerFlags().Expand().Border(wxALL, FromDIP(16)));
+  pColumn->Add(cmdOK, wxSizerFlags().Right().Border(wxLEFT | wxRIGHT | wxBOTTOM, FromDIP(14)));
+  SetSizerAndFit(pColumn);
+  cmdOK->SetDefault();
+  SetEscapeId(cmdOK->GetId());
+  cmdOK->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { Leave(); });
+  Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent&) { Leave(); });
+  CentreOnParent();
+  Show();
+  cmdOK->SetFocus();
+}
+
+void frmNotice::Leave() {
+  if (IsBeingDeleted() || !aAfter) return;
+  std::function<void()> aRun;
+  aRun.swap(aAfter);
+  GetParent()->Enable();
+  GetParent()->Raise();
+  Destroy();
+  aRun();
+}

@@ -1,0 +1,99 @@
+#include "ui/dialogs/ExchangeCommands.h"
+
+#include <wx/filedlg.h>
+#include <wx/frame.h>
+#include <wx/msgdlg.h>
+
+#include <vector>
+
+#include "base/Text.h"
+#include "editing/ListExchange.h"
+#include "platform/Files.h"
+#include "ui/common/TextGlue.h"
+#include "ui/dialogs/frmBusy.h"
+
+namespace {
+
+std::string About(std::int32_t lMessage, const std::string& szFile) {
+  return Text::Replace(LoadResString(lMessage), "%1", szFile);
+}
+
+// The chosen file, empty when the operator cancelled.
+std::string ChooseFile(MainHost& aHost, std::int32_t lTitle, const std::string& szName, long lStyle) {
+  const wxString szFilter = ResText(IDS_DATA_FILE) + ResText(IDS_DATA_FILE_FILTER);
+  wxFileDialog aDialog(aHost.Frame(), ResText(lTitle), ToWx(ListExchange::StartFolder()), ToWx(szName),
+                       szFilter, lStyle);
+  return aDialog.ShowModal() == wxID_OK ? FromWx(aDialog.GetPath()) : std::string();
+}
+
+int Ask(MainHost& aHost, const std::string& szText, long lButtons) {
+  return wxMessageDialog(aHost.Frame(), ToWxLines(szText), ResText(IDS_APP_TITLE), lButtons | wxICON_QUESTION)
+      .ShowModal();
+}
+
+// Which line is wrong helps whoever edits such files by hand.
+void SayCorrupt(MainHost& aHost, std::int32_t lBadLine) {
+  wxMessageDialog aBox(aHost.Frame(), ResText(IDS_IMPORT_CORRUPT), ResText(IDS_APP_TITLE),
+                       wxOK | wxICON_INFORMATION);
+  aBox.SetExtendedMessage(ToWx(About(IDS_IMPORT_BAD_LINE, std::to_string(lBadLine))));
+  aBox.ShowModal();
+}
+
+bool ReadFile(MainHost& aHost, const std::string& szFile, std::vector<SiteRecord>& aRecords) {
+  std::int32_t lBadLine = 0;
+  switch (ListExchange::Read(szFile, aRecords, lBadLine)) {
+    case ListExchange::Reading::Fine:
+      return true;
+    case ListExchange::Reading::Corrupt:
+      SayCorrupt(aHost, lBadLine);
+      return false;
+    case ListExchange::Reading::TooMany:
+      aHost.ShowMessage(LoadResString(IDS_IMPORT_TOO_MANY));
+      return false;
+    case ListExchange::Reading::Unreadable:
+      aHost.ShowMessage(About(IDS_IMPORT_UNREADABLE, szFile));
+      return false;
+  }
+  return false;
+}
+
+}  // namespace
+
+void ExchangeCommands::ExportList(MainHost& aHost) {
+  const auto szChosen = ChooseFile(aHost, IDS_EXPORT_DIALOG, ListExchange::DefaultFileName(),
+                                   wxFD_SAVE | wxFD_OVERWRITE_PROMPT);
+  if (szChosen.empty()) return;
+  const auto szFile = ListExchange::CompleteFileName(szChosen);
+  // The file dialog has asked about the name as it was typed.
+  if (szFile != szChosen && Files::FileExists(szFile) &&
+      Ask(aHost, About(IDS_OVERWRITE, szFile), wxYES_NO | wxNO_DEFAULT) != wxID_YES)
+    return;
+  ListExchange::RememberFolder(szFile);
+  bool bWritten = false;
+  {
+    frmBusy aNotice(aHost, LoadResString(IDS_EXPORT), LoadResString(IDS_EXPORTING), lSiteCount);
+    bWritten = ListExchange::Export(szFile, [&](std::int32_t lDone) { aNotice.Progress(lDone); });
+  }
+  aHost.ShowMessage(bWritten ? LoadResString(IDS_EXPORTED) : About(IDS_EXPORT_FAILED, szFile));
+}
+
+void ExchangeCommands::ImportList(MainHost& aHost) {
+  const auto szFile = ChooseFile(aHost, IDS_IMPORT_DIALOG, "", wxFD_OPEN | wxFD_FILE_MUST_EXIST);
+  std::vector<SiteRecord> aRecords;
+  if (szFile.empty() || !ReadFile(aHost, szFile, aRecords)) return;
+  bool bReplace = true;
+  if (lSiteCount > 0) {
+    const int lAnswer = Ask(aHost, LoadResString(IDS_IMPORT_QUESTION), wxYES_NO | wxCANCEL);
+    if (lAnswer != wxID_YES && lAnswer != wxID_NO) return;
+    bReplace = lAnswer == wxID_YES;
+  }
+  ListExchange::RememberFolder(szFile);
+  {
+    frmBusy aNotice(aHost, LoadResString(IDS_IMPORT), LoadResString(IDS_PREPARING),
+                    static_cast<std::int32_t>(aRecords.size()));
+    aNotice.Message(LoadResString(IDS_IMPORTING));
+    ListExchange::Import(aRecords, bReplace, [&](std::int32_t lDone) { aNotice.Progress(lDone); });
+    aHost.Display_lvwMainEx(0);
+  }
+  aHost.ShowMessage(LoadResString(IDS_IMPORTED));
+}

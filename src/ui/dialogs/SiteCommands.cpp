@@ -1,0 +1,65 @@
+#include "ui/dialogs/SiteCommands.h"
+
+#include <wx/frame.h>
+#include <wx/msgdlg.h>
+
+#include "editing/AddressRules.h"
+#include "ui/common/TextGlue.h"
+#include "ui/dialogs/frmAddress.h"
+#include "ui/dialogs/frmBusy.h"
+#include "ui/dialogs/frmOptions.h"
+
+namespace {
+
+// The selected site's slot; 0, and a message, where there is none.
+std::int32_t SelectedSite(MainHost& aHost) {
+  const auto n = aHost.SelectedSlot();
+  if (modAddress::IsSite(n)) return n;
+  aHost.ShowMessage(LoadResString(IDS_NONE_SELECTED));
+  return 0;
+}
+
+bool AskToDelete(MainHost& aHost, std::int32_t n) {
+  const auto& aSite = aSites[static_cast<std::size_t>(n)];
+  wxMessageDialog aBox(aHost.Frame(), ResText(IDS_DELETE_QUESTION), ResText(IDS_APP_TITLE),
+                       wxYES_NO | wxNO_DEFAULT | wxICON_QUESTION);
+  aBox.SetExtendedMessage(ToWx(LoadResString(IDS_AGENT) + aSite.URL));
+  return aBox.ShowModal() == wxID_YES;
+}
+
+}  // namespace
+
+void SiteCommands::NewAddress(MainHost& aHost) {
+  if (AddressRules::ListIsFull()) {
+    aHost.ShowMessage(LoadResString(IDS_LIST_FULL));
+    return;
+  }
+  AddressRules::AddressMode = 0;
+  AddressRules::AddressIndex = lSiteCount + 1;
+  (new frmAddress(aHost))->Show();
+}
+
+void SiteCommands::EditAddress(MainHost& aHost) {
+  const auto n = SelectedSite(aHost);
+  if (n == 0) return;
+  AddressRules::AddressMode = 1;
+  AddressRules::AddressIndex = n;
+  AddressRules::EditCopy.assign(1, aSites[static_cast<std::size_t>(n)]);
+  (new frmAddress(aHost))->Show();
+}
+
+void SiteCommands::DeleteAddress(MainHost& aHost) {
+  auto n = SelectedSite(aHost);
+  if (n == 0 || !AskToDelete(aHost, n)) return;
+  // A pass may have run above the question.
+  n = SelectedSite(aHost);
+  if (n == 0) return;
+  const frmBusy aNotice(aHost, LoadResString(IDS_APP_TITLE), LoadResString(IDS_DELETING));
+  modAddress::DeleteSite(n);
+  aHost.Display_lvwMainEx(0);
+}
+
+void SiteCommands::Options(MainHost& aHost) {
+  auto pTimer = std::make_unique<AutoTimerHold>(aHost);
+  (new frmOptions(aHost, std::move(pTimer)))->Show();
+}

@@ -1,0 +1,77 @@
+#include "ui/dialogs/frmBusy.h"
+
+#include <wx/evtloop.h>
+#include <wx/gauge.h>
+#include <wx/panel.h>
+#include <wx/sizer.h>
+#include <wx/stattext.h>
+
+#include <algorithm>
+#include <chrono>
+
+#include "check/CheckEngine.h"
+#include "ui/common/TextGlue.h"
+
+namespace {
+
+constexpr std::int64_t lPaintInterval = 30;
+
+std::int64_t Milliseconds() {
+  const auto aSince = std::chrono::steady_clock::now().time_since_epoch();
+  return std::chrono::duration_cast<std::chrono::milliseconds>(aSince).count();
+}
+
+}  // namespace
+
+frmBusy::frmBusy(MainHost& aHost, const std::string& szTitle, const std::string& szMessage,
+                 std::int32_t lRange)
+    : Host(aHost), bWasBusy(aHost.Engine().bListBusy) {
+  Host.Engine().bListBusy = true;
+  wxFrame* pOwner = Host.Frame()->IsShown() ? Host.Frame() : nullptr;
+  pNotice = new wxFrame(pOwner, wxID_ANY, ToWx(szTitle), wxDefaultPosition, wxDefaultSize,
+                        wxCAPTION | wxFRAME_FLOAT_ON_PARENT | wxFRAME_NO_TASKBAR | wxCLIP_CHILDREN);
+  auto* pPanel = new wxPanel(pNotice);
+  auto* pColumn = new wxBoxSizer(wxVERTICAL);
+  lblMessage = new wxStaticText(pPanel, wxID_ANY, ToWx(szMessage));
+  pColumn->Add(lblMessage, wxSizerFlags().Expand().Border(wxALL, pPanel->FromDIP(20)));
+  if (lRange > 0) {
+    pBar = new wxGauge(pPanel, wxID_ANY, lRange, wxDefaultPosition, pPanel->FromDIP(wxSize(260, -1)),
+                       wxGA_HORIZONTAL | wxGA_SMOOTH);
+    pColumn->Add(pBar, wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, pPanel->FromDIP(20)));
+  }
+  pPanel->SetSizer(pColumn);
+  auto* pFill = new wxBoxSizer(wxVERTICAL);
+  pFill->Add(pPanel, wxSizerFlags(1).Expand());
+  pNotice->SetSizer(pFill);
+  pColumn->SetMinSize(pNotice->FromDIP(wxSize(260, -1)));
+  pFill->SetSizeHints(pNotice);
+  if (pOwner)
+    pNotice->CentreOnParent();
+  else
+    pNotice->CentreOnScreen();
+  pNotice->ShowWithoutActivating();
+  Repaint();
+}
+
+frmBusy::~frmBusy() {
+  pNotice->Hide();
+  pNotice->Destroy();
+  Host.Engine().bListBusy = bWasBusy;
+}
+
+void frmBusy::Message(const std::string& szMessage) {
+  lblMessage->SetLabel(ToWx(szMessage));
+  pNotice->Layout();
+  Repaint();
+}
+
+void frmBusy::Progress(std::int32_t lDone) {
+  if (pBar) pBar->SetValue(std::min(lDone, pBar->GetRange()));
+  if (Milliseconds() - lLastPaint >= lPaintInterval) Repaint();
+}
+
+void frmBusy::Repaint() {
+  pNotice->Update();
+  if (wxEventLoopBase* pLoop = wxEventLoopBase::GetActive()) pLoop->YieldFor(wxEVT_CATEGORY_UI);
+  lLastPaint = Milliseconds();
+}

@@ -1,0 +1,38 @@
+// frmBusy: the small notice shown while the site list is being rewritten, with a bar where the work can be
+// counted. While one lives the engine's bListBusy is set: repainting handles events, timers among them, and
+// no pass and no command may start on a half-written list. Closes when it is destroyed; always a local
+// variable.
+#pragma once
+
+#include <wx/frame.h>
+
+#include <cstdint>
+#include <string>
+
+#include "ui/common/MainHost.h"
+
+class wxGauge;
+class wxStaticText;
+
+class frmBusy {
+ public:
+  // lRange: how many steps the bar has; 0 for no bar. Shown and painted on return.
+  frmBusy(MainHost& aHost, const std::string& szTitle, const std::string& szMessage, std::int32_t lRange = 0);
+  ~frmBusy();
+  frmBusy(const frmBusy&) = delete;
+  frmBusy& operator=(const frmBusy&) = delete;
+
+  void Message(const std::string& szMessage);
+  // Moves the bar. Cheap enough for every line of an import: paints at most every 30 ms.
+  void Progress(std::int32_t lDone);
+  // Paints all windows. Clicks and keys are not handled and stay queued; timers tick but do nothing.
+  void Repaint();
+
+ private:
+  MainHost& Host;
+  wxFrame* pNotice;
+  wxStaticText* lblMessage;
+  wxGauge* pBar = nullptr;
+  bool bWasBusy;
+  std::int64_t lLastPaint = 0;  // milliseconds, steady
+};

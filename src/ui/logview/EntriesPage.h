@@ -1,0 +1,76 @@
+// EntriesPage: the entries of a history in a list, the filters above it, the chosen entry in full below it,
+// and a bar to find words.
+#pragma once
+
+#include <wx/panel.h>
+#include <wx/timer.h>
+
+#include <cstddef>
+#include <functional>
+#include <string>
+
+#include "history/LogFilter.h"
+#include "history/LogHistory.h"
+#include "history/LogRows.h"
+#include "ui/common/VirtualTable.h"
+
+class wxChoice;
+class wxSplitterWindow;
+class wxStaticText;
+class wxTextCtrl;
+
+class EntriesPage : public wxPanel {
+ public:
+  explicit EntriesPage(wxWindow* pParent);
+
+  // Another history: everything is shown, from its end. nullptr: none is open. It has to stay until the next
+  // call.
+  void Open(const LogHistory* pNew);
+  // The same history has grown or was read anew (perhaps as another object): the view keeps its place, except
+  // that one at the end stays at the end.
+  void Follow(const LogHistory* pNew);
+
+  void GroupByRound(bool bGroup);
+  void ShowEverything();
+  void ShowSite(const std::string& szSite);
+  void ShowFailure(const std::string& szSite, DateTime dtMoment);
+
+  void ShowFindBar();
+  void FindAgain(bool bForward);
+  void GoToFailure(bool bForward);
+
+  const LogRows& Rows() const { return aRows; }
+  bool Filtered() const { return !aFilter.Empty(); }
+  // After any change of what is shown.
+  std::function<void()> Changed;
+
+  VirtualTable* lvwEntries;
+  wxChoice* cboSite;
+  wxChoice* cboOutcome;
+  wxTextCtrl* txtWords;
+  wxTextCtrl* txtDetails;
+  wxPanel* fraFind;
+  wxTextCtrl* txtFind;
+  wxStaticText* lblFound;
+
+ private:
+  void BuildFilterBar();
+  void BuildFindBar();
+  void FillSites();
+  void ReadFilter();
+  void Refilter();  // keeps the row in focus where it is still shown
+  void Refill(bool bKeepPlace);
+  void ShowDetails();
+  wxString Hint() const;
+  VirtualTable::Light LightOf(std::size_t lRow, int iColumn) const;
+  void GoTo(std::size_t lRow);
+
+  const LogHistory* pHistory = nullptr;
+  LogFilter aFilter;
+  LogRows aRows;
+  bool bRounds = true;
+  wxPanel* fraFilter;
+  wxSplitterWindow* pSplitter;
+  wxTimer tmrWords;
+  std::vector<std::uint32_t> aOutcomes;  // the masks behind cboOutcome
+};

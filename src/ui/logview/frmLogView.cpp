@@ -1,0 +1,329 @@
+#include "ui/logview/frmLogView.h"
+
+#include <wx/dcclient.h>
+#include <wx/infobar.h>
+#include <wx/msgdlg.h>
+#include <wx/notebook.h>
+#include <wx/sizer.h>
+#include <wx/stopwatch.h>
+#include <wx/utils.h>
+
+#include <algorithm>
+
+#include "history/LogCsv.h"
+#include "history/LogFiles.h"
+#include "history/LogHtml.h"
+#include "history/LogWords.h"
+#include "platform/Clock.h"
+#include "platform/Files.h"
+#include "ui/common/Images.h"
+#include "ui/common/TextGlue.h"
+#include "ui/common/frmHelp.h"
+#include "ui/logview/EntriesPage.h"
+#include "ui/logview/SummaryPage.h"
+#include "ui/system/WindowScale.h"
+
+namespace {
+
+constexpr int lFirstWidth = 17400;  // twips
+constexpr int lFirstHeight = 12600;
+constexpr int lLeastWidth = 10200;
+constexpr int lLeastHeight = 6000;
+constexpr int lFollowMilliseconds = 1000;
+// A summary that takes long to make is made less often: at most this share of the time is spent on it.
+constexpr int lSummaryShare = 10;
+constexpr std::size_t lMostNameBytes = 200;
+
+std::int64_t SteadyMilliseconds() {
+  return static_cast<std::int64_t>(Clock::SteadyNow() * 86400000.0);
+}
+
+std::string Number(std::uint64_t lNumber, StringId iOne, StringId iMany) {
+  return lNumber == 1 ? LoadResString(iOne) : LogWords::Fill(iMany, {LogWords::Count(lNumber)});
+}
+
+std::string Shown(const std::string& szPath) {
+  return LogWords::CleanUtf8(szPath);
+}
+
+}  // namespace
+
+frmLogView::frmLogView() : wxFrame(nullptr, wxID_ANY, ResText(IDS_VIEW_TITLE)) {
+  SetIcons(Images::ProgramIcons());
+  BuildMenus();
+  BuildStatusBar();
+  BuildPages();
+  const auto Twips = [this](int lTwips) { return WindowScale::FromTwips(*this, lTwips); };
+  SetMinSize(wxSize(Twips(lLeastWidth), Twips(lLeastHeight)));
+  const wxSize aScreen = wxGetClientDisplayRect().GetSize();
+  SetSize(std::min(Twips(lFirstWidth), aScreen.x), std::min(Twips(lFirstHeight), aScreen.y));
+  CentreOnScreen();
+  tmrFollow.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { tmrFollow_Timer(); });
+  tmrFollow.Start(lFollowMilliseconds);
+  ShowTitle();
+  ShowCounts();
+  EnableCommands();
+  tabPages->SetFocus();
+}
+
+frmLogView::~frmLogView() {
+  if (frmHelp::Window()) frmHelp::Window()->Destroy();
+}
+
+void frmLogView::BuildPages() {
+  pNotice = new wxInfoBar(this);
+  pNotice->SetShowHideEffects(wxSHOW_EFFECT_NONE, wxSHOW_EFFECT_NONE);
+  tabPages = new wxNotebook(this, wxID_ANY);
+  pixEntries = new EntriesPage(tabPages);
+  pixSummary = new SummaryPage(tabPages);
+  pixOutages = new OutagesPage(tabPages);
+  const auto Plain = [](std::int32_t lText) { return wxControl::RemoveMnemonics(ResText(lText)); };
+  tabPages->AddPage(pixEntries, Plain(IDS_VIEW_PAGE_ENTRIES));
+  tabPages->AddPage(pixSummary, Plain(IDS_VIEW_PAGE_SUMMARY));
+  tabPages->AddPage(pixOutages, Plain(IDS_VIEW_PAGE_OUTAGES));
+  auto* pAll = new wxBoxSizer(wxVERTICAL);
+  pAll->Add(pNotice, wxSizerFlags().Expand());
+  pAll->Add(tabPages, wxSizerFlags(1).Expand());
+  SetSizer(pAll);
+  tabPages->Bind(wxEVT_NOTEBOOK_PAGE_CHANGED, [this](wxBookCtrlEvent& aEvent) {
+    aEvent.Skip();
+    ShowSummary();
+    EnableCommands();
+  });
+  pixEntries->Changed = [this] { ShowCounts(); };
+  pixSummary->SiteChosen = [this](const std::string& szSite) {
+    RunCommand(Command::mV_Entries);
+    pixEntries->ShowSite(szSite);
+  };
+  pixOutages->OutageChosen = [this](const std::string& szSite, DateTime dtMoment) {
+    RunCommand(Command::mV_Entries);
+    pixEntries->ShowFailure(szSite, dtMoment);
+  };
+}
+
+void frmLogView::BuildStatusBar() {
+  CreateStatusBar(3);
+  const int lMargin = FromDIP(24);
+  const int aWidths[] = {
+      -1, GetStatusBar()->GetTextExtent(ResText(IDS_VIEW_UNREAD_MANY) + "1,000,000").x + lMargin,
+      GetStatusBar()->GetTextExtent(ResText(IDS_VIEW_NOT_FOLLOWING)).x + 2 * lMargin};
+  SetStatusWidths(3, aWidths);
+}
+
+std::unique_ptr<LogHistory> frmLogView::ReadLogs(const std::vector<std::string>& aPaths) {
+  const wxBusyCursor aWait;
+  SetStatusText(ResText(IDS_VIEW_READING));
+  GetStatusBar()->Update();
+  auto pNew = std::make_unique<LogHistory>();
+  const bool bAny = pNew->Open(aPaths);
+  ShowCounts();
+  if (bAny) return pNew;
+  SayWhyNot(*pNew, aPaths);
+  return nullptr;
+}
+
+void frmLogView::SayWhyNot(const LogHistory& aFailed, const std::vector<std::string>& aPaths) {
+  if (aFailed.Problems().empty()) {
+    if (!aPaths.empty()) Say(IDS_VIEW_NO_LOGS, aPaths.front());
+    return;
+  }
+  const auto& aFirst = aFailed.Problems().front();
+  Say(aFirst.iWhat == LogReader::Change::TooLarge ? IDS_VIEW_TOO_LARGE : IDS_VIEW_CANNOT_READ, aFirst.szPath);
+}
+
+bool frmLogView::OpenLogs(const std::vector<std::string>& aPaths) {
+  auto pNew = ReadLogs(aPaths);
+  if (!pNew) return false;
+  aOpened = aPaths;
+  aFolderNames = NamesInFolders();
+  pixEntries->Open(pNew.get());  // lets go of the old one
+  pHistory = std::move(pNew);
+  bSummaryShown = false;
+  ShowSummary();
+  ShowTitle();
+  ShowCounts();
+  ShowNotice();
+  EnableCommands();
+  if (tabPages->GetSelection() == 0 && pixEntries->Rows().Count() > 0) pixEntries->lvwEntries->TakeFocus();
+  return true;
+}
+
+// All files anew, the view as it is.
+void frmLogView::ReadAgain() {
+  auto pNew = ReadLogs(aOpened);
+  aFolderNames = NamesInFolders();
+  if (!pNew) return;
+  pixEntries->Follow(pNew.get());
+  pHistory = std::move(pNew);
+  bSummaryShown = false;
+  ShowSummary();
+  ShowCounts();
+  ShowNotice();
+}
+
+std::vector<std::string> frmLogView::NamesInFolders() const {
+  std::vector<std::string> aNames;
+  for (const auto& szPath : aOpened)
+    if (Files::FolderExists(szPath))
+      for (const auto& szName : Files::List(szPath, ".kvl"))
+        aNames.push_back(szName);
+  return aNames;
+}
+
+void frmLogView::tmrFollow_Timer() {
+  if (!pHistory || !bFollow) return;
+  if (auto aNames = NamesInFolders(); aNames != aFolderNames && !aNames.empty()) {
+    ReadAgain();  // a new day's log, or one that is gone
+    return;
+  }
+  if (pHistory->Update()) {
+    pixEntries->Follow(pHistory.get());
+    bSummaryShown = false;
+    ShowCounts();
+  }
+  ShowSummary();
+}
+
+const LogSummary& frmLogView::Summary() {
+  if (!bSummaryShown || !pSummary) {
+    const auto lStart = SteadyMilliseconds();
+    auto pNew = std::make_unique<LogSummary>(Summarise(*pHistory));
+    pixSummary->ShowLog(pNew.get());
+    pixOutages->ShowLog(pNew.get());
+    pSummary = std::move(pNew);
+    bSummaryShown = true;
+    lSummaryDone = SteadyMilliseconds();
+    lSummaryCost = lSummaryDone - lStart;
+  }
+  return *pSummary;
+}
+
+// While it is looked at, and no more often than it can be afforded.
+void frmLogView::ShowSummary() {
+  if (bSummaryShown || !pHistory || tabPages->GetSelection() == 0) return;
+  if (pSummary && SteadyMilliseconds() - lSummaryDone < lSummaryCost * lSummaryShare) return;
+  Summary();
+}
+
+void frmLogView::ShowTitle() {
+  if (!pHistory) {
+    SetTitle(ResText(IDS_VIEW_TITLE));
+    return;
+  }
+  SetTitle(
+      ToWx(aOpened.size() == 1
+               ? LogWords::Fill(IDS_VIEW_TITLE_OF, {LogWords::CleanUtf8(LogWords::Shorten(
+                                                       LogFiles::NameOf(aOpened.front()), lMostNameBytes))})
+               : LogWords::Fill(IDS_VIEW_TITLE_FILES, {LogWords::Count(aOpened.size())})));
+}
+
+void frmLogView::ShowCounts() {
+  if (!pHistory) {
+    for (int i = 0; i < 3; ++i)
+      SetStatusText("", i);
+    return;
+  }
+  std::uint64_t lEntries = 0, lUnread = 0, lRounds = 0;
+  for (const auto aRef : pHistory->Passes()) {
+    const auto& aPass = pHistory->Pass(aRef);
+    lEntries += aPass.lEntries;
+    lUnread += aPass.lUnread;
+    lRounds += aPass.bStarted ? 1 : 0;
+  }
+  const auto lShown = pixEntries->Rows().Entries();
+  SetStatusText(ToWx(
+      pixEntries->Filtered()
+          ? LogWords::Fill(IDS_VIEW_COUNT_SHOWN,
+                           {LogWords::Count(lShown), LogWords::Count(lEntries + lUnread)})
+          : LogWords::Fill(IDS_VIEW_COUNT, {Number(lEntries, IDS_VIEW_ENTRIES_ONE, IDS_VIEW_ENTRIES_MANY),
+                                            Number(lRounds, IDS_VIEW_ROUNDS_ONE, IDS_VIEW_ROUNDS_MANY)})));
+  SetStatusText(lUnread == 0 ? ResText(IDS_VIEW_UNREAD_NONE)
+                             : ToWx(Number(lUnread, IDS_VIEW_UNREAD_ONE, IDS_VIEW_UNREAD_MANY)),
+                1);
+  SetStatusText(ResText(bFollow ? IDS_VIEW_FOLLOWING : IDS_VIEW_NOT_FOLLOWING), 2);
+}
+
+// What is odd about the logs shown.
+void frmLogView::ShowNotice() {
+  const auto& aProblems = pHistory->Problems();
+  const auto& aPasses = pHistory->Passes();
+  const bool bNothingRead =
+      !aPasses.empty() && std::none_of(aPasses.begin(), aPasses.end(), [this](LogHistory::PassRef aRef) {
+        const auto& aPass = pHistory->Pass(aRef);
+        return aPass.bStarted || aPass.bEnded || aPass.lEntries > 0;
+      });
+  if (!aProblems.empty())
+    Tell(LogWords::Fill(IDS_VIEW_SOME_UNREADABLE, {LogWords::Count(aProblems.size()),
+                                                   LogWords::Count(aProblems.size() + pHistory->FileCount()),
+                                                   Shown(aProblems.front().szPath)}),
+         true);
+  else if (bNothingRead)
+    Tell(LoadResString(IDS_VIEW_NOT_A_LOG), true);
+  else
+    Tell({}, false);
+}
+
+// The bar breaks no lines: a path too long for the narrowest window would push its close button out of it.
+// Such a path gets a line of its own, cut in the middle; the tip has it in full.
+wxString frmLogView::FittedNotice() {
+  wxString szShown = ToWx(szNotice);
+  wxClientDC aDC(this);
+  aDC.SetFont(GetFont());
+  const int lRoom = GetMinSize().x - 13 * GetCharHeight();  // beside its button
+  if (const auto lCut = szShown.rfind(": "); lCut != wxString::npos && aDC.GetTextExtent(szShown).x > lRoom)
+    szShown.replace(lCut + 1, 1, "\n");
+  return wxControl::EscapeMnemonics(
+      wxControl::Ellipsize(szShown, aDC, wxELLIPSIZE_MIDDLE, lRoom, wxELLIPSIZE_FLAGS_NONE));
+}
+
+void frmLogView::Tell(const std::string& szText, bool bWarning) {
+  szNotice = szText;
+  if (szText.empty())
+    pNotice->Dismiss();
+  else
+    pNotice->ShowMessage(FittedNotice(), bWarning ? wxICON_WARNING : wxICON_INFORMATION);
+  pNotice->SetToolTip(ToWx(szText));
+}
+
+void frmLogView::Say(std::int32_t lText, const std::string& szValue) {
+  wxString szText = ToWx(LogWords::Fill(static_cast<StringId>(lText), {Shown(szValue)}));
+  szText.Replace("\r\n", "\n");
+  wxMessageDialog(this, szText, ResText(IDS_APP_TITLE), wxOK | wxICON_WARNING).ShowModal();
+}
+
+bool frmLogView::Writable(const std::string& szPath) {
+  for (std::uint32_t lFile = 0; lFile < pHistory->FileCount(); ++lFile)
+    if (LogFiles::Same(pHistory->File(lFile).Path(), szPath)) {
+      Say(IDS_VIEW_TARGET_IS_LOG, szPath);
+      return false;
+    }
+  return true;
+}
+
+bool frmLogView::Written(bool bDone, const std::string& szPath, std::int32_t lNotice) {
+  if (bDone)
+    Tell(LogWords::Fill(static_cast<StringId>(lNotice), {Shown(szPath)}), false);
+  else
+    Say(IDS_VIEW_CANNOT_WRITE, szPath);
+  return bDone;
+}
+
+bool frmLogView::SavePage(const std::string& szPath) {
+  if (!pHistory || !Writable(szPath)) return false;
+  bool bDone = false;
+  {
+    const wxBusyCursor aWait;
+    bDone = LogHtml::Write(szPath, *pHistory, Summary());
+  }
+  return Written(bDone, szPath, IDS_VIEW_PAGE_WRITTEN);
+}
+
+bool frmLogView::SaveTable(const std::string& szPath) {
+  if (!pHistory || !Writable(szPath)) return false;
+  bool bDone = false;
+  {
+    const wxBusyCursor aWait;
+    bDone = LogCsv::Write(szPath, *pHistory);
+  }
+  return Written(bDone, szPath, IDS_VIEW_TABLE_WRITTEN);
+}

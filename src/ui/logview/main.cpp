@@ -1,0 +1,3 @@
+#include "ui/logview/LogView.h"
+
+wxIMPLEMENT_APP(LogView);

@@ -1,0 +1,95 @@
+// The main window's life: built, loaded, ticking, closed.
+#include "ui/main/frmMain.h"
+
+#include <wx/panel.h>
+#include <wx/sizer.h>
+
+#include "persistence/modAddress.h"
+#include "platform/Terminal.h"
+#include "ui/common/Images.h"
+#include "ui/common/TextGlue.h"
+#include "ui/main/modMain.h"
+#include "ui/main/modSysTray.h"
+
+namespace {
+constexpr int lSecond = 1000;
+}
+
+frmMain::frmMain() : wxFrame(nullptr, wxID_ANY, ResText(IDS_APP_TITLE)), aEngine(*this) {
+  SetIcons(Images::ProgramIcons());
+  pixClient = new wxPanel(this);
+  BuildMenus();
+  BuildStatusBar();
+  BuildCurrentView();
+  BuildList();
+  TimerAutoCheck.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { TimerAutoCheck_Timer(); });
+  TimerMain.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { TimerMain_Timer(); });
+  tmrServe.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { aEngine.ServeClient(); });
+  Bind(wxEVT_CLOSE_WINDOW, &frmMain::Form_Close, this);
+  Bind(wxEVT_MENU, &frmMain::Menu_Click, this);
+  Bind(wxEVT_SIZE, [this](wxSizeEvent& aEvent) {
+    aEvent.Skip();
+    Form_Resize();
+  });
+  Bind(wxEVT_MAXIMIZE, [this](wxMaximizeEvent& aEvent) {
+    aEvent.Skip();
+    if (tmrRestored.IsRunning()) Maximize(false);
+  });
+  Bind(wxEVT_ICONIZE, [this](wxIconizeEvent& aEvent) {
+    aEvent.Skip();
+    Form_Iconize(aEvent.IsIconized());
+  });
+  Form_Load();
+}
+
+frmMain::~frmMain() = default;
+
+void frmMain::Form_Load() {
+  modAddress::RebuildSiteIndex();
+  modAddress::LoadSites(false, false);
+  frmMain::Display_lvwMainEx(0);
+  Check_MnuView();
+  for (const int iPanel : {1, 2, 3})
+    frmMain::ShowPanel(iPanel, "");
+}
+
+void frmMain::EnableTimers() {
+  TimerAutoCheck.Start(lSecond);
+  TimerMain.Start(lSecond);
+}
+
+void frmMain::TimerAutoCheck_Timer() {
+  RunEngine(&CheckEngine::TimerAutoCheck_Timer);
+}
+
+void frmMain::TimerMain_Timer() {
+  aEngine.TimerMain_Timer();
+  KeepReachable();
+  if (Terminal::Interrupted()) modMain::RequestExit();
+  modMain::TryExit();
+}
+
+// The window never goes by itself: the program's end is decided in one place, and a running pass has to
+// unwind first.
+void frmMain::Form_Close(wxCloseEvent& aEvent) {
+  if (aEvent.CanVeto()) aEvent.Veto();
+  modMain::RequestExit();
+}
+
+void frmMain::PrepareExit() {
+  bExiting = true;
+  TimerAutoCheck.Stop();
+  CloseProgress();
+  Hide();
+  aEngine.Quit();
+}
+
+void frmMain::EnableMain(bool bEnable) {
+  Enable(bEnable);
+  if (!bEnable || bExiting) return;
+  if (!bMinimised) {
+    Show();
+    Raise();
+  }
+  lvwMain->SetFocus();
+}

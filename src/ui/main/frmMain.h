@@ -1,0 +1,136 @@
+// frmMain: the main window. It shows the site list, runs the schedule's timers, and is the check engine's
+// view and the dialogs' host. Its code stands in several files: frmMain (its life), frmMainMenus (commands),
+// frmMainList (rows and filters), frmMainLayout (sizes and window state), frmMainView (what the engine
+// shows).
+//
+// A pass runs inside an event handler of this window and handles events meanwhile, so handlers here may run
+// inside a pass. What must wait for its end (messages, the end of the program) is kept and done in AfterPass.
+#pragma once
+
+#include <wx/frame.h>
+#include <wx/timer.h>
+#include <wx/weakref.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "check/CheckEngine.h"
+#include "check/CheckView.h"
+#include "ui/common/MainHost.h"
+#include "ui/main/SiteList.h"
+#include "ui/main/frmCheckAnim.h"
+
+class wxMenu;
+class wxStaticText;
+class PictureBox;
+
+class frmMain : public wxFrame, public CheckView, public MainHost {
+ public:
+  // Loads the site list and fills the view. Not shown, timers disabled.
+  frmMain();
+  ~frmMain() override;
+
+  // Commands, by number. RunCommand is the one way in for menus, keys, double click and pop-ups: a command
+  // that is greyed, or may not run now, rings the bell and does nothing.
+  void RunCommand(int lCommand);
+  bool CommandAllowed(int lCommand);
+  void Check_MnuView();
+  wxMenu* MakePopup();
+
+  // 0 all, 1 successful, 2 warning, 3 unsuccessful; 0 both, 1 enabled, 2 disabled.
+  std::int16_t ResultFilter = 0;
+  std::int16_t EnabledFilter = 0;
+  void imgColors_Click();
+  void imgEnabled_Click();
+  void lvwMain_KeyDown(wxKeyEvent& aEvent);
+
+  void EnableTimers();  // the last step of the start
+  void RestoreWindow();
+  bool HasMinimised() const { return bMinimised; }
+  // The program is ending: no window of ours stays in sight, a running pass unwinds.
+  void PrepareExit();
+  // Shows what had to wait for the end of a pass.
+  void AfterPass();
+
+  // CheckView
+  void ShowPanel(int iPanel, const std::string& szText) override;
+  void ClearRemarks() override;
+  void EnsureRowVisible(std::int32_t lSlot) override;
+  void ShowLight(std::int32_t lSlot, std::int16_t iIcon) override;
+  void ShowLightText(std::int32_t lSlot, const std::string& szText) override;
+  void ShowRemark(std::int32_t lSlot, const std::string& szText) override;
+  bool IsMinimised() override { return bMinimised; }
+  void OpenProgress() override;
+  void CloseProgress() override;
+  void ShowProgressSite(const std::string& szText) override;
+  void ShowProgressStatus(const std::string& szText) override;
+  void ShowMessage(const std::string& szText) override;
+  void SoundBell() override;
+  void EnableCommand(MenuCommand iCommand, bool bEnable) override;
+  void EnableAutoTimer(bool bEnable) override;
+  void PumpEvents() override;
+
+  // MainHost
+  wxFrame* Frame() override { return this; }
+  void EnableMain(bool bEnable) override;
+  void Display_lvwMain(std::int32_t SelectNumber) override;
+  void Display_lvwMainEx(std::int32_t SelectNumber) override;
+  std::int32_t SelectedSlot() override { return lvwMain->SelectedSlot(); }
+  std::int32_t RowCount() override { return lvwMain->RowCount(); }
+  CheckEngine& Engine() override { return aEngine; }
+
+  SiteList* lvwMain;
+  wxPanel* pixClient;  // carries the controls
+  wxPanel* fraCurView;
+  wxStaticText* lblCurView;
+  PictureBox* imgColors;
+  PictureBox* imgEnabled;
+  wxStatusBar* sbrMain;
+  wxTimer TimerAutoCheck;
+  wxTimer TimerMain;
+  wxTimer tmrServe;     // keeps a request going while a menu or a dialog holds the pass's wait up
+  wxTimer tmrRestored;  // runs for a moment after the window came back from the tray
+  wxWeakRef<frmCheckAnim> pProgress;
+
+ private:
+  // frmMainMenus
+  void BuildMenus();
+  void Menu_Click(wxCommandEvent& aEvent);
+  void RunEngine(void (CheckEngine::*pStarter)());
+
+  // frmMainList
+  void BuildList();
+  void ShowFilterPictures();
+  bool FitsFilters(std::int32_t i) const;
+  void lvwMain_Activated();
+  void lvwMain_ContextMenu(wxContextMenuEvent& aEvent);
+
+  // frmMainLayout
+  void BuildStatusBar();
+  void BuildCurrentView();
+  void Form_Resize();
+  void LayOut();
+  void LayOutStatusBar();
+  void PaintLines();
+  void Form_Iconize(bool bIconized);
+  void EnterMinimised();
+  void LeaveMinimised();
+  void KeepReachable();
+
+  void Form_Load();
+  void Form_Close(wxCloseEvent& aEvent);
+  void TimerAutoCheck_Timer();
+  void TimerMain_Timer();
+
+  CheckEngine aEngine;
+  void ShowPending();
+
+  std::vector<std::string> aWaitingMessages;
+  std::string szProgressSite, szProgressStatus;
+  std::int32_t lSlotToShow = 0;  // 0 none
+  double dLastPump = 0;          // steady seconds
+  bool bMinimised = false;
+  bool bExiting = false;
+  bool bLayingOut = false;
+};

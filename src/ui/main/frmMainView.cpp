@@ -1,0 +1,108 @@
+// What the check engine shows through the main window.
+#include <wx/stattext.h>
+
+#include "platform/Clock.h"
+#include "ui/common/TextGlue.h"
+#include "ui/main/frmMain.h"
+#include "ui/main/modMain.h"
+
+void frmMain::ShowPanel(int iPanel, const std::string& szText) {
+  const wxString szNew = ToWx(szText);
+  if (sbrMain->GetStatusText(iPanel - 1) != szNew) sbrMain->SetStatusText(szNew, iPanel - 1);
+}
+
+void frmMain::ClearRemarks() {
+  lvwMain->ClearRemarks();
+}
+
+void frmMain::EnsureRowVisible(std::int32_t lSlot) {
+  lSlotToShow = lSlot;
+}
+
+void frmMain::ShowLight(std::int32_t lSlot, std::int16_t iIcon) {
+  lvwMain->ShowLight(lSlot, iIcon);
+}
+
+void frmMain::ShowLightText(std::int32_t lSlot, const std::string& szText) {
+  lvwMain->ShowLightText(lSlot, szText);
+}
+
+void frmMain::ShowRemark(std::int32_t lSlot, const std::string& szText) {
+  lvwMain->ShowRemark(lSlot, szText);
+}
+
+void frmMain::OpenProgress() {
+  if (bExiting) return;
+  if (!pProgress || pProgress->IsBeingDeleted()) {
+    pProgress = new frmCheckAnim(this, [this] { aEngine.StopCheck(); });
+    pProgress->CentreOnParent();
+    pProgress->ShowWithoutActivating();
+  }
+  szProgressSite.clear();
+  szProgressStatus.clear();
+}
+
+void frmMain::CloseProgress() {
+  ShowPending();
+  if (!pProgress) return;
+  frmCheckAnim* pClosing = pProgress.get();
+  pProgress.Release();
+  pClosing->Destroy();
+}
+
+void frmMain::ShowProgressSite(const std::string& szText) {
+  szProgressSite = szText;
+}
+
+void frmMain::ShowProgressStatus(const std::string& szText) {
+  szProgressStatus = szText;
+}
+
+// A fast server goes through ten states in a millisecond. What nobody could see is not drawn: labels and the
+// list's position follow when events are handled.
+void frmMain::ShowPending() {
+  if (lSlotToShow != 0) lvwMain->EnsureRowVisible(lSlotToShow);
+  lSlotToShow = 0;
+  if (!pProgress) return;
+  const wxString szSite = ToWxLabel(szProgressSite), szStatus = ToWxLabel(szProgressStatus);
+  if (pProgress->lblSiteName->GetLabel() != szSite) pProgress->lblSiteName->SetLabel(szSite);
+  if (pProgress->lblSiteStatus->GetLabel() != szStatus) pProgress->lblSiteStatus->SetLabel(szStatus);
+}
+
+void frmMain::ShowMessage(const std::string& szText) {
+  if (aEngine.PassRunning()) {
+    aWaitingMessages.push_back(szText);
+    return;
+  }
+  modMain::ShowBox(szText);
+}
+
+void frmMain::AfterPass() {
+  while (!aWaitingMessages.empty() && !bExiting && !aEngine.PassRunning()) {
+    const std::string szText = aWaitingMessages.front();
+    aWaitingMessages.erase(aWaitingMessages.begin());
+    modMain::ShowBox(szText);
+  }
+  modMain::ExitSoon();
+}
+
+void frmMain::SoundBell() {
+  wxBell();
+}
+
+void frmMain::EnableAutoTimer(bool bEnable) {
+  constexpr int lSecond = 1000;
+  if (!bEnable)
+    TimerAutoCheck.Stop();
+  else if (!bExiting && !TimerAutoCheck.IsRunning())
+    TimerAutoCheck.Start(lSecond);
+}
+
+void frmMain::PumpEvents() {
+  constexpr double dGap = 0.008;  // seconds: often enough for an eye and a hand
+  const double dNow = Clock::System().SteadySeconds();
+  if (dNow - dLastPump < dGap) return;
+  ShowPending();
+  modMain::PumpEvents();
+  dLastPump = Clock::System().SteadySeconds();
+}

@@ -1,0 +1,3 @@
+#include "ui/main/App.h"
+
+wxIMPLEMENT_APP(App);

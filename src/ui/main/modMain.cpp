@@ -1,0 +1,227 @@
+#include "ui/main/modMain.h"
+
+#include <wx/app.h>
+#include <wx/evtloop.h>
+#include <wx/modalhook.h>
+#include <wx/msgdlg.h>
+#include <wx/stopwatch.h>
+
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+#include "check/CookiePolicy.h"
+#include "check/Schedule.h"
+#include "persistence/ProductKeys.h"
+#include "persistence/RegistryAccess.h"
+#include "persistence/Settings.h"
+#include "persistence/modBasic.h"
+#include "platform/Clock.h"
+#include "platform/MsgBox.h"
+#include "platform/SingleInstance.h"
+#include "platform/Terminal.h"
+#include "ui/common/HelpCommands.h"
+#include "ui/common/TextGlue.h"
+#include "ui/main/frmMain.h"
+#include "ui/main/frmSplash.h"
+#include "ui/main/frmWelcome.h"
+#include "ui/main/modSysTray.h"
+#include "ui/system/Menus.h"
+
+namespace {
+
+constexpr double dSplashSeconds = 1;
+
+// Knows which modal windows are open, ours and the toolkit's, because the program cannot end beneath them.
+class ModalWatch : public wxModalDialogHook {
+ public:
+  const std::vector<wxDialog*>& Open() const { return aOpen; }
+
+ protected:
+  int Enter(wxDialog* pDialog) override {
+    aOpen.push_back(pDialog);
+    return wxID_NONE;
+  }
+  void Exit(wxDialog* pDialog) override {
+    aOpen.erase(std::remove(aOpen.begin(), aOpen.end(), pDialog), aOpen.end());
+    modMain::ExitSoon();
+  }
+
+ private:
+  std::vector<wxDialog*> aOpen;
+};
+
+std::unique_ptr<SingleInstance> pInstance;
+std::unique_ptr<ModalWatch> pModals;
+wxWeakRef<frmMain> pMain;
+wxWeakRef<frmSplash> pSplash;
+bool bExitRequested = false;
+bool bEnded = false;
+
+void CloseSplash() {
+  if (pSplash) pSplash->Destroy();
+  pSplash.Release();
+}
+
+void WaitForSplash(DateTime dtStart) {
+  const DateTime dtEnd = AddSeconds(dtStart, dSplashSeconds);
+  while (!bExitRequested && Clock::SteadyNow() < dtEnd) {
+    modMain::PumpEvents();
+    Clock::Wait(0.01);
+    if (Terminal::Interrupted()) modMain::RequestExit();
+  }
+}
+
+void WelcomeAtFirstRun() {
+  std::int16_t iStartUp = 0;
+  std::int32_t lType = 0;
+  RegistryAccess::RegReadValue(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szSetup, "startup", iStartUp,
+                               lType);
+  if (iStartUp >= 1) return;
+  RegistryAccess::RegCreatePath(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szSetup);
+  RegistryAccess::RegWriteValue(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szSetup, "startup",
+                                std::int32_t{1}, static_cast<std::int32_t>(Registry::REG_DWORD));
+  (new frmWelcome(*pMain))->Show();
+}
+
+// A store that cannot be used is said once, at the start; the program then runs without saving.
+void OpenStore() {
+  std::string szMessage;
+  Registry::OpenStore(szMessage);
+  if (!szMessage.empty()) modMain::ShowBox(szMessage);
+}
+
+bool LoadAndShow() {
+  const DateTime dtStart = Clock::SteadyNow();
+  HelpCommands::szHelpFile = modBasic::ProgramFile("Kestrova.hlp");
+  pSplash = new frmSplash;
+  pSplash->Show();
+  pSplash->Update();
+  modMain::PumpEvents();
+  OpenStore();
+  // Not before: a box that comes until here waits for its operator, and a signal may end it as it stands.
+  Terminal::CatchInterrupt();
+  if (bExitRequested) return false;
+  CookiePolicy::RestoreAfterKill();
+  LoadSettings();
+  pMain = new frmMain;
+  WaitForSplash(dtStart);
+  CloseSplash();
+  if (bExitRequested) return false;
+  Schedule::SetNextCheck(WarningMinutes());
+  pMain->ShowPanel(2, Schedule::NextPanelText());
+  pMain->Show();
+  pMain->Update();
+  modSysTray::AddIcon(*pMain);
+  WelcomeAtFirstRun();
+  pMain->EnableTimers();
+  return true;
+}
+
+}  // namespace
+
+bool modMain::Main() {
+  bExitRequested = false;
+  bEnded = false;
+  pModals = std::make_unique<ModalWatch>();
+  pModals->Register();
+  MsgBox_SetPresenter([](const std::string& szText) {
+    if (pMain)
+      pMain->ShowMessage(szText);
+    else
+      ShowBox(szText);
+  });
+  pInstance = std::make_unique<SingleInstance>();
+  if (!pInstance->TryLock()) {
+    ShowBox(LoadResString(IDS_ALREADY_STARTED));
+    ShutDown();
+    return false;
+  }
+  if (LoadAndShow()) return true;
+  RequestExit();
+  ExitSoon();
+  return false;
+}
+
+void modMain::ShutDown() {
+  if (bEnded) return;
+  bEnded = true;
+  bExitRequested = true;
+  modSysTray::DeleteIcon();
+  MsgBox_SetPresenter({});
+  if (pModals) pModals->Unregister();
+  pModals.reset();
+  CloseSplash();
+  // The dialogs first: they hold on to the main window.
+  std::vector<wxWindow*> aOpen(wxTopLevelWindows.begin(), wxTopLevelWindows.end());
+  for (wxWindow* pWindow : aOpen)
+    if (pWindow != pMain.get()) pWindow->Destroy();
+  if (pMain) {
+    pMain->TimerMain.Stop();
+    pMain->Destroy();
+  }
+  pMain.Release();
+  pInstance.reset();
+  wxTheApp->ExitMainLoop();
+}
+
+void modMain::RequestExit() {
+  if (!bExitRequested) {
+    bExitRequested = true;
+    modSysTray::DeleteIcon();
+    if (pMain) pMain->PrepareExit();
+    CloseSplash();
+  }
+  Menus::CloseOpen();
+  // Innermost first. A box of the toolkit's own cannot be ended from here; it is brought forward and waited
+  // for.
+  if (pModals) {
+    const std::vector<wxDialog*> aOpen = pModals->Open();
+    for (auto i = aOpen.rbegin(); i != aOpen.rend(); ++i) {
+      if ((*i)->IsModal())
+        (*i)->EndModal(wxID_CANCEL);
+      else
+        (*i)->Raise();
+    }
+  }
+  ExitSoon();
+}
+
+bool modMain::ExitRequested() {
+  return bExitRequested;
+}
+
+void modMain::TryExit() {
+  if (!bExitRequested || bEnded) return;
+  if (pModals && !pModals->Open().empty()) return;
+  if (pMain && (pMain->Engine().PassRunning() || pMain->Engine().bListBusy)) return;
+  ShutDown();
+}
+
+void modMain::ExitSoon() {
+  if (bExitRequested && !bEnded) wxTheApp->CallAfter([] { TryExit(); });
+}
+
+frmMain* modMain::MainWindow() {
+  return pMain.get();
+}
+
+void modMain::ShowBox(const std::string& szText) {
+  wxWindow* pOwner = pMain && pMain->IsShown() ? static_cast<wxWindow*>(pMain.get()) : pSplash.get();
+  wxMessageDialog(pOwner, ToWxLines(szText), ResText(IDS_APP_TITLE), wxOK | wxICON_INFORMATION).ShowModal();
+}
+
+void modMain::PumpEvents() {
+  wxEventLoopBase* pLoop = wxEventLoopBase::GetActive();
+  if (!pLoop) return;
+  constexpr long lMost = 20;  // milliseconds: animation and timers alone could keep the queue full for ever
+  constexpr long lIdleGap = 15;  // idle work lays out and deletes; it need not run for every packet
+  static wxLongLong lLastIdle = 0;
+  const wxLongLong lStart = wxGetUTCTimeMillis();
+  wxTheApp->ProcessPendingEvents();
+  while (pLoop->Pending() && wxGetUTCTimeMillis() - lStart < lMost)
+    pLoop->Dispatch();
+  if (wxGetUTCTimeMillis() - lLastIdle < lIdleGap && lLastIdle <= lStart) return;
+  lLastIdle = lStart;
+  pLoop->ProcessIdle();
+}

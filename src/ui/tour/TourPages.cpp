@@ -1,0 +1,32 @@
+#include "ui/tour/TourPages.h"
+
+#include <wx/imagpng.h>
+#include <wx/mstream.h>
+
+#include "base/Strings.h"
+
+const TourPage aTourPages[] = {
+    {IDS_TOUR_HEAD_WELCOME, IDS_TOUR_TEXT_WELCOME, "main", {}},
+    {IDS_TOUR_HEAD_LIST, IDS_TOUR_TEXT_LIST, "main", {7, 107, 676, 166}},
+    {IDS_TOUR_HEAD_LIGHTS, IDS_TOUR_TEXT_LIGHTS, "main", {446, 107, 28, 166}},
+    {IDS_TOUR_HEAD_ADD, IDS_TOUR_TEXT_ADD, "editor", {}},
+    {IDS_TOUR_HEAD_CHECK, IDS_TOUR_TEXT_CHECK, "progress", {}},
+    {IDS_TOUR_HEAD_SCHEDULE, IDS_TOUR_TEXT_SCHEDULE, "options-timer", {}},
+    {IDS_TOUR_HEAD_MAIL, IDS_TOUR_TEXT_MAIL, "options-manager", {}},
+    {IDS_TOUR_HEAD_LOGS, IDS_TOUR_TEXT_LOGS, "options-logs", {}},
+    {IDS_TOUR_HEAD_VIEWER, IDS_TOUR_TEXT_VIEWER, "viewer", {}},
+    {IDS_TOUR_HEAD_VIEW, IDS_TOUR_TEXT_VIEW, "main", {576, 75, 138, 26}},
+    {IDS_TOUR_HEAD_END, IDS_TOUR_TEXT_END, "main", {}},
+};
+const std::size_t lTourPages = sizeof(aTourPages) / sizeof(aTourPages[0]);
+
+wxImage TourPicture(std::string_view szName) {
+  if (!wxImage::FindHandler(wxBITMAP_TYPE_PNG)) wxImage::AddHandler(new wxPNGHandler);
+  wxImage aImage;
+  for (std::size_t i = 0; i < lPictureCount; ++i)
+    if (szName == aPictureData[i].szName) {
+      wxMemoryInputStream aStream(aPictureData[i].aBytes, aPictureData[i].lBytes);
+      aImage.LoadFile(aStream, wxBITMAP_TYPE_PNG);
+    }
+  return aImage;
+}

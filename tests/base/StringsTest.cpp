@@ -1,0 +1,64 @@
+#include <gtest/gtest.h>
+
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "base/Strings.h"
+
+namespace {
+
+const std::vector<std::pair<std::int32_t, std::string>> aTable = {
+#define STRING(name, number, text) {number, text},
+#include "resources/strings/all.def"
+#undef STRING
+};
+
+TEST(StringsTest, EveryNumberHasOneText) {
+  std::set<std::int32_t> aNumbers;
+  for (const auto& [lNumber, szText] : aTable) {
+    EXPECT_TRUE(aNumbers.insert(lNumber).second && !szText.empty()) << lNumber;
+    EXPECT_EQ(LoadResString(lNumber), szText);
+  }
+  EXPECT_EQ(LoadResString(0), "");
+}
+
+// Operators search their logs and filter their mail for these, slips included.
+TEST(StringsTest, TextsThatLookWrongStayAsTheyAre) {
+  std::string szWhole = "~";
+  for (const auto& [lNumber, szText] : aTable)
+    szWhole += szText + "~";
+  const std::pair<std::string, std::string> aLists[] = {
+      {"~",
+       "Error ccured while trying to create registry for Address.~"
+       "Error ccured while trying to retrieve Addresses.~"
+       "Response Recevied; but server returned an unrecognized response code~"
+       "3xx Redirectional Response Received~<SPAN class=\"Emphasis\">IP Check Performed</SPAN>~"
+       "A minimum of 1 is required in the maximum log fiels field.~Do not enter the agent, \"http://\".~"
+       "Are you sure you wish to delete the selected Site?~ (*.kvd)|*.kvd~\r\n\r\nError: ~"
+       "Unrecognized Reponse Code~Unrecognized Response Code~501 Not implemented~404 File Not Found~"
+       "504 Gateway Time-Out~Request Timed-Out~Checking is not in progress.~Site checking in progress~"
+       "Unknown Site: Site #~Manually Stopped.~ERROR: ~&New Address~I&mport List~&Export List~"
+       "St&art Check~E&xit~E&dit Address~Delete Address~&Options...~&Open Log~&View Current Log~"
+       "&About Kestrova...~Interactive &Tour~&Help Topics~Next Check: ~Import New~Import Replace~"
+       " Timer Options ~ Manager Options ~ Log Options ~ Disk Conservation ~ Internet Cookies ~"
+       "Keep a maximum of ~Accept the Cookies.~Do not accept the cookies.~Do not log disabled sites.~"
+       "You can only enter Integers in this field.~Exporting... please wait.~"
+       "Preparing for Import... please wait.~Importing... please wait.~Deleting Site... please wait.~"
+       "Please select the folder to store the log files.~URL you wish Kestrova to check.~"
+       "IP Address you wish Kestrova to check.~Check this box to enable site for checks.~"
+       "Some Web sites send cookies to Kestrova when it checks if the URL is valid. How do you wish Kestrova "
+       "to "
+       "respond to the Internet Cookies?~Note: Some sites may require that you accept the cookies."},
+      {"",  // parts of longer ones
+       "taklen~suntax~receive an response~this response occurs the requested~HTTP Reponse Code 404~"
+       "(Gateway Time-out)~is as follows: ~right-mouse click on~located in the system tray"}};
+  for (const auto& [szEdge, szTexts] : aLists) {
+    std::istringstream aTexts(szTexts);
+    for (std::string szText; std::getline(aTexts, szText, '~');)
+      EXPECT_NE(szWhole.find(szEdge + szText + szEdge), std::string::npos) << szText;
+  }
+}
+
+}  // namespace

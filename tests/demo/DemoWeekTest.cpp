@@ -1,0 +1,30 @@
+// The played week is what operators see first: it must tell its own story, from the engine to the page.
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "demo/DemoWeek.h"
+#include "history/LogHtml.h"
+#include "history/LogSummaryText.h"
+#include "platform/Files.h"
+#include "support/LogScript.h"
+#include "support/WellFormed.h"
+
+TEST(DemoWeek, IsToldByItsPage) {
+  TestHome aHome;
+  EXPECT_EQ(DemoWeek::Play(aHome.Path("week"), std::floor(dtMonday)), 326U);
+  LogHistory aHistory;
+  ASSERT_TRUE(aHistory.Open({aHome.Path("week") + Files::chSeparator + "Logs"}));
+  const auto aSummary = Summarise(aHistory);
+  const auto szPage = LogHtml::Compose(aHistory, aSummary);
+  const auto szAll = LogSummaryText::Compose(aSummary) + szPage;
+  for (const auto* szPart : {"1 of 6 sites is down.\n", "has been down since Sun Jan 11 2026, 5:2",
+                             "(323 on schedule, 3 started by hand)", "10 sent, 1 could not be sent",
+                             "96.93%        1  4 h 17 min", "<span>1 of 6 sites is down.</span>",
+                             "Not watched: Fri Jan 9 2026, 8:52 PM to Sat Jan 10 2026, 9:10 AM (12 h 18 min)",
+                             "and 12 h 18 min not watched", "E-mail Notification Failed"})
+    EXPECT_NE(szAll.find(szPart), std::string::npos) << szPart << " in\n" << szAll.substr(0, 2000);
+  EXPECT_EQ(Occurrences(szPage, "scope=\"rowgroup\""), 326U);
+  EXPECT_EQ(szPage.find("src="), std::string::npos) << "nothing is loaded from elsewhere";
+  ExpectWellFormed(aHome, szPage);
+}

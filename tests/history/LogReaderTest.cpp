@@ -1,0 +1,131 @@
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "history/LogCsv.h"
+#include "history/LogHistory.h"
+#include "history/LogHtml.h"
+#include "history/LogSummary.h"
+#include "support/LogScript.h"
+
+using namespace std::string_literals;
+
+namespace {
+
+constexpr const char* szTime = "1/5/2026 8:00:00 AM";
+
+LogLine Read(std::string_view szLine) {
+  LogLine aLine;
+  ReadLogLine(szLine, aLine);
+  return aLine;
+}
+
+}  // namespace
+
+TEST(LogLine, ReadsEntriesFromBothEnds) {
+  const struct {
+    std::string szAddress, szStatus, szTail, szComment, szSite;
+  } aCases[] = {
+      {"http://a.com", "Site OK", "1,,1", "", "a.com"},
+      {"http://a.com/x,1,2?", "Site OK", "1,,1", "", "a.com/x,1,2?"},
+      {"http://a.com", "404 File Not Found", "0,sent, twice,2", "sent, twice", "a.com"},
+      {"http://a.com", "ERROR:  7 odd, text, 12 parts", "3,,4", "", "a.com"},
+      {"(1) http://a.com/x,y<BR>(2) http://10.0.0.1", "(1) Request Timed-Out<BR>(2) Site OK",
+       "5,<SPAN class=\"Emphasis\">IP</SPAN>,2", "<SPAN class=\"Emphasis\">IP</SPAN>", "a.com/x,y"},
+      {"Unknown Site: Site #3", "Missing Site Address", "0,,2", "", "Unknown Site: Site #3"},
+  };
+  for (const auto& aCase : aCases) {
+    const auto szLine =
+        std::string(szTime) + "," + aCase.szAddress + "," + aCase.szStatus + "," + aCase.szTail;
+    const auto aLine = Read(szLine);
+    ASSERT_EQ(aLine.iKind, LineKind::Entry) << szLine;
+    const auto aFields = SplitLogLine(szLine, aLine);
+    EXPECT_EQ(aFields.Address, aCase.szAddress);
+    EXPECT_EQ(aFields.StatusText, aCase.szStatus);
+    EXPECT_EQ(aFields.Comment, aCase.szComment);
+    EXPECT_EQ(SiteOfAddress(aFields.Address), aCase.szSite);
+  }
+  EXPECT_FALSE(Read("12/30/1899 12:00:00 AM,http://10.0.0.1,Site OK,7,,1").bTimeKnown);
+}
+
+TEST(LogLine, KeepsWhatIsNoLineOfOursAsUnread) {
+  const std::string szGood = szTime + ",http://a.com,Site OK,1,"s;
+  const std::string aLines[] = {",,,,,",
+                                "[START CHECK: AUTO - 13/45/2026 9:00:00 AM]",
+                                szGood + ",7",
+                                szTime + ",http://a.com,Site OK,60,,1"s,
+                                szTime + ",http://a.co1/5/2026 8:00:02 AM,http://b.com,Site OK,1,,1"s,
+                                std::string(10, '\0'),
+                                std::string(100'000, ',')};
+  for (const auto& szLine : aLines)
+    EXPECT_EQ(Read(szLine).iKind, LineKind::Unread) << szLine.substr(0, 90);
+}
+
+TEST(LogHistory, FormsPassesWhateverTheLines) {
+  const TestHome aHome;
+  LogScript aScript;
+  aScript.Raw("\xEF\xBB\xBF").Start(true).Up("a").Raw("torn\n\r\n12:00:00 AM,http://b,Site OK,9,,1\n").End();
+  aScript.Raw("between\0passes\r\n"s).After(30).Start().Up("A");  // no end line
+  aScript.After(30).Raw("[START CHECK: AUTO - never]\r\n").Up("c");
+  aScript.After(30).Raw("1/1/9999 1:00:00 AM,http://c,Site OK,1,,1\r\n").End();
+  const Opened aHistory(aHome, aScript.szText);
+  std::string szPasses;  // started, manual, ended, entries, unread
+  for (const auto aRef : aHistory.Passes()) {
+    const auto& aPass = aHistory.Pass(aRef);
+    szPasses += (aPass.bStarted ? "s" : "-") + std::string(aPass.bManual ? "m" : "-") +
+                (aPass.bEnded ? "e" : "-") + std::to_string(aPass.lEntries) + std::to_string(aPass.lUnread) +
+                " ";
+  }
+  EXPECT_EQ(szPasses, "sme21 ---01 s--10 --e21 ");
+  EXPECT_EQ(aHistory.Sites(), (std::vector<std::string>{"a", "b", "c"}));
+  EXPECT_EQ(aHistory.Line(aHistory.Lines()[3]).dtMoment, dtMonday) << "takes the time of its neighbour";
+  EXPECT_FALSE(aHistory.Line(aHistory.Lines()[10]).bTimeKnown) << "thousands of years after its pass";
+}
+
+TEST(LogHistory, FollowsAFileThatGrowsIsCutAndReplaced) {
+  const TestHome aHome;
+  LogScript aScript, aOther{AddDays(dtMonday, 31)};
+  aScript.Start().Up("a.com").Warn("b.com").End().After(30).Start().Up("a.com").Down("b.com").End();
+  for (int lPass = 0; lPass < 9; ++lPass)
+    aOther.Start().Up("c.com").End();
+  const auto& szAll = aScript.szText;
+  Opened aHistory(aHome, "");
+  const auto Expect = [&](const std::string& szText, std::size_t lPasses, std::size_t lLines) {
+    aHome.Write("D.kvl", szText);
+    EXPECT_TRUE(aHistory.Update());
+    EXPECT_FALSE(aHistory.Update());
+    EXPECT_EQ(aHistory.Passes().size(), lPasses);
+    EXPECT_EQ(aHistory.Lines().size(), lLines);
+  };
+  for (std::size_t lBytes = 1; lBytes < szAll.size(); ++lBytes) {
+    aHome.Write("D.kvl", szAll.substr(0, lBytes));
+    EXPECT_TRUE(aHistory.Update());
+  }
+  Expect(szAll, 2, 8);
+  Expect(szAll.substr(0, 60), 1, 2);  // cut
+  Expect(aOther.szText, 9, 27);       // replaced by a longer one
+}
+
+TEST(LogHistory, SurvivesAnyBytes) {
+  const TestHome aHome;
+  LogScript aScript;
+  while (aScript.szText.size() < 60000)
+    aScript.Start()
+        .Up("a.com/x,y")
+        .Entry("(1) http://b<BR>(2) http://10.0.0.1", "(1) x<BR>(2) y", 2)
+        .End()
+        .After(30);
+  std::string szBytes = aScript.szText.substr(0, 3000) + std::string(10'000'000, 'x') + "\r\n";
+  std::mt19937 aRandom(1);
+  for (int lRound = 0; lRound < 500; ++lRound) {
+    auto szPiece = aScript.szText.substr(aRandom() % 50000, 300);
+    for (int lFlip = 0; lFlip < 12; ++lFlip)
+      szPiece[aRandom() % szPiece.size()] = static_cast<char>(aRandom());
+    szBytes += szPiece;
+  }
+  const Opened aHistory(aHome, szBytes);
+  const auto aSummary = Summarise(aHistory);
+  EXPECT_GT(aSummary.lUnread, 500U);
+  EXPECT_TRUE(LogHtml::Compose(aHistory, aSummary).ends_with("</html>\n"));
+  EXPECT_GT(LogCsv::Compose(aHistory).size(), 10'000'000U) << "nothing is cut there";
+}

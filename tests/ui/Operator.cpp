@@ -1,0 +1,114 @@
+#include "ui/Operator.h"
+
+#include <gtest/gtest.h>
+#include <wx/dirdlg.h>
+#include <wx/filedlg.h>
+#include <wx/msgdlg.h>
+#include <wx/stopwatch.h>
+#include <wx/uiaction.h>
+
+#include <map>
+
+#include "ui/common/TextGlue.h"
+#include "ui/common/frmNotice.h"
+#include "ui/main/modMain.h"
+
+bool Until(const std::function<bool()>& aHolds, double dSeconds) {
+  wxStopWatch aWatch;
+  while (!aHolds()) {
+    if (static_cast<double>(aWatch.Time()) > dSeconds * 1000) return false;
+    modMain::PumpEvents();
+    wxMilliSleep(2);
+  }
+  return true;
+}
+
+void PumpFor(double dSeconds) {
+  Until([] { return false; }, dSeconds);
+}
+
+bool Focused(wxWindow* pControl) {
+  auto* pTop = dynamic_cast<wxTopLevelWindow*>(wxGetTopLevelParent(pControl));
+  return Until(
+      [&] {
+        // A list's focus is in a window within it.
+        wxWindow* pFocus = wxWindow::FindFocus();
+        return pTop->IsActive() && (pFocus == pControl || (pFocus && pControl->IsDescendant(pFocus)));
+      },
+      2);
+}
+
+void Key(int lKey, int lModifiers) {
+  wxUIActionSimulator().Char(lKey, lModifiers);
+  PumpFor(0.03);
+}
+
+void Type(const std::string& szLettersAndDigits) {
+  for (const char ch : szLettersAndDigits)
+    Key(ch, ch >= 'A' && ch <= 'Z' ? wxMOD_SHIFT : wxMOD_NONE);
+}
+
+void Click(wxWindow* pControl) {
+  wxUIActionSimulator aMouse;
+  aMouse.MouseMove(pControl->GetScreenPosition() + pControl->GetSize() / 2);
+  PumpFor(0.03);
+  aMouse.MouseClick();
+  PumpFor(0.05);
+}
+
+std::string TextOf(const wxTextCtrl* pBox) {
+  return FromWx(pBox->GetValue());
+}
+
+std::string NoticeText() {
+  return Until([] { return Open<frmNotice>() != nullptr; }, 0.5) ? Open<frmNotice>()->szMessage : "";
+}
+
+std::string CloseNotice() {
+  const auto szText = NoticeText();
+  if (szText.empty()) return szText;
+  PumpFor(0.05);
+  Key(WXK_RETURN);
+  EXPECT_TRUE(Until([] { return !Open<frmNotice>(); })) << szText;
+  return szText;
+}
+
+Answers::~Answers() {
+  Unregister();
+  EXPECT_TRUE(aScript.empty()) << aScript.size() << " boxes were expected and did not come";
+}
+
+int Answers::Enter(wxDialog* pDialog) {
+  struct Box : wxMessageDialog {
+    using wxMessageDialog::GetExtendedMessage;  // has no public reader
+  };
+  auto* pFile = dynamic_cast<wxFileDialog*>(pDialog);
+  auto* pFolder = dynamic_cast<wxDirDialog*>(pDialog);
+  wxString szSaid = pFolder ? pFolder->GetMessage() : pDialog->GetTitle();
+  if (pFile) {
+    const bool bMany = pFile->HasFlag(wxFD_MULTIPLE);  // then it suggests none
+    szSaid = pFile->GetMessage() + "|" + (bMany ? "" : pFile->GetFilename()) + "|" + pFile->GetWildcard();
+  }
+  if (const auto* pBox = dynamic_cast<wxMessageDialog*>(pDialog)) {
+    const auto szMore = (pBox->*&Box::GetExtendedMessage)();
+    szSaid = pBox->GetMessage() + (szMore.empty() ? "" : "|" + szMore);
+  }
+  aSaid.push_back(FromWx(szSaid));
+  if (aScript.empty()) {
+    ADD_FAILURE() << "unexpected: " << aSaid.back();
+    return wxID_CANCEL;
+  }
+  const auto szAnswer = aScript.front();
+  aScript.erase(aScript.begin());
+  static const std::map<std::string, int> aButtons = {
+      {"ok", wxID_OK}, {"yes", wxID_YES}, {"no", wxID_NO}, {"cancel", wxID_CANCEL}};
+  if (const auto aButton = aButtons.find(szAnswer); aButton != aButtons.end()) return aButton->second;
+  // GTK's choosers read the folder before they know the path.
+  const auto Choose = [&](auto* pChooser) {
+    pChooser->SetPath(ToWx(szAnswer));
+    EXPECT_TRUE(Until([&] { return FromWx(pChooser->GetPath()) == szAnswer; }, 2)) << szAnswer;
+  };
+  if (pFile) Choose(pFile);
+  if (pFolder) Choose(pFolder);
+  return wxID_OK;
+}

@@ -1,0 +1,172 @@
+// The commands that lead out of the main window: export and import, the logs, the help book, the tour and the
+// update page. A small program that writes down its arguments stands in the viewer's place.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "persistence/Settings.h"
+#include "platform/Files.h"
+#include "platform/Shell.h"
+#include "support/ChildProcess.h"
+#include "support/Stored.h"
+#include "ui/Program.h"
+#include "ui/common/HelpCommands.h"
+#include "ui/common/TextGlue.h"
+#include "ui/common/frmHelp.h"
+
+namespace fs = std::filesystem;
+
+TEST(Exchange, ExportCompletesTheNameAndAsksBeforeItReplaces) {
+  Program aProgram({Site("a.test", 1, 2, "1.2.3.4"), Site("b.test", 0, 0)});
+  const std::string szSave = "Export Data File|KVList-20230315.kvd|Kestrova Data File (*.kvd)|*.kvd";
+  const std::string szDone = "The address list has been exported.";
+  const std::string szLines = "a.test,1.2.3.4,2,1,60\r\nb.test,,4,0,60\r\n";
+  const auto szChosen = aProgram.aHome.Path("mylist");
+  const std::string szExists = szChosen + ".kvd already exists.\nDo you want to replace it?";
+  const struct {
+    Texts aAnswers, aSaid;
+    std::string szBefore, szAfter;
+  } aCases[] = {{{"cancel"}, {szSave}, "", ""},
+                {{szChosen, "ok"}, {szSave, szDone}, "", szLines},
+                {{szChosen, "no"}, {szSave, szExists}, "old", "old"},
+                {{szChosen, "yes", "ok"}, {szSave, szExists, szDone}, "old", szLines}};
+  for (const auto& aCase : aCases) {
+    Files::Delete(szChosen + ".kvd");
+    if (!aCase.szBefore.empty()) aProgram.aHome.Write("mylist.kvd", aCase.szBefore);
+    Answers aAnswers(aCase.aAnswers);
+    aProgram.Run(MenuCommand::mF_Export);
+    EXPECT_EQ(aAnswers.aSaid, aCase.aSaid);
+    EXPECT_EQ(aProgram.aHome.Read("mylist.kvd"), aCase.szAfter);
+  }
+  EXPECT_EQ(Stored::Get(ProductKeys::szLastLoc, "imex"), aProgram.aHome.Folder());
+}
+
+TEST(Exchange, ImportTakesGoodFilesAndRefusesTheRestWhole) {
+  const Texts aDone = {"The list has been imported."};
+  const Texts aAskedAndDone = {"Do you want to replace existing records with the import file?", aDone[0]};
+  const Texts aCorrupt = {
+      "The Data File appears to be corrupt. The file is not imported.|Line 1 is not a site."};
+  const struct {
+    bool bEmptyList;
+    std::string szBytes;
+    Texts aAnswers, aSaid;
+    const char *szUrls, *szRow1;
+  } aCases[] = {
+      {true, "n,1.2.3.4,2,1,60\r\n", {"ok"}, aDone, "n", "[x] http://n (1.2.3.4) Yellow: Import New"},
+      {false, "A,,3,1,60\n", {"yes", "ok"}, aAskedAndDone, "A", "[x] http://A Red: Import Replace"},
+      {false, "A,,3,1,60\nb,,1,1,60", {"no", "ok"}, aAskedAndDone, "A b", "[x] http://A Red: "},
+      {false, "b,,1,1,60\n", {"cancel"}, {aAskedAndDone[0]}, "a", "[x] http://a Green: "},
+      {false, "Name,Address,Interval\r\n", {"ok"}, aCorrupt, "a", "[x] http://a Green: "}};
+  for (auto aCase : aCases) {
+    Program aProgram(aCase.bEmptyList ? std::vector<SiteRecord>{} : std::vector<SiteRecord>{Site("a", 1, 1)});
+    aProgram.aHome.Write("list.kvd", aCase.szBytes);
+    aCase.aAnswers.insert(aCase.aAnswers.begin(), aProgram.aHome.Path("list.kvd"));
+    aCase.aSaid.insert(aCase.aSaid.begin(), "Import Data File||Kestrova Data File (*.kvd)|*.kvd");
+    Answers aAnswers(aCase.aAnswers);
+    aProgram.Run(MenuCommand::mF_Import);
+    EXPECT_EQ(aAnswers.aSaid, aCase.aSaid);
+    EXPECT_EQ(Stored::Urls(), aCase.szUrls);
+    EXPECT_EQ(aProgram.RowText(1), aCase.szRow1);
+    EXPECT_FALSE(aProgram.Main().Engine().bListBusy);
+  }
+}
+
+TEST(LogCommands, OpenTheViewerWithTheLogAndThePage) {
+  Program aProgram;
+  TestHome& aHome = aProgram.aHome;
+  const auto szViewer = aHome.Path(Shell::ProgramFileName("LogView"));
+  const auto szMissing = FromWx(ResText(IDS_VIEWER_MISSING));
+  const auto szAsk = FromWx(ResText(IDS_ASK_SAVE_HTML));
+  aHome.Write("pages/keep.txt", "x");
+  aHome.Write("Logs/D-20230314.kvl", "[START CHECK: MANUAL - 3/14/2023 1:00:00 PM]\r\n\t\r\n");
+  aHome.Write("Logs/odd.kvl", std::string(200, 'a') + '\0');
+  const auto InLogs = [&](const char* szName) { return aHome.Path("Logs") + Files::chSeparator + szName; };
+  const auto szLog = InLogs("D-20230314.kvl");
+  const auto szPage = aHome.Path("pages") + Files::chSeparator + "a \"b\" 'c'";
+  Settings.LogPath = aHome.Path("Logs");
+  Settings.LogPeriod = 1;
+  {
+    Answers aOpened({szLog, "no", "ok"});
+    aProgram.Run(MenuCommand::mnuLog_Open);
+    EXPECT_EQ(aOpened.aSaid.back(), szMissing) << "after the questions";
+  }
+  fs::copy_file(ChildProcess::BuiltProgram("recorder"), szViewer);
+  const struct {
+    MenuCommand iCommand;
+    Texts aAnswers;
+    std::string szLastSaid, szStarted;
+  } aCases[] = {
+      {MenuCommand::mnuLog_Open, {szLog, "no"}, szAsk, szLog + "\n"},
+      {MenuCommand::mnuLog_Open,
+       {szLog, "yes", szPage},
+       "Save Log As HTML|KV_Log-20230315.htm|HTML File (*.htm; *html)|*.htm;*.html",
+       szLog + "\n" + szPage + ".htm\n"},
+      {MenuCommand::mnuLog_Open,
+       {szLog, "yes", szLog, "ok", "cancel"},
+       "Save Log As HTML|D-20230314.kvl|HTML File (*.htm; *html)|*.htm;*.html",
+       szLog + "\n"},
+      {MenuCommand::mnuLog_Open, {InLogs("odd.kvl"), "ok"}, "The Log File appears to be corrupt.", ""},
+      {MenuCommand::mnuLogs_ViewCur, {"yes", szLog, "no"}, szAsk, szLog + "\n"}};
+  for (const auto& aCase : aCases) {
+    Answers aAnswers(aCase.aAnswers);
+    aProgram.Run(aCase.iCommand);
+    EXPECT_EQ(aAnswers.aSaid.back(), aCase.szLastSaid);
+    const auto szWritten = aCase.szStarted.empty() ? "" : "LogView\n" + aCase.szStarted;
+    Until([&] { return !szWritten.empty() && aHome.Read("started.txt") == szWritten; },
+          szWritten.empty() ? 0.2 : 5);
+    EXPECT_EQ(aHome.Read("started.txt"), szWritten);
+    fs::remove(aHome.Path("started.txt"));
+  }
+  EXPECT_EQ(Stored::Get(ProductKeys::szLastLoc, "hmlg"), aHome.Path("pages"));
+  aHome.Write("Logs/D-20230315.kvl", "x");
+  Answers aNone({});
+  aProgram.Run(MenuCommand::mnuLogs_ViewCur);
+  const auto szStarted = "LogView\n" + InLogs("D-20230315.kvl") + "\n";
+  EXPECT_TRUE(Until([&] { return aHome.Read("started.txt") == szStarted; }));
+}
+
+TEST(Help, EveryTopicOpensItsPageAndABookThatIsNoneIsSaid) {
+  Program aProgram;
+  const auto szBook =
+      (fs::path(ChildProcess::BuiltProgram("kestrova")).parent_path() / "Kestrova.hlp").string();
+  const auto szWhole = *Files::ReadWhole(szBook, 100'000'000);
+  for (const std::string& szBytes : {std::string(), szWhole.substr(0, szWhole.size() / 2)}) {
+    aProgram.aHome.Write("Kestrova.hlp", szBytes);
+    Answers aAnswers({"ok"});
+    aProgram.Main().RunCommand(mH_Topics);
+    EXPECT_EQ(aAnswers.aSaid, Texts{FromWx(ResText(IDS_HELP_MISSING))});
+    EXPECT_EQ(frmHelp::Window(), nullptr);
+  }
+  aProgram.aHome.Write("Kestrova.hlp", szWhole);
+  const auto Shows = [](const std::string& szPage) {
+    return Until([&] { return frmHelp::Window() && frmHelp::Window()->Page() == szPage; });
+  };
+  const std::pair<std::int32_t, const char*> aTopics[] = {
+      {20000, "index.html"}, {20003, "options-logs.html"}, {4711, "index.html"}};
+  for (const auto& [lTopic, szPage] : aTopics) {
+    HelpCommands::ShowContext(aProgram.Main(), lTopic);
+    EXPECT_TRUE(Shows(szPage)) << lTopic;
+  }
+  EXPECT_TRUE(Until([] {
+    if (!frmHelp::Window()) return true;
+    frmHelp::Window()->Raise();
+    if (frmHelp::Window()->IsActive()) Key(WXK_ESCAPE);
+    return false;
+  }));
+  aProgram.Run(MenuCommand::mE_Options);
+  ASSERT_TRUE(Until([] { return Open<wxDialog>() && Open<wxDialog>()->IsActive(); }));
+  Key(WXK_F1);
+  EXPECT_TRUE(Shows("options-timer.html"));
+  // And the program ends with both open.
+}
+
+TEST(Help, OnlyWebAddressesAreOpenedAsTheUpdatePage) {
+  Program aProgram;
+  for (const char* szAddress :
+       {"file:///etc/passwd", "C:\\Windows\\notepad.exe", "http://", "http://a\"b/"}) {
+    Stored::Put(ProductKeys::szUpdates, "Updates", std::string(szAddress));
+    Answers aAnswers({"ok"});
+    aProgram.Main().RunCommand(mH_Updates);
+    EXPECT_TRUE(aAnswers.aSaid.at(0).starts_with(FromWx(ResText(IDS_UPDATES_REFUSED)) + szAddress));
+  }
+}

@@ -1,0 +1,106 @@
+// The list: which rows stand in it, in which order, and the commands that change it.
+#include <gtest/gtest.h>
+
+#include "support/Stored.h"
+#include "ui/Program.h"
+#include "ui/common/PictureBox.h"
+#include "ui/dialogs/frmAddress.h"
+#include "ui/dialogs/frmOptions.h"
+
+TEST(List, FiltersShowByResultAndState) {
+  Program aProgram({Site("a", 1, 1), Site("b", 1, 2, "10.0.0.2"), Site("c", 1, 3), Site("d", 0, 2),
+                    Site("e", 0, 3), Site("f", 1, 4), Site("g", 1, 0)});
+  frmMain& aMain = aProgram.Main();
+  const char* const aExpected[4][3] = {
+      {"1 2 3 4 5 6 7", "1 2 3 6 7", "4 5"}, {"1", "1", ""}, {"2 4", "2", "4"}, {"3 5", "3", "5"}};
+  for (int lResult = 0; lResult < 4; ++lResult)
+    for (int lEnabled = 0; lEnabled < 3; ++lEnabled) {
+      aMain.RunCommand(CommandNumber(MenuCommand::mV_All) + lResult);
+      aMain.RunCommand(CommandNumber(MenuCommand::mV_Both) + lEnabled);
+      EXPECT_EQ(aProgram.Slots(), aExpected[lResult][lEnabled]) << lResult << lEnabled;
+      EXPECT_EQ(aMain.lvwMain->Hint().empty(), *aExpected[lResult][lEnabled] != '\0');
+    }
+  // The pictures go through the filters in turn, and the menu follows.
+  for (const int lResult : {0, 1, 2, 3}) {
+    aMain.imgColors->Click();
+    EXPECT_TRUE(aMain.GetMenuBar()->IsChecked(CommandNumber(MenuCommand::mV_All) + lResult)) << lResult;
+  }
+  for (const int lEnabled : {0, 1, 2}) {
+    aMain.imgEnabled->Click();
+    EXPECT_TRUE(aMain.GetMenuBar()->IsChecked(CommandNumber(MenuCommand::mV_Both) + lEnabled)) << lEnabled;
+  }
+  EXPECT_EQ(aProgram.Slots(), "5");
+}
+
+TEST(List, SortsAsTextFromTheStartAndByHeaders) {
+  std::vector<SiteRecord> aStored;
+  for (int i = 1; i <= 11; ++i)
+    aStored.push_back(Site("s" + std::to_string(100 - i), 1, 4, "10.0.0." + std::to_string(i % 3)));
+  aStored[4].URL = "S99X";
+  Program aProgram(aStored);
+  SiteList& aList = *aProgram.Main().lvwMain;
+  aList.SelectSlot(2);
+  EXPECT_EQ(aProgram.Slots(), "1 10 11 2* 3 4 5 6 7 8 9");
+  const struct {
+    int iColumn;
+    const char* szSlots;
+  } aClicks[] = {{3, "3 6 9 1 4 7 10 2* 5 8 11"}, {3, "2* 5 8 11 1 4 7 10 3 6 9"},
+                 {3, "1 10 11 2* 3 4 5 6 7 8 9"}, {5, "1 10 11 2* 3 4 5 6 7 8 9"},
+                 {2, "11 10 9 8 7 6 4 3 2* 1 5"}, {2, "5 1 2* 3 4 6 7 8 9 10 11"}};
+  for (const auto& aClick : aClicks) {
+    aList.ClickHeader(aClick.iColumn);
+    EXPECT_EQ(aProgram.Slots(), aClick.szSlots) << "column " << aClick.iColumn;
+  }
+  aProgram.Main().Display_lvwMain(3);
+  EXPECT_EQ(aProgram.Slots(), "5 1 2 3* 4 6 7 8 9 10 11") << "a refill keeps the order that was chosen";
+}
+
+TEST(List, DeletesInAFilteredViewAndRefusesWithoutASelection) {
+  Program aProgram({Site("a"), Site("b", 1, 2), Site("c", 0, 2), Site("d", 1, 2)});
+  for (std::int32_t n = 1; n <= 4; ++n)
+    modAddress::SaveSite(n, false);       // the reload after a deletion takes the stored lights
+  aProgram.Run(MenuCommand::mV_Warning);  // shows 2, 3 and 4
+  const struct {
+    std::int32_t lSlot;
+    const char *szAnswer, *szAsked, *szUrls, *szSlots;
+  } aCases[] = {{4, "no", "d", "a b c d", "2 3 4*"},
+                {3, "cancel", "c", "a b c d", "2 3* 4"},
+                {3, "yes", "c", "a b d", "2 3"},
+                {2, "yes", "b", "a d", "2"}};
+  for (const auto& aCase : aCases) {
+    aProgram.Main().lvwMain->SelectSlot(aCase.lSlot);
+    Answers aAnswers({aCase.szAnswer});
+    aProgram.Run(MenuCommand::mE_DelAddress);
+    EXPECT_EQ(aAnswers.aSaid.at(0),
+              std::string("Are you sure you wish to delete the selected Site?|http://") + aCase.szAsked);
+    EXPECT_EQ(Stored::Urls(), aCase.szUrls);
+    EXPECT_EQ(aProgram.Slots(), aCase.szSlots);
+  }
+  EXPECT_EQ(Stored::Values(ProductKeys::szAddressKey), (Texts{"Domain1=a", "Domain2=d"}));
+  aProgram.Main().lvwMain->SelectSlot(0);
+  Answers aAnswers({"ok", "ok"});
+  aProgram.Run(MenuCommand::mE_DelAddress);
+  aProgram.Run(MenuCommand::mE_EditAddress);
+  EXPECT_EQ(aAnswers.aSaid, (Texts{"No address selected.", "No address selected."}));
+}
+
+TEST(List, KeysOpenTheDialogsAndEscClosesThem) {
+  Program aProgram({Site("a"), Site("b")});
+  aProgram.Main().lvwMain->SelectSlot(2);
+  const std::tuple<int, int, const char*> aKeys[] = {{WXK_RETURN, wxMOD_NONE, "Edit Site"},
+                                                     {'N', wxMOD_CONTROL, "New Site"},
+                                                     {'O', wxMOD_CONTROL, "Options"}};
+  for (const auto& [lKey, lModifiers, szTitle] : aKeys) {
+    ASSERT_TRUE(Focused(aProgram.Main().lvwMain)) << szTitle;
+    Key(lKey, lModifiers);
+    ASSERT_TRUE(Until([] { return Open<frmDialog>() && Open<frmDialog>()->IsActive(); })) << szTitle;
+    EXPECT_EQ(Open<frmDialog>()->GetTitle(), szTitle);
+    EXPECT_FALSE(aProgram.Main().IsEnabled());
+    Key(WXK_ESCAPE);
+    ASSERT_TRUE(Until([&] { return !Open<frmDialog>() && aProgram.Main().IsEnabled(); })) << szTitle;
+  }
+  ASSERT_TRUE(Focused(aProgram.Main().lvwMain));
+  Answers aAnswers({"yes"});
+  Key(WXK_DELETE);
+  EXPECT_TRUE(Until([] { return lSiteCount == 1; }));
+}

@@ -1,0 +1,109 @@
+// A pass seen through the main window: rows, panels, commands, the progress window, and what happens when the
+// operator does something in the middle of it.
+#include <gtest/gtest.h>
+#include <wx/button.h>
+#include <wx/dialog.h>
+#include <wx/stattext.h>
+
+#include "check/Schedule.h"
+#include "servers/FaultServer.h"
+#include "ui/Program.h"
+#include "ui/common/TextGlue.h"
+#include "ui/main/frmCheckAnim.h"
+
+TEST(Pass, EveryOutcomeStandsInItsRowAlsoWhereAFilterHidesIt) {
+  FaultServer aServer;
+  for (const char* szPath : {"/gone", "/off"})
+    aServer.Serve(szPath, Fault::Status("404 Not Found"));
+  aServer.Serve("/moved", Fault::Status("301 Moved Permanently"));
+  Program aProgram({Site(aServer.Site("/good"), 1, 3), Site(aServer.Site("/gone")),
+                    Site(aServer.Site("/off"), 0, 3), Site(aServer.Site("/moved"), 1, 2, aServer.Address())});
+  const auto ExpectRow = [&](std::int32_t lSlot, const char* szEnd) {
+    EXPECT_TRUE(aProgram.RowText(lSlot).ends_with(szEnd)) << aProgram.RowText(lSlot);
+  };
+  aProgram.Run(MenuCommand::mV_Warning);
+  aProgram.Run(MenuCommand::mF_StartCheck);
+  EXPECT_EQ(aProgram.Slots(), "4") << "stays until the next rebuild";
+  ExpectRow(4, "Red: 301 Moved Permanently (IP Check: OK)");
+  EXPECT_EQ(aProgram.Panel(3), "Last: 12:00:01 PM");
+  EXPECT_EQ(aProgram.Panel(2), Schedule::NextPanelText());
+  aProgram.Run(MenuCommand::mV_All);
+  ExpectRow(1, "Green: Site OK");
+  ExpectRow(2, "Yellow: 404 File Not Found");
+  ExpectRow(3, "none: ");
+}
+
+TEST(Pass, EachKeyRunsItsCommandOnce) {
+  FaultServer aServer;
+  Program aProgram({Site(aServer.Site("/a"))});
+  ASSERT_TRUE(Focused(aProgram.Main().lvwMain));
+  const std::tuple<int, int, std::size_t> aPresses[] = {{WXK_F5, wxMOD_NONE, 1},
+                                                        {'S', wxMOD_CONTROL, 2},
+                                                        {'S', wxMOD_CONTROL | wxMOD_SHIFT, 2},
+                                                        {'S', wxMOD_NONE, 2}};
+  for (const auto& [lKey, lModifiers, lPasses] : aPresses) {
+    Key(lKey, lModifiers);
+    PumpFor(0.3);
+    EXPECT_EQ(aServer.Count(), lPasses) << lKey << " " << lModifiers;
+  }
+}
+
+TEST(Pass, LocksCommandsShowsProgressAndIsStopped) {
+  FaultServer aServer;
+  aServer.Serve("/hang", {Fault::Hang()});
+  Program aProgram({Site(aServer.Site("/hang")), Site(aServer.Site("/never"))});
+  const auto Enabled = [&](int lCommand) { return aProgram.Main().GetMenuBar()->IsEnabled(lCommand); };
+  for (const bool bByWindow : {true, false}) {
+    During aAct([&] {
+      const auto& pProgress = aProgram.Main().pProgress;
+      if (!pProgress || aServer.OpenConnections() == 0) return;
+      for (int i = 0; i < lLockedCommands; ++i)
+        EXPECT_FALSE(Enabled(CommandNumber(static_cast<MenuCommand>(i)))) << i;
+      EXPECT_TRUE(Enabled(mF_StopCheck));
+      EXPECT_EQ(aProgram.Panel(2), "Site checking in progress");
+      EXPECT_EQ(FromWx(pProgress->lblSiteName->GetLabelText()), "Checking http://" + aServer.Site("/hang"));
+      aProgram.Run(MenuCommand::mF_StartCheck);  // keys and pop-up go past the greyed menus
+      if (bByWindow)
+        pProgress->cmdStopAll_Click();
+      else
+        aProgram.Main().RunCommand(mF_StopCheck);
+    });
+    aProgram.Run(MenuCommand::mF_StartCheck);
+    EXPECT_TRUE(aProgram.RowText(1).ends_with("<Manually Stopped.> Manually Stopped."))
+        << aProgram.RowText(1);
+    EXPECT_TRUE(Enabled(CommandNumber(MenuCommand::mF_StartCheck)) && !Enabled(mF_StopCheck));
+    EXPECT_FALSE(aProgram.Main().pProgress);
+  }
+  EXPECT_EQ(aServer.Count("/never"), 0U);
+}
+
+// A box or a menu that opens in mid-pass stops the pass's own wait. The answer came in time all the same and
+// must not become a time-out, and with it a false alert. A message waits for the end of the pass.
+TEST(Pass, AnOpenDialogMakesNoFalseTimeOut) {
+  FaultServer aServer;
+  aServer.Serve("/slow", {Fault::Delay(300), Fault::Send("HTTP/1.1 200 OK\r\n\r\n")});
+  Program aProgram({Site(aServer.Site("/slow"), 1, 1)});
+  wxDialog aDialog(&aProgram.Main(), wxID_ANY, "in the way");
+  Answers aAnswers({"ok"});
+  aAnswers.Unregister();
+  bool bOpened = false;
+  {
+    During aAct([&] {
+      if (bOpened || aServer.OpenConnections() == 0) return;
+      bOpened = true;
+      aProgram.Main().ShowMessage("later");
+      During aClose([&] {
+        // By now the answer is in, and then the deadline passes while the dialog is still open.
+        if (aSites[1].Comments.empty() || !aDialog.IsModal()) return;
+        aProgram.aClock.Advance(3600);
+        aProgram.Main().Engine().TimerMain_Timer();
+        aDialog.EndModal(wxID_OK);
+      });
+      aDialog.ShowModal();
+      aAnswers.Register();
+    });
+    aProgram.Run(MenuCommand::mF_StartCheck);
+  }
+  EXPECT_TRUE(aProgram.RowText(1).ends_with("Green: Site OK")) << aProgram.RowText(1);
+  EXPECT_EQ(aAnswers.aSaid, Texts{"later"});
+}

@@ -1,0 +1,164 @@
+// Pictures of the windows, taken when KESTROVA_PICTURES names a folder. The names of those that the help book
+// shows are the book's. GDK_DPI_SCALE=1.5 shows the windows at 150 per cent.
+#include <gtest/gtest.h>
+#include <wx/dialog.h>
+#include <wx/notebook.h>
+#include <wx/stattext.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "support/ChildProcess.h"
+#include "support/LogScript.h"
+#include "ui/Program.h"
+#include "ui/Screen.h"
+#include "ui/common/HelpCommands.h"
+#include "ui/common/TextGlue.h"
+#include "ui/common/frmHelp.h"
+#include "ui/common/frmNotice.h"
+#include "ui/dialogs/frmAbout.h"
+#include "ui/dialogs/frmOptions.h"
+#include "ui/logview/LogView.h"
+#include "ui/logview/frmLogView.h"
+#include "ui/main/frmCheckAnim.h"
+#include "ui/main/frmSplash.h"
+#include "ui/main/frmWelcome.h"
+#include "ui/tour/frmTour.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+void Save(const std::string& szName, const wxRect& aPart) {
+  PumpFor(0.5);
+  EXPECT_TRUE(Screen::Save(std::string(std::getenv("KESTROVA_PICTURES")) + "/" + szName + ".png", aPart))
+      << szName;
+}
+
+void Save(const std::string& szName, wxWindow* pWindow) {
+  ASSERT_TRUE(pWindow) << szName;
+  pWindow->Raise();
+  PumpFor(0.3);  // window managers move what they frame
+  Save(szName, pWindow->GetScreenRect());
+}
+
+template <typename Window>
+void SaveAndDestroy(const std::string& szName, Window* pWindow) {
+  pWindow->Show();
+  Save(szName, pWindow);
+  pWindow->Destroy();
+}
+
+void SaveProgress(const std::string& szName, frmMain& aMain, const std::string& szURL) {
+  auto* pProgress = new frmCheckAnim(&aMain, [] {});
+  pProgress->lblSiteName->SetLabel("Checking http://" + szURL);
+  pProgress->lblSiteStatus->SetLabel(ResText(IDS_STATE_RECEIVING));
+  pProgress->Show();
+  EXPECT_TRUE(Until([&] { return pProgress->pixRayForward.lLeft > 3000; }));
+  pProgress->tmrCheckAnim.Stop();
+  Save(szName, pProgress);
+  pProgress->Destroy();
+}
+
+void SaveViewer(const std::string& szName, Program& aProgram, const std::string& szLog) {
+  aProgram.aHome.Write("D-20260105.kvl", szLog);
+  auto* pViewer = LogView::Start({aProgram.aHome.Path("D-20260105.kvl")});
+  for (std::size_t i = 0; const char* szPage : {"entries", "summary", "outages"}) {
+    pViewer->tabPages->SetSelection(i++);
+    Save(szName + szPage, pViewer);
+  }
+  pViewer->Destroy();
+}
+
+void SaveMain(Program& aProgram) {
+  frmMain& aMain = aProgram.Main();
+  const char* const aRemarks[] = {"Site OK", "Site OK", "Request Timed-Out",
+                                  "404 File Not Found (IP Check: OK)", "Site OK"};
+  for (std::size_t i = 0; i < std::size(aRemarks); ++i)
+    aSites[i + 1].Comments = aRemarks[i];
+  aMain.SetSize(wxSize(720, 360));
+  aMain.Display_lvwMain(4);
+  aMain.ShowPanel(3, "Last: 11:58:30 AM");
+  Save("main", &aMain);
+  const wxRect aList = aMain.lvwMain->GetScreenRect();
+  Save("list", wxRect(aList.x, aList.y, aList.width, 180));
+  SaveProgress("progress", aMain, "www.example.com/shop");
+}
+
+void SaveDialogs(Program& aProgram) {
+  aProgram.Run(MenuCommand::mF_NewAddress);
+  Save("editor", Open<wxDialog>());
+  Key(WXK_RETURN);
+  PumpFor(0.2);
+  Save("notice", Open<frmNotice>());
+  CloseNotice();
+  Key(WXK_ESCAPE);
+  aProgram.Run(MenuCommand::mE_Options);
+  for (std::size_t i = 0; const char* szPage : {"timer", "manager", "logs", "cookies"}) {
+    Open<frmOptions>()->tabOptions->SetSelection(i++);
+    Save(std::string("options-") + szPage, Open<frmOptions>());
+  }
+  Key(WXK_ESCAPE);
+  PumpFor(0.2);
+  aProgram.Run(MenuCommand::mH_About);
+  Save("about", Open<frmAbout>());
+  Key(WXK_ESCAPE);
+}
+
+void SaveOthers(Program& aProgram) {
+  SaveAndDestroy("splash", new frmSplash);
+  SaveAndDestroy("welcome", new frmWelcome(aProgram.Main()));
+  SaveAndDestroy("tour", new frmTour);
+  fs::copy_file(fs::path(ChildProcess::BuiltProgram("kestrova")).parent_path() / "Kestrova.hlp",
+                aProgram.aHome.Path("Kestrova.hlp"));
+  HelpCommands::ShowContext(aProgram.Main(), 20000);
+  Save("help", frmHelp::Window());
+  frmHelp::Window()->Close();
+  LogScript aMorning;
+  for (const bool bFails : {false, true, false}) {
+    aMorning.Start()
+        .Up("www.example.com")
+        .Entry("http://www.example.org", bFails ? "404 File Not Found" : "Site OK", bFails ? 4 : 1)
+        .End()
+        .After(60);
+  }
+  SaveViewer("viewer-", aProgram, aMorning.szText);
+}
+
+}  // namespace
+
+TEST(Pictures, OfTheWindows) {
+  if (!std::getenv("KESTROVA_PICTURES")) GTEST_SKIP() << "KESTROVA_PICTURES names no folder";
+  Program aProgram({Site("www.example.com", 1, 1, "192.0.2.10"), Site("www.example.com/shop", 1, 1),
+                    Site("intranet.example.com/start", 1, 2), Site("www.example.org", 1, 3, "198.51.100.7"),
+                    Site("mail.example.net:8080", 1, 1), Site("old.example.net", 0, 4)});
+  SaveMain(aProgram);
+  SaveDialogs(aProgram);
+  SaveOthers(aProgram);
+  aProgram.Main().SetSize(10, 10);
+  Save("main-smallest", &aProgram.Main());
+}
+
+TEST(Pictures, OfTheWindowsWithNothingAndWithLongTexts) {
+  if (!std::getenv("KESTROVA_PICTURES")) GTEST_SKIP() << "KESTROVA_PICTURES names no folder";
+  {
+    Program aEmpty;
+    Save("main-empty", &aEmpty.Main());
+    SaveViewer("viewer-empty-", aEmpty, "");
+  }
+  const std::string szLong = "www." + std::string(60, 'w') + ".example.com/" + std::string(140, 'p');
+  Program aProgram({Site(szLong, 1, 3, "198.51.100.107")});
+  aSites[1].Comments = "503 " + std::string(20, 'S') + " Unavailable (IP Check Status: 404 File Not Found)";
+  aProgram.Main().Display_lvwMain(1);
+  Save("main-long", &aProgram.Main());
+  SaveProgress("progress-long", aProgram.Main(), szLong);
+  aProgram.Run(MenuCommand::mE_EditAddress);
+  Save("editor-long", Open<wxDialog>());
+  Key(WXK_ESCAPE);
+  SaveViewer("viewer-long-", aProgram,
+             LogScript()
+                 .Start()
+                 .Entry("http://" + szLong, aSites[1].Comments, 2, "E-mail Notification Sent")
+                 .End()
+                 .szText);
+}

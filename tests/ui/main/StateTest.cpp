@@ -1,0 +1,75 @@
+// The main window minimised and restored, with a real window manager and a real notification area.
+#include <gtest/gtest.h>
+#include <wx/uiaction.h>
+
+#include "ui/Display.h"
+#include "ui/Program.h"
+#include "ui/Screen.h"
+#include "ui/main/modSysTray.h"
+#include "ui/system/TrayIcon.h"
+
+namespace {
+
+class Tray {
+ public:
+  Tray() {
+    Display::StartTray();
+    EXPECT_TRUE(Until([] { return TrayIcon::Available(); }));
+  }
+  ~Tray() { Display::StopTray(); }
+};
+
+bool Minimise(Program& aProgram) {
+  PumpFor(0.6);  // for half a second after it came back the window undoes what window managers still do to it
+  aProgram.Main().Iconize();
+  return Until([&] { return aProgram.Main().HasMinimised(); });
+}
+
+}  // namespace
+
+TEST(State, MinimisesToTheTrayAndComesBack) {
+  const Tray aTray;
+  Program aProgram({Site("a")});
+  frmMain& aMain = aProgram.Main();
+  EXPECT_FALSE(modSysTray::RestoreEnabled());
+  aMain.Maximize();
+  ASSERT_TRUE(Until([&] { return aMain.IsMaximized(); }));
+  for (const bool bByIcon : {true, false}) {
+    ASSERT_TRUE(Minimise(aProgram));
+    EXPECT_TRUE(Until([&] { return !aMain.IsShown(); })) << "gone from the task bar";
+    EXPECT_TRUE(modSysTray::RestoreEnabled());
+    if (bByIcon)
+      Screen::ClickTrayIcon(false);
+    else
+      aMain.RunCommand(mnuTray_Restore);
+    EXPECT_TRUE(Until([&] { return aMain.IsShown() && !aMain.HasMinimised() && !aMain.IsMaximized(); }));
+    EXPECT_FALSE(modSysTray::RestoreEnabled());
+  }
+  // The icon's own menu, whose last item is Exit. An open menu runs its own event loop: keys come from a
+  // timer.
+  wxTimer aKeys;
+  aKeys.Bind(wxEVT_TIMER, [](wxTimerEvent&) {
+    wxUIActionSimulator().Char(WXK_UP);
+    wxMilliSleep(50);
+    wxUIActionSimulator().Char(WXK_RETURN);
+  });
+  aKeys.StartOnce(700);
+  Screen::ClickTrayIcon(true);
+  EXPECT_TRUE(Until([&] { return aProgram.Ended(); }));
+  EXPECT_FALSE(modSysTray::HasIcon());
+}
+
+// The notification area may come and go while the program runs.
+TEST(State, WithoutATrayTheWindowIsNeverLost) {
+  Program aProgram({Site("a")});
+  for (const bool bTray : {false, true, false}) {
+    auto pTray = bTray ? std::make_unique<Tray>() : nullptr;
+    ASSERT_TRUE(Until([&] { return TrayIcon::Available() == bTray; }));
+    ASSERT_TRUE(Minimise(aProgram));
+    EXPECT_TRUE(Until([&] { return aProgram.Main().IsShown() != bTray; })) << "it stays on the task bar";
+    pTray.reset();
+    EXPECT_TRUE(Until([&] { return aProgram.Main().IsShown(); })) << "and returns to it when the tray ends";
+    aProgram.Main().RestoreWindow();
+    EXPECT_TRUE(Until([&] { return !aProgram.Main().HasMinimised() && !aProgram.Main().IsIconized(); }));
+  }
+}
