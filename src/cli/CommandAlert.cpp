@@ -63,12 +63,12 @@ int Commands::AlertPreview(const std::string& szCode, std::int32_t lSite) {
   const std::string szLowered = Text::LowerCase(szCode);
   bool bUp = false;
   const std::string szResult = ResultCode(szLowered, bUp);
-  if (szResult.empty()) return Report::Fail(Report::Fill(IDS_CLI_NO_SUCH_CODE, {szCode}));
-  if (bUp) return Report::Fail(Report::Fill(IDS_CLI_CODE_IS_UP, {szCode}));
+  if (szResult.empty()) return Report::Fail(FillResString(IDS_CLI_NO_SUCH_CODE, {szCode}));
+  if (bUp) return Report::Fail(FillResString(IDS_CLI_CODE_IS_UP, {szCode}));
   if (!Report::LoadAll()) return Report::iFailed;
   if (lSite != 0 && !modAddress::IsSite(lSite)) {
     return Report::Fail(
-        Report::Fill(IDS_CLI_NO_SUCH_SITE, {std::to_string(lSite), Report::SiteNumber(lSiteCount)}));
+        FillResString(IDS_CLI_NO_SUCH_SITE, {std::to_string(lSite), Report::SiteNumber(lSiteCount)}));
   }
   if (lSiteCount < 1) {  // in memory only
     SiteRecord aSample;
@@ -85,10 +85,10 @@ int Commands::AlertPreview(const std::string& szCode, std::int32_t lSite) {
     szBody = AlertText::ComposeBody(szResult, lShown,
                                     SampleFacts(szLowered, aSites[static_cast<std::size_t>(lShown)]));
   } catch (const AlertAbandoned& aReason) {
-    return Report::Fail(Report::Fill(IDS_CLI_NO_ALERT_TEXT, {szCode, aReason.what()}));
+    return Report::Fail(FillResString(IDS_CLI_NO_ALERT_TEXT, {szCode, aReason.what()}));
   }
   const std::string szMissing = MissingSettings();
-  if (!szMissing.empty()) Report::Complain(Report::Fill(IDS_CLI_MAIL_PREVIEW_NOTE, {szMissing}));
+  if (!szMissing.empty()) Report::Complain(FillResString(IDS_CLI_MAIL_PREVIEW_NOTE, {szMissing}));
   Report::Say("From: " + Text::Printable(Sender()));
   Report::Say("To: " + Text::Printable(Settings.Email));
   Report::Say("Subject: " + LoadResString(IDS_ALERT_SUBJECT));
@@ -108,24 +108,24 @@ int Commands::AlertTest() {
   LoadSettings();
   const std::string szMissing = MissingSettings();
   if (!szMissing.empty()) {
-    return Report::Fail(Report::Fill(IDS_CLI_MAIL_SETTINGS, {szMissing, ProductKeys::szManager}));
+    return Report::Fail(FillResString(IDS_CLI_MAIL_SETTINGS, {szMissing, ProductKeys::szManager}));
   }
   const std::string szName =
       Text::IsBlank(Settings.Name) ? LoadResString(IDS_ALERT_MANAGER) : Text::Trim(Settings.Name);
   const std::int32_t lResult =
       SendForm3("", Settings.SMTP, Settings.SMTPPort, Settings.Email, "", Sender(), Settings.Email,
-                LoadResString(IDS_ALERT_SUBJECT), Report::Fill(IDS_CLI_MAIL_TEST_BODY, {szName}), "", 0, 0,
+                LoadResString(IDS_ALERT_SUBJECT), FillResString(IDS_CLI_MAIL_TEST_BODY, {szName}), "", 0, 0,
                 "US", LoadResString(IDS_ALERT_MAILER));
   const std::string szServer =
       Settings.SMTP + ":" + std::to_string(Settings.SMTPPort < 1 ? lDefaultPort : Settings.SMTPPort);
   const MailOutcome& aOutcome = SendForm3_LastOutcome();
   const std::string szReply = aOutcome.szServerReply.empty()
                                   ? LoadResString(IDS_CLI_MAIL_NO_REPLY)
-                                  : Report::Fill(IDS_CLI_MAIL_REPLY, {aOutcome.szServerReply});
+                                  : FillResString(IDS_CLI_MAIL_REPLY, {aOutcome.szServerReply});
   if (lResult != 0) {
-    return Report::Fail(Report::Fill(IDS_CLI_MAIL_FAILED, {szServer, aOutcome.szError + ". " + szReply}));
+    return Report::Fail(FillResString(IDS_CLI_MAIL_FAILED, {szServer, aOutcome.szError + ". " + szReply}));
   }
-  Report::Say(Text::Printable(Report::Fill(IDS_CLI_MAIL_SENT, {Settings.Email, szServer})));
+  Report::Say(Text::Printable(FillResString(IDS_CLI_MAIL_SENT, {Settings.Email, szServer})));
   Report::Say(Text::Printable(szReply));
   return Report::iAllUp;
 }

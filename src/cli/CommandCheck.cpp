@@ -29,7 +29,7 @@ bool Load(const SingleInstance& /*aHeld*/, bool bRestart) {
   modAddress::RebuildSiteIndex();
   if (modAddress::LoadSites(!bRestart, !bRestart) != 0) return false;
   if (Settings.LogPeriod != 0 && !Files::FolderExists(Settings.LogPath))
-    Report::Complain(Report::Fill(IDS_CLI_NO_LOG_FOLDER, {Settings.LogPath}));
+    Report::Complain(FillResString(IDS_CLI_NO_LOG_FOLDER, {Settings.LogPath}));
   return true;
 }
 
@@ -45,7 +45,7 @@ int OutcomeOfSites() {
 int Commands::Check(bool bRestart) {
   if (!Report::OpenStore()) return Report::iFailed;
   SingleInstance aInstance;
-  if (!aInstance.TryLock()) return Report::Fail(Report::Fill(IDS_CLI_IN_USE, {Registry::StoreName()}));
+  if (!aInstance.TryLock()) return Report::Fail(FillResString(IDS_CLI_IN_USE, {Registry::StoreName()}));
   if (!Load(aInstance, bRestart)) return Report::iFailed;
 
   Terminal::CatchInterrupt();
@@ -60,7 +60,7 @@ int Commands::Check(bool bRestart) {
 int Commands::Watch() {
   if (!Report::OpenStore()) return Report::iFailed;
   SingleInstance aInstance;
-  if (!aInstance.TryLock()) return Report::Fail(Report::Fill(IDS_CLI_IN_USE, {Registry::StoreName()}));
+  if (!aInstance.TryLock()) return Report::Fail(FillResString(IDS_CLI_IN_USE, {Registry::StoreName()}));
   if (!Load(aInstance, false)) return Report::iFailed;
 
   Terminal::CatchInterrupt();
@@ -69,7 +69,7 @@ int Commands::Watch() {
   aView.Attach(aEngine);
   aView.bHeadline = true;
   Schedule::SetNextCheck(WarningMinutes());
-  Report::Say(Report::Fill(IDS_CLI_WATCHING, {Report::SiteNumber(lSiteCount), Schedule::NextPanelText()}));
+  Report::Say(FillResString(IDS_CLI_WATCHING, {Report::SiteNumber(lSiteCount), Schedule::NextPanelText()}));
   std::cout.flush();
   while (!Terminal::Interrupted()) {
     aView.TickMainTimer();

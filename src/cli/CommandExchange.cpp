@@ -13,28 +13,28 @@
 #include "platform/SingleInstance.h"
 
 int Commands::Import(const std::string& szFile, bool bReplace) {
-  if (!Files::FileExists(szFile)) return Report::Fail(Report::Fill(IDS_CLI_CANNOT_READ, {szFile}));
+  if (!Files::FileExists(szFile)) return Report::Fail(FillResString(IDS_CLI_CANNOT_READ, {szFile}));
   if (!Report::OpenStore()) return Report::iFailed;
   SingleInstance aInstance;
-  if (!aInstance.TryLock()) return Report::Fail(Report::Fill(IDS_CLI_IN_USE, {Registry::StoreName()}));
+  if (!aInstance.TryLock()) return Report::Fail(FillResString(IDS_CLI_IN_USE, {Registry::StoreName()}));
   LoadSettings();
   modAddress::RebuildSiteIndex();
   if (modAddress::LoadSites(true, true) != 0) return Report::iFailed;
 
   if (modBasic::HasControlCharacters(szFile) == 1)
-    return Report::Fail(Report::Fill(IDS_CLI_LIST_NO_TEXT, {szFile}));
+    return Report::Fail(FillResString(IDS_CLI_LIST_NO_TEXT, {szFile}));
   std::vector<SiteRecord> aRecords;
   std::int32_t lBadLine = 0;
   switch (ListExchange::Read(szFile, aRecords, lBadLine)) {
     case ListExchange::Reading::Fine:
       break;
     case ListExchange::Reading::Unreadable:
-      return Report::Fail(Report::Fill(IDS_CLI_CANNOT_READ, {szFile}));
+      return Report::Fail(FillResString(IDS_CLI_CANNOT_READ, {szFile}));
     case ListExchange::Reading::Corrupt:
-      return Report::Fail(Report::Fill(IDS_CLI_LIST_CORRUPT, {szFile, std::to_string(lBadLine)}));
+      return Report::Fail(FillResString(IDS_CLI_LIST_CORRUPT, {szFile, std::to_string(lBadLine)}));
     case ListExchange::Reading::TooMany:
       return Report::Fail(
-          Report::Fill(IDS_CLI_LIST_TOO_MANY, {szFile, std::to_string(modAddress::lSiteCapacity)}));
+          FillResString(IDS_CLI_LIST_TOO_MANY, {szFile, std::to_string(modAddress::lSiteCapacity)}));
   }
   // Nothing can be added to an empty list that would not replace it.
   ListExchange::Import(aRecords, bReplace || lSiteCount < 1, {});
@@ -45,9 +45,9 @@ int Commands::Import(const std::string& szFile, bool bReplace) {
     return !modAddress::FindStoredSite(aRecord.URL, aStored);
   });
   if (lLost > 0)
-    return Report::Fail(Report::Fill(IDS_CLI_IMPORT_LOST, {std::to_string(lLost), Registry::StoreName()}));
+    return Report::Fail(FillResString(IDS_CLI_IMPORT_LOST, {std::to_string(lLost), Registry::StoreName()}));
   Report::Say(LoadResString(IDS_CLI_IMPORTED));
-  Report::Say(Report::Fill(
+  Report::Say(FillResString(
       IDS_CLI_NOW_IN_LIST,
       {Report::SiteNumber(static_cast<std::int32_t>(aRecords.size())), Report::SiteNumber(lSiteCount)}));
   return Report::iAllUp;
@@ -58,10 +58,10 @@ int Commands::Export(const std::string& szFile) {
   const std::string szComplete = ListExchange::CompleteFileName(szFile);
   // A name that we made up must not cost the file that has it.
   if (szComplete != szFile && Files::FileExists(szComplete))
-    return Report::Fail(Report::Fill(IDS_CLI_EXPORT_EXISTS, {szComplete}));
+    return Report::Fail(FillResString(IDS_CLI_EXPORT_EXISTS, {szComplete}));
   if (!ListExchange::Export(szComplete, {}))
-    return Report::Fail(Report::Fill(IDS_CLI_CANNOT_WRITE, {szComplete}));
+    return Report::Fail(FillResString(IDS_CLI_CANNOT_WRITE, {szComplete}));
   Report::Say(LoadResString(IDS_CLI_EXPORTED));
-  Report::Say(Report::Fill(IDS_CLI_WRITTEN_TO, {Report::SiteNumber(lSiteCount), szComplete}));
+  Report::Say(FillResString(IDS_CLI_WRITTEN_TO, {Report::SiteNumber(lSiteCount), szComplete}));
   return Report::iAllUp;
 }

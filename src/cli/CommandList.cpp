@@ -51,7 +51,7 @@ void ListAsTable() {
     aRows.push_back(
         {std::to_string(i), aSite.Enabled == 1 ? StatusWord(aSite.Status) : LoadResString(IDS_CLI_DISABLED),
          LoadResString(IDS_AGENT) + Text::Printable(aSite.URL), Text::Printable(aSite.IP),
-         Report::Fill(IDS_CLI_SECONDS, {std::to_string(aSite.TimeOut)}), Text::Printable(aSite.Comments)});
+         FillResString(IDS_CLI_SECONDS, {std::to_string(aSite.TimeOut)}), Text::Printable(aSite.Comments)});
   }
   std::vector<std::size_t> aWidths(aRows.front().size(), 0);
   for (const auto& aRow : aRows)

@@ -24,11 +24,12 @@ std::string WrongNames(const std::vector<std::string>& aFiles, const std::string
                        const std::string& szCsv) {
   for (const auto& szFile : aFiles) {
     if (!Files::FileExists(szFile) && !Files::FolderExists(szFile))
-      return Report::Fill(IDS_CLI_CANNOT_READ, {szFile});
+      return FillResString(IDS_CLI_CANNOT_READ, {szFile});
     for (const auto& szOutput : {szHtml, szCsv})
-      if (!szOutput.empty() && SameFile(szFile, szOutput)) return Report::Fill(IDS_CLI_SAME_FILE, {szOutput});
+      if (!szOutput.empty() && SameFile(szFile, szOutput))
+        return FillResString(IDS_CLI_SAME_FILE, {szOutput});
   }
-  if (!szHtml.empty() && SameFile(szHtml, szCsv)) return Report::Fill(IDS_CLI_SAME_OUTPUT, {szHtml});
+  if (!szHtml.empty() && SameFile(szHtml, szCsv)) return FillResString(IDS_CLI_SAME_OUTPUT, {szHtml});
   return {};
 }
 
@@ -42,18 +43,18 @@ int Commands::Log(const std::vector<std::string>& aFiles, const std::string& szH
   aHistory.Open(aFiles);
   // A history with a hole in it would count wrongly, so one file that cannot be read is enough to give up.
   if (!aHistory.Problems().empty())
-    return Report::Fail(Report::Fill(IDS_CLI_CANNOT_READ, {aHistory.Problems().front().szPath}));
-  if (aHistory.FileCount() == 0) return Report::Fail(Report::Fill(IDS_CLI_NO_LOGS, {aFiles.front()}));
+    return Report::Fail(FillResString(IDS_CLI_CANNOT_READ, {aHistory.Problems().front().szPath}));
+  if (aHistory.FileCount() == 0) return Report::Fail(FillResString(IDS_CLI_NO_LOGS, {aFiles.front()}));
 
   const LogSummary aSummary = Summarise(aHistory);
   if (!szHtml.empty()) {
     if (!LogHtml::Write(szHtml, aHistory, aSummary))
-      return Report::Fail(Report::Fill(IDS_CLI_CANNOT_WRITE, {szHtml}));
-    Report::Say(Report::Fill(IDS_CLI_FILE_WRITTEN, {Text::Printable(szHtml)}));
+      return Report::Fail(FillResString(IDS_CLI_CANNOT_WRITE, {szHtml}));
+    Report::Say(FillResString(IDS_CLI_FILE_WRITTEN, {Text::Printable(szHtml)}));
   }
   if (!szCsv.empty()) {
-    if (!LogCsv::Write(szCsv, aHistory)) return Report::Fail(Report::Fill(IDS_CLI_CANNOT_WRITE, {szCsv}));
-    Report::Say(Report::Fill(IDS_CLI_FILE_WRITTEN, {Text::Printable(szCsv)}));
+    if (!LogCsv::Write(szCsv, aHistory)) return Report::Fail(FillResString(IDS_CLI_CANNOT_WRITE, {szCsv}));
+    Report::Say(FillResString(IDS_CLI_FILE_WRITTEN, {Text::Printable(szCsv)}));
   }
   if (bSummary) {
     Report::Say(LogSummaryText::Compose(aSummary));

@@ -17,30 +17,30 @@ constexpr std::uint64_t lLargestFile = 64U << 20U;
 int Commands::RegistryExport(const std::string& szFile) {
   if (!Report::OpenStore()) return Report::iFailed;
   if (!Files::WriteWhole(szFile, RegFile::Compose()))
-    return Report::Fail(Report::Fill(IDS_CLI_CANNOT_WRITE, {szFile}));
-  Report::Say(Report::Fill(IDS_CLI_REGISTRY_EXPORTED, {szFile}));
+    return Report::Fail(FillResString(IDS_CLI_CANNOT_WRITE, {szFile}));
+  Report::Say(FillResString(IDS_CLI_REGISTRY_EXPORTED, {szFile}));
   return Report::iAllUp;
 }
 
 int Commands::RegistryShare() {
   std::string szMessage;
   if (!Registry::ShareStore(szMessage)) return Report::Fail(szMessage);
-  Report::Say(Report::Fill(IDS_CLI_REGISTRY_SHARED, {Registry::StoreName()}));
+  Report::Say(FillResString(IDS_CLI_REGISTRY_SHARED, {Registry::StoreName()}));
   return Report::iAllUp;
 }
 
 int Commands::RegistryImport(const std::string& szFile) {
   const auto szBytes = Files::FileExists(szFile) ? Files::ReadWhole(szFile, lLargestFile) : std::nullopt;
-  if (!szBytes) return Report::Fail(Report::Fill(IDS_CLI_CANNOT_READ, {szFile}));
+  if (!szBytes) return Report::Fail(FillResString(IDS_CLI_CANNOT_READ, {szFile}));
   if (!Report::OpenStore()) return Report::iFailed;
   SingleInstance aInstance;
-  if (!aInstance.TryLock()) return Report::Fail(Report::Fill(IDS_CLI_IN_USE, {Registry::StoreName()}));
+  if (!aInstance.TryLock()) return Report::Fail(FillResString(IDS_CLI_IN_USE, {Registry::StoreName()}));
   std::string szError;
   if (!RegFile::Apply(*szBytes, szError))
-    return Report::Fail(Report::Fill(IDS_CLI_REGISTRY_WRONG, {szFile, szError}));
+    return Report::Fail(FillResString(IDS_CLI_REGISTRY_WRONG, {szFile, szError}));
   // A file that was written by hand may bring sites without their index.
   modAddress::RebuildSiteIndex();
   if (modAddress::LoadSites(true, true) != 0) return Report::iFailed;
-  Report::Say(Report::Fill(IDS_CLI_REGISTRY_IMPORTED, {szFile, Report::SiteNumber(lSiteCount)}));
+  Report::Say(FillResString(IDS_CLI_REGISTRY_IMPORTED, {szFile, Report::SiteNumber(lSiteCount)}));
   return Report::iAllUp;
 }

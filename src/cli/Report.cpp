@@ -8,25 +8,9 @@
 #include "persistence/modAddress.h"
 #include "platform/Registry.h"
 
-std::string Report::Fill(std::int32_t lText, std::initializer_list<std::string> aValues) {
-  const std::string szPattern = LoadResString(lText);
-  std::string szFilled;
-  for (std::size_t i = 0; i < szPattern.size(); ++i) {
-    const bool bPlace =
-        szPattern[i] == '%' && i + 1 < szPattern.size() && szPattern[i + 1] >= '1' && szPattern[i + 1] <= '9';
-    const auto lIndex = bPlace ? static_cast<std::size_t>(szPattern[i + 1] - '1') : aValues.size();
-    if (lIndex < aValues.size()) {
-      szFilled += aValues.begin()[lIndex];
-      ++i;
-    } else {
-      szFilled += szPattern[i];
-    }
-  }
-  return szFilled;
-}
-
 std::string Report::SiteNumber(std::int32_t lNumber) {
-  return lNumber == 1 ? LoadResString(IDS_CLI_SITE_ONE) : Fill(IDS_CLI_SITE_MANY, {std::to_string(lNumber)});
+  return lNumber == 1 ? LoadResString(IDS_CLI_SITE_ONE)
+                      : FillResString(IDS_CLI_SITE_MANY, {std::to_string(lNumber)});
 }
 
 void Report::Say(std::string_view szText) {
@@ -38,7 +22,7 @@ void Report::Complain(std::string_view szText) {
   std::string szLine = Text::Replace(szText, "\r\n\r\n", " ");
   szLine = Text::Replace(Text::Replace(szLine, "\r\n", " "), "\n", " ");
   std::cout.flush();
-  std::cerr << Text::Printable(Fill(IDS_CLI_ERROR, {szLine})) << std::endl;
+  std::cerr << Text::Printable(FillResString(IDS_CLI_ERROR, {szLine})) << std::endl;
 }
 
 int Report::Fail(std::string_view szText) {

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -13,9 +12,6 @@ namespace Report {
 inline constexpr int iAllUp = 0;     // also: the command did what it was asked to
 inline constexpr int iNotAllUp = 1;  // at least one enabled site is not up
 inline constexpr int iFailed = 2;    // the command failed; standard error says why
-
-// The numbered text with %1, %2, ... filled in.
-std::string Fill(std::int32_t lText, std::initializer_list<std::string> aValues);
 
 // "1 site", "12 sites"
 std::string SiteNumber(std::int32_t lNumber);

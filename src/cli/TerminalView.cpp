@@ -75,7 +75,7 @@ void TerminalView::ClearRemarks() {
   lChecked = lUp = lWarning = lDown = 0;
   bStopped = false;
   dPassStarted = SteadySeconds();
-  if (bHeadline) Report::Say(Report::Fill(IDS_CLI_PASS_AT, {FormatGeneral(Clock::Now())}));
+  if (bHeadline) Report::Say(FillResString(IDS_CLI_PASS_AT, {FormatGeneral(Clock::Now())}));
 }
 
 void TerminalView::OpenProgress() {
@@ -145,7 +145,7 @@ void TerminalView::SiteRecorded(std::int32_t lSlot) {
   if (bRequested) {
     const DateTime dtEnd = dtAnswered > 0 ? dtAnswered : Clock::SteadyNow();
     constexpr double dSecondsPerDay = 86400;
-    szElapsed = Report::Fill(IDS_CLI_SECONDS, {Seconds((dtEnd - dtRequested) * dSecondsPerDay)});
+    szElapsed = FillResString(IDS_CLI_SECONDS, {Seconds((dtEnd - dtRequested) * dSecondsPerDay)});
   }
   const std::string szShownRemark = szRemark.empty() ? CheckLog::CurrentEntry.StatusText : szRemark;
   const std::string szAddress = LoadResString(IDS_AGENT) + (Text::IsBlank(aSite.URL) ? aSite.IP : aSite.URL);
@@ -195,7 +195,7 @@ void TerminalView::DrawProgress() {
   if (!bTerminal) return;
   std::string szLine =
       "  " +
-      Report::Fill(IDS_CLI_SITE_OF, {std::to_string(pEngine->lCheckIndex), std::to_string(lSiteCount)}) +
+      FillResString(IDS_CLI_SITE_OF, {std::to_string(pEngine->lCheckIndex), std::to_string(lSiteCount)}) +
       "  " + szSite;
   const std::size_t lRoom = lProgressWidth - std::min(lProgressWidth, Width(szStatus) + 2);
   szLine = CutTo(szLine, lRoom) + "  " + szStatus;
@@ -216,13 +216,13 @@ std::string TerminalView::Coloured(const std::string& szWord, const char* szColo
 }
 
 void TerminalView::ShowSummary() {
-  std::string szLine = Report::Fill(bStopped ? IDS_CLI_SUMMARY_STOPPED : IDS_CLI_SUMMARY,
-                                    {Report::SiteNumber(lChecked), Seconds(SteadySeconds() - dPassStarted),
-                                     std::to_string(lUp), std::to_string(lWarning), std::to_string(lDown)});
+  std::string szLine = FillResString(bStopped ? IDS_CLI_SUMMARY_STOPPED : IDS_CLI_SUMMARY,
+                                     {Report::SiteNumber(lChecked), Seconds(SteadySeconds() - dPassStarted),
+                                      std::to_string(lUp), std::to_string(lWarning), std::to_string(lDown)});
   const auto lDisabled = std::count_if(aSites.begin() + (aSites.empty() ? 0 : 1), aSites.end(),
                                        [](const SiteRecord& aSite) { return aSite.Enabled != 1; });
-  if (lDisabled > 0) szLine += " " + Report::Fill(IDS_CLI_SUMMARY_DISABLED, {std::to_string(lDisabled)});
+  if (lDisabled > 0) szLine += " " + FillResString(IDS_CLI_SUMMARY_DISABLED, {std::to_string(lDisabled)});
   if (Settings.LogPeriod != 0 && !CheckLog::CurrentLogFile.empty())
-    szLine += " " + Report::Fill(IDS_CLI_SUMMARY_LOG, {Text::Printable(CheckLog::CurrentLogFile)});
+    szLine += " " + FillResString(IDS_CLI_SUMMARY_LOG, {Text::Printable(CheckLog::CurrentLogFile)});
   Report::Say(szLine);
 }

@@ -98,8 +98,8 @@ std::string Explain(const CLI::App& aApp, const CLI::ParseError& aError, int iCo
   bool bKnown = szFirst.starts_with("-");
   for (const CLI::App* pVerb : aVerbs)
     bKnown = bKnown || pVerb->check_name(szFirst);
-  if (!bKnown) return Report::Fill(IDS_CLI_UNKNOWN_VERB, {szFirst});
-  return Report::Fill(IDS_CLI_SEE_HELP, {aError.what()});
+  if (!bKnown) return FillResString(IDS_CLI_UNKNOWN_VERB, {szFirst});
+  return FillResString(IDS_CLI_SEE_HELP, {aError.what()});
 }
 
 int Run(int iCount, char** aValues) {
@@ -131,7 +131,7 @@ int main(int iCount, char** aValues) {
   try {
     iResult = Run(iCount, aValues);
   } catch (const std::exception& aError) {
-    return Report::Fail(Report::Fill(IDS_CLI_UNEXPECTED, {aError.what()}));
+    return Report::Fail(FillResString(IDS_CLI_UNEXPECTED, {aError.what()}));
   }
   if (!std::cout.flush()) return Report::Fail(LoadResString(IDS_CLI_OUTPUT_FAILED));
   return iResult;

@@ -79,7 +79,7 @@ Verdict CheckURL(const std::string& szURL) {
   if (modAddress::KeyName(szURL).size() > modAddress::lKeyNameLimit)
     aVerdict.szMessage = LoadResString(IDS_URL_TOO_LONG);
   else if (IsTaken(szURL))
-    aVerdict.szMessage = Text::Replace(LoadResString(IDS_URL_EXISTS), "%1", szURL);
+    aVerdict.szMessage = FillResString(IDS_URL_EXISTS, {szURL});
   else if (!IsEdit() && ListIsFull())
     aVerdict.szMessage = LoadResString(IDS_LIST_FULL);
   return aVerdict.szMessage.empty() ? Verdict{} : aVerdict;

@@ -28,7 +28,7 @@ Finding FoundRelation(std::int32_t lMessage) {
 }
 
 Finding FoundPath(std::int32_t lMessage, const std::string& szPath, Buttons iButtons = Buttons::OK) {
-  return {Text::Replace(LoadResString(lMessage), "%1", szPath), iButtons};
+  return {FillResString(lMessage, {szPath}), iButtons};
 }
 
 // Sets the number to a bound that it passes. True when it did.

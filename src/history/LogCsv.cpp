@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/Text.h"
+#include "base/Utf8.h"
 #include "history/LogWords.h"
 #include "platform/Files.h"
 
@@ -36,7 +37,7 @@ Table::Table(const LogHistory& aTheHistory) : aHistory(aTheHistory) {
   for (auto lOutcome = 0; lOutcome <= static_cast<int>(Outcome::Unread); ++lOutcome)
     aOutcomes.push_back(LoadResString(LogWords::OutcomeName(static_cast<Outcome>(lOutcome))));
   for (const auto& szSite : aHistory.Sites())
-    aSites.push_back(LogCsv::Cell(LogWords::CleanUtf8(szSite)));
+    aSites.push_back(LogCsv::Cell(Utf8::Clean(szSite)));
 }
 
 void Table::AddLine(LogHistory::LineRef aRef) {
@@ -47,7 +48,7 @@ void Table::AddLine(LogHistory::LineRef aRef) {
   AddTime(szText, aPass.dtStart, aPass.bStarted && aPass.dtStart > 0);
   AddCell(szText, !aPass.bStarted ? "" : aPass.bManual ? szManual : szAuto);
   if (aLine.iKind == LineKind::Unread) {
-    szText += ",,," + szOutcome + "," + LogCsv::Cell(LogWords::CleanUtf8(aHistory.Text(aRef))) + ",,,\r\n";
+    szText += ",,," + szOutcome + "," + LogCsv::Cell(Utf8::Clean(aHistory.Text(aRef))) + ",,,\r\n";
     return;
   }
   const auto aFields = aHistory.Fields(aRef);

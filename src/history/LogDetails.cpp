@@ -1,5 +1,6 @@
 // A row in full: its fields one by one, with the log's own marks turned into line ends and emphasis.
 #include "base/Strings.h"
+#include "base/Utf8.h"
 #include "history/LogFiles.h"
 #include "history/LogRows.h"
 #include "history/LogWords.h"
@@ -13,7 +14,7 @@ using Run = LogRows::Run;
 void AddText(std::vector<Run>& aRuns, std::string_view szText, bool bEmphasis) {
   if (szText.empty()) return;
   if (aRuns.empty() || aRuns.back().bEmphasis != bEmphasis) aRuns.push_back({{}, bEmphasis});
-  aRuns.back().szText += LogWords::CleanUtf8(szText);
+  aRuns.back().szText += Utf8::Clean(szText);
 }
 
 // Only marks in exactly the writer's spelling count, emphasis only where it is closed again; all else is
@@ -21,7 +22,7 @@ void AddText(std::vector<Run>& aRuns, std::string_view szText, bool bEmphasis) {
 std::vector<Run> RunsOf(std::string_view szField) {
   const bool bCut = szField.size() > lMostBytes;
   const auto lAll = szField.size();
-  szField = LogWords::Shorten(szField, lMostBytes);
+  szField = Utf8::Shorten(szField, lMostBytes);
   std::vector<Run> aRuns;
   bool bEmphasis = false;
   for (std::size_t lAt = 0; lAt < szField.size();) {
@@ -45,7 +46,7 @@ std::vector<Run> RunsOf(std::string_view szField) {
       ++lAt;
     }
   }
-  if (bCut) AddText(aRuns, LogWords::Fill(IDS_LOG_CUT, {LogWords::Count(lAll)}), false);
+  if (bCut) AddText(aRuns, FillResString(IDS_LOG_CUT, {LogWords::Count(lAll)}), false);
   return aRuns;
 }
 
@@ -63,8 +64,8 @@ std::vector<LogRows::Detail> LogRows::Details(std::size_t lRow) const {
   };
   if (aKinds[lRow] == Kind::Gap) {
     const auto& aGap = GapOf(lRow);
-    Add(IDS_LOG_COL_TIME, Words(LogWords::Fill(IDS_LOG_SPAN, {LogWords::MomentToSecond(aGap.dtFrom),
-                                                              LogWords::MomentToSecond(aGap.dtTo)})));
+    Add(IDS_LOG_COL_TIME, Words(FillResString(IDS_LOG_SPAN, {LogWords::MomentToSecond(aGap.dtFrom),
+                                                             LogWords::MomentToSecond(aGap.dtTo)})));
     Add(IDS_VIEW_COL_RESULT, Words(Cell(lRow, LogColumn::Address)));
     Add(IDS_LOG_COL_REMARKS, Words(LoadResString(IDS_VIEW_DETAIL_GAP_NOTE)));
     return aDetails;
@@ -81,20 +82,19 @@ std::vector<LogRows::Detail> LogRows::Details(std::size_t lRow) const {
     Add(IDS_LOG_UNREAD, Words(LoadResString(IDS_VIEW_DETAIL_UNREAD_NOTE), true));
     const auto szLine = pHistory->Text(aRef);
     Add(IDS_VIEW_DETAIL_LINE,
-        Words(LogWords::CleanUtf8(LogWords::Shorten(szLine, lMostBytes)) +
-              (szLine.size() > lMostBytes ? LogWords::Fill(IDS_LOG_CUT, {LogWords::Count(szLine.size())})
+        Words(Utf8::Clean(Utf8::Shorten(szLine, lMostBytes)) +
+              (szLine.size() > lMostBytes ? FillResString(IDS_LOG_CUT, {LogWords::Count(szLine.size())})
                                           : std::string())));
   } else {
     const auto aFields = pHistory->Fields(aRef);
     Add(IDS_LOG_COL_ADDRESS, RunsOf(aFields.Address));
-    Add(IDS_LOG_COL_TIME, Words(aLine.bTimeKnown ? LogWords::MomentToSecond(aLine.dtMoment)
-                                                 : LogWords::CleanUtf8(aFields.CheckTime)));
+    Add(IDS_LOG_COL_TIME,
+        Words(aLine.bTimeKnown ? LogWords::MomentToSecond(aLine.dtMoment) : Utf8::Clean(aFields.CheckTime)));
     Add(IDS_VIEW_COL_RESULT, Words(LoadResString(LogWords::OutcomeName(aLine.iOutcome))));
     Add(IDS_LOG_COL_ANSWER, RunsOf(aFields.StatusText));
     Add(IDS_LOG_COL_REMARKS, RunsOf(aFields.Comment));
-    Add(IDS_LOG_COL_SECONDS,
-        Words(LogWords::Fill(IDS_VIEW_SECONDS_VALUE, {LogWords::CleanUtf8(aFields.Elapsed)})));
+    Add(IDS_LOG_COL_SECONDS, Words(FillResString(IDS_VIEW_SECONDS_VALUE, {Utf8::Clean(aFields.Elapsed)})));
   }
-  Add(IDS_VIEW_DETAIL_FILE, Words(LogWords::CleanUtf8(LogFiles::NameOf(pHistory->File(aRef.lFile).Path()))));
+  Add(IDS_VIEW_DETAIL_FILE, Words(Utf8::Clean(LogFiles::NameOf(pHistory->File(aRef.lFile).Path()))));
   return aDetails;
 }

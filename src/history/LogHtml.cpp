@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "base/Utf8.h"
 #include "history/LogPageStyle.h"
 #include "history/LogStrip.h"
 #include "history/LogWords.h"
@@ -15,15 +16,14 @@ namespace {
 using LogHtml::Escape;
 using LogHtml::Limits;
 using LogWords::Count;
-using LogWords::Fill;
 using LogWords::Moment;
 
 std::string Words(StringId iText) {
   return Escape(LoadResString(iText));
 }
 
-std::string Words(StringId iText, const std::vector<std::string>& aValues) {
-  return Escape(Fill(iText, aValues));
+std::string Words(StringId iText, std::initializer_list<std::string_view> aValues) {
+  return Escape(FillResString(iText, aValues));
 }
 
 // Names come from outside; on their own they cannot turn the direction of the text around them.
@@ -32,7 +32,7 @@ std::string Isolated(const std::string& szMarkup) {
 }
 
 std::string SiteName(std::string_view szSite) {
-  return Isolated(Escape(LogWords::Shorten(szSite, 200)));
+  return Isolated(Escape(Utf8::Shorten(szSite, 200)));
 }
 
 std::string Cell(const char* szClass, const std::string& szMarkup) {
@@ -79,8 +79,9 @@ std::string TableOf(const char* szClass, StringId iLabel, const std::string& szR
 std::string Head(const LogSummary& aSummary) {
   const auto szTitle =
       aSummary.dtFrom > 0
-          ? Words(IDS_LOG_PAGE_TITLE,
-                  {Fill(IDS_LOG_SPAN, {LogWords::Day(aSummary.dtFrom), LogWords::Day(aSummary.dtTo)})})
+          ? Words(
+                IDS_LOG_PAGE_TITLE,
+                {FillResString(IDS_LOG_SPAN, {LogWords::Day(aSummary.dtFrom), LogWords::Day(aSummary.dtTo)})})
           : Words(IDS_LOG_PAGE_TITLE_EMPTY);
   return "<!DOCTYPE html>\n<html xmlns=\"http://www.w3.org/1999/xhtml\" lang=\"en\" "
          "xml:lang=\"en\">\n<head>\n"
@@ -146,7 +147,7 @@ std::string SinceCell(const SiteSummary& aSite) {
   if (aSite.dtSince <= 0) return WhenCell({});
   const auto szSince = Moment(aSite.dtSince);
   const bool bExact = aSite.bSinceKnown || aSite.iCurrent == SiteState::Unwatched;
-  return WhenCell(bExact ? szSince : Fill(IDS_LOG_SINCE_LEAST, {szSince}));
+  return WhenCell(bExact ? szSince : FillResString(IDS_LOG_SINCE_LEAST, {szSince}));
 }
 
 std::string SiteTable(const LogSummary& aSummary, const std::vector<std::size_t>& aShown) {
@@ -228,10 +229,10 @@ std::string Outages(const LogSummary& aSummary, const Limits& aLimits) {
     const auto& aOutage = *aAll[lItem].pOutage;
     const auto szFrom = Moment(aOutage.dtFrom);
     szRows += "<tr><th scope=\"row\" class=\"site\">" + SiteName(aAll[lItem].pSite->szSite) + "</th>" +
-              WhenCell(aOutage.bStartKnown ? szFrom : Fill(IDS_LOG_OR_EARLIER, {szFrom})) +
+              WhenCell(aOutage.bStartKnown ? szFrom : FillResString(IDS_LOG_OR_EARLIER, {szFrom})) +
               WhenCell(LogWords::OutageEndWords(aOutage)) +
               Cell("", Escape(LogWords::OutageLength(aOutage))) +
-              Cell("", Isolated(LogHtml::Field(LogWords::Shorten(aOutage.szText, aLimits.lFieldBytes)))) +
+              Cell("", Isolated(LogHtml::Field(Utf8::Shorten(aOutage.szText, aLimits.lFieldBytes)))) +
               Cell("", MailWords(aOutage)) + "</tr>\n";
   }
   return szOut + TableOf("outages", IDS_LOG_OUTAGES, szRows + "</tbody>\n") + "</section>\n";
@@ -239,7 +240,7 @@ std::string Outages(const LogSummary& aSummary, const Limits& aLimits) {
 
 // A cell is a paragraph of its own, so its text cannot turn the direction of what is around it.
 std::string FieldCell(std::string_view szField, const Limits& aLimits) {
-  auto szMarkup = LogHtml::Field(LogWords::Shorten(szField, aLimits.lFieldBytes));
+  auto szMarkup = LogHtml::Field(Utf8::Shorten(szField, aLimits.lFieldBytes));
   if (szField.size() > aLimits.lFieldBytes) szMarkup += Words(IDS_LOG_CUT, {Count(szField.size())});
   return Cell("", szMarkup);
 }
@@ -255,7 +256,7 @@ std::string EntryRow(const LogHistory& aHistory, LogHistory::LineRef aRef, const
   const auto& aLine = aHistory.Line(aRef);
   if (aLine.iKind == LineKind::Unread) {
     const auto szLine = aHistory.Text(aRef);
-    auto szMarkup = Escape(LogWords::Shorten(szLine, aLimits.lFieldBytes));
+    auto szMarkup = Escape(Utf8::Shorten(szLine, aLimits.lFieldBytes));
     if (szLine.size() > aLimits.lFieldBytes) szMarkup += Words(IDS_LOG_CUT, {Count(szLine.size())});
     return "<tr class=\"unread\"><td colspan=\"6\">" + Words(IDS_LOG_LINE_NOT_READ) +
            " <span class=\"raw\">" + Isolated(szMarkup) + "</span></td></tr>\n";
@@ -373,7 +374,7 @@ std::string LogHtml::Escape(std::string_view szBytes) {
   std::string szOut;
   szOut.reserve(szBytes.size());
   for (std::size_t lAt = 0, lBytes = 0; lAt < szBytes.size(); lAt += lBytes) {
-    const auto chNext = LogWords::NextCharacter(szBytes, lAt, lBytes);
+    const auto chNext = Utf8::NextClean(szBytes, lAt, lBytes);
     if (chNext == 0xFFFD)
       szOut += "\xEF\xBF\xBD";
     else if (chNext == '<')

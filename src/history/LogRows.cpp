@@ -5,6 +5,7 @@
 
 #include "base/Strings.h"
 #include "base/Text.h"
+#include "base/Utf8.h"
 #include "history/LogGaps.h"
 #include "history/LogWords.h"
 
@@ -19,7 +20,7 @@ bool IsStart(const LogLine& aLine) {
 }
 
 std::string Plain(std::string_view szField) {
-  return LogWords::CleanUtf8(LogWords::PlainField(LogWords::Shorten(szField, lMostCellBytes)));
+  return Utf8::Clean(LogWords::PlainField(Utf8::Shorten(szField, lMostCellBytes)));
 }
 
 std::string DayAndTime(DateTime dtMoment) {
@@ -99,8 +100,8 @@ std::string LogRows::Cell(std::size_t lRow, LogColumn iColumn) const {
     const auto& aGap = GapOf(lRow);
     if (iColumn == LogColumn::Time) return DayAndTime(aGap.dtFrom);
     if (iColumn != LogColumn::Address) return {};
-    return LogWords::Fill(IDS_VIEW_GAP, {LogWords::Length(SecondsBetween(aGap.dtFrom, aGap.dtTo)),
-                                         LogWords::Moment(aGap.dtTo)});
+    return FillResString(IDS_VIEW_GAP, {LogWords::Length(SecondsBetween(aGap.dtFrom, aGap.dtTo)),
+                                        LogWords::Moment(aGap.dtTo)});
   }
   const auto& aLine = pHistory->Line(aRefs[lRow]);
   if (iColumn == LogColumn::Result) return LoadResString(LogWords::OutcomeName(aLine.iOutcome));
@@ -150,7 +151,7 @@ std::string LogRows::RoundName(const LogPass& aPass) const {
 std::string LogRows::RoundCount(LogHistory::LineRef aRef) const {
   const auto& aPass = PassOf(aRef);
   if (aPass.lPast - aPass.lFirst > lMostCounted)
-    return LogWords::Fill(IDS_VIEW_ENTRIES_MANY, {LogWords::Count(aPass.lEntries)});
+    return FillResString(IDS_VIEW_ENTRIES_MANY, {LogWords::Count(aPass.lEntries)});
   std::array<std::uint32_t, 6> aCounts{};
   for (auto lLine = aPass.lFirst; lLine < aPass.lPast; ++lLine) {
     const auto& aLine = pHistory->Line({aRef.lFile, lLine});
@@ -162,8 +163,8 @@ std::string LogRows::RoundCount(LogHistory::LineRef aRef) const {
        {Outcome::Down, Outcome::Warning, Outcome::Up, Outcome::Disabled, Outcome::None, Outcome::Unread})
     if (const auto lCount = aCounts[static_cast<std::size_t>(iOutcome)]; lCount > 0)
       szParts += (szParts.empty() ? "" : ", ") +
-                 LogWords::Fill(IDS_VIEW_PART,
-                                {LogWords::Count(lCount), LoadResString(LogWords::OutcomeName(iOutcome))});
+                 FillResString(IDS_VIEW_PART,
+                               {LogWords::Count(lCount), LoadResString(LogWords::OutcomeName(iOutcome))});
   return szParts;
 }
 

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <vector>
 
+#include "base/Utf8.h"
 #include "history/LogHtml.h"
 #include "history/LogWords.h"
 
@@ -28,7 +29,7 @@ std::string Shape(SiteState iState, int lFirst, int lPast) {
 
 std::string Run(const LogStrip::Scale& aScale, SiteState iState, int lFirst, int lPast) {
   if (iState == SiteState::Up) return Shape(iState, lFirst, lPast);
-  const auto szTitle = LogWords::Fill(
+  const auto szTitle = FillResString(
       IDS_LOG_STRIP_PART, {LoadResString(LogWords::StateName(iState)),
                            LogWords::Moment(aScale.Moment(lFirst)), LogWords::Moment(aScale.Moment(lPast))});
   return "<g><title>" + LogHtml::Escape(szTitle) + "</title>" + Shape(iState, lFirst, lPast) + "</g>";
@@ -117,7 +118,7 @@ std::string LogStrip::Key(SiteState iState) {
 
 std::string LogStrip::Picture(const LogSummary& aSummary, const SiteSummary& aSite, const std::string& szId) {
   const Scale aScale(aSummary, lColumns);
-  const auto szDescription = LogWords::Fill(
+  const auto szDescription = FillResString(
       IDS_LOG_STRIP_DESC, {LogWords::State(aSite), LogWords::Count(aSite.lChecks),
                            LogWords::Share(aSite.lSuccesses, aSite.lChecks),
                            LogWords::Count(aSite.aOutages.size()), LogWords::Length(aSite.lDownSeconds)});
@@ -125,7 +126,7 @@ std::string LogStrip::Picture(const LogSummary& aSummary, const SiteSummary& aSi
       "<svg class=\"strip\" viewBox=\"0 0 720 24\" preserveAspectRatio=\"none\" role=\"img\" "
       "aria-labelledby=\"" +
       szId + "t " + szId + "d\"><title id=\"" + szId + "t\">" +
-      LogHtml::Escape(LogWords::Shorten(aSite.szSite, 200)) + "</title><desc id=\"" + szId + "d\">" +
+      LogHtml::Escape(Utf8::Shorten(aSite.szSite, 200)) + "</title><desc id=\"" + szId + "d\">" +
       LogHtml::Escape(szDescription) + "</desc>";
   const auto aColumns = Columns(aScale, aSite);
   for (int lFirst = 0, lPast = 0; lFirst < lColumns; lFirst = lPast) {

@@ -2,12 +2,12 @@
 
 #include <algorithm>
 
+#include "base/Utf8.h"
 #include "history/LogWords.h"
 
 namespace {
 
 using LogWords::Count;
-using LogWords::Fill;
 using LogWords::Length;
 using LogWords::Moment;
 
@@ -25,13 +25,15 @@ void AddFact(std::string& szOut, StringId iName, const std::string& szValue) {
 std::string Facts(const LogSummary& aSummary) {
   std::string szOut;
   if (aSummary.dtFrom > 0)
-    AddFact(szOut, IDS_SUM_COVERED, Fill(IDS_LOG_SPAN, {Moment(aSummary.dtFrom), Moment(aSummary.dtTo)}));
+    AddFact(szOut, IDS_SUM_COVERED,
+            FillResString(IDS_LOG_SPAN, {Moment(aSummary.dtFrom), Moment(aSummary.dtTo)}));
   AddFact(szOut, IDS_SUM_ROUNDS,
-          Fill(IDS_LOG_FACT_PASSES_VALUE, {Count(aSummary.lAutomatic + aSummary.lManual),
-                                           Count(aSummary.lAutomatic), Count(aSummary.lManual)}));
+          FillResString(IDS_LOG_FACT_PASSES_VALUE, {Count(aSummary.lAutomatic + aSummary.lManual),
+                                                    Count(aSummary.lAutomatic), Count(aSummary.lManual)}));
   AddFact(szOut, IDS_SUM_CHECKS, LogWords::Checks(aSummary));
-  AddFact(szOut, IDS_SUM_MAILS,
-          Fill(IDS_LOG_FACT_MAILS_VALUE, {Count(aSummary.lMailsSent), Count(aSummary.lMailsFailed)}));
+  AddFact(
+      szOut, IDS_SUM_MAILS,
+      FillResString(IDS_LOG_FACT_MAILS_VALUE, {Count(aSummary.lMailsSent), Count(aSummary.lMailsFailed)}));
   if (aSummary.aGaps.empty() && aSummary.lEntries > 0)
     AddFact(szOut, IDS_SUM_NOT_WATCHED, LoadResString(IDS_SUM_NO_GAPS));
   for (const auto& szGap : LogWords::Gaps(aSummary))
@@ -71,10 +73,10 @@ std::string Sites(const LogSummary& aSummary) {
   for (const auto lSite : LogWords::ByInterest(aSummary)) {
     const auto& aSite = aSummary.aSites[lSite];
     const auto* const pLongest = aSite.Longest();
-    aRows.push_back(
-        {LogWords::CleanUtf8(LogWords::Shorten(aSite.szSite, lLongestName)), LogWords::State(aSite),
-         Count(aSite.lChecks), LogWords::Share(aSite.lSuccesses, aSite.lChecks), Count(aSite.aOutages.size()),
-         pLongest ? Length(pLongest->lSeconds) : "-", pLongest ? Length(aSite.lDownSeconds) : "-"});
+    aRows.push_back({Utf8::Clean(Utf8::Shorten(aSite.szSite, lLongestName)), LogWords::State(aSite),
+                     Count(aSite.lChecks), LogWords::Share(aSite.lSuccesses, aSite.lChecks),
+                     Count(aSite.aOutages.size()), pLongest ? Length(pLongest->lSeconds) : "-",
+                     pLongest ? Length(aSite.lDownSeconds) : "-"});
   }
   return Table(aRows);
 }

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "base/Text.h"
+#include "base/Utf8.h"
 
 namespace {
 
@@ -20,47 +21,18 @@ std::string ClockTime(const DateParts& aParts, bool bSeconds) {
 }
 
 std::string ThreeLetters(StringId iNames, std::int32_t lNumber) {
-  return LoadResString(iNames).substr(static_cast<std::size_t>(lNumber - 1) * 3, 3);
-}
-
-bool IsControl(char32_t chCharacter) {
-  return chCharacter < 0x20 || (chCharacter >= 0x7F && chCharacter < 0xA0) ||
-         (chCharacter & 0xFFFE) == 0xFFFE;
-}
-
-void AppendUtf8(std::string& szOut, std::string_view szBytes, char32_t chCharacter) {
-  if (chCharacter == 0xFFFD)
-    szOut += "\xEF\xBF\xBD";
-  else
-    szOut += szBytes;
+  return std::string(LoadResString(iNames).substr(static_cast<std::size_t>(lNumber - 1) * 3, 3));
 }
 
 std::string NameOf(const SiteSummary& aSite) {
-  return LogWords::CleanUtf8(LogWords::Shorten(aSite.szSite, 200));
+  return Utf8::Clean(Utf8::Shorten(aSite.szSite, 200));
 }
 
 std::string AnswerOf(const Outage& aOutage) {
-  return LogWords::PlainField(LogWords::Shorten(aOutage.szText, 200));
+  return LogWords::PlainField(Utf8::Shorten(aOutage.szText, 200));
 }
 
 }  // namespace
-
-std::string LogWords::Fill(StringId iText, const std::vector<std::string>& aValues) {
-  const auto szText = LoadResString(iText);
-  std::string szFilled;
-  for (std::size_t lAt = 0; lAt < szText.size(); ++lAt) {
-    const auto lValue = szText[lAt] == '%' && lAt + 1 < szText.size()
-                            ? static_cast<std::size_t>(static_cast<unsigned char>(szText[lAt + 1])) - '1'
-                            : aValues.size();
-    if (lValue < aValues.size()) {
-      szFilled += aValues[lValue];
-      ++lAt;
-    } else {
-      szFilled += szText[lAt];
-    }
-  }
-  return szFilled;
-}
 
 std::string LogWords::Count(std::uint64_t lNumber) {
   auto szDigits = std::to_string(lNumber);
@@ -79,10 +51,10 @@ std::string LogWords::Length(std::int64_t lSeconds) {
   std::size_t lUnit = 0;
   while (lUnit < 3 && lSeconds < aUnits[lUnit])
     ++lUnit;
-  auto szWords = Fill(aNames[lUnit], {Count(static_cast<std::uint64_t>(lSeconds / aUnits[lUnit]))});
+  auto szWords = FillResString(aNames[lUnit], {Count(static_cast<std::uint64_t>(lSeconds / aUnits[lUnit]))});
   if (lUnit == 2 && lSeconds >= 600) return szWords;
   const auto lRest = lUnit < 3 ? lSeconds % aUnits[lUnit] / aUnits[lUnit + 1] : 0;
-  if (lRest > 0) szWords += " " + Fill(aNames[lUnit + 1], {std::to_string(lRest)});
+  if (lRest > 0) szWords += " " + FillResString(aNames[lUnit + 1], {std::to_string(lRest)});
   return szWords;
 }
 
@@ -137,19 +109,21 @@ std::string LogWords::State(const SiteSummary& aSite) {
 std::string LogWords::OutageEndWords(const Outage& aOutage) {
   if (aOutage.iEnd == OutageEnd::StillDown) return LoadResString(IDS_LOG_STILL_DOWN);
   const auto szTo = Moment(aOutage.dtTo);
-  if (aOutage.iEnd == OutageEnd::NoLongerWatched) return Fill(IDS_LOG_NO_LONGER_WATCHED, {szTo});
-  return aOutage.bEndKnown ? szTo : Fill(IDS_LOG_OR_EARLIER, {szTo});
+  if (aOutage.iEnd == OutageEnd::NoLongerWatched) return FillResString(IDS_LOG_NO_LONGER_WATCHED, {szTo});
+  return aOutage.bEndKnown ? szTo : FillResString(IDS_LOG_OR_EARLIER, {szTo});
 }
 
 std::string LogWords::OutageLength(const Outage& aOutage) {
   const auto szLength = Length(aOutage.lSeconds);
-  return aOutage.lUnwatched > 0 ? Fill(IDS_LOG_LENGTH_UNWATCHED, {szLength, Length(aOutage.lUnwatched)})
-                                : szLength;
+  return aOutage.lUnwatched > 0
+             ? FillResString(IDS_LOG_LENGTH_UNWATCHED, {szLength, Length(aOutage.lUnwatched)})
+             : szLength;
 }
 
 std::string LogWords::BrokenOff(const LogSummary& aSummary) {
   const auto lCount = aSummary.lEndless + aSummary.lStartless;
-  return Fill(lCount == 1 ? IDS_LOG_FACT_BROKEN_OFF_ONE : IDS_LOG_FACT_BROKEN_OFF_VALUE, {Count(lCount)});
+  return FillResString(lCount == 1 ? IDS_LOG_FACT_BROKEN_OFF_ONE : IDS_LOG_FACT_BROKEN_OFF_VALUE,
+                       {Count(lCount)});
 }
 
 std::string LogWords::Checks(const LogSummary& aSummary) {
@@ -159,12 +133,13 @@ std::string LogWords::Checks(const LogSummary& aSummary) {
     lChecks += aSite.lChecks;
     lSuccesses += aSite.lSuccesses;
   }
-  return Fill(IDS_LOG_FACT_CHECKS_VALUE, {Count(lChecks), Count(lSuccesses), Share(lSuccesses, lChecks)});
+  return FillResString(IDS_LOG_FACT_CHECKS_VALUE,
+                       {Count(lChecks), Count(lSuccesses), Share(lSuccesses, lChecks)});
 }
 
 std::string LogWords::Gap(const StateInterval& aGap) {
-  return Fill(IDS_LOG_FACT_GAP,
-              {Moment(aGap.dtFrom), Moment(aGap.dtTo), Length(SecondsBetween(aGap.dtFrom, aGap.dtTo))});
+  return FillResString(IDS_LOG_FACT_GAP, {Moment(aGap.dtFrom), Moment(aGap.dtTo),
+                                          Length(SecondsBetween(aGap.dtFrom, aGap.dtTo))});
 }
 
 std::vector<std::string> LogWords::Gaps(const LogSummary& aSummary) {
@@ -176,7 +151,7 @@ std::vector<std::string> LogWords::Gaps(const LogSummary& aSummary) {
   for (std::size_t lGap = 0; lGap < aGaps.size(); ++lGap) {
     if (lGap < lEarlier) lSeconds += SecondsBetween(aGaps[lGap].dtFrom, aGaps[lGap].dtTo);
     if (lGap + 1 == lEarlier)
-      aLines.push_back(Fill(IDS_LOG_FACT_GAPS_MORE, {Count(lEarlier), Length(lSeconds)}));
+      aLines.push_back(FillResString(IDS_LOG_FACT_GAPS_MORE, {Count(lEarlier), Length(lSeconds)}));
     if (lGap >= lEarlier) aLines.push_back(Gap(aGaps[lGap]));
   }
   return aLines;
@@ -191,12 +166,12 @@ std::string LogWords::Headline(const LogSummary& aSummary) {
   if (lWatched == 0) return LoadResString(IDS_LOG_HEAD_NONE);
   if (lDown > 0 && lWatched == 1) return LoadResString(IDS_LOG_HEAD_DOWN_ONLY);
   if (lDown > 0)
-    return Fill(lDown == 1 ? IDS_LOG_HEAD_DOWN_ONE : IDS_LOG_HEAD_DOWN, {szWatched, Count(lDown)});
+    return FillResString(lDown == 1 ? IDS_LOG_HEAD_DOWN_ONE : IDS_LOG_HEAD_DOWN, {szWatched, Count(lDown)});
   if (lWarning > 0 && lWatched == 1) return LoadResString(IDS_LOG_HEAD_WARNING_ONLY);
   if (lWarning > 0)
-    return Fill(lWarning == 1 ? IDS_LOG_HEAD_WARNING_ONE : IDS_LOG_HEAD_WARNING,
-                {szWatched, Count(lWarning)});
-  return lWatched == 1 ? LoadResString(IDS_LOG_HEAD_UP_ONE) : Fill(IDS_LOG_HEAD_UP_ALL, {szWatched});
+    return FillResString(lWarning == 1 ? IDS_LOG_HEAD_WARNING_ONE : IDS_LOG_HEAD_WARNING,
+                         {szWatched, Count(lWarning)});
+  return lWatched == 1 ? LoadResString(IDS_LOG_HEAD_UP_ONE) : FillResString(IDS_LOG_HEAD_UP_ALL, {szWatched});
 }
 
 std::vector<std::string> LogWords::Lead(const LogSummary& aSummary) {
@@ -216,18 +191,20 @@ std::vector<std::string> LogWords::Lead(const LogSummary& aSummary) {
     const auto& aOutage = aSite.aOutages.back();
     const auto szSince = Moment(aOutage.dtFrom);
     if (aSite.iCurrent == SiteState::Warning)
-      aLead.push_back(Fill(IDS_LOG_HEAD_WARNING_SITE, {NameOf(aSite), szSince, AnswerOf(aOutage)}));
+      aLead.push_back(FillResString(IDS_LOG_HEAD_WARNING_SITE, {NameOf(aSite), szSince, AnswerOf(aOutage)}));
     else
-      aLead.push_back(Fill(aOutage.bStartKnown ? IDS_LOG_HEAD_DOWN_SITE : IDS_LOG_HEAD_DOWN_SITE_LEAST,
-                           {NameOf(aSite), szSince, OutageLength(aOutage), AnswerOf(aOutage)}));
+      aLead.push_back(
+          FillResString(aOutage.bStartKnown ? IDS_LOG_HEAD_DOWN_SITE : IDS_LOG_HEAD_DOWN_SITE_LEAST,
+                        {NameOf(aSite), szSince, OutageLength(aOutage), AnswerOf(aOutage)}));
   }
-  if (lNamed > lMostNamed) aLead.push_back(Fill(IDS_LOG_HEAD_MORE_SITES, {Count(lNamed - lMostNamed)}));
+  if (lNamed > lMostNamed)
+    aLead.push_back(FillResString(IDS_LOG_HEAD_MORE_SITES, {Count(lNamed - lMostNamed)}));
   if (lOutages == 0) aLead.push_back(LoadResString(IDS_LOG_NO_OUTAGES));
   if (pWorst && lOutages > lNamed)
-    aLead.push_back(lOutages == 1
-                        ? Fill(IDS_LOG_OUTAGES_ONE, {NameOf(*pWorst), OutageLength(*pWorst->Longest())})
-                        : Fill(IDS_LOG_OUTAGES_MANY,
-                               {Count(lOutages), NameOf(*pWorst), OutageLength(*pWorst->Longest())}));
+    aLead.push_back(lOutages == 1 ? FillResString(IDS_LOG_OUTAGES_ONE,
+                                                  {NameOf(*pWorst), OutageLength(*pWorst->Longest())})
+                                  : FillResString(IDS_LOG_OUTAGES_MANY, {Count(lOutages), NameOf(*pWorst),
+                                                                         OutageLength(*pWorst->Longest())}));
   return aLead;
 }
 
@@ -255,51 +232,9 @@ std::vector<std::size_t> LogWords::ByInterest(const LogSummary& aSummary) {
 }
 
 // RFC 3629: no overlong forms, no surrogates, nothing above U+10FFFF.
-char32_t LogWords::NextCharacter(std::string_view szBytes, std::size_t lAt, std::size_t& lBytes) {
-  const auto Byte = [&](std::size_t lIndex) {
-    return lIndex < szBytes.size() ? static_cast<unsigned char>(szBytes[lIndex]) : 0U;
-  };
-  const char32_t chFirst = Byte(lAt);
-  lBytes = 1;
-  const std::size_t lLength = chFirst < 0x80   ? 1
-                              : chFirst < 0xC2 ? 0
-                              : chFirst < 0xE0 ? 2
-                              : chFirst < 0xF0 ? 3
-                                               : 4;
-  if (lLength == 0 || chFirst > 0xF4) return 0xFFFD;
-  char32_t chCharacter = lLength == 1 ? chFirst : chFirst & (0x7FU >> lLength);
-  for (std::size_t lNext = 1; lNext < lLength; ++lNext) {
-    if ((Byte(lAt + lNext) & 0xC0U) != 0x80) return 0xFFFD;
-    chCharacter = (chCharacter << 6) | (Byte(lAt + lNext) & 0x3FU);
-  }
-  constexpr std::array<char32_t, 5> aSmallest{0, 0, 0x80, 0x800, 0x10000};
-  const bool bSurrogate = chCharacter >= 0xD800 && chCharacter < 0xE000;
-  if (chCharacter < aSmallest[lLength] || chCharacter > 0x10FFFF || bSurrogate) return 0xFFFD;
-  lBytes = lLength;
-  return IsControl(chCharacter) ? 0xFFFD : chCharacter;
-}
-
-std::string LogWords::CleanUtf8(std::string_view szBytes) {
-  std::string szClean;
-  szClean.reserve(szBytes.size());
-  for (std::size_t lAt = 0, lBytes = 0; lAt < szBytes.size(); lAt += lBytes) {
-    const auto chNext = NextCharacter(szBytes, lAt, lBytes);
-    AppendUtf8(szClean, szBytes.substr(lAt, lBytes), chNext);
-  }
-  return szClean;
-}
-
-std::string_view LogWords::Shorten(std::string_view szBytes, std::size_t lMost) {
-  if (szBytes.size() <= lMost) return szBytes;
-  const auto lFurthestBack = lMost > 3 ? lMost - 3 : 0;
-  while (lMost > lFurthestBack && (static_cast<unsigned char>(szBytes[lMost]) & 0xC0U) == 0x80)
-    --lMost;
-  return szBytes.substr(0, lMost);
-}
-
 std::string LogWords::PlainField(std::string_view szField) {
-  if (szField.find('<') == std::string_view::npos) return CleanUtf8(szField);
+  if (szField.find('<') == std::string_view::npos) return Utf8::Clean(szField);
   auto szPlain = Text::Replace(szField, szEmphasis, "");
   if (szPlain.size() < szField.size()) szPlain = Text::Replace(szPlain, szEmphasisEnd, "");
-  return CleanUtf8(Text::Replace(szPlain, szBreak, "; "));
+  return Utf8::Clean(Text::Replace(szPlain, szBreak, "; "));
 }

@@ -12,9 +12,6 @@
 
 namespace LogWords {
 
-// The text of that number with %1 to %9 filled in.
-std::string Fill(StringId iText, const std::vector<std::string>& aValues);
-
 std::string Count(std::uint64_t lNumber);         // 1,234,567
 std::string Length(std::int64_t lSeconds);        // 2 d 3 h, 1 h 10 min, 12 min, 3 min 5 s
 std::string Moment(DateTime dtMoment);            // Tue Jan 6 2026, 2:05 PM; day 0: not known
@@ -47,14 +44,6 @@ std::vector<std::string> Lead(const LogSummary& aSummary);
 
 // The sites in the order of interest: down, warning, then by outages; as places in aSummary.aSites.
 std::vector<std::size_t> ByInterest(const LogSummary& aSummary);
-
-// Valid UTF-8 out of any bytes: what is none, and every control character (tab too), becomes U+FFFD.
-std::string CleanUtf8(std::string_view szBytes);
-// The next character at lAt and its bytes' number; 0xFFFD for what CleanUtf8 replaces. lAt < size.
-char32_t NextCharacter(std::string_view szBytes, std::size_t lAt, std::size_t& lBytes);
-
-// At most lMost bytes, cut between characters.
-std::string_view Shorten(std::string_view szBytes, std::size_t lMost);
 
 // The log's own marks in a field.
 inline constexpr std::string_view szBreak = "<BR>";

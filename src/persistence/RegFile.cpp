@@ -226,6 +226,6 @@ bool RegFile::Apply(const std::string& szBytes, std::string& szError) {
   const auto lCode = szBefore.empty() ? lAccessDenied : CarryAll(aChanges);
   if (lCode == lSuccess) return true;
   const StringId lMessage = PutBack(szBefore) ? IDS_REGFILE_WRITE : IDS_REGFILE_PART;
-  szError = Text::Replace(LoadResString(lMessage), "%1", std::to_string(lCode));
+  szError = FillResString(lMessage, {std::to_string(lCode)});
   return false;
 }

@@ -172,8 +172,7 @@ class Lines {
 };
 
 std::string LineError(std::int32_t lLine, std::int32_t lReason) {
-  return Text::Replace(Text::Replace(LoadResString(IDS_REGFILE_LINE), "%1", std::to_string(lLine)), "%2",
-                       LoadResString(lReason));
+  return FillResString(IDS_REGFILE_LINE, {std::to_string(lLine), LoadResString(lReason)});
 }
 
 }  // namespace

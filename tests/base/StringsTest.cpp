@@ -15,13 +15,12 @@ const std::vector<std::pair<std::int32_t, std::string>> aTable = {
 #undef STRING
 };
 
-TEST(StringsTest, EveryNumberHasOneText) {
-  std::set<std::int32_t> aNumbers;
-  for (const auto& [lNumber, szText] : aTable) {
-    EXPECT_TRUE(aNumbers.insert(lNumber).second && !szText.empty()) << lNumber;
-    EXPECT_EQ(LoadResString(lNumber), szText);
-  }
+TEST(StringsTest, FillsPlacesAndNotWhatValuesHold) {
+  // "1 in %2 of" and the like in an address must not take the next value's place.
+  EXPECT_EQ(FillResString(IDS_REGFILE_LINE, {"%2", "%1"}), "Line %2: %1");
+  EXPECT_EQ(FillResString(IDS_REGFILE_LINE, {"7"}), "Line 7: %2");
   EXPECT_EQ(LoadResString(0), "");
+  EXPECT_EQ(LoadResString(999999), "");
 }
 
 // Operators search their logs and filter their mail for these, slips included.

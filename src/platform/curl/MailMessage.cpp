@@ -11,6 +11,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/Utf8.h"
+
 namespace {
 
 constexpr std::size_t lMostOfLine = 998;  // RFC 5322 section 2.1.1
@@ -22,39 +24,6 @@ unsigned char Byte(char ch) {
 
 bool IsAscii(std::string_view szText) {
   return std::all_of(szText.begin(), szText.end(), [](char ch) { return Byte(ch) < 0x80; });
-}
-
-// The length of the UTF-8 character (RFC 3629) at the start of the text; 0 where there is none.
-std::size_t Utf8Length(std::string_view szText) {
-  const auto At = [&](std::size_t i) { return i < szText.size() ? Byte(szText[i]) : 0U; };
-  const auto lFirst = At(0);
-  const std::size_t lLength = lFirst < 0x80                      ? 1
-                              : lFirst >= 0xC2 && lFirst <= 0xDF ? 2
-                              : lFirst >= 0xE0 && lFirst <= 0xEF ? 3
-                              : lFirst >= 0xF0 && lFirst <= 0xF4 ? 4
-                                                                 : 0;
-  for (std::size_t i = 1; i < lLength; ++i)
-    if ((At(i) & 0xC0U) != 0x80) return 0;
-  // Longer than need be, half of a surrogate pair, beyond the last character.
-  const bool bWrong = (lFirst == 0xE0 && At(1) < 0xA0) || (lFirst == 0xED && At(1) > 0x9F) ||
-                      (lFirst == 0xF0 && At(1) < 0x90) || (lFirst == 0xF4 && At(1) > 0x8F);
-  return bWrong ? 0 : lLength;
-}
-
-// The text as UTF-8: bytes that are none are taken for Latin-1, which servers' headers are often in.
-std::string ToUtf8(std::string_view szText) {
-  std::string szResult;
-  while (!szText.empty()) {
-    const std::size_t lLength = Utf8Length(szText);
-    if (lLength > 0) {
-      szResult += szText.substr(0, lLength);
-    } else {
-      szResult += static_cast<char>(0xC0 | (Byte(szText[0]) >> 6));
-      szResult += static_cast<char>(0x80 | (Byte(szText[0]) & 0x3F));
-    }
-    szText.remove_prefix(std::max<std::size_t>(lLength, 1));
-  }
-  return szResult;
 }
 
 std::string Base64(std::string_view szBytes) {
@@ -73,7 +42,7 @@ std::string Base64(std::string_view szBytes) {
 // A header text: as it stands where that is safe, else as encoded words (RFC 2047 section 2), each of at most
 // 75 characters and of whole characters, on lines of their own.
 std::string HeaderText(const std::string& szRaw) {
-  std::string szText = ToUtf8(szRaw);
+  std::string szText = Utf8::FromLatin1WhereNeeded(szRaw);
   std::replace_if(
       szText.begin(), szText.end(), [](char ch) { return Byte(ch) < 0x20 || ch == 0x7F; }, ' ');
   if (IsAscii(szText) && szText.size() < 900 && szText.find("=?") == std::string::npos) return szText;
@@ -84,7 +53,8 @@ std::string HeaderText(const std::string& szRaw) {
     szWord.clear();
   };
   for (std::string_view szRest = szText; !szRest.empty();) {
-    const std::size_t lLength = Utf8Length(szRest);
+    char32_t chCharacter = 0;
+    const std::size_t lLength = Utf8::Decode(szRest, chCharacter);
     if (szWord.size() + lLength > lMostOfWord) Flush();
     szWord += szRest.substr(0, lLength);
     szRest.remove_prefix(lLength);
@@ -182,7 +152,7 @@ std::string MailMessage::Compose(const std::string& szFrom, const std::string& s
                                  const std::string& szMailer) {
   auto aLines = Lines(szBody);
   const bool bPlain = std::all_of(aLines.begin(), aLines.end(), IsPlain);
-  const std::string szReadable = bPlain ? "" : ToUtf8(szBody);
+  const std::string szReadable = bPlain ? "" : Utf8::FromLatin1WhereNeeded(szBody);
   if (!bPlain) aLines = Lines(szReadable);
 
   std::string szMessage =

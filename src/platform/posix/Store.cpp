@@ -66,7 +66,7 @@ Condition Open(bool bCheck) {
 }
 
 std::string Message(std::int32_t lNumber, const std::string& szSecond = {}) {
-  return Text::Replace(Text::Replace(LoadResString(lNumber), "%1", StoreName()), "%2", szSecond);
+  return FillResString(lNumber, {StoreName(), szSecond});
 }
 
 std::string Describe(Condition aCondition) {

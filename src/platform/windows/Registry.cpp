@@ -69,8 +69,7 @@ std::int32_t Opened(std::int32_t lCode, HKEY hSystem, Registry::Key& hResult) {
 }
 
 std::string Message(StringId lNumber, std::int32_t lCode) {
-  return Text::Replace(Text::Replace(LoadResString(lNumber), "%1", Registry::StoreName()), "%2",
-                       std::to_string(lCode));
+  return FillResString(lNumber, {Registry::StoreName(), std::to_string(lCode)});
 }
 
 }  // namespace

@@ -15,7 +15,7 @@
 namespace {
 
 std::string About(std::int32_t lMessage, const std::string& szFile) {
-  return Text::Replace(LoadResString(lMessage), "%1", szFile);
+  return FillResString(lMessage, {szFile});
 }
 
 // The chosen file, empty when the operator cancelled.

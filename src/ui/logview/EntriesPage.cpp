@@ -11,6 +11,7 @@
 #include <algorithm>
 
 #include "base/Text.h"
+#include "base/Utf8.h"
 #include "history/LogWords.h"
 #include "ui/common/TextGlue.h"
 #include "ui/common/TextStyle.h"
@@ -179,11 +180,11 @@ void EntriesPage::FillSites() {
   aNames.Add(ResText(IDS_VIEW_ALL_SITES));
   int iChosen = 0;
   for (std::size_t i = 0; i < std::min(aSites.size(), lMostSites); ++i) {
-    aNames.Add(ToWxLabel(LogWords::CleanUtf8(LogWords::Shorten(aSites[i], lMostSiteBytes))));
+    aNames.Add(ToWxLabel(Utf8::Clean(Utf8::Shorten(aSites[i], lMostSiteBytes))));
     if (Text::EqualNoCase(aSites[i], aFilter.szSite)) iChosen = static_cast<int>(i) + 1;
   }
   if (aSites.size() > lMostSites)
-    aNames.Add(ToWx(LogWords::Fill(IDS_VIEW_SITES_LEFT_OUT, {LogWords::Count(aSites.size() - lMostSites)})));
+    aNames.Add(ToWx(FillResString(IDS_VIEW_SITES_LEFT_OUT, {LogWords::Count(aSites.size() - lMostSites)})));
   if (aNames != cboSite->GetStrings()) cboSite->Set(aNames);
   cboSite->SetSelection(iChosen);
 }
@@ -329,7 +330,7 @@ void EntriesPage::ShowDetails() {
   if (lFocus >= 0 && static_cast<std::size_t>(lFocus) < aRows.Count())
     for (const auto& aDetail : aRows.Details(static_cast<std::size_t>(lFocus))) {
       txtDetails->SetDefaultStyle(aBold);
-      txtDetails->AppendText(ToWx(LogWords::Fill(IDS_VIEW_DETAIL, {aDetail.szName})) + " ");
+      txtDetails->AppendText(ToWx(FillResString(IDS_VIEW_DETAIL, {aDetail.szName})) + " ");
       for (const auto& aRun : aDetail.aRuns) {
         txtDetails->SetDefaultStyle(aRun.bEmphasis ? aEmphasis : aPlain);
         wxString szText = ToWx(aRun.szText);

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 
+#include "base/Utf8.h"
 #include "history/LogWords.h"
 #include "ui/common/TextGlue.h"
 
@@ -126,7 +127,7 @@ wxString StripView::TipAt(const wxPoint& aPoint) const {
   const auto lPlace = PlaceAt(aPoint);
   if (!pSummary || lPlace >= Places()) return {};
   const auto& aSite = pSummary->aSites[(*pOrder)[lPlace]];
-  const auto szSite = LogWords::CleanUtf8(LogWords::Shorten(aSite.szSite, lMostNameBytes));
+  const auto szSite = Utf8::Clean(Utf8::Shorten(aSite.szSite, lMostNameBytes));
   const int lColumn = aPoint.x - StripArea(lPlace).x;
   if (lColumn < 0 || lColumn >= lStripWidth) return ToWx(szSite);
   const auto aScale = MakeScale();
@@ -138,9 +139,9 @@ wxString StripView::TipAt(const wxPoint& aPoint) const {
   while (lPast < lStripWidth && aColumns[static_cast<std::size_t>(lPast)] == iState)
     ++lPast;
   return ToWx(szSite + "\n" +
-              LogWords::Fill(IDS_LOG_STRIP_PART, {LoadResString(LogWords::StateName(iState)),
-                                                  LogWords::Moment(aScale.Moment(lFirst)),
-                                                  LogWords::Moment(aScale.Moment(lPast))}));
+              FillResString(IDS_LOG_STRIP_PART, {LoadResString(LogWords::StateName(iState)),
+                                                 LogWords::Moment(aScale.Moment(lFirst)),
+                                                 LogWords::Moment(aScale.Moment(lPast))}));
 }
 
 void StripView::OnPaint(wxDC& aDC) {
@@ -160,7 +161,7 @@ void StripView::OnPaint(wxDC& aDC) {
     aDC.SetTextForeground(aInk);
     const bool bMarked = lPlace == lMarked;
     aDC.SetFont(bMarked ? GetFont().Bold() : GetFont());
-    const auto szName = ToWx(LogWords::CleanUtf8(LogWords::Shorten(aSite.szSite, lMostNameBytes)));
+    const auto szName = ToWx(Utf8::Clean(Utf8::Shorten(aSite.szSite, lMostNameBytes)));
     aDC.DrawText(wxControl::Ellipsize(szName, aDC, wxELLIPSIZE_MIDDLE, lNames, wxELLIPSIZE_FLAGS_NONE), lGap,
                  aArea.y + (aArea.height - lLine) / 2);
     PaintStrip(aDC, aArea, LogStrip::Columns(aScale, aSite));

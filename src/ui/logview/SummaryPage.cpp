@@ -8,6 +8,7 @@
 
 #include <algorithm>
 
+#include "base/Utf8.h"
 #include "history/LogWords.h"
 #include "ui/common/Images.h"
 #include "ui/common/TextGlue.h"
@@ -19,7 +20,6 @@
 namespace {
 
 using LogWords::Count;
-using LogWords::Fill;
 
 constexpr std::size_t lMostBytes = 400;
 constexpr int lLightTwips = 480;
@@ -58,28 +58,31 @@ int LightOf(SiteState iState) {
 }
 
 std::string Clean(std::string_view szText) {
-  return LogWords::CleanUtf8(LogWords::PlainField(LogWords::Shorten(szText, lMostBytes)));
+  return Utf8::Clean(LogWords::PlainField(Utf8::Shorten(szText, lMostBytes)));
 }
 
 std::string Since(const SiteSummary& aSite) {
   if (aSite.dtSince <= 0) return {};
   const auto szSince = LogWords::Moment(aSite.dtSince);
-  return aSite.bSinceKnown || aSite.iCurrent == SiteState::Unwatched ? szSince
-                                                                     : Fill(IDS_LOG_SINCE_LEAST, {szSince});
+  return aSite.bSinceKnown || aSite.iCurrent == SiteState::Unwatched
+             ? szSince
+             : FillResString(IDS_LOG_SINCE_LEAST, {szSince});
 }
 
 // The facts of the whole log: name and value.
 std::vector<std::pair<StringId, std::string>> Facts(const LogSummary& aSummary) {
   std::vector<std::pair<StringId, std::string>> aFacts;
   if (aSummary.dtFrom > 0)
-    aFacts.emplace_back(IDS_LOG_FACT_COVERED, Fill(IDS_LOG_SPAN, {LogWords::Moment(aSummary.dtFrom),
-                                                                  LogWords::Moment(aSummary.dtTo)}));
-  aFacts.emplace_back(IDS_LOG_FACT_PASSES,
-                      Fill(IDS_LOG_FACT_PASSES_VALUE, {Count(aSummary.lAutomatic + aSummary.lManual),
-                                                       Count(aSummary.lAutomatic), Count(aSummary.lManual)}));
+    aFacts.emplace_back(IDS_LOG_FACT_COVERED, FillResString(IDS_LOG_SPAN, {LogWords::Moment(aSummary.dtFrom),
+                                                                           LogWords::Moment(aSummary.dtTo)}));
+  aFacts.emplace_back(
+      IDS_LOG_FACT_PASSES,
+      FillResString(IDS_LOG_FACT_PASSES_VALUE, {Count(aSummary.lAutomatic + aSummary.lManual),
+                                                Count(aSummary.lAutomatic), Count(aSummary.lManual)}));
   aFacts.emplace_back(IDS_LOG_FACT_CHECKS, LogWords::Checks(aSummary));
-  aFacts.emplace_back(IDS_LOG_FACT_MAILS, Fill(IDS_LOG_FACT_MAILS_VALUE,
-                                               {Count(aSummary.lMailsSent), Count(aSummary.lMailsFailed)}));
+  aFacts.emplace_back(
+      IDS_LOG_FACT_MAILS,
+      FillResString(IDS_LOG_FACT_MAILS_VALUE, {Count(aSummary.lMailsSent), Count(aSummary.lMailsFailed)}));
   std::string szGaps;
   for (const auto& szGap : LogWords::Gaps(aSummary))
     szGaps += (szGaps.empty() ? "" : "; ") + szGap;
@@ -90,7 +93,7 @@ std::vector<std::pair<StringId, std::string>> Facts(const LogSummary& aSummary) 
   if (aSummary.lEndless + aSummary.lStartless > 0)
     aFacts.emplace_back(IDS_LOG_FACT_BROKEN_OFF, LogWords::BrokenOff(aSummary));
   if (aSummary.lUnread > 0)
-    aFacts.emplace_back(IDS_LOG_FACT_UNREAD, Fill(IDS_VIEW_UNREAD_VALUE, {Count(aSummary.lUnread)}));
+    aFacts.emplace_back(IDS_LOG_FACT_UNREAD, FillResString(IDS_VIEW_UNREAD_VALUE, {Count(aSummary.lUnread)}));
   return aFacts;
 }
 
@@ -177,10 +180,10 @@ void SummaryPage::ShowFacts() {
   txtFacts->SetDefaultStyle(aPlain);
   if (pSummary) {
     for (const auto& szSentence : LogWords::Lead(*pSummary))
-      txtFacts->AppendText(ToWx(LogWords::CleanUtf8(szSentence)) + "\n");
+      txtFacts->AppendText(ToWx(Utf8::Clean(szSentence)) + "\n");
     for (const auto& [iName, szValue] : Facts(*pSummary)) {
       txtFacts->SetDefaultStyle(aBold);
-      txtFacts->AppendText(ToWx(Fill(IDS_VIEW_DETAIL, {LoadResString(iName)})) + " ");
+      txtFacts->AppendText(ToWx(FillResString(IDS_VIEW_DETAIL, {LoadResString(iName)})) + " ");
       txtFacts->SetDefaultStyle(aPlain);
       txtFacts->AppendText(ToWx(szValue) + "\n");
     }
@@ -259,7 +262,7 @@ std::string OutagesPage::Cell(std::size_t lRow, int iColumn) const {
       return Clean(pSummary->aSites[aPlaces[lRow].lSite].szSite);
     case 1:
       return aOutage.bStartKnown ? LogWords::Moment(aOutage.dtFrom)
-                                 : Fill(IDS_LOG_OR_EARLIER, {LogWords::Moment(aOutage.dtFrom)});
+                                 : FillResString(IDS_LOG_OR_EARLIER, {LogWords::Moment(aOutage.dtFrom)});
     case 2:
       return LogWords::OutageEndWords(aOutage);
     case 3:
@@ -268,7 +271,7 @@ std::string OutagesPage::Cell(std::size_t lRow, int iColumn) const {
       return Clean(aOutage.szText);
     default:
       return aOutage.lMailsSent > 0     ? LoadResString(IDS_LOG_MAIL_SENT)
-             : aOutage.lMailsFailed > 0 ? LoadResString(IDS_LOG_MAIL_FAILED)
+             : aOutage.lMailsFailed > 0 ? std::string(LoadResString(IDS_LOG_MAIL_FAILED))
                                         : "-";
   }
 }

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 
+#include "base/Utf8.h"
 #include "history/LogCsv.h"
 #include "history/LogFiles.h"
 #include "history/LogHtml.h"
@@ -39,11 +40,11 @@ std::int64_t SteadyMilliseconds() {
 }
 
 std::string Number(std::uint64_t lNumber, StringId iOne, StringId iMany) {
-  return lNumber == 1 ? LoadResString(iOne) : LogWords::Fill(iMany, {LogWords::Count(lNumber)});
+  return lNumber == 1 ? LoadResString(iOne) : FillResString(iMany, {LogWords::Count(lNumber)});
 }
 
 std::string Shown(const std::string& szPath) {
-  return LogWords::CleanUtf8(szPath);
+  return Utf8::Clean(szPath);
 }
 
 }  // namespace
@@ -210,11 +211,11 @@ void frmLogView::ShowTitle() {
     SetTitle(ResText(IDS_VIEW_TITLE));
     return;
   }
-  SetTitle(
-      ToWx(aOpened.size() == 1
-               ? LogWords::Fill(IDS_VIEW_TITLE_OF, {LogWords::CleanUtf8(LogWords::Shorten(
-                                                       LogFiles::NameOf(aOpened.front()), lMostNameBytes))})
-               : LogWords::Fill(IDS_VIEW_TITLE_FILES, {LogWords::Count(aOpened.size())})));
+  SetTitle(ToWx(
+      aOpened.size() == 1
+          ? FillResString(IDS_VIEW_TITLE_OF,
+                          {Utf8::Clean(Utf8::Shorten(LogFiles::NameOf(aOpened.front()), lMostNameBytes))})
+          : FillResString(IDS_VIEW_TITLE_FILES, {LogWords::Count(aOpened.size())})));
 }
 
 void frmLogView::ShowCounts() {
@@ -233,10 +234,10 @@ void frmLogView::ShowCounts() {
   const auto lShown = pixEntries->Rows().Entries();
   SetStatusText(ToWx(
       pixEntries->Filtered()
-          ? LogWords::Fill(IDS_VIEW_COUNT_SHOWN,
-                           {LogWords::Count(lShown), LogWords::Count(lEntries + lUnread)})
-          : LogWords::Fill(IDS_VIEW_COUNT, {Number(lEntries, IDS_VIEW_ENTRIES_ONE, IDS_VIEW_ENTRIES_MANY),
-                                            Number(lRounds, IDS_VIEW_ROUNDS_ONE, IDS_VIEW_ROUNDS_MANY)})));
+          ? FillResString(IDS_VIEW_COUNT_SHOWN,
+                          {LogWords::Count(lShown), LogWords::Count(lEntries + lUnread)})
+          : FillResString(IDS_VIEW_COUNT, {Number(lEntries, IDS_VIEW_ENTRIES_ONE, IDS_VIEW_ENTRIES_MANY),
+                                           Number(lRounds, IDS_VIEW_ROUNDS_ONE, IDS_VIEW_ROUNDS_MANY)})));
   SetStatusText(lUnread == 0 ? ResText(IDS_VIEW_UNREAD_NONE)
                              : ToWx(Number(lUnread, IDS_VIEW_UNREAD_ONE, IDS_VIEW_UNREAD_MANY)),
                 1);
@@ -253,9 +254,9 @@ void frmLogView::ShowNotice() {
         return aPass.bStarted || aPass.bEnded || aPass.lEntries > 0;
       });
   if (!aProblems.empty())
-    Tell(LogWords::Fill(IDS_VIEW_SOME_UNREADABLE, {LogWords::Count(aProblems.size()),
-                                                   LogWords::Count(aProblems.size() + pHistory->FileCount()),
-                                                   Shown(aProblems.front().szPath)}),
+    Tell(FillResString(IDS_VIEW_SOME_UNREADABLE, {LogWords::Count(aProblems.size()),
+                                                  LogWords::Count(aProblems.size() + pHistory->FileCount()),
+                                                  Shown(aProblems.front().szPath)}),
          true);
   else if (bNothingRead)
     Tell(LoadResString(IDS_VIEW_NOT_A_LOG), true);
@@ -286,7 +287,7 @@ void frmLogView::Tell(const std::string& szText, bool bWarning) {
 }
 
 void frmLogView::Say(std::int32_t lText, const std::string& szValue) {
-  wxString szText = ToWx(LogWords::Fill(static_cast<StringId>(lText), {Shown(szValue)}));
+  wxString szText = ToWx(FillResString(static_cast<StringId>(lText), {Shown(szValue)}));
   szText.Replace("\r\n", "\n");
   wxMessageDialog(this, szText, ResText(IDS_APP_TITLE), wxOK | wxICON_WARNING).ShowModal();
 }
@@ -302,7 +303,7 @@ bool frmLogView::Writable(const std::string& szPath) {
 
 bool frmLogView::Written(bool bDone, const std::string& szPath, std::int32_t lNotice) {
   if (bDone)
-    Tell(LogWords::Fill(static_cast<StringId>(lNotice), {Shown(szPath)}), false);
+    Tell(FillResString(static_cast<StringId>(lNotice), {Shown(szPath)}), false);
   else
     Say(IDS_VIEW_CANNOT_WRITE, szPath);
   return bDone;

@@ -78,10 +78,8 @@ void frmTour::GoTo(std::size_t lNew) {
   aPicture = TourPicture(aPage.szPicture);
   aScaled = wxBitmap();
   lblHeading->SetLabelText(ResText(aPage.lHeading));
-  wxString szPage = ResText(IDS_TOUR_PAGE);
-  szPage.Replace("%1", std::to_string(lPage + 1));
-  szPage.Replace("%2", std::to_string(lTourPages));
-  lblPage->SetLabelText(szPage);
+  lblPage->SetLabelText(
+      ToWx(FillResString(IDS_TOUR_PAGE, {std::to_string(lPage + 1), std::to_string(lTourPages)})));
   const bool bLast = lPage + 1 == lTourPages;
   cmdBack->Enable(lPage > 0);
   cmdNext->Enable(!bLast);
