@@ -53,7 +53,7 @@ int main(int iCount, char** aValues) {
   try {
     const auto szFolder = std::filesystem::absolute(aValues[iCount - 1]).string();
     if (bWeek) {
-      std::cout << DemoWeek::Play(szFolder, DemoWeek::LastMonday()) << " rounds\n";
+      std::cout << DemoWeek::Play(szFolder, DemoWeek::LastMonday()) << " passes\n";
       return 0;
     }
     Terminal::CatchInterrupt();

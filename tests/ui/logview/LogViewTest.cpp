@@ -85,7 +85,7 @@ TEST(LogView, ShowsFiltersFindsSavesAndLeadsFromAnOutageToItsEntry) {
   EXPECT_EQ(aViewer.aHome.Read("W-20260104.kvl"), szText);
   auto& aEntries = aViewer.Entries();
   auto& aList = *aEntries.lvwEntries;
-  EXPECT_EQ(aViewer.Row(0), "1/5/2026 8:00:00 AM|Mon|Round started by hand|2 Up||");
+  EXPECT_EQ(aViewer.Row(0), "1/5/2026 8:00:00 AM|Mon|Pass started by hand|2 Up||");
   EXPECT_EQ(aViewer.Status(1), "1 line not read");
   EXPECT_EQ(aList.Focused(), aViewer.Rows() - 1);
   // Down, at one site: the IP check's marks read as a break and as emphasis, never as tags.
@@ -148,10 +148,10 @@ TEST(LogView, FollowsAFileThatGrowsAndIsCutAndAFolder) {
     return LogScript{AddDays(dtMonday, lDay)}.Start().Up("a.com").End().szText;
   };
   Viewer aFolder({{"D-20260108.kvl", Day(8)}, {"D-20260102.kvl", Day(2)}}, {""});
-  EXPECT_EQ(aFolder.Status(0), "2 entries in 2 rounds");
+  EXPECT_EQ(aFolder.Status(0), "2 entries in 2 passes");
   aFolder.aHome.Write("D-20260109.kvl", Day(9));
   aFolder.pWindow->tmrFollow_Timer();
-  EXPECT_EQ(aFolder.Status(0), "3 entries in 3 rounds");
+  EXPECT_EQ(aFolder.Status(0), "3 entries in 3 passes");
 }
 
 TEST(LogView, HostileMissingAndNoFilesGetPlainWords) {
