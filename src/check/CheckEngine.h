@@ -11,6 +11,7 @@
 #include "alert/AlertText.h"
 #include "base/DateTime.h"
 #include "check/CheckView.h"
+#include "log/ResultText.h"
 #include "platform/Inet.h"
 
 class CheckEngine {
@@ -44,7 +45,8 @@ class CheckEngine {
   std::int32_t lCheckIndex = 0;         // the site being checked; 0 before the first
   bool bPassFailure = false;            // a site was found down during this pass
   std::int16_t iDoubleTakeResult2 = 0;  // outcome of the IP check: 1 answered, 2 failed, 5 answered oddly
-  std::string FirstCheckCode, FirstCheckText;  // the URL's failure while the IP check runs
+  std::string FirstCheckCode;           // the URL's failure while the IP check runs, as a code and in words
+  ResultText FirstCheckText;
   std::int16_t FirstCheckClass = 0;
   std::string szHeader;  // raw header of the last completed response
 
@@ -68,12 +70,12 @@ class CheckEngine {
   void RecordTimeOut();
 
   void SiteCheckOK(std::int32_t lIndex);
-  void SiteCheckUpdate(std::int32_t lIndex, const std::string& szCode, const std::string& szText,
+  void SiteCheckUpdate(std::int32_t lIndex, const std::string& szCode, const ResultText& aText,
                        std::int16_t iResultClass, std::int16_t iBackupOutcome);
-  void RecordBackup(std::int32_t lIndex, const std::string& szText, std::int16_t iBackupOutcome);
-  bool StartBackup(std::int32_t lIndex, const std::string& szCode, const std::string& szText,
+  void RecordBackup(std::int32_t lIndex, const ResultText& aText, std::int16_t iBackupOutcome);
+  bool StartBackup(std::int32_t lIndex, const std::string& szCode, const ResultText& aText,
                    std::int16_t iResultClass);
-  void RecordOrdinary(std::int32_t lIndex, const std::string& szCode, const std::string& szText,
+  void RecordOrdinary(std::int32_t lIndex, const std::string& szCode, const ResultText& aText,
                       std::int16_t iResultClass);
   void SendAlert(const std::string& szCode, std::int32_t lIndex);
   void CancelRequestFor(const std::string& szAddress);

@@ -143,7 +143,7 @@ void CheckEngine::CheckSite(std::int32_t i) {
     RequestTimeOut = 0;  // nothing is requested, so nothing may time out
     CheckLog::CurrentEntry.Address = LoadResString(IDS_UNKNOWN_SITE) + std::to_string(i);
     CheckLog::CurrentEntry.CheckTime = Clock::Now();
-    CheckLog::CurrentEntry.StatusText = LoadResString(IDS_MISSING_ADDRESS);
+    CheckLog::CurrentEntry.StatusText = ResultText(IDS_MISSING_ADDRESS);
     CheckLog::CurrentEntry.ResultClass = CheckLog::iClassFailure;
     CheckLog::WriteLog(false, false, false);
     View.SiteRecorded(i);
@@ -172,7 +172,7 @@ void CheckEngine::LogDisabledSite(std::int32_t i) {
   CheckLog::CurrentEntry.Address =
       Text::IsBlank(aSite.URL) && Text::IsBlank(aSite.IP) ? szUnknown + std::to_string(i) : AddressOf(aSite);
   CheckLog::CurrentEntry.CheckTime = Clock::Now();
-  CheckLog::CurrentEntry.StatusText = szUnknown;
+  CheckLog::CurrentEntry.StatusText = ResultText(IDS_UNKNOWN_SITE);
   CheckLog::CurrentEntry.ResultClass = CheckLog::iClassDisabled;
   CheckLog::WriteLog(false, false, false);
 }

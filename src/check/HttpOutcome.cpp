@@ -30,7 +30,7 @@ void CheckEngine::Inet1_StateChanged(std::int16_t iState) {
       RecordError();
     } else {
       SiteCheckUpdate(lCheckIndex, "0",
-                      LoadResString(IDS_RESULT_UNKNOWN_STATE) + " (" + std::to_string(iState) + ")",
+                      ResultText(IDS_RESULT_UNKNOWN_STATE, " (" + std::to_string(iState) + ")"),
                       CheckLog::iClassFailure, iServerFailed);
     }
   });
@@ -71,11 +71,11 @@ void CheckEngine::RecordResponse() {
     SiteCheckOK(lCheckIndex);
     return;
   }
-  if (!aResult.szLogStatus.empty()) {
-    CheckLog::CurrentEntry.StatusText = aResult.szLogStatus;
+  if (!aResult.aLogStatus.Empty()) {
+    CheckLog::CurrentEntry.StatusText = aResult.aLogStatus;
     CheckLog::CurrentEntry.ResultClass = CheckLog::iClassFailure;
   }
-  SiteCheckUpdate(lCheckIndex, aResult.szCode, aResult.szText, CheckLog::iClassFailure,
+  SiteCheckUpdate(lCheckIndex, aResult.szCode, aResult.aText, CheckLog::iClassFailure,
                   aResult.iBackupOutcome);
 }
 
@@ -84,13 +84,13 @@ void CheckEngine::RecordError() {
     RecordTimeOut();
     return;
   }
-  SiteCheckUpdate(lCheckIndex, "8080",
-                  LoadResString(IDS_RESULT_ERROR) + " " + std::to_string(Inet1.ResponseCode()) + " " +
-                      Inet1.ResponseInfo(),
-                  CheckLog::iClassFailure, iServerFailed);
+  SiteCheckUpdate(
+      lCheckIndex, "8080",
+      ResultText(IDS_RESULT_ERROR, " " + std::to_string(Inet1.ResponseCode()) + " " + Inet1.ResponseInfo()),
+      CheckLog::iClassFailure, iServerFailed);
 }
 
 void CheckEngine::RecordTimeOut() {
-  SiteCheckUpdate(lCheckIndex, "8001", LoadResString(IDS_RESULT_TIMED_OUT), CheckLog::iClassFailure,
+  SiteCheckUpdate(lCheckIndex, "8001", ResultText(IDS_RESULT_TIMED_OUT), CheckLog::iClassFailure,
                   iServerFailed);
 }

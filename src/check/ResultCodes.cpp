@@ -13,7 +13,7 @@ constexpr std::array<std::int32_t, 5> aUp = {200, 201, 202, 302, 304};
 
 struct ListedStatus {
   std::int32_t lStatus;
-  StringId iText;
+  ResultId iText;
 };
 constexpr std::array<ListedStatus, 12> aListed = {{
     {204, IDS_RESULT_204},
@@ -33,7 +33,7 @@ constexpr std::array<ListedStatus, 12> aListed = {{
 struct StatusClass {
   char chFirst;
   const char* szCode;
-  StringId iText;
+  ResultId iText;
   std::int16_t iBackupOutcome;
 };
 constexpr std::array<StatusClass, 5> aClasses = {{
@@ -44,11 +44,11 @@ constexpr std::array<StatusClass, 5> aClasses = {{
     {'5', "5xx", IDS_RESULT_5XX, iServerFailed},
 }};
 
-Classification Failure(const std::string& szCode, StringId iText,
+Classification Failure(const std::string& szCode, ResultId iText,
                        std::int16_t iBackupOutcome = iServerFailed) {
   Classification aResult;
   aResult.szCode = szCode;
-  aResult.szText = LoadResString(iText);
+  aResult.aText = ResultText(iText);
   aResult.iBackupOutcome = iBackupOutcome;
   return aResult;
 }
@@ -71,7 +71,7 @@ Classification ClassifyResponse(const std::string& szHeader) {
   const std::int32_t lStatus = Text::LeadingNumber(szCode);
   if (lStatus == 0) {
     Classification aResult = Failure("0", IDS_RESULT_NO_CODE);
-    aResult.szLogStatus = LoadResString(IDS_LOG_NO_CODE);
+    aResult.aLogStatus = ResultText(IDS_LOG_NO_CODE);
     return aResult;
   }
   if (std::ranges::find(aUp, lStatus) != aUp.end()) {

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string>
 
+#include "log/ResultText.h"
+
 // The outcome of a failed request as an answer to the IP check.
 inline constexpr std::int16_t iServerFailed = 2;
 inline constexpr std::int16_t iServerAnswered = 5;
@@ -12,9 +14,9 @@ inline constexpr std::int16_t iServerAnswered = 5;
 struct Classification {
   bool bUp = false;    // 200, 201, 202, 302, 304
   std::string szCode;  // empty when up
-  std::string szText;
+  ResultText aText;
   std::int16_t iBackupOutcome = iServerFailed;
-  std::string szLogStatus;  // the log's own wording where it differs from szText
+  ResultText aLogStatus;  // the log's own wording where it differs from aText
 };
 
 // The status code out of a raw response header: the three digits behind the first "HTTP/" and blank (RFC 9112

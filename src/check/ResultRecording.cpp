@@ -6,6 +6,7 @@
 #include "check/CheckEngine.h"
 #include "check/Schedule.h"
 #include "log/CheckLog.h"
+#include "log/LogGrammar.h"
 #include "persistence/Settings.h"
 #include "persistence/modAddress.h"
 
@@ -18,11 +19,6 @@ constexpr std::uint8_t iStatusDown = 3;
 constexpr std::int16_t iCheckURL = 1;
 constexpr std::int16_t iCheckIP = 2;
 constexpr std::int16_t iBackupAnswered = 1;
-
-// Two results or addresses of one entry, numbered.
-std::string Numbered(const std::string& szFirst, const std::string& szSecond) {
-  return "(1) " + szFirst + "<BR>(2) " + szSecond;
-}
 
 // Good only until events are handled: the list may grow under it.
 SiteRecord& Site(std::int32_t lIndex) {
@@ -41,7 +37,7 @@ void CheckEngine::SiteCheckOK(std::int32_t lIndex) {
     return;
   }
   const std::string szOK = LoadResString(IDS_SITE_OK);
-  CheckLog::CurrentEntry.StatusText = szOK;
+  CheckLog::CurrentEntry.StatusText = ResultText(IDS_SITE_OK);
   CheckLog::CurrentEntry.ResultClass = CheckLog::iClassSuccess;
   View.EnsureRowVisible(lIndex);
   View.ShowLight(lIndex, iStatusUp);
@@ -51,30 +47,31 @@ void CheckEngine::SiteCheckOK(std::int32_t lIndex) {
   modAddress::SaveSite(lIndex, false);
 }
 
-void CheckEngine::SiteCheckUpdate(std::int32_t lIndex, const std::string& szCode, const std::string& szText,
+void CheckEngine::SiteCheckUpdate(std::int32_t lIndex, const std::string& szCode, const ResultText& aText,
                                   std::int16_t iResultClass, std::int16_t iBackupOutcome) {
   if (!modAddress::IsSite(lIndex)) return;
   if (bInetDoubleCheck) {
-    RecordBackup(lIndex, szText, iBackupOutcome);
-  } else if (!StartBackup(lIndex, szCode, szText, iResultClass)) {
-    RecordOrdinary(lIndex, szCode, szText, iResultClass);
+    RecordBackup(lIndex, aText, iBackupOutcome);
+  } else if (!StartBackup(lIndex, szCode, aText, iResultClass)) {
+    RecordOrdinary(lIndex, szCode, aText, iResultClass);
   }
 }
 
-void CheckEngine::RecordBackup(std::int32_t lIndex, const std::string& szText, std::int16_t iBackupOutcome) {
+void CheckEngine::RecordBackup(std::int32_t lIndex, const ResultText& aText, std::int16_t iBackupOutcome) {
   if (iDoubleTakeResult2 != iBackupAnswered) iDoubleTakeResult2 = iBackupOutcome;
-  CheckLog::CurrentEntry.StatusText = Numbered(FirstCheckText, szText);
+  CheckLog::CurrentEntry.StatusText = ResultText::Both(FirstCheckText, aText);
   CheckLog::CurrentEntry.ResultClass = CheckLog::iClassFailure;
   CheckLog::AddComment(LoadResString(IDS_IP_CHECK_PERFORMED));
   View.EnsureRowVisible(lIndex);
   View.ShowLight(lIndex, iStatusDown);
   const bool bAnswered = iDoubleTakeResult2 == iBackupAnswered;
-  View.ShowRemark(
-      lIndex, FirstCheckText + " (" + LoadResString(bAnswered ? IDS_IP_CHECK_OK : IDS_IP_CHECK_ERROR) + ")");
+  View.ShowRemark(lIndex, FirstCheckText.Text() + " (" +
+                              LoadResString(bAnswered ? IDS_IP_CHECK_OK : IDS_IP_CHECK_ERROR) + ")");
   Site(lIndex).Status = iStatusDown;
   bPassFailure = true;
   SendAlert(FirstCheckCode, lIndex);
-  Site(lIndex).Comments = FirstCheckText + " (" + LoadResString(IDS_IP_CHECK_STATUS) + " " + szText + ")";
+  Site(lIndex).Comments =
+      FirstCheckText.Text() + " (" + LoadResString(IDS_IP_CHECK_STATUS) + " " + aText.Text() + ")";
   modAddress::SaveSite(lIndex, false);
   bInetDoubleCheck = false;
   CancelRequestFor(Site(lIndex).IP);
@@ -82,7 +79,7 @@ void CheckEngine::RecordBackup(std::int32_t lIndex, const std::string& szText, s
 
 // The failure that would raise the alert is first tried once more by IP address, so that the alert can say
 // whether the server is at fault or only the name or the path.
-bool CheckEngine::StartBackup(std::int32_t lIndex, const std::string& szCode, const std::string& szText,
+bool CheckEngine::StartBackup(std::int32_t lIndex, const std::string& szCode, const ResultText& aText,
                               std::int16_t iResultClass) {
   const SiteRecord aSite = Site(lIndex);
   if (InetCheckType != iCheckURL || Text::IsBlank(aSite.IP) || aSite.Status != iStatusWarning) return false;
@@ -90,39 +87,39 @@ bool CheckEngine::StartBackup(std::int32_t lIndex, const std::string& szCode, co
   iDoubleTakeResult2 = 0;
   FirstCheckClass = iResultClass;
   FirstCheckCode = szCode;
-  FirstCheckText = szText;
+  FirstCheckText = aText;
   CheckLog::CurrentEntry.Address =
-      Numbered(CheckLog::CurrentEntry.Address, LoadResString(IDS_AGENT) + aSite.IP);
-  if (CheckLog::CurrentEntry.StatusText.empty()) CheckLog::CurrentEntry.StatusText = szText;
+      LogGrammar::Numbered(CheckLog::CurrentEntry.Address, LoadResString(IDS_AGENT) + aSite.IP);
+  if (CheckLog::CurrentEntry.StatusText.Empty()) CheckLog::CurrentEntry.StatusText = aText;
   CancelRequestFor(aSite.URL);
   View.ShowProgressSite(LoadResString(IDS_IP_CHECK_SITE) + aSite.IP);
   Request(iCheckIP, Text::Trim(aSite.IP), aSite.TimeOut);
   return true;
 }
 
-void CheckEngine::RecordOrdinary(std::int32_t lIndex, const std::string& szCode, const std::string& szText,
+void CheckEngine::RecordOrdinary(std::int32_t lIndex, const std::string& szCode, const ResultText& aText,
                                  std::int16_t iResultClass) {
   CheckLog::Entry& aEntry = CheckLog::CurrentEntry;
   aEntry.ResultClass = iResultClass;
   // The classifier may have put a fuller wording there.
-  if (aEntry.StatusText.empty()) aEntry.StatusText = szText;
+  if (aEntry.StatusText.Empty()) aEntry.StatusText = aText;
   const std::uint8_t iBefore = Site(lIndex).Status;
-  Site(lIndex).Comments = szText;
+  Site(lIndex).Comments = aText.Text();
   if (iBefore == iStatusWarning) {
     View.EnsureRowVisible(lIndex);
     View.ShowLight(lIndex, iStatusDown);
-    View.ShowRemark(lIndex, szText);
+    View.ShowRemark(lIndex, aText.Text());
     aEntry.ResultClass = CheckLog::iClassFailure;
     Site(lIndex).Status = iStatusDown;
     bPassFailure = true;
     SendAlert(szCode, lIndex);
   } else if (iBefore == iStatusDown) {
-    View.ShowRemark(lIndex, szText);
+    View.ShowRemark(lIndex, aText.Text());
     aEntry.ResultClass = CheckLog::iClassFailure;
     bPassFailure = true;
   } else {
     View.ShowLight(lIndex, iStatusWarning);
-    View.ShowRemark(lIndex, szText);
+    View.ShowRemark(lIndex, aText.Text());
     aEntry.ResultClass = CheckLog::iClassFirstFailure;
     Site(lIndex).Status = iStatusWarning;
     Schedule::SetNextCheck(WarningMinutes());

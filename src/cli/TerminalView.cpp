@@ -9,6 +9,7 @@
 #include "check/CheckEngine.h"
 #include "cli/Report.h"
 #include "log/CheckLog.h"
+#include "log/LogGrammar.h"
 #include "persistence/Settings.h"
 #include "persistence/modAddress.h"
 #include "platform/Clock.h"
@@ -53,11 +54,6 @@ std::string Seconds(double dSeconds) {
   char szNumber[32];
   std::snprintf(szNumber, sizeof szNumber, "%.1f", std::max(0.0, dSeconds));
   return szNumber;
-}
-
-// A log comment without the fragments that are meant for a page.
-std::string PlainComment(const std::string& szComment) {
-  return Text::Replace(Text::Replace(szComment, "<SPAN class=\"Emphasis\">", ""), "</SPAN>", "");
 }
 
 }  // namespace
@@ -147,9 +143,9 @@ void TerminalView::SiteRecorded(std::int32_t lSlot) {
     constexpr double dSecondsPerDay = 86400;
     szElapsed = FillResString(IDS_CLI_SECONDS, {Seconds((dtEnd - dtRequested) * dSecondsPerDay)});
   }
-  const std::string szShownRemark = szRemark.empty() ? CheckLog::CurrentEntry.StatusText : szRemark;
+  const std::string szShownRemark = szRemark.empty() ? CheckLog::CurrentEntry.StatusText.Text() : szRemark;
   const std::string szAddress = LoadResString(IDS_AGENT) + (Text::IsBlank(aSite.URL) ? aSite.IP : aSite.URL);
-  std::string szComment = PlainComment(CheckLog::CurrentEntry.Comment);
+  std::string szComment = LogGrammar::WithoutMarks(CheckLog::CurrentEntry.Comment);
   if (bSiteStopped) szComment.clear();  // it is the remark already
 
   EraseProgress();

@@ -4,6 +4,7 @@
 #include "history/LogFiles.h"
 #include "history/LogRows.h"
 #include "history/LogWords.h"
+#include "log/LogGrammar.h"
 
 namespace {
 
@@ -30,17 +31,17 @@ std::vector<Run> RunsOf(std::string_view szField) {
     AddText(aRuns, szField.substr(lAt, lMark - lAt), bEmphasis);
     const auto szRest = szField.substr(lMark);
     lAt = lMark;
-    if (szRest.starts_with(LogWords::szBreak)) {
+    if (szRest.starts_with(LogGrammar::szBreak)) {
       if (aRuns.empty()) aRuns.push_back({{}, bEmphasis});
       aRuns.back().szText += '\n';
-      lAt += LogWords::szBreak.size();
-    } else if (!bEmphasis && szRest.starts_with(LogWords::szEmphasis) &&
-               szRest.find(LogWords::szEmphasisEnd) != std::string_view::npos) {
+      lAt += LogGrammar::szBreak.size();
+    } else if (!bEmphasis && szRest.starts_with(LogGrammar::szEmphasis) &&
+               szRest.find(LogGrammar::szEmphasisEnd) != std::string_view::npos) {
       bEmphasis = true;
-      lAt += LogWords::szEmphasis.size();
-    } else if (bEmphasis && szRest.starts_with(LogWords::szEmphasisEnd)) {
+      lAt += LogGrammar::szEmphasis.size();
+    } else if (bEmphasis && szRest.starts_with(LogGrammar::szEmphasisEnd)) {
       bEmphasis = false;
-      lAt += LogWords::szEmphasisEnd.size();
+      lAt += LogGrammar::szEmphasisEnd.size();
     } else if (!szRest.empty()) {
       AddText(aRuns, szRest.substr(0, 1), bEmphasis);
       ++lAt;

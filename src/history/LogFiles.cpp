@@ -8,6 +8,7 @@
 
 #include "base/DateTime.h"
 #include "base/Text.h"
+#include "log/LogGrammar.h"
 #include "persistence/ProductKeys.h"
 #include "persistence/RegistryAccess.h"
 #include "platform/Clock.h"
@@ -21,7 +22,7 @@ constexpr char szEnding[] = ".kvl";
 bool IsLog(const std::string& szPath) {
   if (Text::EndsWithNoCase(szPath, szEnding) || Files::FolderExists(szPath)) return true;
   if (Text::EndsWithNoCase(szPath, ".htm") || Text::EndsWithNoCase(szPath, ".html")) return false;
-  const std::string szStart = "[START CHECK: ";
+  constexpr auto szStart = LogGrammar::szStart;
   return Files::FileExists(szPath) && Files::ReadPiece(szPath, 0, szStart.size()) == szStart;
 }
 

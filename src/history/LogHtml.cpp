@@ -8,6 +8,7 @@
 #include "history/LogPageStyle.h"
 #include "history/LogStrip.h"
 #include "history/LogWords.h"
+#include "log/LogGrammar.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
 
@@ -394,7 +395,7 @@ std::string LogHtml::Escape(std::string_view szBytes) {
 }
 
 std::string LogHtml::Field(std::string_view szBytes) {
-  using namespace LogWords;
+  using namespace LogGrammar;
   std::string szOut;
   bool bEmphasis = false;
   std::size_t lTextFrom = 0;

@@ -6,8 +6,8 @@
 #include <numeric>
 #include <utility>
 
-#include "base/Text.h"
 #include "base/Utf8.h"
+#include "log/LogGrammar.h"
 
 namespace {
 
@@ -231,10 +231,6 @@ std::vector<std::size_t> LogWords::ByInterest(const LogSummary& aSummary) {
   return aOrder;
 }
 
-// RFC 3629: no overlong forms, no surrogates, nothing above U+10FFFF.
 std::string LogWords::PlainField(std::string_view szField) {
-  if (szField.find('<') == std::string_view::npos) return Utf8::Clean(szField);
-  auto szPlain = Text::Replace(szField, szEmphasis, "");
-  if (szPlain.size() < szField.size()) szPlain = Text::Replace(szPlain, szEmphasisEnd, "");
-  return Utf8::Clean(Text::Replace(szPlain, szBreak, "; "));
+  return Utf8::Clean(LogGrammar::WithoutMarks(szField));
 }

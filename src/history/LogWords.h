@@ -45,11 +45,7 @@ std::vector<std::string> Lead(const LogSummary& aSummary);
 // The sites in the order of interest: down, warning, then by outages; as places in aSummary.aSites.
 std::vector<std::size_t> ByInterest(const LogSummary& aSummary);
 
-// The log's own marks in a field.
-inline constexpr std::string_view szBreak = "<BR>";
-inline constexpr std::string_view szEmphasis = "<SPAN class=\"Emphasis\">";
-inline constexpr std::string_view szEmphasisEnd = "</SPAN>";
-// A field without them: a break becomes "; ", emphasis goes.
+// A field without the log's own marks, as valid UTF-8.
 std::string PlainField(std::string_view szField);
 
 }  // namespace LogWords

@@ -1,16 +1,13 @@
 // CheckLog: which file the check log goes to, how many are kept, and one line appended at a time. It owns the
 // current file and the current entry; the check engine fills the entry before each line.
-//
-// A log is 8-bit text with CR LF line ends, one line a site result:
-//   CheckTime,Address,StatusText,elapsed seconds (0 to 59),Comment,ResultClass
-// between "[START CHECK: MANUAL - time]" (or AUTO) and "[END CHECK]". Fields are not quoted; a comma inside
-// one is written as it is. They may hold the HTML fragments <BR> and <SPAN class="Emphasis">.
+// LogGrammar.h says what a line looks like.
 #pragma once
 
 #include <cstdint>
 #include <string>
 
 #include "base/DateTime.h"
+#include "log/ResultText.h"
 
 namespace CheckLog {
 
@@ -23,7 +20,7 @@ inline constexpr std::int16_t iClassFirstFailure = 4;
 struct Entry {
   DateTime CheckTime = 0;  // wall time at which the request was started; 0 not set
   std::string Address;
-  std::string StatusText;
+  ResultText StatusText;
   std::string Comment;  // remarks joined by "; "
   std::int16_t ResultClass = 0;
 };

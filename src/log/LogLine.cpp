@@ -1,57 +1,17 @@
 #include "log/LogLine.h"
 
-#include <array>
 #include <string>
-#include <vector>
 
 #include "base/Strings.h"
+#include "log/LogGrammar.h"
+#include "log/ResultText.h"
 
 namespace {
 
-constexpr std::string_view szStartManual = "[START CHECK: MANUAL - ";
-constexpr std::string_view szStartAuto = "[START CHECK: AUTO - ";
-constexpr std::string_view szStartAny = "[START CHECK:";
-constexpr std::string_view szEnd = "[END CHECK]";
-constexpr std::string_view szAgent = "http://";
-constexpr std::string_view szFirstOfTwo = "(1) http://";
-constexpr std::string_view szSecondOfTwo = "<BR>(2) http://";
+using namespace LogGrammar;
+
 constexpr std::size_t lNone = std::string_view::npos;
 constexpr std::size_t lLongestEntry = 65536;  // bytes; the writer's lines are far shorter
-
-// The texts with which a result begins, as the check engine writes them.
-const std::vector<std::string>& ResultTexts() {
-  static const std::vector<std::string> aTexts = [] {
-    std::vector<std::string> aAll;
-    for (const auto lNumber :
-         {IDS_SITE_OK,        IDS_MISSING_ADDRESS,     IDS_UNKNOWN_SITE,         IDS_RESULT_204,
-          IDS_RESULT_301,     IDS_RESULT_400,          IDS_RESULT_401,           IDS_RESULT_403,
-          IDS_RESULT_404,     IDS_RESULT_405,          IDS_RESULT_500,           IDS_RESULT_501,
-          IDS_RESULT_502,     IDS_RESULT_503,          IDS_RESULT_504,           IDS_RESULT_1XX,
-          IDS_RESULT_2XX,     IDS_RESULT_3XX,          IDS_RESULT_4XX,           IDS_RESULT_5XX,
-          IDS_RESULT_NO_CODE, IDS_RESULT_UNKNOWN_CODE, IDS_RESULT_UNKNOWN_STATE, IDS_RESULT_TIMED_OUT,
-          IDS_RESULT_ERROR,   IDS_LOG_NO_CODE})
-      aAll.push_back(LoadResString(lNumber));
-    return aAll;
-  }();
-  return aTexts;
-}
-
-bool BeginsWithResult(std::string_view szText) {
-  if (szText.starts_with("(1) ")) szText.remove_prefix(4);
-  for (const auto& szResult : ResultTexts())
-    if (szText.starts_with(szResult)) return true;
-  return false;
-}
-
-std::string_view UnknownSite() {
-  static const std::string szText = LoadResString(IDS_UNKNOWN_SITE);
-  return szText;
-}
-
-std::string_view Stopped() {
-  static const std::string szText = LoadResString(IDS_MANUALLY_STOPPED);
-  return szText;
-}
 
 bool IsDigit(char chByte) {
   return chByte >= '0' && chByte <= '9';
@@ -80,19 +40,16 @@ bool ReadMoment(std::string_view szText, DateTime& dtMoment) {
 }
 
 bool ReadStart(std::string_view szLine, std::string_view szBegin, LogLine& aLine) {
-  if (!szLine.starts_with(szBegin) || !szLine.ends_with(']')) return false;
+  if (!szLine.starts_with(szBegin) || !szLine.ends_with(szStartEnd)) return false;
   szLine.remove_prefix(szBegin.size());
-  szLine.remove_suffix(1);
+  szLine.remove_suffix(szStartEnd.size());
   return ReadMoment(szLine, aLine.dtMoment);
-}
-
-bool IsAddress(std::string_view szText) {
-  return szText.starts_with(szAgent) || szText.starts_with(szFirstOfTwo) || szText.starts_with(UnknownSite());
 }
 
 // A line that was cut short and then continued by the next one holds the next one's time before its address.
 bool HoldsTwoLines(std::string_view szMiddle) {
-  for (std::size_t lComma = szMiddle.find(','); lComma != lNone; lComma = szMiddle.find(',', lComma + 1))
+  for (std::size_t lComma = szMiddle.find(chField); lComma != lNone;
+       lComma = szMiddle.find(chField, lComma + 1))
     if (lComma >= 3 && (szMiddle.substr(lComma - 3, 3) == " AM" || szMiddle.substr(lComma - 3, 3) == " PM") &&
         IsAddress(szMiddle.substr(lComma + 1)))
       return true;
@@ -102,18 +59,20 @@ bool HoldsTwoLines(std::string_view szMiddle) {
 // The comma between address and text.
 std::size_t FindText(std::string_view szMiddle) {
   std::size_t lFirst = 0;
-  if (szMiddle.starts_with(szFirstOfTwo)) {
-    const auto lSecond = szMiddle.find(szSecondOfTwo);
-    if (lSecond != lNone) lFirst = lSecond + szSecondOfTwo.size();
+  if (szMiddle.starts_with(szFirst)) {
+    // The address's own second half; the text may have one too.
+    const auto szOther = std::string(szSecond) + LoadResString(IDS_AGENT);
+    const auto lSecond = szMiddle.find(szOther);
+    if (lSecond != lNone) lFirst = lSecond + szOther.size();
   }
-  lFirst = szMiddle.find(',', lFirst);
-  for (auto lComma = lFirst; lComma != lNone; lComma = szMiddle.find(',', lComma + 1))
-    if (BeginsWithResult(szMiddle.substr(lComma + 1))) return lComma;
-  return lFirst != lNone && szMiddle.ends_with(',') ? szMiddle.size() - 1 : lFirst;
+  lFirst = szMiddle.find(chField, lFirst);
+  for (auto lComma = lFirst; lComma != lNone; lComma = szMiddle.find(chField, lComma + 1))
+    if (ResultText::Begins(szMiddle.substr(lComma + 1))) return lComma;
+  return lFirst != lNone && szMiddle.ends_with(chField) ? szMiddle.size() - 1 : lFirst;
 }
 
 Outcome OutcomeOf(char chClass, std::string_view szComment) {
-  if (szComment.ends_with(Stopped())) return Outcome::None;
+  if (szComment.ends_with(LoadResString(IDS_MANUALLY_STOPPED))) return Outcome::None;
   switch (chClass) {
     case '1':
       return Outcome::Up;
@@ -130,15 +89,15 @@ Outcome OutcomeOf(char chClass, std::string_view szComment) {
 
 bool ReadEntry(std::string_view szLine, LogLine& aLine) {
   if (szLine.size() > lLongestEntry) return false;
-  const auto lFirst = szLine.find(',');
-  const auto lLast = szLine.rfind(',');
+  const auto lFirst = szLine.find(chField);
+  const auto lLast = szLine.rfind(chField);
   if (lFirst == lNone || lLast == lFirst || lLast + 2 != szLine.size()) return false;
   const char chClass = szLine.back();
   if (chClass < '0' || chClass > '4' || !IsAddress(szLine.substr(lFirst + 1))) return false;
-  auto lBehind = szLine.rfind(',', lLast - 1);  // the comma behind the elapsed seconds
+  auto lBehind = szLine.rfind(chField, lLast - 1);  // the comma behind the elapsed seconds
   auto lBefore = lNone;
   for (; lBehind != lNone && lBehind > lFirst; lBehind = lBefore) {
-    lBefore = szLine.rfind(',', lBehind - 1);
+    lBefore = szLine.rfind(chField, lBehind - 1);
     if (lBefore == lNone || lBefore <= lFirst) return false;
     if (IsElapsed(szLine.substr(lBefore + 1, lBehind - lBefore - 1))) break;
   }
@@ -186,16 +145,13 @@ LogFields SplitLogLine(std::string_view szLine, const LogLine& aLine) {
 }
 
 bool LooksLikeStart(std::string_view szLine) {
-  return szLine.starts_with(szStartAny);
+  return szLine.starts_with(szStart);
 }
 
 std::string_view SiteOfAddress(std::string_view szAddress) {
-  if (szAddress.starts_with(szFirstOfTwo)) {
-    szAddress.remove_prefix(szFirstOfTwo.size());
-    szAddress = szAddress.substr(0, szAddress.rfind(szSecondOfTwo));
-  } else if (szAddress.starts_with(szAgent)) {
-    szAddress.remove_prefix(szAgent.size());
-  }
+  szAddress = FirstOfNumbered(szAddress);
+  const auto szAgent = LoadResString(IDS_AGENT);
+  if (szAddress.starts_with(szAgent)) szAddress.remove_prefix(szAgent.size());
   while (szAddress.starts_with(' '))
     szAddress.remove_prefix(1);
   while (szAddress.ends_with(' '))

@@ -3,14 +3,13 @@
 //
 // The fields of an entry are not quoted, so a comma inside one shifts the others. They are read from both
 // ends, where the writer's own texts leave no doubt:
-//   - the time is what stands before the first comma, the class is the one digit behind the last;
-//   - the elapsed seconds are the rightmost whole field of one or two digits (0 to 59) that still leaves an
-//     address and a text before it; the remarks are all between them and the class;
-//   - what remains is address and text. An address begins with "http://", "(1) http://" or "Unknown Site:
-//   Site
-//     #". With more than one comma left, the text begins where a result that this system writes begins; where
-//     none does, an empty text ends the field, else the first comma parts them. The address of an IP check
-//     runs at least to its second half, "<BR>(2) http://".
+//
+// - The time is what stands before the first comma, the class is the one digit behind the last.
+// - The elapsed seconds are the rightmost whole field of one or two digits (0 to 59) that still leaves an
+//   address and a text before it. The remarks are all between them and the class.
+// - What remains is address and text, with one comma or more. The text begins where one of the results that
+//   the engine can record begins (ResultText). Where none does, an empty text ends the field, else the first
+//   comma parts them. The address of an IP check runs at least to its second half.
 #pragma once
 
 #include <cstdint>
@@ -35,15 +34,15 @@ struct LogLine {
   DateTime dtMoment = 0;      // start line: the pass's start; entry: the check's start; local time
   std::uint32_t lOffset = 0;  // of the line in the file's text
   std::uint32_t lLength = 0;  // without its line end
-  std::uint32_t lAddress = 0, lStatus = 0, lElapsed = 0,
-                lComment = 0;  // first byte of each field, in the line
-  std::uint32_t lSite = 0;     // entries: number in LogHistory::Sites
-  std::uint32_t lPass = 0;     // number among the passes of its file
+  // First byte of each field, in the line.
+  std::uint32_t lAddress = 0, lStatus = 0, lElapsed = 0, lComment = 0;
+  std::uint32_t lSite = 0;  // entries: number in LogHistory::Sites
+  std::uint32_t lPass = 0;  // number among the passes of its file
   LineKind iKind = LineKind::Unread;
   Outcome iOutcome = Outcome::Unread;
   std::uint8_t iSeconds = 0;  // elapsed, as logged: the seconds part only
-  bool bTimeKnown =
-      false;  // false: the line gives no time of its own; an entry then has that of its neighbour
+  // False: the line gives no time of its own; an entry then has that of its neighbour.
+  bool bTimeKnown = false;
 };
 
 struct LogFields {

@@ -27,7 +27,7 @@ TEST(ResultCodes, EveryHeaderHasOneMeaning) {
   for (const Case& aCase : aCases) {
     const Classification aResult = ClassifyResponse(aCase.szHeader);
     EXPECT_EQ(aResult.bUp ? "up" : aResult.szCode, aCase.szCode) << aCase.szHeader;
-    EXPECT_EQ(aResult.szText, aCase.szText) << aCase.szHeader;
+    EXPECT_EQ(aResult.aText.Text(), aCase.szText) << aCase.szHeader;
     EXPECT_EQ(aResult.iBackupOutcome, aCase.iBackupOutcome) << aCase.szHeader;
   }
 }

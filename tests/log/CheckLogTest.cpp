@@ -69,11 +69,12 @@ TEST(CheckLogTest, WritesAPassLineByLine) {
   Settings.LogPeriod = 1;
   GetLogFileName(false);
   WriteLog(true, true, true);
-  CurrentEntry = {Clock::Now(), "http://SITE1", "Site OK", "", 1};
+  CurrentEntry = {Clock::Now(), "http://SITE1", ResultText(IDS_SITE_OK), "", 1};
   aClock.Advance(75);
   WriteLog(false, true, false);
   aClock.SetWall(At(1999, 11, 16, 0, 0, 0));  // past midnight: the same file
-  CurrentEntry = {At(1999, 11, 16, 0, 0, 9), "a,b\r\n[END CHECK]\x1B", "T<BR>\xE4", "", 2};
+  CurrentEntry = {At(1999, 11, 16, 0, 0, 9), "a,b\r\n[END CHECK]\x1B",
+                  ResultText(IDS_RESULT_ERROR, "<BR>\xE4"), "", 2};
   AddComment("<SPAN class=\"Emphasis\">IP Check Performed</SPAN>");
   AddComment("Manually Stopped.");
   WriteLog(false, false, false);  // the clock was set back
@@ -82,7 +83,7 @@ TEST(CheckLogTest, WritesAPassLineByLine) {
   EXPECT_EQ(aHome.Read("D-19991115.kvl"),
             "[START CHECK: MANUAL - 11/15/1999 5:44:21 PM]\r\n"
             "11/15/1999 5:44:21 PM,http://SITE1,Site OK,15,,1\r\n"
-            "11/16/1999 12:00:09 AM,a,b??[END CHECK]?,T<BR>\xE4,0,"
+            "11/16/1999 12:00:09 AM,a,b??[END CHECK]?,ERROR: <BR>\xE4,0,"
             "<SPAN class=\"Emphasis\">IP Check Performed</SPAN>; Manually Stopped.,2\r\n"
             "[END CHECK]\r\n"
             "[START CHECK: AUTO - 11/16/1999 12:00:00 AM]\r\n");

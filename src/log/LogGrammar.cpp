@@ -1,0 +1,26 @@
+#include "log/LogGrammar.h"
+
+#include "base/Strings.h"
+#include "base/Text.h"
+
+std::string LogGrammar::WithoutMarks(std::string_view szField) {
+  auto szPlain = Text::Replace(szField, szEmphasis, "");
+  if (szPlain.size() < szField.size()) szPlain = Text::Replace(szPlain, szEmphasisEnd, "");
+  return Text::Replace(szPlain, szBreak, "; ");
+}
+
+std::string LogGrammar::Numbered(std::string_view szOne, std::string_view szOther) {
+  return std::string(szFirst).append(szOne).append(szSecond).append(szOther);
+}
+
+std::string_view LogGrammar::FirstOfNumbered(std::string_view szField) {
+  if (!szField.starts_with(szFirst)) return szField;
+  szField.remove_prefix(szFirst.size());
+  return szField.substr(0, szField.rfind(szSecond));
+}
+
+bool LogGrammar::IsAddress(std::string_view szText) {
+  if (szText.starts_with(LoadResString(IDS_UNKNOWN_SITE))) return true;
+  if (szText.starts_with(szFirst)) szText.remove_prefix(szFirst.size());
+  return szText.starts_with(LoadResString(IDS_AGENT));
+}
