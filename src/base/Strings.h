@@ -3,6 +3,7 @@
 // "correcting" one.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
@@ -12,6 +13,13 @@
 enum StringId : std::int32_t {
 #define STRING(name, number, text) name = (number),
 #include "resources/strings/all.def"
+#undef STRING
+};
+
+// The texts with which a result begins (resources/strings/results.def).
+inline constexpr std::array aResultTexts{
+#define STRING(name, number, text) name,
+#include "resources/strings/results.def"
 #undef STRING
 };
 

@@ -13,14 +13,14 @@ ResultText ResultText::Both(const ResultText& aFirst, const ResultText& aSecond)
 }
 
 std::vector<ResultText> ResultText::All() {
-  std::vector<ResultText> aAll(ResultId::aListed.size());
+  std::vector<ResultText> aAll(aResultTexts.size());
   for (std::size_t i = 0; i < aAll.size(); ++i)
-    aAll[i].szText = LoadResString(ResultId::aListed[i]);
+    aAll[i].szText = LoadResString(aResultTexts[i]);
   return aAll;
 }
 
 bool ResultText::Begins(std::string_view szText) {
   if (szText.starts_with(LogGrammar::szFirst)) szText.remove_prefix(LogGrammar::szFirst.size());
-  return std::ranges::any_of(ResultId::aListed,
+  return std::ranges::any_of(aResultTexts,
                              [&](StringId iText) { return szText.starts_with(LoadResString(iText)); });
 }

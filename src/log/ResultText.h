@@ -5,7 +5,6 @@
 #pragma once
 
 #include <algorithm>
-#include <array>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,16 +15,10 @@
 class ResultId {
  public:
   consteval ResultId(StringId iResult) : iText(iResult) {  // NOLINT(google-explicit-constructor)
-    if (std::ranges::find(aListed, iResult) == aListed.end())
+    if (std::ranges::find(aResultTexts, iResult) == aResultTexts.end())
       throw "a text that begins a result is to be listed in resources/strings/results.def";
   }
   constexpr StringId Text() const { return iText; }
-
-  static constexpr std::array aListed{
-#define STRING(name, number, text) name,
-#include "resources/strings/results.def"
-#undef STRING
-  };
 
  private:
   StringId iText;
