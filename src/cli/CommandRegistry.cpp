@@ -4,6 +4,7 @@
 #include "cli/Commands.h"
 #include "cli/Report.h"
 #include "persistence/RegFile.h"
+#include "persistence/StoreMessages.h"
 #include "persistence/modAddress.h"
 #include "platform/Files.h"
 #include "platform/Registry.h"
@@ -23,8 +24,9 @@ int Commands::RegistryExport(const std::string& szFile) {
 }
 
 int Commands::RegistryShare() {
-  std::string szMessage;
-  if (!Registry::ShareStore(szMessage)) return Report::Fail(szMessage);
+  const auto aState = Registry::ShareStore();
+  if (aState.iCondition != Registry::StoreCondition::Ready)
+    return Report::Fail(StoreMessages::Compose(aState));
   Report::Say(FillResString(IDS_CLI_REGISTRY_SHARED, {Registry::StoreName()}));
   return Report::iAllUp;
 }

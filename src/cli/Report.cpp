@@ -5,8 +5,8 @@
 #include "base/Strings.h"
 #include "base/Text.h"
 #include "persistence/Settings.h"
+#include "persistence/StoreMessages.h"
 #include "persistence/modAddress.h"
-#include "platform/Registry.h"
 
 std::string Report::SiteNumber(std::int32_t lNumber) {
   return lNumber == 1 ? LoadResString(IDS_CLI_SITE_ONE)
@@ -31,10 +31,10 @@ int Report::Fail(std::string_view szText) {
 }
 
 bool Report::OpenStore() {
-  std::string szMessage;
-  const bool bUsable = Registry::OpenStore(szMessage);
+  const auto aState = Registry::OpenStore();
+  const auto szMessage = StoreMessages::Compose(aState);
   if (!szMessage.empty()) Complain(szMessage);
-  return bUsable;
+  return aState.iCondition == Registry::StoreCondition::Ready;
 }
 
 bool Report::LoadAll() {

@@ -76,10 +76,30 @@ class Transaction {
   bool bEnded = false;
 };
 
-// Opens the store now. True when it can be read and written. Otherwise, or where a damaged store was set
-// aside and a new one begun (which is true), szMessage says in one or two plain sentences what is the matter
-// and what to do.
-bool OpenStore(std::string& szMessage);
+// How the store stands, as facts; what is said of them to an operator is composed above (StoreMessages).
+enum class StoreCondition {
+  Ready,        // it can be read and written
+  Unreachable,  // no file can be opened or made at its path
+  Locked,       // another program keeps it
+  ReadOnly,     // it may not be written
+  Full,         // its disk takes no more, or fails
+  Foreign,      // the file is another program's, or of a newer version
+  Damaged,      // damaged, and it could not be renamed
+  Failed,       // anything else; szSystem says what
+  KeyRefused,   // Windows: the product's key may not be written
+  KeyFailed,    // Windows: nor can it be opened; szSystem says why
+  NotShared,    // Windows: what may be done to the key could not be changed; szSystem says why
+  Private       // where each user has a store of their own, none is shared
+};
+
+struct StoreState {
+  StoreCondition iCondition = StoreCondition::Ready;
+  std::string szSystem;  // the system's own code or fixed words for the failure, empty where there are none
+  std::string szKept;    // the file as which a damaged store was kept when a new one was begun
+};
+
+// Opens the store now.
+StoreState OpenStore();
 void CloseStore();
 
 // Closes a store that $KESTROVA_REGISTRY names and takes it away, where it is no file that its owner can
@@ -87,9 +107,8 @@ void CloseStore();
 void RemoveOwnStore();
 
 // Lets every account of this machine read and write the product's key, which is made where it is missing, and
-// all below it. On Windows an administrator can; elsewhere nobody, for there each user has a store of their
-// own. False when it could not be done; szMessage says why, in one or two plain sentences.
-bool ShareStore(std::string& szMessage);
+// all below it. On Windows an administrator can; elsewhere nobody. Ready when it is done.
+StoreState ShareStore();
 
 // Where the store lies, for messages and for the lock of the single instance: a file path, or on Windows the
 // name of the product's key.

@@ -57,13 +57,10 @@ Database::Condition Database::Open(const std::string& szPath, bool bCheck) {
   if (lResult == SQLITE_OK) lResult = ConfigureWhenFree();
   auto aCondition = Judge(lResult);
   if (aCondition == Condition::Ready && bCheck) {
-    std::int64_t lUnused = 0;
-    // One row "ok", or the damage in words; a number read from words is 0 either way, so compare the text.
-    lResult = ReadNumber(
-        "SELECT CASE WHEN integrity_check = 'ok' THEN 1 ELSE 0 END "
-        "FROM pragma_integrity_check(1)",
-        lUnused);
-    aCondition = lResult == SQLITE_OK && lUnused == 0 ? Condition::Damaged : Judge(lResult);
+    // The check answers one row: "ok", or the first damage in words.
+    std::int64_t lSound = 0;
+    lResult = ReadNumber("SELECT integrity_check = 'ok' FROM pragma_integrity_check(1)", lSound);
+    aCondition = lResult == SQLITE_OK && lSound == 0 ? Condition::Damaged : Judge(lResult);
     if (aCondition == Condition::Ready) return TryWrite();
   }
   if (aCondition != Condition::Ready) Close();
@@ -71,8 +68,9 @@ Database::Condition Database::Open(const std::string& szPath, bool bCheck) {
   return aCondition;
 }
 
-// Two processes may make the store at once. The one that comes second to the switch of the journal's mode is
-// told "busy" at once, whatever the busy timeout says, so the waiting is done here.
+// The switch to the write-ahead journal needs the file for itself, and SQLite answers "busy" there at once,
+// whatever wait it was told to allow. Two processes that make the store at the same moment would meet that
+// answer, so it is asked again here until the time is up.
 int Database::ConfigureWhenFree() {
   constexpr auto aPause = std::chrono::milliseconds(5);
   const auto aEnd = std::chrono::steady_clock::now() +

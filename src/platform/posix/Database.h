@@ -15,6 +15,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/Registry.h"
 #include "platform/posix/StoreFile.h"
 
 class Database {
@@ -39,7 +40,7 @@ class Database {
     SQL_COUNT
   };
 
-  enum class Condition { Ready, Unreachable, Locked, ReadOnly, Full, Foreign, Damaged, Failed };
+  using Condition = Registry::StoreCondition;
 
   ~Database() { Close(); }
 

@@ -4,7 +4,6 @@
 #include <optional>
 #include <unordered_map>
 
-#include "base/Strings.h"
 #include "base/Text.h"
 
 namespace {
@@ -29,13 +28,14 @@ struct State {
   std::optional<Steady::time_point> aFailedAt;
 };
 
-State& The() {
+// What this process knows of its store.
+State& Process() {
   static State aState;
   return aState;
 }
 
 void ForgetKeys() {
-  auto& aState = The();
+  auto& aState = Process();
   aState.aOpen.clear();
   aState.aOpen[HKEY_LOCAL_MACHINE].lId = Database::lLocalMachine;
   aState.aOpen[HKEY_CURRENT_USER].lId = Database::lCurrentUser;
@@ -45,7 +45,7 @@ void ForgetKeys() {
 
 // Keys made in a bracket that is undone are gone, and their ids will be given to others.
 void ForgetMade() {
-  auto& aState = The();
+  auto& aState = Process();
   for (const auto lId : aState.aMadeInBracket) {
     std::erase_if(aState.aOpen, [&](const auto& aEntry) { return aEntry.second.lId == lId; });
     std::erase_if(aState.aPaths, [&](const auto& aEntry) { return aEntry.second == lId; });
@@ -56,7 +56,7 @@ void ForgetMade() {
 }
 
 Condition Open(bool bCheck) {
-  auto& aState = The();
+  auto& aState = Process();
   ForgetKeys();
   aState.aDatabase.RolledBack = ForgetMade;
   const auto aCondition = aState.aDatabase.Open(StoreName(), bCheck);
@@ -65,30 +65,15 @@ Condition Open(bool bCheck) {
   return aCondition;
 }
 
-std::string Message(std::int32_t lNumber, const std::string& szSecond = {}) {
-  return FillResString(lNumber, {StoreName(), szSecond});
-}
-
-std::string Describe(Condition aCondition) {
-  switch (aCondition) {
-    case Condition::Ready:
-      return {};
-    case Condition::Unreachable:
-      return Message(IDS_STORE_UNREACHABLE);
-    case Condition::Locked:
-      return Message(IDS_STORE_LOCKED);
-    case Condition::ReadOnly:
-      return Message(IDS_STORE_READ_ONLY);
-    case Condition::Full:
-      return Message(IDS_STORE_FULL);
-    case Condition::Foreign:
-      return Message(IDS_STORE_FOREIGN);
-    case Condition::Damaged:
-      return Message(IDS_STORE_DAMAGED_STAYS);
-    case Condition::Failed:
-      break;
-  }
-  return Message(IDS_STORE_FAILED, The().aDatabase.LastText());
+// Keeps a damaged store under another name and begins an empty one.
+void BeginAnew(StoreState& aState) {
+  auto& aDatabase = Process().aDatabase;
+  const auto aExamined = aDatabase.Opened();
+  aDatabase.Close();
+  const auto szKept = StoreFile::SetAside(StoreName(), aExamined);
+  if (szKept.empty()) return;
+  if (szKept != StoreName()) aState.szKept = szKept;
+  aState.iCondition = Open(true);
 }
 
 // The moment that a listing shows: it changes with our own writes and with another process's commits.
@@ -113,7 +98,7 @@ std::string PathKey(std::int64_t lBase, const std::vector<std::string_view>& aPa
 }
 
 void Remember(const std::string& szKey, std::int64_t lId) {
-  auto& aPaths = The().aPaths;
+  auto& aPaths = Process().aPaths;
   if (aPaths.size() >= lMostPaths) aPaths.clear();
   aPaths[szKey] = lId;
 }
@@ -121,7 +106,7 @@ void Remember(const std::string& szKey, std::int64_t lId) {
 }  // namespace
 
 Database* Store::Get() {
-  auto& aState = The();
+  auto& aState = Process();
   if (aState.aFailedAt && Steady::now() - *aState.aFailedAt < aRetryAfter) return nullptr;
   if (!aState.aDatabase.IsOpen()) Open(false);
   return aState.aDatabase.IsOpen() ? &aState.aDatabase : nullptr;
@@ -129,7 +114,7 @@ Database* Store::Get() {
 
 std::int32_t Store::Find(Key hKey, Database*& pDatabase, OpenKey*& pKey) {
   if (hKey == hUnreadable) return lAccessDenied;
-  auto& aState = The();
+  auto& aState = Process();
   const bool bRoot = hKey == HKEY_LOCAL_MACHINE || hKey == HKEY_CURRENT_USER;
   // Another process may have set a damaged file aside; what we wrote into that one would be lost.
   if (bRoot && aState.aDatabase.IsOpen() && !aState.aDatabase.InBracket() && aState.aDatabase.Moved())
@@ -144,14 +129,14 @@ std::int32_t Store::Find(Key hKey, Database*& pDatabase, OpenKey*& pKey) {
 }
 
 Key Store::Hold(std::int64_t lId) {
-  const auto hKey = The().hNext++;
-  The().aOpen[hKey].lId = lId;
+  const auto hKey = Process().hNext++;
+  Process().aOpen[hKey].lId = lId;
   return hKey;
 }
 
 std::int32_t Store::Release(Key hKey) {
   if (hKey == HKEY_LOCAL_MACHINE || hKey == HKEY_CURRENT_USER || hKey == hUnreadable) return lSuccess;
-  return The().aOpen.erase(hKey) == 1 ? lSuccess : lInvalidHandle;
+  return Process().aOpen.erase(hKey) == 1 ? lSuccess : lInvalidHandle;
 }
 
 std::int32_t Store::CheckExists(Database& aDatabase, std::int64_t lId) {
@@ -165,12 +150,12 @@ std::int32_t Store::Resolve(Database& aDatabase, std::int64_t lBase,
   lId = lBase;
   if (aParts.empty()) return CheckExists(aDatabase, lBase);
   const auto szKey = PathKey(lBase, aParts);
-  const auto aKnown = The().aPaths.find(szKey);
-  if (aKnown != The().aPaths.end()) {
+  const auto aKnown = Process().aPaths.find(szKey);
+  if (aKnown != Process().aPaths.end()) {
     lId = aKnown->second;
     const auto lCode = CheckExists(aDatabase, lId);
     if (lCode != lInvalidHandle) return lCode;
-    The().aPaths.erase(aKnown);
+    Process().aPaths.erase(aKnown);
     lId = lBase;
   }
   for (const auto szPart : aParts) {
@@ -198,7 +183,7 @@ std::int32_t Store::Make(Database& aDatabase, std::int64_t lBase, const std::vec
     KeysChanged();
     if (lCode != lSuccess) break;
     lId = aDatabase.LastId();
-    The().aMadeInBracket.push_back(lId);
+    Process().aMadeInBracket.push_back(lId);
   }
   const auto lCommitted = aAllParents.Commit();
   if (lCode == lSuccess) lCode = lCommitted;
@@ -208,7 +193,7 @@ std::int32_t Store::Make(Database& aDatabase, std::int64_t lBase, const std::vec
 
 std::int32_t Store::ListKeys(Database& aDatabase, OpenKey& aKey) {
   std::int64_t lMoment = 0;
-  auto lCode = Moment(aDatabase, The().lKeyChanges, lMoment);
+  auto lCode = Moment(aDatabase, Process().lKeyChanges, lMoment);
   if (lCode != lSuccess || aKey.lKeysSeen == lMoment) return lCode;
   aKey.lKeysSeen = -1;
   aKey.aKeys.clear();
@@ -224,7 +209,7 @@ std::int32_t Store::ListKeys(Database& aDatabase, OpenKey& aKey) {
 
 std::int32_t Store::ListValues(Database& aDatabase, OpenKey& aKey) {
   std::int64_t lMoment = 0;
-  auto lCode = Moment(aDatabase, The().lValueChanges, lMoment);
+  auto lCode = Moment(aDatabase, Process().lValueChanges, lMoment);
   if (lCode != lSuccess || aKey.lValuesSeen == lMoment) return lCode;
   aKey.lValuesSeen = -1;
   aKey.aValues.clear();
@@ -241,15 +226,15 @@ std::int32_t Store::ListValues(Database& aDatabase, OpenKey& aKey) {
 }
 
 void Store::KeysChanged() {
-  ++The().lKeyChanges;
+  ++Process().lKeyChanges;
 }
 
 void Store::ValuesChanged() {
-  ++The().lValueChanges;
+  ++Process().lValueChanges;
 }
 
 Registry::Transaction::Transaction() {
-  The().aDatabase.Enter();
+  Process().aDatabase.Enter();
 }
 
 Registry::Transaction::~Transaction() {
@@ -259,52 +244,40 @@ Registry::Transaction::~Transaction() {
 std::int32_t Registry::Transaction::Commit() {
   if (bEnded) return lSuccess;
   bEnded = true;
-  auto& aState = The();
+  auto& aState = Process();
   const auto lCode = aState.aDatabase.Leave();
   if (!aState.aDatabase.InBracket()) aState.aMadeInBracket.clear();
   return lCode;
 }
 
 void Registry::Transaction::Abandon() {
-  if (!bEnded) The().aDatabase.Break();
+  if (!bEnded) Process().aDatabase.Break();
   Commit();
 }
 
-bool Registry::OpenStore(std::string& szMessage) {
-  szMessage.clear();
-  auto& aState = The();
-  auto& aDatabase = aState.aDatabase;
+Registry::StoreState Registry::OpenStore() {
+  auto& aDatabase = Process().aDatabase;
+  StoreState aState;
   if (aDatabase.IsOpen() && !aDatabase.DamageSeen() && !aDatabase.Moved()) {
-    const auto aCondition = aDatabase.InBracket() ? Condition::Ready : aDatabase.TryWrite();
-    szMessage = Describe(aCondition);
-    return aCondition == Condition::Ready;
+    if (!aDatabase.InBracket()) aState.iCondition = aDatabase.TryWrite();
+  } else {
+    aState.iCondition = aDatabase.DamageSeen() ? Condition::Damaged : Open(true);
+    if (aState.iCondition == Condition::Damaged) BeginAnew(aState);
   }
-  auto aCondition = aDatabase.DamageSeen() ? Condition::Damaged : Open(true);
-  if (aCondition == Condition::Damaged) {
-    const auto aExamined = aDatabase.Opened();
-    aDatabase.Close();
-    const auto szKept = StoreFile::SetAside(StoreName(), aExamined);
-    if (szKept.empty()) {
-      szMessage = Describe(aCondition);
-      return false;
-    }
-    aCondition = Open(true);
-    if (szKept != StoreName()) szMessage = Message(IDS_STORE_DAMAGED, szKept) + " ";
-  }
-  szMessage += Describe(aCondition);
-  if (szMessage.ends_with(' ')) szMessage.pop_back();
-  return aCondition == Condition::Ready;
+  if (aState.iCondition == Condition::Failed) aState.szSystem = aDatabase.LastText();
+  return aState;
 }
 
 void Registry::CloseStore() {
-  The().aDatabase.Close();
-  The().aFailedAt.reset();
+  Process().aDatabase.Close();
+  Process().aFailedAt.reset();
   ForgetKeys();
 }
 
-bool Registry::ShareStore(std::string& szMessage) {
-  if (OpenStore(szMessage)) szMessage = Message(IDS_STORE_NOT_SHARED);
-  return false;
+Registry::StoreState Registry::ShareStore() {
+  auto aState = OpenStore();
+  if (aState.iCondition == Condition::Ready) aState.iCondition = Condition::Private;
+  return aState;
 }
 
 // A file; whoever named it deletes it.

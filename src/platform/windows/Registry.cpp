@@ -3,8 +3,6 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "base/Strings.h"
-#include "base/Text.h"
 #include "platform/windows/KeyAccess.h"
 #include "platform/windows/System.h"
 
@@ -66,10 +64,6 @@ std::int32_t Opened(std::int32_t lCode, HKEY hSystem, Registry::Key& hResult) {
   hResult = lCode == ERROR_SUCCESS ? reinterpret_cast<Registry::Key>(hSystem) : 0;
   if (lCode == ERROR_ACCESS_DENIED) hResult = hRefused;
   return lCode;
-}
-
-std::string Message(StringId lNumber, std::int32_t lCode) {
-  return FillResString(lNumber, {Registry::StoreName(), std::to_string(lCode)});
 }
 
 }  // namespace
@@ -173,29 +167,28 @@ void Registry::Transaction::Abandon() {
   bEnded = true;
 }
 
-bool Registry::OpenStore(std::string& szMessage) {
-  szMessage.clear();
+Registry::StoreState Registry::OpenStore() {
   HKEY hSystem = nullptr;
   HKEY hProduct = nullptr;
   std::int32_t lCode = Find(HKEY_LOCAL_MACHINE, hSystem);
   if (lCode == ERROR_SUCCESS) lCode = CreateKey(hSystem, szProduct, lFullAccess, hProduct);
-  if (lCode == ERROR_SUCCESS) {
-    ::RegCloseKey(hProduct);
-    return true;
-  }
-  szMessage = Message(lCode == ERROR_ACCESS_DENIED ? IDS_STORE_KEY_REFUSED : IDS_STORE_KEY_FAILED, lCode);
-  return false;
+  if (lCode != ERROR_SUCCESS)
+    return {lCode == ERROR_ACCESS_DENIED ? StoreCondition::KeyRefused : StoreCondition::KeyFailed,
+            std::to_string(lCode),
+            {}};
+  ::RegCloseKey(hProduct);
+  return {};
 }
 
-bool Registry::ShareStore(std::string& szMessage) {
-  if (!OpenStore(szMessage)) return false;
+Registry::StoreState Registry::ShareStore() {
+  const StoreState aState = OpenStore();
+  if (aState.iCondition != StoreCondition::Ready) return aState;
   const std::string szStore = OwnStore();
   const std::int32_t lCode = GrantUsersFullAccess(szStore.empty() ? std::string("MACHINE\\") + szProduct
                                                                   : "CURRENT_USER\\" + szStore +
                                                                         "\\HKEY_LOCAL_MACHINE\\" + szProduct);
-  if (lCode == ERROR_SUCCESS) return true;
-  szMessage = Message(IDS_STORE_KEY_NOT_SHARED, lCode);
-  return false;
+  if (lCode == ERROR_SUCCESS) return {};
+  return {StoreCondition::NotShared, std::to_string(lCode), {}};
 }
 
 void Registry::CloseStore() {

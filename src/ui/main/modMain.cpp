@@ -15,6 +15,7 @@
 #include "persistence/ProductKeys.h"
 #include "persistence/RegistryAccess.h"
 #include "persistence/Settings.h"
+#include "persistence/StoreMessages.h"
 #include "persistence/modBasic.h"
 #include "platform/Clock.h"
 #include "platform/MsgBox.h"
@@ -86,8 +87,7 @@ void WelcomeAtFirstRun() {
 
 // A store that cannot be used is said once, at the start; the program then runs without saving.
 void OpenStore() {
-  std::string szMessage;
-  Registry::OpenStore(szMessage);
+  const auto szMessage = StoreMessages::Compose(Registry::OpenStore());
   if (!szMessage.empty()) modMain::ShowBox(szMessage);
 }
 

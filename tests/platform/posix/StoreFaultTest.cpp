@@ -16,6 +16,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr char szPath[] = "Software\\FaultTest";
+using Condition = StoreCondition;
 const std::string szGone = "[2]", szRefused = "[5]";
 
 std::int32_t Write(const std::string& szName, const std::string& szText) {
@@ -36,17 +37,15 @@ class StoreFaultTest : public testing::Test {
     }
     CloseStore();
   }
-  bool Opens(const std::string& szExpected) {
-    szMessage.clear();
-    const bool bOpen = OpenStore(szMessage);
-    EXPECT_NE(std::string::npos, szMessage.find(szExpected)) << szMessage;
-    EXPECT_EQ(szExpected.empty(), szMessage.empty()) << szMessage;
-    return bOpen;
+  // Opens the store and tells as which file a damaged one was kept.
+  static std::string KeptAs() {
+    const auto aState = OpenStore();
+    EXPECT_EQ(Condition::Ready, aState.iCondition);
+    return aState.szKept;
   }
 
   TestHome aHome;
   const std::string szStore = aHome.Path("registry.db");
-  std::string szMessage;
 };
 
 // A connection of somebody else's, over which SQL is run.
@@ -80,31 +79,31 @@ TEST_F(StoreFaultTest, ADamagedStoreIsKeptAndANewOneBegun) {
       fs::remove(aHome.Path(szName));
     aHome.Write("registry.db", szDamaged);
     if (!szJournal.empty()) aHome.Write("registry.db-wal", szJournal);
-    EXPECT_TRUE(Opens(aHome.Path(szKept)));
+    EXPECT_EQ(aHome.Path(szKept), KeptAs());
     EXPECT_TRUE(szDamaged == aHome.Read(szKept));
     EXPECT_EQ(szJournal, aHome.Read(szKept + "-wal"));
     EXPECT_EQ(lSuccess, Write("other", "x"));
     EXPECT_EQ(szGone, Read("value1"));
     CloseStore();
-    EXPECT_TRUE(Opens(""));  // the second time there is nothing to say
+    EXPECT_EQ("", KeptAs()) << "the second time there is nothing to say";
     CloseStore();
   }
   aHome.Write("registry.db", "again");  // in the same second: the first is not overwritten
-  EXPECT_TRUE(Opens(aHome.Path(szKept + "-2")));
+  EXPECT_EQ(aHome.Path(szKept + "-2"), KeptAs());
 
   CloseStore();
   auto szLate = szGood;  // all but the first page, so that the store opens and then cannot be read
   aHome.Write("registry.db", szLate.replace(4096, std::string::npos, szGood.size() - 4096, 'Z'));
   EXPECT_EQ(szRefused, Read("value1"));
   EXPECT_EQ(lAccessDenied, Write("value1", "new"));
-  EXPECT_TRUE(Opens(".damaged-"));
+  EXPECT_NE(std::string::npos, KeptAs().find(".damaged-"));
   EXPECT_EQ(lSuccess, Write("value1", "new"));
 }
 
 TEST_F(StoreFaultTest, AnotherProgramsDatabaseIsLeftAlone) {
   { const Stranger aOther(szStore, "CREATE TABLE contacts(name); INSERT INTO contacts VALUES('x')"); }
   const auto szBytes = aHome.Read("registry.db");
-  EXPECT_FALSE(Opens("registry.db"));
+  EXPECT_EQ(Condition::Foreign, OpenStore().iCondition);
   EXPECT_EQ(lAccessDenied, Write("value1", "x"));
   CloseStore();
   EXPECT_TRUE(szBytes == aHome.Read("registry.db"));
@@ -113,10 +112,10 @@ TEST_F(StoreFaultTest, AnotherProgramsDatabaseIsLeftAlone) {
 TEST_F(StoreFaultTest, ALockedStoreAnswersFiveInTimeAndIsNotTakenForEmpty) {
   Fill();
   auto pOther = std::make_unique<Stranger>(szStore, "PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE");
-  EXPECT_FALSE(Opens("in use"));
+  EXPECT_EQ(Condition::Locked, OpenStore().iCondition);
   EXPECT_EQ(szRefused, Read("value1"));  // [6] would say that there is no such key
   pOther.reset();
-  EXPECT_TRUE(Opens(""));
+  EXPECT_EQ("", KeptAs());
   pOther = std::make_unique<Stranger>(szStore, "BEGIN IMMEDIATE; UPDATE vals SET data = 'y'");
   const Stopwatch aWatch;
   EXPECT_EQ(500U, Read("value1").size());
@@ -133,7 +132,8 @@ TEST_F(StoreFaultTest, WithoutTheRightToWriteNothingIsLost) {
   EXPECT_EQ(0, InChild([&] {
               if (geteuid() == 0 && setuid(65534) != 0) return 1;
               Environment::Set("KESTROVA_REGISTRY", szStore);
-              if (OpenStore(szMessage) || szMessage.find("cannot be") == std::string::npos) return 2;
+              const auto iCondition = OpenStore().iCondition;
+              if (iCondition != Condition::ReadOnly && iCondition != Condition::Unreachable) return 2;
               if (Write("value1", "new") != lAccessDenied) return 3;
               const auto szRead = Read("value1");
               return szRead.size() == 500 || szRead == szRefused ? 0 : 4;
@@ -158,7 +158,7 @@ TEST_F(StoreFaultTest, AFullDiskKeepsWhatWasThere) {
               }
               if (Read("small") != szGone || Read("large") != szGone) return 4;
               LimitFiles(1);
-              if (OpenStore(szMessage) || szMessage.find("full or failing") == std::string::npos) return 5;
+              if (OpenStore().iCondition != Condition::Full) return 5;
               LimitFiles(RLIM_INFINITY);  // somebody tidies up
               return Write("large", szLarge) == lSuccess ? 0 : 6;
             }));

@@ -45,9 +45,9 @@ TEST(StoreTest, AKilledWriterLosesNothingThatWasAcknowledged) {
     lAll += lDone;
   }
   EXPECT_GT(lAll, 24);
-  std::string szMessage;
-  EXPECT_TRUE(Registry::OpenStore(szMessage));
-  EXPECT_EQ("", szMessage);
+  const auto aState = Registry::OpenStore();
+  EXPECT_EQ(Registry::StoreCondition::Ready, aState.iCondition);
+  EXPECT_EQ("", aState.szKept);
 }
 
 TEST(StoreTest, TwoWritersAtOnceBothArrive) {
