@@ -13,6 +13,8 @@ namespace Files {
 
 // "\" on Windows, "/" elsewhere.
 extern const char chSeparator;
+// Whether "A" and "a" name two files: not on Windows.
+extern const bool bCaseMatters;
 // What ends the drive of an absolute path: ":\" on Windows; elsewhere the root "/" stands for the drive.
 // The number of leading characters that name the drive with its separator ("D:\" 3, "/" 1); 0: no absolute
 // path.
@@ -22,8 +24,8 @@ bool FolderExists(const std::string& szPath);
 bool FileExists(const std::string& szPath);  // a regular file
 std::optional<std::uint64_t> FileSize(const std::string& szPath);
 
-// Names (no folder) of the regular files in the folder whose name ends exactly in szEnding (".kvl", without
-// regard to case on Windows), in the system's listing order, by name (bytewise) where it has none.
+// Names (no folder) of the regular files in the folder whose name ends exactly in szEnding (".kvl"), by name:
+// bytewise, and in the letters' upper case where case does not matter, as Windows itself lists them.
 std::vector<std::string> List(const std::string& szFolder, const std::string& szEnding);
 
 bool MakeFolder(const std::string& szPath);  // one level; true also when it is there already

@@ -1,6 +1,5 @@
 #include "platform/Files.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -15,6 +14,7 @@
 #include "platform/posix/Descriptor.h"
 
 const char Files::chSeparator = '/';
+const bool Files::bCaseMatters = true;
 
 namespace {
 
@@ -76,46 +76,6 @@ mode_t Permissions(const std::string& szPath) {
 
 std::size_t Files::DriveLength(std::string_view szPath) {
   return szPath.starts_with('/') ? 1 : 0;
-}
-
-bool Files::FolderExists(const std::string& szPath) {
-  struct stat aStat {};
-  return stat(szPath.c_str(), &aStat) == 0 && S_ISDIR(aStat.st_mode);
-}
-
-bool Files::FileExists(const std::string& szPath) {
-  return FileSize(szPath).has_value();
-}
-
-std::optional<std::uint64_t> Files::FileSize(const std::string& szPath) {
-  struct stat aStat {};
-  if (stat(szPath.c_str(), &aStat) != 0 || !S_ISREG(aStat.st_mode)) return {};
-  return static_cast<std::uint64_t>(aStat.st_size);
-}
-
-std::vector<std::string> Files::List(const std::string& szFolder, const std::string& szEnding) {
-  std::vector<std::string> aNames;
-  const std::unique_ptr<DIR, int (*)(DIR*)> pFolder(opendir(szFolder.c_str()), &closedir);
-  if (!pFolder) return aNames;
-  while (const dirent* const pEntry = readdir(pFolder.get())) {
-    const std::string_view szName = pEntry->d_name;
-    struct stat aStat {};
-    if (szName.ends_with(szEnding) && fstatat(dirfd(pFolder.get()), pEntry->d_name, &aStat, 0) == 0 &&
-        S_ISREG(aStat.st_mode)) {
-      aNames.emplace_back(szName);
-    }
-  }
-  std::sort(aNames.begin(), aNames.end());
-  return aNames;
-}
-
-bool Files::MakeFolder(const std::string& szPath) {
-  return mkdir(szPath.c_str(), 0777) == 0 || FolderExists(szPath);
-}
-
-Files::Deletion Files::Delete(const std::string& szPath) {
-  if (unlink(szPath.c_str()) == 0) return Deletion::Done;
-  return errno == ENOENT || errno == ENOTDIR ? Deletion::Gone : Deletion::Failed;
 }
 
 bool Files::Append(const std::string& szPath, std::string_view szBytes) {

@@ -1,8 +1,8 @@
 #include "platform/Shell.h"
 
 #include <fcntl.h>
-#include <poll.h>
 #include <signal.h>
+#include <spawn.h>
 #include <sys/wait.h>
 #include <time.h>
 #include <unistd.h>
@@ -15,7 +15,6 @@
 #include <system_error>
 
 #include "platform/Files.h"
-#include "platform/posix/Descriptor.h"
 #include "platform/posix/UserFolders.h"
 
 namespace {
@@ -24,20 +23,39 @@ constexpr std::int32_t lFileNotFound = 2;    // SE_ERR_FNF of ShellExecute
 constexpr std::int32_t lNoAssociation = 31;  // SE_ERR_NOASSOC
 constexpr int lCannotStart = 255;            // no exit code of xdg-open
 
-// Between fork and exec only calls that are safe in a signal handler are made: another thread may have held
-// any lock at the fork.
-[[noreturn]] void Become(char* const* aArguments, const char* szFolder, int lReport) {
-  setsid();  // Ctrl-C in our terminal is not meant for the other program
-  for (const int lSignal : {SIGPIPE, SIGINT, SIGHUP, SIGTERM})
-    signal(lSignal, SIG_DFL);
-  const int lNull = open("/dev/null", O_RDWR);
-  for (const int lStream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
-    dup2(lNull, lStream);
-  if (szFolder != nullptr && chdir(szFolder) != 0) _exit(lCannotStart);
-  execvp(aArguments[0], aArguments);
-  [[maybe_unused]] const auto lIgnored = write(lReport, "!", 1);
-  _exit(lCannotStart);
-}
+// How a program is started: in a session of its own, because Ctrl-C in our terminal is not meant for it, with
+// the signals that we catch or ignore as they are by nature, and without our input and output.
+class Launch {
+ public:
+  // szFolder: where it works; nullptr for where we do.
+  explicit Launch(const char* szFolder) {
+    sigset_t aSignals;
+    sigemptyset(&aSignals);
+    for (const int lSignal : {SIGPIPE, SIGINT, SIGHUP, SIGTERM})
+      sigaddset(&aSignals, lSignal);
+    posix_spawnattr_init(&aAttributes);
+    posix_spawnattr_setsigdefault(&aAttributes, &aSignals);
+    posix_spawnattr_setflags(&aAttributes, POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGDEF);
+    posix_spawn_file_actions_init(&aActions);
+    for (const int lStream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+      posix_spawn_file_actions_addopen(&aActions, lStream, "/dev/null", O_RDWR, 0);
+    if (szFolder != nullptr) posix_spawn_file_actions_addchdir_np(&aActions, szFolder);
+  }
+  ~Launch() {
+    posix_spawnattr_destroy(&aAttributes);
+    posix_spawn_file_actions_destroy(&aActions);
+  }
+  Launch(const Launch&) = delete;
+  Launch& operator=(const Launch&) = delete;
+
+  bool Run(char* const* aArguments, pid_t& lProgram) const {
+    return posix_spawnp(&lProgram, aArguments[0], &aActions, &aAttributes, aArguments, environ) == 0;
+  }
+
+ private:
+  posix_spawnattr_t aAttributes{};
+  posix_spawn_file_actions_t aActions{};
+};
 
 // The end of the child within the time, else 0.
 int WaitBriefly(pid_t lChild, int lMilliseconds) {
@@ -58,20 +76,12 @@ int Start(const std::vector<std::string>& aWords, const char* szFolder, int lMil
   for (const auto& szWord : aWords)
     aArguments.push_back(const_cast<char*>(szWord.c_str()));
   aArguments.push_back(nullptr);
-  std::array<int, 2> aPipe{};
-  if (pipe2(aPipe.data(), O_CLOEXEC) != 0) return lCannotStart;
-  const Descriptor aRead(aPipe[0]);
-  Descriptor aWrite(aPipe[1]);
+  const Launch aLaunch(szFolder);
   const pid_t lBetween = fork();
-  if (lBetween == 0) {
-    const pid_t lProgram = fork();
-    if (lProgram == 0) Become(aArguments.data(), szFolder, aWrite.Number());
-    close(aWrite.Number());
-    char chFailed = 0;
-    if (lProgram < 0 || read(aRead.Number(), &chFailed, 1) != 0) _exit(lCannotStart);
-    _exit(WaitBriefly(lProgram, lMilliseconds));
+  if (lBetween == 0) {  // only what takes no lock: another thread may have held any at the fork
+    pid_t lProgram = 0;
+    _exit(aLaunch.Run(aArguments.data(), lProgram) ? WaitBriefly(lProgram, lMilliseconds) : lCannotStart);
   }
-  aWrite.Close();
   if (lBetween < 0) return lCannotStart;
   int lStatus = 0;
   while (waitpid(lBetween, &lStatus, 0) < 0 && errno == EINTR) {

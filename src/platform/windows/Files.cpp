@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <atomic>
 
-#include "base/Text.h"
 #include "platform/windows/Handle.h"
 #include "platform/windows/System.h"
 
@@ -12,15 +11,6 @@
 namespace {
 
 constexpr DWORD lShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-
-bool IsMissing(DWORD lError) {
-  return lError == ERROR_FILE_NOT_FOUND || lError == ERROR_PATH_NOT_FOUND;
-}
-
-bool IsRegular(DWORD lAttributes) {
-  return lAttributes != INVALID_FILE_ATTRIBUTES &&
-         !(lAttributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE));
-}
 
 // A lock on Windows also stops readers of the locked bytes and writers that do not ask. Locking one byte far
 // behind the end keeps our writers apart and leaves everybody else alone.
@@ -79,51 +69,12 @@ std::optional<std::string> ReadFrom(const std::string& szPath, std::uint64_t lFr
 }  // namespace
 
 const char Files::chSeparator = '\\';
+const bool Files::bCaseMatters = false;
 
 std::size_t Files::DriveLength(std::string_view szPath) {
   if (szPath.size() < 3 || szPath[1] != ':' || szPath[2] != chSeparator) return 0;
   const char chDrive = static_cast<char>(szPath[0] | 0x20);
   return chDrive >= 'a' && chDrive <= 'z' ? 3 : 0;
-}
-
-bool Files::FolderExists(const std::string& szPath) {
-  const DWORD lAttributes = GetFileAttributesA(szPath.c_str());
-  return lAttributes != INVALID_FILE_ATTRIBUTES && (lAttributes & FILE_ATTRIBUTE_DIRECTORY);
-}
-
-bool Files::FileExists(const std::string& szPath) {
-  return IsRegular(GetFileAttributesA(szPath.c_str()));
-}
-
-std::optional<std::uint64_t> Files::FileSize(const std::string& szPath) {
-  WIN32_FILE_ATTRIBUTE_DATA aData;
-  if (!GetFileAttributesExA(szPath.c_str(), GetFileExInfoStandard, &aData)) return std::nullopt;
-  if (!IsRegular(aData.dwFileAttributes)) return std::nullopt;
-  return (std::uint64_t{aData.nFileSizeHigh} << 32) | aData.nFileSizeLow;
-}
-
-// Asked for by the bare folder, not by the ending: the system would match the short 8.3 names too, so that
-// "*.kvl" finds "old.kvl_backup".
-std::vector<std::string> Files::List(const std::string& szFolder, const std::string& szEnding) {
-  std::vector<std::string> aNames;
-  WIN32_FIND_DATAA aEntry;
-  const HANDLE hSearch = FindFirstFileA((szFolder + "\\*").c_str(), &aEntry);
-  if (hSearch == INVALID_HANDLE_VALUE) return aNames;
-  do {
-    if (IsRegular(aEntry.dwFileAttributes) && Text::EndsWithNoCase(aEntry.cFileName, szEnding))
-      aNames.emplace_back(aEntry.cFileName);
-  } while (FindNextFileA(hSearch, &aEntry));
-  FindClose(hSearch);
-  return aNames;
-}
-
-bool Files::MakeFolder(const std::string& szPath) {
-  return CreateDirectoryA(szPath.c_str(), nullptr) || FolderExists(szPath);
-}
-
-Files::Deletion Files::Delete(const std::string& szPath) {
-  if (DeleteFileA(szPath.c_str())) return Deletion::Done;
-  return IsMissing(GetLastError()) ? Deletion::Gone : Deletion::Failed;
 }
 
 bool Files::Append(const std::string& szPath, std::string_view szBytes) {

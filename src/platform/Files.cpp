@@ -1,0 +1,94 @@
+// What std::filesystem does alike on every system. Writing and reading, where systems differ in locks,
+// sharing and renaming, stand in posix/ and windows/.
+#include "platform/Files.h"
+
+#include <algorithm>
+#include <exception>
+#include <filesystem>
+#include <system_error>
+
+#include "base/Text.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// On Windows a path is UTF-16 inside and is made from UTF-8; what is no UTF-8 throws there and names no file.
+std::optional<fs::path> ToPath(const std::string& szPath) {
+  try {
+    return fs::path(szPath);
+  } catch (const std::exception&) {
+    return {};
+  }
+}
+
+fs::file_type TypeOf(const std::optional<fs::path>& aPath) {
+  std::error_code aIgnored;  // no answer counts as nothing there
+  return aPath ? fs::status(*aPath, aIgnored).type() : fs::file_type::none;
+}
+
+std::string NameOf(const fs::directory_entry& aEntry) {
+  try {
+    return aEntry.path().filename().string();
+  } catch (const std::exception&) {
+    return {};
+  }
+}
+
+bool EndsIn(const std::string& szName, const std::string& szEnding) {
+  return Files::bCaseMatters ? szName.ends_with(szEnding) : Text::EndsWithNoCase(szName, szEnding);
+}
+
+bool ComesBefore(const std::string& szLeft, const std::string& szRight) {
+  return Files::bCaseMatters ? szLeft < szRight : Text::UpperCase(szLeft) < Text::UpperCase(szRight);
+}
+
+}  // namespace
+
+bool Files::FolderExists(const std::string& szPath) {
+  return TypeOf(ToPath(szPath)) == fs::file_type::directory;
+}
+
+bool Files::FileExists(const std::string& szPath) {
+  return TypeOf(ToPath(szPath)) == fs::file_type::regular;
+}
+
+std::optional<std::uint64_t> Files::FileSize(const std::string& szPath) {
+  const auto aPath = ToPath(szPath);
+  if (TypeOf(aPath) != fs::file_type::regular) return {};
+  std::error_code aFailed;
+  const auto lSize = fs::file_size(*aPath, aFailed);
+  if (aFailed) return {};
+  return lSize;
+}
+
+std::vector<std::string> Files::List(const std::string& szFolder, const std::string& szEnding) {
+  std::vector<std::string> aNames;
+  const auto aPath = ToPath(szFolder);
+  if (!aPath) return aNames;
+  std::error_code aFailed;
+  for (fs::directory_iterator aEntry(*aPath, aFailed), aEnd; !aFailed && aEntry != aEnd;
+       aEntry.increment(aFailed)) {
+    std::error_code aGone;  // between the listing and this question
+    auto szName = NameOf(*aEntry);
+    if (EndsIn(szName, szEnding) && aEntry->is_regular_file(aGone)) aNames.push_back(std::move(szName));
+  }
+  std::sort(aNames.begin(), aNames.end(), ComesBefore);
+  return aNames;
+}
+
+bool Files::MakeFolder(const std::string& szPath) {
+  const auto aPath = ToPath(szPath);
+  std::error_code aFailed;
+  return aPath && (fs::create_directory(*aPath, aFailed) || FolderExists(szPath));
+}
+
+Files::Deletion Files::Delete(const std::string& szPath) {
+  const auto aPath = ToPath(szPath);
+  std::error_code aFailed;
+  if (!aPath || fs::is_directory(fs::symlink_status(*aPath, aFailed))) return Deletion::Failed;
+  if (fs::remove(*aPath, aFailed)) return Deletion::Done;
+  const bool bGone =
+      !aFailed || aFailed == std::errc::no_such_file_or_directory || aFailed == std::errc::not_a_directory;
+  return bGone ? Deletion::Gone : Deletion::Failed;
+}
