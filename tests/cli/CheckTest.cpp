@@ -73,7 +73,8 @@ TEST_F(Cli, APassRefusesOtherProgramsAndAnInterruptStopsItInGoodOrder) {
     EXPECT_EQ(aResult.iCode, 2) << aArguments[0];
     EXPECT_THAT(aResult.szErrors, HasPattern("^kestrova-cli: Kestrova is already running[^\n]*\n$"));
   }
-  EXPECT_EQ(Run({"list"}).iCode + Run({"export", aHome.Path("look.kvd")}).iCode, 0) << "only looks";
+  EXPECT_EQ(Run({"list"}).iCode, 0) << "only looks";
+  EXPECT_EQ(Run({"export", aHome.Path("look.kvd")}).iCode, 0) << "only looks";
 
   aCheck.Interrupt();
   EXPECT_EQ(aCheck.Wait(2), 1);
@@ -108,12 +109,11 @@ TEST_F(Cli, KillAtAnyMomentLosesNoSiteAndNoSetting) {
   std::mt19937 aRandom(20261121);
   for (int i = 0; i < 12; ++i) {
     const std::size_t lSeen = aServer.Count();
-    ChildProcess aCheck(Program(), {i % 3 == 0 ? "watch" : "check"});
-    if (i % 3 == 0)
-      aCheck.WaitForOutput("never printed", 0.001 * static_cast<double>(aRandom() % 40));
-    else
-      aServer.WaitForRequests(lSeen + aRandom() % 40);
-    aCheck.Kill();
+    // Watch goes through pass after pass, so the kill may also come between two of them.
+    ChildProcess aPass = i % 3 == 0 ? ChildProcess(ChildProcess::BuiltProgram("hurried-watch"), {})
+                                    : ChildProcess(Program(), {"check"});
+    ASSERT_TRUE(aServer.WaitForRequests(lSeen + aRandom() % (i % 3 == 0 ? 100 : 40)));
+    aPass.Kill();
     const auto aList = nlohmann::json::parse(Run({"list", "--json"}).szOutput);
     ASSERT_EQ(aList.size(), aPaths.size());
     for (std::size_t n = 0; n < aPaths.size(); ++n)

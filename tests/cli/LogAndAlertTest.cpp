@@ -1,4 +1,4 @@
-// log, alert --test, and the demonstration's servers.
+// log and alert --test.
 #include "cli/Cli.h"
 #include "servers/SmtpServer.h"
 #include "support/Stored.h"
@@ -51,17 +51,4 @@ TEST_F(Cli, LogIsShownAndExportedAndNeverOverwritten) {
   EXPECT_THAT(aHome.Read("o.htm"), AllOf(HasSubstr("</html>"), HasSubstr("404 File Not Found")));
   EXPECT_THAT(aHome.Read("o.csv"), HasSubstr("404 File Not Found"));
   EXPECT_EQ(aHome.Read("D-20261121.kvl"), szLog);
-}
-
-TEST_F(Cli, DemonstrationStartsAndHasItsFaultySites) {
-  ChildProcess aDemo(ChildProcess::BuiltProgram("kestrova-demo"), {aHome.Folder()});
-  for (int i = 0; i < 200 && !Files::FileExists(aHome.Path("ready")); ++i)
-    aDemo.WaitForOutput("never printed", 0.05);
-  ASSERT_TRUE(Files::FileExists(aHome.Path("ready"))) << aDemo.Errors();
-  ASSERT_EQ(Run({"registry", "import", aHome.Path("settings.reg")}).iCode, 0);
-  ASSERT_EQ(Run({"import", "--replace", aHome.Path("demo.kvd")}).iCode, 0);
-
-  EXPECT_THAT(Run({"check"}).szOutput, HasSubstr("3 up, 6 warning, 0 down"));
-  aDemo.Interrupt();
-  EXPECT_EQ(aDemo.Wait(5), 0);
 }

@@ -89,7 +89,9 @@ TEST(SettingsTest, RepairsWhatIsOutOfRangeAndLeavesTheRest) {
     Start();
     EXPECT_EQ(InMemory()[aCase.szName], aCase.lMemory);
     EXPECT_EQ(Stored::Get(KeyOf(aCase.szName), aCase.szName), aCase.szStored);
-    EXPECT_EQ(Settings.Email + Settings.Name + Settings.SMTP, "m@x.testMsmtp.test");
+    EXPECT_EQ(Settings.Email, "m@x.test");
+    EXPECT_EQ(Settings.Name, "M");
+    EXPECT_EQ(Settings.SMTP, "smtp.test");
   }
   RawRegistry::Put(szTimer, "Interval", Registry::REG_DWORD, "8 bytes.");  // what cannot be read stays
   Start();
