@@ -11,7 +11,7 @@
 # makes a program that operators run. Who needs the list of them asks for the global property KESTROVA_PROGRAMS.
 
 # From the ground up. Within a floor nobody stands on anybody, but for ui/, whose own floors follow.
-set(KESTROVA_FLOORS base platform persistence log,alert check,history editing cli,ui)
+set(KESTROVA_FLOORS base platform persistence log,alert check,history editing,fleet cli,ui)
 set(KESTROVA_UI_FLOORS ui/system ui/common ui/dialogs ui/main,ui/logview,ui/tour)
 
 # The floor's number, from 0; the floors within ui/ count in hundredths. Empty for what is no folder of the house.

@@ -28,6 +28,8 @@ windows_packages=(
 server_packages=(exim4-daemon-light)
 # A strict parser that one test reads the log page with; that test says so and steps aside where it is missing.
 parser_packages=(libxml2-utils)
+# What the tests of label fleet run beside Kestrova; each says so and steps aside where its packages are missing.
+fleet_packages=(prometheus prometheus-blackbox-exporter prometheus-alertmanager prometheus-node-exporter nginx-light)
 
 say() { echo "setup: $*"; }
 
@@ -77,7 +79,7 @@ install_without_starting() {
 
 case "${1:-build}" in
   build) wanted=("${build_packages[@]}") servers=() ;;
-  test) wanted=("${build_packages[@]}" "${test_packages[@]}" "${display_packages[@]}" "${package_packages[@]}") servers=("${server_packages[@]}" "${parser_packages[@]}") ;;
+  test) wanted=("${build_packages[@]}" "${test_packages[@]}" "${display_packages[@]}" "${package_packages[@]}") servers=("${server_packages[@]}" "${parser_packages[@]}" "${fleet_packages[@]}") ;;
   windows) wanted=("${build_packages[@]}" "${display_packages[@]}" "${windows_packages[@]}") servers=() ;;
   *) echo "usage: $0 build|test|windows" >&2; exit 2 ;;
 esac

@@ -33,22 +33,6 @@ std::string ReadTemplate(const std::string& szFile) {
   return *std::move(szText);
 }
 
-std::string BodyTemplate(const std::string& szCode) {
-  for (const std::string& szName : {"HTTP-" + szCode + ".txt", std::string("Unknown.txt")})
-    if (const std::string szFile = MessageFile(szName); Files::FileExists(szFile))
-      return ReadTemplate(szFile);
-  // The table goes by number, and a class such as "3xx" is none: without a file it has no text.
-  if (!Text::IsDigits(szCode)) throw AlertAbandoned(LoadResString(IDS_ALERT_NO_TEXT) + szCode);
-  return modBackUpEmailContent::BuiltInMessage(Text::LeadingNumber(szCode));
-}
-
-std::string PostscriptTemplate(bool bIPAnswered) {
-  const std::string szFile = MessageFile(bIPAnswered ? "DT_OK.txt" : "DT_NG.txt");
-  if (Files::FileExists(szFile)) return ReadTemplate(szFile);
-  return LoadResString(IDS_ALERT_IP_CHECK) + std::string(szLineEnd) +
-         LoadResString(bIPAnswered ? IDS_ALERT_IP_OK : IDS_ALERT_IP_FAILED);
-}
-
 // The order counts: a value may hold the placeholders that come after its own.
 using Placeholders = std::array<std::pair<std::string_view, std::string>, 8>;
 
@@ -135,6 +119,22 @@ std::string Wrap(std::string_view szText) {
 }
 
 }  // namespace
+
+std::string AlertText::BodyTemplate(const std::string& szCode) {
+  for (const std::string& szName : {"HTTP-" + szCode + ".txt", std::string("Unknown.txt")})
+    if (const std::string szFile = MessageFile(szName); Files::FileExists(szFile))
+      return ReadTemplate(szFile);
+  // The table goes by number, and a class such as "3xx" is none: without a file it has no text.
+  if (!Text::IsDigits(szCode)) throw AlertAbandoned(LoadResString(IDS_ALERT_NO_TEXT) + szCode);
+  return modBackUpEmailContent::BuiltInMessage(Text::LeadingNumber(szCode));
+}
+
+std::string AlertText::PostscriptTemplate(bool bIPAnswered) {
+  const std::string szFile = MessageFile(bIPAnswered ? "DT_OK.txt" : "DT_NG.txt");
+  if (Files::FileExists(szFile)) return ReadTemplate(szFile);
+  return LoadResString(IDS_ALERT_IP_CHECK) + std::string(szLineEnd) +
+         LoadResString(bIPAnswered ? IDS_ALERT_IP_OK : IDS_ALERT_IP_FAILED);
+}
 
 std::string AlertText::ParseEmailContent(const std::string& szText, std::int32_t lSite,
                                          const CheckFacts& aFacts) {

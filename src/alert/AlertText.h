@@ -29,6 +29,11 @@ namespace AlertText {
 // code without a template file and for a template that cannot be read.
 std::string ComposeBody(const std::string& szCode, std::int32_t lSite, const CheckFacts& aFacts);
 
+// The text for a result code, and what is put behind it after an IP check; placeholders not yet filled. Both
+// throw AlertAbandoned as ComposeBody does.
+std::string BodyTemplate(const std::string& szCode);
+std::string PostscriptTemplate(bool bIPAnswered);
+
 // Fills the placeholders and wraps the lines. Terminates on every input; at most 10,000 replacements and 1
 // MB.
 std::string ParseEmailContent(const std::string& szText, std::int32_t lSite, const CheckFacts& aFacts);

@@ -16,6 +16,9 @@ int List(bool bJson);
 int Import(const std::string& szFile, bool bReplace);
 int Export(const std::string& szFile);
 
+// The folder for Prometheus. szFrom: a list file to take the sites from; empty: the stored ones.
+int ExportPrometheus(const std::string& szFolder, const std::string& szFrom, std::int32_t lShards);
+
 int RegistryExport(const std::string& szFile);
 int RegistryImport(const std::string& szFile);
 int RegistryShare();

@@ -7,6 +7,7 @@
 #include "base/Strings.h"
 #include "cli/Commands.h"
 #include "cli/Report.h"
+#include "fleet/PrometheusFolder.h"
 #include "platform/MsgBox.h"
 
 namespace {
@@ -14,9 +15,9 @@ namespace {
 // What the arguments fill in.
 struct Arguments {
   bool bRestart = false, bJson = false, bReplace = false, bAdd = false, bSummary = false, bTest = false;
-  std::string szFile, szHtml, szCsv, szCode;
+  std::string szFile, szHtml, szCsv, szCode, szFolder, szFrom;
   std::vector<std::string> aFiles;
-  std::int32_t lSite = 0;
+  std::int32_t lSite = 0, lShards = 1;
   std::function<int()> aCommand;
 };
 
@@ -49,8 +50,24 @@ void AddListing(CLI::App& aApp, Arguments& a) {
   pImport->callback([&a] { a.aCommand = [&a] { return Commands::Import(a.szFile, a.bReplace); }; });
 
   CLI::App* pExport = AddVerb(aApp, "export", IDS_CLI_EXPORT, IDS_CLI_EXPORT_EXAMPLES);
-  pExport->add_option("FILE", a.szFile, LoadResString(IDS_CLI_EXPORT_FILE))->required();
-  pExport->callback([&a] { a.aCommand = [&a] { return Commands::Export(a.szFile); }; });
+  auto* pWhere = pExport->add_option_group("where");
+  pWhere->add_option("FILE", a.szFile, LoadResString(IDS_CLI_EXPORT_FILE));
+  auto* pFolder = pWhere->add_option("--prometheus", a.szFolder, LoadResString(IDS_CLI_EXPORT_PROMETHEUS));
+  pFolder->type_name("FOLDER");
+  pWhere->require_option(1);
+  pExport->add_option("--shards", a.lShards, LoadResString(IDS_CLI_EXPORT_SHARDS))
+      ->type_name("N")
+      ->needs(pFolder)
+      ->check(CLI::Range(1, PrometheusFolder::lMostShards));
+  pExport->add_option("--from", a.szFrom, LoadResString(IDS_CLI_EXPORT_FROM))
+      ->type_name("LIST")
+      ->needs(pFolder);
+  pExport->callback([&a] {
+    a.aCommand = [&a] {
+      return a.szFolder.empty() ? Commands::Export(a.szFile)
+                                : Commands::ExportPrometheus(a.szFolder, a.szFrom, a.lShards);
+    };
+  });
 }
 
 void AddRegistry(CLI::App& aApp, Arguments& a) {

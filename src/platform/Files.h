@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -41,6 +42,24 @@ bool Append(const std::string& szPath, std::string_view szBytes);
 std::optional<std::string> ReadWhole(const std::string& szPath, std::uint64_t lMost);
 // At most lMost bytes from the given position; nothing when the file cannot be read.
 std::optional<std::string> ReadPiece(const std::string& szPath, std::uint64_t lFrom, std::uint64_t lMost);
+
+// A file that is written beside the one it is to replace, piece by piece and so at any length. Commit renames
+// it over that one and is false when any piece could not be written; without Commit the old file stays as it
+// is and nothing is left behind.
+class Replacement {
+ public:
+  explicit Replacement(const std::string& szPath);
+  ~Replacement();
+  Replacement(const Replacement&) = delete;
+  Replacement& operator=(const Replacement&) = delete;
+
+  void Write(std::string_view szBytes);
+  bool Commit();
+
+ private:
+  struct State;
+  std::unique_ptr<State> pState;
+};
 
 // Writes beside the file, then renames over it: the old content stays until the new one is whole.
 bool WriteWhole(const std::string& szPath, std::string_view szBytes);

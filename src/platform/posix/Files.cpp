@@ -111,21 +111,47 @@ std::optional<std::string> Files::ReadPiece(const std::string& szPath, std::uint
   return ReadUpTo(aFile.Number(), lMost);
 }
 
-bool Files::WriteWhole(const std::string& szPath, std::string_view szBytes) {
+struct Files::Replacement::State {
+  std::string szTarget, szBeside;  // nothing beside: a device, which is written itself
+  Descriptor aFile;
+  bool bWhole = false;
+};
+
+Files::Replacement::Replacement(const std::string& szPath) : pState(std::make_unique<State>()) {
   struct stat aStat {};
   if (stat(szPath.c_str(), &aStat) == 0 && !S_ISREG(aStat.st_mode)) {
     // /dev/stdout and its like: there is nothing to replace.
-    const Descriptor aDevice(open(szPath.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY));
-    return aDevice && WriteAll(aDevice.Number(), szBytes) == szBytes.size();
+    pState->aFile = Descriptor(open(szPath.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY));
+  } else {
+    pState->szTarget = Resolved(szPath);
+    const auto lSlash = pState->szTarget.rfind('/');
+    pState->szBeside =
+        (lSlash == std::string::npos ? "" : pState->szTarget.substr(0, lSlash + 1)) + ".kestrova-XXXXXX";
+    pState->aFile = Descriptor(mkostemp(pState->szBeside.data(), O_CLOEXEC));
+    if (!pState->aFile) pState->szBeside.clear();
   }
-  const auto szTarget = Resolved(szPath);
-  const auto lSlash = szTarget.rfind('/');
-  auto szBeside = (lSlash == std::string::npos ? "" : szTarget.substr(0, lSlash + 1)) + ".kestrova-XXXXXX";
-  Descriptor aFile(mkostemp(szBeside.data(), O_CLOEXEC));
-  if (!aFile) return false;
-  const bool bWhole = WriteAll(aFile.Number(), szBytes) == szBytes.size() &&
-                      fchmod(aFile.Number(), Permissions(szTarget)) == 0 && fsync(aFile.Number()) == 0 &&
-                      aFile.Close() && rename(szBeside.c_str(), szTarget.c_str()) == 0;
-  if (!bWhole) unlink(szBeside.c_str());
-  return bWhole;
+  pState->bWhole = static_cast<bool>(pState->aFile);
+}
+
+Files::Replacement::~Replacement() {
+  if (!pState->szBeside.empty()) unlink(pState->szBeside.c_str());
+}
+
+void Files::Replacement::Write(std::string_view szBytes) {
+  pState->bWhole = pState->bWhole && WriteAll(pState->aFile.Number(), szBytes) == szBytes.size();
+}
+
+bool Files::Replacement::Commit() {
+  State& a = *pState;
+  if (!a.bWhole || a.szBeside.empty()) return a.bWhole;
+  a.bWhole = fchmod(a.aFile.Number(), Permissions(a.szTarget)) == 0 && fsync(a.aFile.Number()) == 0 &&
+             a.aFile.Close() && rename(a.szBeside.c_str(), a.szTarget.c_str()) == 0;
+  if (a.bWhole) a.szBeside.clear();
+  return a.bWhole;
+}
+
+bool Files::WriteWhole(const std::string& szPath, std::string_view szBytes) {
+  Replacement aNew(szPath);
+  aNew.Write(szBytes);
+  return aNew.Commit();
 }

@@ -103,20 +103,44 @@ std::optional<std::string> Files::ReadPiece(const std::string& szPath, std::uint
   return ReadFrom(szPath, lFrom, lMost);
 }
 
-bool Files::WriteWhole(const std::string& szPath, std::string_view szBytes) {
+struct Files::Replacement::State {
+  std::string szTarget, szBeside;
+  std::optional<Handle> aFile;
+  bool bWhole = false;
+};
+
+Files::Replacement::Replacement(const std::string& szPath) : pState(std::make_unique<State>()) {
   static std::atomic<unsigned> lCount = 0;
-  const std::string szNew =
+  pState->szTarget = szPath;
+  pState->szBeside =
       szPath + "." + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++lCount) + ".new";
-  bool bWritten = false;
-  {
-    const Handle aFile(
-        CreateFileA(szNew.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
-    if (!aFile) return false;
-    bWritten = WriteAll(aFile.Get(), szBytes) && FlushFileBuffers(aFile.Get());
-  }
-  if (bWritten &&
-      MoveFileExA(szNew.c_str(), szPath.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
-    return true;
-  DeleteFileA(szNew.c_str());
-  return false;
+  pState->aFile.emplace(CreateFileA(pState->szBeside.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr));
+  pState->bWhole = static_cast<bool>(*pState->aFile);
+  if (!pState->bWhole) pState->szBeside.clear();
+}
+
+Files::Replacement::~Replacement() {
+  pState->aFile.reset();
+  if (!pState->szBeside.empty()) DeleteFileA(pState->szBeside.c_str());
+}
+
+void Files::Replacement::Write(std::string_view szBytes) {
+  pState->bWhole = pState->bWhole && WriteAll(pState->aFile->Get(), szBytes);
+}
+
+bool Files::Replacement::Commit() {
+  State& a = *pState;
+  a.bWhole = a.bWhole && FlushFileBuffers(a.aFile->Get());
+  a.aFile.reset();
+  a.bWhole = a.bWhole && MoveFileExA(a.szBeside.c_str(), a.szTarget.c_str(),
+                                     MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
+  if (a.bWhole) a.szBeside.clear();
+  return a.bWhole;
+}
+
+bool Files::WriteWhole(const std::string& szPath, std::string_view szBytes) {
+  Replacement aNew(szPath);
+  aNew.Write(szBytes);
+  return aNew.Commit();
 }
