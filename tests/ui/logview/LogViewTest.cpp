@@ -117,7 +117,7 @@ TEST(LogView, ShowsFiltersFindsSavesAndLeadsFromAnOutageToItsEntry) {
   const auto aBuilt = std::filesystem::path(ChildProcess::BuiltProgram("LogView")).parent_path();
   std::filesystem::copy_file(aBuilt / "Kestrova.hlp", aViewer.aHome.Path("Kestrova.hlp"));
   aViewer.pWindow->RunCommand(Command::mH_Topics);
-  EXPECT_TRUE(Until([] { return frmHelp::Window() && frmHelp::Window()->Page() == "logs.html"; }));
+  EXPECT_TRUE(Until([] { return frmHelp::Window() && frmHelp::Window()->Page() == "viewer.html"; }));
 }
 
 TEST(LogView, FollowsAFileThatGrowsAndIsCutAndAFolder) {
