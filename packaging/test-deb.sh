@@ -38,6 +38,15 @@ touch "$root/var/lib/dpkg/status"
 dpkg_there() { PATH=$PATH:/usr/sbin:/sbin dpkg --root="$root" --force-not-root --force-depends --log=/dev/null "$@" >"$folder/dpkg.log" 2>&1 || { cat "$folder/dpkg.log"; fail "dpkg $1"; }; }
 dpkg_there -i "$package"
 
+# A crash of what is installed can be read with the other package.
+dpkg-deb -x "$(echo "$folder"/made/kestrova-dbgsym_*.ddeb)" "$folder/symbols"
+for program in "$root"/usr/lib/kestrova/{kestrova,kestrova-cli,LogView,KVTour}; do
+  id=$(readelf -n "$program" | sed -n 's/^ *Build ID: //p')
+  if grep -qw '.debug_info' <<<"$(readelf -S -W "$program")"; then fail "${program##*/} is not stripped"; fi
+  symbols=$folder/symbols/usr/lib/debug/.build-id/${id:0:2}/${id:2}.debug
+  has "$(addr2line -e "$symbols" "$(nm "$symbols" | sed -n 's/ T main$//p')")" '/main\.cpp:[0-9]+$'
+done
+
 # Used by somebody who may not write to the program folder.
 export HOME=$folder/home XDG_DATA_HOME=$folder/home/data GDK_BACKEND=x11 GSETTINGS_BACKEND=memory
 unset KESTROVA_HOME KESTROVA_REGISTRY

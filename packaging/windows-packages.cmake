@@ -23,6 +23,6 @@ set(CPACK_STRIP_FILES ON)
 configure_file(windows/installer.nsi.in ${STAGE}/templates/NSIS.template.in COPYONLY)
 set(CPACK_MODULE_PATH ${STAGE}/templates)
 set(CPACK_NSIS_MUI_ICON ${PROJECT_SOURCE_DIR}/packaging/windows/kestrova.ico)
-# One name for each of the two.
-set(CPACK_PROJECT_CONFIG_FILE ${PROJECT_SOURCE_DIR}/packaging/windows/package-names.cmake)
+set(CPACK_PROJECT_CONFIG_FILE ${PROJECT_SOURCE_DIR}/packaging/package-config.cmake)
+list(TRANSFORM PROGRAMS REPLACE "(.+)" "${PROJECT_BINARY_DIR}/bin/\\1.exe" OUTPUT_VARIABLE CPACK_KESTROVA_PROGRAMS)
 include(CPack)

@@ -30,9 +30,13 @@ here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 # --- how each library is built: $version, $src its source, $build a folder to build in, $prefix its final place,
 # --- $stage what stands before $prefix while it is not complete
 
+# What all are compiled with: hardened as the programs are, and without this machine's paths in asserts.
+flags() { echo "-O2 -fstack-protector-strong -ffile-prefix-map=$src=$library"; }
+
 cross_cmake() {
   step "configure" cmake -S "$1" -B "$build" -G Ninja -DCMAKE_TOOLCHAIN_FILE="$here/toolchain.cmake" \
     -DKESTROVA_WINDOWS_PREFIX="$dependency_prefixes" -DCMAKE_BUILD_TYPE=Release -DCMAKE_INSTALL_PREFIX="$prefix" \
+    -DCMAKE_C_FLAGS="$(flags)" -DCMAKE_CXX_FLAGS="$(flags)" \
     -DBUILD_SHARED_LIBS=OFF -DCMAKE_POLICY_DEFAULT_CMP0077=NEW "${@:2}"
   step "compile" cmake --build "$build" -j"$jobs"
   step "install" env DESTDIR="$stage" cmake --install "$build"
@@ -42,16 +46,26 @@ build_libpng() {
   cross_cmake "$src" -DPNG_SHARED=OFF -DPNG_TESTS=OFF -DPNG_EXECUTABLES=OFF
 }
 
-# Asserts stay on (no --disable-debug): the GTK build has them too. What the programs do not use is left out for time.
+# Asserts stay on (no --disable-debug): the GTK build has them too. What the programs do not use is left out, for time:
+# a window that begins to use one of these takes its word out of the list.
 build_wxwidgets() {
   local png=${prefix_of[libpng]} off option
-  local options=(--with-msw --disable-shared --with-libpng=sys --with-zlib=sys --with-nanosvg
-                 --without-libjpeg --without-libtiff --without-expat --without-opengl)
-  off=(aui ribbon stc mediactrl webview propgrid richtext xrc sockets webrequest mshtmlhelp debugreport)
+  local options=(--with-msw --disable-shared --with-libpng=sys --with-zlib=sys --with-nanosvg --enable-pch
+                 --enable-repro-build --disable-tests --without-libjpeg --without-libtiff --without-expat
+                 --without-opengl --without-regex --without-liblzma)
+  off=(aui ribbon stc mediactrl webview propgrid richtext xrc grid mshtmlhelp
+       docview mdi mdidoc postscript ps-in-msw svg graphics-d2d metafile
+       sockets webrequest ipc dialupman ftp http fileproto protocols protocol url fs_inet
+       debugreport dbghelp fswatcher fsvolume secretstore sound joystick hotkey
+       aboutdlg coldlg creddlg finddlg fontdlg numberdlg splash tipdlg progressdlg wizarddlg
+       actindicator addremovectrl animatectrl bannerwindow bmpcombobox calendar commandlinkbutton
+       datepick timepick editablebox colourpicker filepicker fontpicker dirpicker filectrl rearrangectrl
+       treelist dataviewctrl treebook toolbook listbook choicebook prefseditor odcombobox sash spellcheck richtooltip
+       notifmsg gif pcx tga iff pnm splines dragimage privatefonts arttango)
   for option in "${off[@]}"; do options+=("--disable-$option"); done
   mkdir -p "$build" && cd "$build"
   step "configure" "$src/configure" --prefix="$prefix" --host=$triplet --build="$(gcc -dumpmachine)" "${options[@]}" \
-    CC=$triplet-gcc-posix CXX=$triplet-g++-posix CFLAGS=-O2 CXXFLAGS=-O2 \
+    CC=$triplet-gcc-posix CXX=$triplet-g++-posix CFLAGS="$(flags)" CXXFLAGS="$(flags)" \
     CPPFLAGS="-I$png/include" LDFLAGS="-L$png/lib -static"
   step "compile (some minutes)" make -j"$jobs"
   step "install" make install DESTDIR="$stage"
@@ -59,9 +73,10 @@ build_wxwidgets() {
 
 # HTTP and SMTP without encryption are all that the programs speak.
 build_curl() {
-  local off=() protocol
-  for protocol in DICT FILE FTP GOPHER IMAP LDAP LDAPS MQTT POP3 RTSP SMB TELNET TFTP; do
-    off+=("-DCURL_DISABLE_$protocol=ON")
+  local off=() word
+  for word in DICT FILE FTP GOPHER IMAP LDAP LDAPS MQTT POP3 RTSP SMB TELNET TFTP \
+              ALTSVC DOH HSTS NTLM GETOPTIONS LIBCURL_OPTION MIME NETRC PROGRESS_METER SHUFFLE_DNS; do
+    off+=("-DCURL_DISABLE_$word=ON")
   done
   cross_cmake "$src" "${off[@]}" -DBUILD_CURL_EXE=OFF -DBUILD_TESTING=OFF -DCURL_ENABLE_SSL=OFF -DCURL_ZLIB=OFF \
     -DCURL_USE_LIBSSH2=OFF -DCURL_USE_LIBPSL=OFF -DUSE_LIBIDN2=OFF -DUSE_NGHTTP2=OFF -DCURL_BROTLI=OFF \
@@ -128,7 +143,7 @@ name_prefixes() {
   for library in "${libraries[@]}"; do
     version=$(version_of "$library")
     [ -n "$version" ] || { echo "No package ${follows[$library]}: run apt-get update first" >&2; exit 1; }
-    key=$({ declare -f cross_cmake "build_$library"
+    key=$({ declare -f flags cross_cmake "build_$library"
           echo "${source_version[$compiler]:-} ${stands_on[$library]:+${prefix_of[${stands_on[$library]}]}}"; } | sha256sum)
     prefix_of[$library]=$cache/$library-${version//[^A-Za-z0-9.+~-]/_}-${key:0:10}
   done

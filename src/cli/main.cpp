@@ -4,6 +4,7 @@
 #include <functional>
 #include <iostream>
 
+#include "base/Commit.h"
 #include "base/Strings.h"
 #include "cli/Commands.h"
 #include "cli/Report.h"
@@ -121,7 +122,7 @@ std::string Explain(const CLI::App& aApp, const CLI::ParseError& aError, int iCo
 
 int Run(int iCount, char** aValues) {
   CLI::App aApp(LoadResString(IDS_CLI_ABOUT), "kestrova-cli");
-  aApp.set_version_flag("--version", "kestrova-cli " KESTROVA_VERSION);
+  aApp.set_version_flag("--version", std::string("kestrova-cli " KESTROVA_VERSION " (") + CommitName() + ")");
   aApp.footer(LoadResString(IDS_CLI_EXAMPLES) + "\n" + LoadResString(IDS_CLI_EXIT_CODES));
   aApp.require_subcommand(1);
   Arguments aArguments;

@@ -6,6 +6,7 @@
 #include <wx/statbmp.h>
 #include <wx/stattext.h>
 
+#include "base/Commit.h"
 #include "ui/common/HelpCommands.h"
 #include "ui/common/Images.h"
 #include "ui/common/TextGlue.h"
@@ -17,7 +18,8 @@ frmAbout::frmAbout(MainHost& aHost)
   auto* pTitle = new wxStaticText(this, wxID_ANY, ResText(IDS_APP_TITLE));
   pTitle->SetFont(pTitle->GetFont().Bold().Scaled(1.7f));
   auto* pWhat = new wxStaticText(this, wxID_ANY, ResText(IDS_ABOUT_WHAT));
-  lblVersion = new wxStaticText(this, wxID_ANY, ResText(IDS_ABOUT_VERSION) + KESTROVA_VERSION);
+  lblVersion = new wxStaticText(this, wxID_ANY,
+                                ResText(IDS_ABOUT_VERSION) + KESTROVA_VERSION + " (" + CommitName() + ")");
   auto* pLicence = new wxStaticText(this, wxID_ANY, ResText(IDS_ABOUT_LICENCE));
   auto* pBuilt = new wxStaticText(this, wxID_ANY, ResText(IDS_ABOUT_BUILT_WITH) + KESTROVA_LIBRARIES + ".");
 

@@ -1,0 +1,6 @@
+// Which state of the sources a program was built from.
+#pragma once
+
+// The commit's first twelve digits, with "-dirty" behind them where files differed from it; "unknown" where
+// the sources were no checkout.
+const char* CommitName();
