@@ -248,11 +248,9 @@ void CheckEngine::DisarmRequest() {
 }
 
 void CheckEngine::SiteCheck_Disable() {
-  for (int i = 0; i < lLockedCommands; ++i)
-    View.EnableCommand(static_cast<MenuCommand>(i), false);
+  View.LockCommands(true);
 }
 
 void CheckEngine::SiteCheck_Enable() {
-  for (int i = 0; i < lLockedCommands; ++i)
-    View.EnableCommand(static_cast<MenuCommand>(i), true);
+  View.LockCommands(false);
 }

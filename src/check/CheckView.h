@@ -2,33 +2,8 @@
 // recorder a third. Slots are site numbers; a view without a row for a slot ignores the call.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <string>
-
-// The main window's commands that must not run during a pass, in the order in which they are locked and
-// unlocked.
-enum class MenuCommand {
-  mF_NewAddress,
-  mF_Import,
-  mF_Export,
-  mF_StartCheck,
-  mF_Exit,
-  mE_EditAddress,
-  mE_DelAddress,
-  mE_Options,
-  mV_All,
-  mV_Successful,
-  mV_Warning,
-  mV_Unsuccessful,
-  mV_Both,
-  mV_Enabled,
-  mV_Disabled,
-  mnuLog_Open,
-  mnuLogs_ViewCur,
-  mH_About,
-};
-inline constexpr int lLockedCommands = 18;
 
 class CheckView {
  public:
@@ -56,7 +31,8 @@ class CheckView {
 
   virtual void ShowMessage(const std::string& szText) = 0;
   virtual void SoundBell() = 0;
-  virtual void EnableCommand(MenuCommand iCommand, bool bEnable) = 0;
+  // A pass begins or has ended: the commands that must not run meanwhile rest, in the order of the menus.
+  virtual void LockCommands(bool bLock) = 0;
   virtual void EnableAutoTimer(bool bEnable) = 0;
 
   // Handles the pending events: clicks, timers. Called about every 10 ms while a request is in flight.

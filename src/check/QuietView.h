@@ -19,7 +19,7 @@ class QuietView : public CheckView {
   void ShowProgressStatus(const std::string&) override {}
   void ShowMessage(const std::string&) override {}
   void SoundBell() override {}
-  void EnableCommand(MenuCommand, bool) override {}
+  void LockCommands(bool) override {}
   void EnableAutoTimer(bool) override {}
   void PumpEvents() override {}
 };

@@ -42,7 +42,7 @@ class TerminalView : public CheckView {
   void ShowProgressStatus(const std::string& szText) override;
   void ShowMessage(const std::string& szText) override;
   void SoundBell() override;
-  void EnableCommand(MenuCommand, bool) override {}
+  void LockCommands(bool) override {}
   void EnableAutoTimer(bool) override {}
   void PumpEvents() override;
 

@@ -52,7 +52,7 @@ TEST(Pass, ShowsItsStepsInOrder) {
   std::erase(aAutomatic, "timer on");
   EXPECT_EQ(b.View.aEvents, aAutomatic);
   EXPECT_EQ(b.Log()[3], "[START CHECK: AUTO - 11/15/1999 6:44:21 PM]");
-  EXPECT_EQ(b.View.lLocked, 0);
+  EXPECT_FALSE(b.View.bLocked);
 }
 
 TEST(Pass, AnEmptyListSaysSo) {

@@ -17,7 +17,7 @@ class RecordingView : public CheckView {
   std::map<std::int32_t, std::string> aRemarks;  // by slot
   std::vector<std::string> aMessages;
   int lBells = 0;
-  int lLocked = 0;                   // commands locked at present
+  bool bLocked = false;
   std::function<void()> OnPump;      // called at every PumpEvents
   std::function<void()> OnRecorded;  // called at every SiteRecorded
 
@@ -54,9 +54,9 @@ class RecordingView : public CheckView {
   void ShowProgressStatus(const std::string& szText) override { aStates.push_back(szText); }
   void ShowMessage(const std::string& szText) override { aMessages.push_back(szText); }
   void SoundBell() override { ++lBells; }
-  void EnableCommand(MenuCommand iCommand, bool bEnable) override {
-    lLocked += bEnable ? -1 : 1;
-    if (iCommand == MenuCommand::mH_About) aEvents.emplace_back(bEnable ? "unlocked" : "locked");
+  void LockCommands(bool bLock) override {
+    bLocked = bLock;
+    aEvents.emplace_back(bLock ? "locked" : "unlocked");
   }
   void EnableAutoTimer(bool bEnable) override { aEvents.emplace_back(bEnable ? "timer on" : "timer off"); }
   void PumpEvents() override {

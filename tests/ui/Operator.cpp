@@ -9,15 +9,15 @@
 
 #include <map>
 
+#include "ui/common/EventPump.h"
 #include "ui/common/TextGlue.h"
 #include "ui/common/frmNotice.h"
-#include "ui/main/modMain.h"
 
 bool Until(const std::function<bool()>& aHolds, double dSeconds) {
   wxStopWatch aWatch;
   while (!aHolds()) {
     if (static_cast<double>(aWatch.Time()) > dSeconds * 1000) return false;
-    modMain::PumpEvents();
+    EventPump::Run();
     wxMilliSleep(2);
   }
   return true;

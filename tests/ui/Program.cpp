@@ -2,6 +2,7 @@
 
 #include "persistence/Settings.h"
 #include "support/Stored.h"
+#include "ui/common/EventPump.h"
 #include "ui/common/TextGlue.h"
 #include "ui/main/modMain.h"
 
@@ -17,7 +18,7 @@ Program::Program(const std::vector<SiteRecord>& aStored, Start iStart) : aClock(
   for (std::size_t i = 0; i < aStored.size() && lSiteCount == static_cast<std::int32_t>(aStored.size()); ++i)
     aSites[i + 1].Status = aStored[i].Status;
   pMain->Display_lvwMainEx(0);
-  modMain::PumpEvents();
+  EventPump::Run();
   // A window manager gives it the keyboard a moment later, and would take it from what opens meanwhile.
   if (iStart == Start::Later) Until([this] { return pMain->IsActive(); }, 1);
 }

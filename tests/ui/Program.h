@@ -26,7 +26,7 @@ class Program {
 
   frmMain& Main() { return *pMain; }
   bool Ended() const { return !pMain; }
-  void Run(MenuCommand iCommand) { Main().RunCommand(CommandNumber(iCommand)); }
+  void Run(MenuCommand iCommand) { Main().RunCommand(iCommand); }
   std::string Panel(int iPanel);
   // The slots shown, from the top, joined by blanks; "*" marks the selected one.
   std::string Slots();

@@ -2,13 +2,13 @@
 
 #include <wx/filedlg.h>
 #include <wx/frame.h>
-#include <wx/msgdlg.h>
 
 #include <vector>
 
 #include "base/Text.h"
 #include "editing/ListExchange.h"
 #include "platform/Files.h"
+#include "ui/common/Boxes.h"
 #include "ui/common/TextGlue.h"
 #include "ui/dialogs/frmBusy.h"
 
@@ -26,17 +26,10 @@ std::string ChooseFile(MainHost& aHost, std::int32_t lTitle, const std::string& 
   return aDialog.ShowModal() == wxID_OK ? FromWx(aDialog.GetPath()) : std::string();
 }
 
-int Ask(MainHost& aHost, const std::string& szText, long lButtons) {
-  return wxMessageDialog(aHost.Frame(), ToWxLines(szText), ResText(IDS_APP_TITLE), lButtons | wxICON_QUESTION)
-      .ShowModal();
-}
-
 // Which line is wrong helps whoever edits such files by hand.
 void SayCorrupt(MainHost& aHost, std::int32_t lBadLine) {
-  wxMessageDialog aBox(aHost.Frame(), ResText(IDS_IMPORT_CORRUPT), ResText(IDS_APP_TITLE),
-                       wxOK | wxICON_INFORMATION);
-  aBox.SetExtendedMessage(ToWx(About(IDS_IMPORT_BAD_LINE, std::to_string(lBadLine))));
-  aBox.ShowModal();
+  Boxes::Say(aHost.Frame(), LoadResString(IDS_IMPORT_CORRUPT),
+             About(IDS_IMPORT_BAD_LINE, std::to_string(lBadLine)));
 }
 
 bool ReadFile(MainHost& aHost, const std::string& szFile, std::vector<SiteRecord>& aRecords) {
@@ -66,7 +59,7 @@ void ExchangeCommands::ExportList(MainHost& aHost) {
   const auto szFile = ListExchange::CompleteFileName(szChosen);
   // The file dialog has asked about the name as it was typed.
   if (szFile != szChosen && Files::FileExists(szFile) &&
-      Ask(aHost, About(IDS_OVERWRITE, szFile), wxYES_NO | wxNO_DEFAULT) != wxID_YES)
+      Boxes::Ask(aHost.Frame(), About(IDS_OVERWRITE, szFile), wxYES_NO | wxNO_DEFAULT) != wxID_YES)
     return;
   ListExchange::RememberFolder(szFile);
   bool bWritten = false;
@@ -83,7 +76,7 @@ void ExchangeCommands::ImportList(MainHost& aHost) {
   if (szFile.empty() || !ReadFile(aHost, szFile, aRecords)) return;
   bool bReplace = true;
   if (lSiteCount > 0) {
-    const int lAnswer = Ask(aHost, LoadResString(IDS_IMPORT_QUESTION), wxYES_NO | wxCANCEL);
+    const int lAnswer = Boxes::Ask(aHost.Frame(), LoadResString(IDS_IMPORT_QUESTION), wxYES_NO | wxCANCEL);
     if (lAnswer != wxID_YES && lAnswer != wxID_NO) return;
     bReplace = lAnswer == wxID_YES;
   }

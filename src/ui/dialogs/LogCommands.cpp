@@ -3,7 +3,6 @@
 #include <wx/filedlg.h>
 #include <wx/filename.h>
 #include <wx/frame.h>
-#include <wx/msgdlg.h>
 
 #include <string>
 #include <vector>
@@ -15,6 +14,7 @@
 #include "platform/Clock.h"
 #include "platform/Files.h"
 #include "platform/Shell.h"
+#include "ui/common/Boxes.h"
 #include "ui/common/MainHost.h"
 #include "ui/common/TextGlue.h"
 
@@ -23,8 +23,7 @@ namespace {
 constexpr char szPageEnding[] = ".htm";
 
 bool Ask(MainHost& aHost, std::int32_t lText) {
-  wxMessageDialog aBox(aHost.Frame(), ResText(lText), ResText(IDS_APP_TITLE), wxYES_NO | wxICON_QUESTION);
-  return aBox.ShowModal() == wxID_YES;
+  return Boxes::Ask(aHost.Frame(), LoadResString(lText), wxYES_NO) == wxID_YES;
 }
 
 wxString Filter(std::int32_t lName, std::int32_t lPatterns) {

@@ -1,9 +1,9 @@
 #include "ui/dialogs/SiteCommands.h"
 
 #include <wx/frame.h>
-#include <wx/msgdlg.h>
 
 #include "editing/AddressRules.h"
+#include "ui/common/Boxes.h"
 #include "ui/common/TextGlue.h"
 #include "ui/dialogs/frmAddress.h"
 #include "ui/dialogs/frmBusy.h"
@@ -20,11 +20,8 @@ std::int32_t SelectedSite(MainHost& aHost) {
 }
 
 bool AskToDelete(MainHost& aHost, std::int32_t n) {
-  const auto& aSite = aSites[static_cast<std::size_t>(n)];
-  wxMessageDialog aBox(aHost.Frame(), ResText(IDS_DELETE_QUESTION), ResText(IDS_APP_TITLE),
-                       wxYES_NO | wxNO_DEFAULT | wxICON_QUESTION);
-  aBox.SetExtendedMessage(ToWx(LoadResString(IDS_AGENT) + aSite.URL));
-  return aBox.ShowModal() == wxID_YES;
+  return Boxes::Ask(aHost.Frame(), LoadResString(IDS_DELETE_QUESTION), wxYES_NO | wxNO_DEFAULT,
+                    LoadResString(IDS_AGENT) + aSites[static_cast<std::size_t>(n)].URL) == wxID_YES;
 }
 
 }  // namespace

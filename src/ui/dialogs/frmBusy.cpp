@@ -7,20 +7,13 @@
 #include <wx/stattext.h>
 
 #include <algorithm>
-#include <chrono>
 
 #include "check/CheckEngine.h"
+#include "platform/Clock.h"
 #include "ui/common/TextGlue.h"
 
 namespace {
-
-constexpr std::int64_t lPaintInterval = 30;
-
-std::int64_t Milliseconds() {
-  const auto aSince = std::chrono::steady_clock::now().time_since_epoch();
-  return std::chrono::duration_cast<std::chrono::milliseconds>(aSince).count();
-}
-
+constexpr double dPaintInterval = 0.03;  // seconds
 }  // namespace
 
 frmBusy::frmBusy(MainHost& aHost, const std::string& szTitle, const std::string& szMessage,
@@ -67,11 +60,11 @@ void frmBusy::Message(const std::string& szMessage) {
 
 void frmBusy::Progress(std::int32_t lDone) {
   if (pBar) pBar->SetValue(std::min(lDone, pBar->GetRange()));
-  if (Milliseconds() - lLastPaint >= lPaintInterval) Repaint();
+  if (Clock::SteadyNow() >= AddSeconds(dtLastPaint, dPaintInterval)) Repaint();
 }
 
 void frmBusy::Repaint() {
   pNotice->Update();
   if (wxEventLoopBase* pLoop = wxEventLoopBase::GetActive()) pLoop->YieldFor(wxEVT_CATEGORY_UI);
-  lLastPaint = Milliseconds();
+  dtLastPaint = Clock::SteadyNow();
 }

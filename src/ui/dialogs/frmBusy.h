@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <string>
 
+#include "base/DateTime.h"
 #include "ui/common/MainHost.h"
 
 class wxGauge;
@@ -34,5 +35,5 @@ class frmBusy {
   wxStaticText* lblMessage;
   wxGauge* pBar = nullptr;
   bool bWasBusy;
-  std::int64_t lLastPaint = 0;  // milliseconds, steady
+  DateTime dtLastPaint = 0;  // steady
 };

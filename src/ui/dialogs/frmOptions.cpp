@@ -2,7 +2,6 @@
 
 #include <wx/button.h>
 #include <wx/checkbox.h>
-#include <wx/msgdlg.h>
 #include <wx/notebook.h>
 #include <wx/panel.h>
 #include <wx/radiobut.h>
@@ -12,6 +11,7 @@
 #include <algorithm>
 
 #include "check/Schedule.h"
+#include "ui/common/Boxes.h"
 #include "ui/common/TextGlue.h"
 #include "ui/system/FolderChooser.h"
 #include "ui/system/WindowScale.h"
@@ -195,19 +195,13 @@ void frmOptions::FocusOn(wxTextCtrl* pBox, bool bSelectAll) {
 }
 
 Answer frmOptions::Ask(const Finding& aFinding) {
-  const long lStyle = aFinding.iButtons == Buttons::OK      ? wxOK | wxICON_INFORMATION
-                      : aFinding.iButtons == Buttons::YesNo ? wxYES_NO | wxICON_QUESTION
-                                                            : wxYES_NO | wxCANCEL | wxICON_QUESTION;
-  switch (wxMessageDialog(this, ToWxLines(aFinding.szMessage), ResText(IDS_APP_TITLE), lStyle).ShowModal()) {
-    case wxID_YES:
-      return Answer::Yes;
-    case wxID_NO:
-      return Answer::No;
-    case wxID_OK:
-      return Answer::OK;
-    default:
-      return Answer::Cancel;
+  if (aFinding.iButtons == Buttons::OK) {
+    Boxes::Say(this, aFinding.szMessage);
+    return Answer::OK;
   }
+  const long lButtons = aFinding.iButtons == Buttons::YesNo ? wxYES_NO : wxYES_NO | wxCANCEL;
+  const int lPressed = Boxes::Ask(this, aFinding.szMessage, lButtons);
+  return lPressed == wxID_YES ? Answer::Yes : lPressed == wxID_NO ? Answer::No : Answer::Cancel;
 }
 
 bool frmOptions::CheckField(Field iField, bool bConfirm, wxWindow* pNext) {

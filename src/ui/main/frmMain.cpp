@@ -8,14 +8,13 @@
 #include "platform/Terminal.h"
 #include "ui/common/Images.h"
 #include "ui/common/TextGlue.h"
-#include "ui/main/modMain.h"
-#include "ui/main/modSysTray.h"
 
 namespace {
 constexpr int lSecond = 1000;
 }
 
-frmMain::frmMain() : wxFrame(nullptr, wxID_ANY, ResText(IDS_APP_TITLE)), aEngine(*this) {
+frmMain::frmMain(ProgramExit aExit)
+    : wxFrame(nullptr, wxID_ANY, ResText(IDS_APP_TITLE)), aProgramExit(std::move(aExit)), aEngine(*this) {
   SetIcons(Images::ProgramIcons());
   pixClient = new wxPanel(this);
   BuildMenus();
@@ -65,15 +64,15 @@ void frmMain::TimerAutoCheck_Timer() {
 void frmMain::TimerMain_Timer() {
   aEngine.TimerMain_Timer();
   KeepReachable();
-  if (Terminal::Interrupted()) modMain::RequestExit();
-  modMain::TryExit();
+  if (Terminal::Interrupted()) aProgramExit.Request();
+  aProgramExit.GoOn();
 }
 
 // The window never goes by itself: the program's end is decided in one place, and a running pass has to
 // unwind first.
 void frmMain::Form_Close(wxCloseEvent& aEvent) {
   if (aEvent.CanVeto()) aEvent.Veto();
-  modMain::RequestExit();
+  aProgramExit.Request();
 }
 
 void frmMain::PrepareExit() {

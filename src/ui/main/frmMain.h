@@ -12,6 +12,7 @@
 #include <wx/weakref.h>
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -25,22 +26,31 @@ class wxMenu;
 class wxStaticText;
 class PictureBox;
 
+// The end of the program is decided outside this window.
+struct ProgramExit {
+  std::function<void()> Request;  // the operator, or the system, asks for it
+  std::function<void()> GoOn;     // something that an end already asked for had to wait for may be over
+};
+
 class frmMain : public wxFrame, public CheckView, public MainHost {
  public:
   // Loads the site list and fills the view. Not shown, timers disabled.
-  frmMain();
+  explicit frmMain(ProgramExit aExit);
   ~frmMain() override;
 
   // Commands, by number. RunCommand is the one way in for menus, keys, double click and pop-ups: a command
   // that is greyed, or may not run now, rings the bell and does nothing.
   void RunCommand(int lCommand);
   bool CommandAllowed(int lCommand);
+  void StartCheck();
   void Check_MnuView();
   wxMenu* MakePopup();
 
   // 0 all, 1 successful, 2 warning, 3 unsuccessful; 0 both, 1 enabled, 2 disabled.
   std::int16_t ResultFilter = 0;
   std::int16_t EnabledFilter = 0;
+  // Sets both and shows what is left.
+  void ShowOnly(std::int16_t iResult, std::int16_t iEnabled);
   void imgColors_Click();
   void imgEnabled_Click();
   void lvwMain_KeyDown(wxKeyEvent& aEvent);
@@ -67,7 +77,7 @@ class frmMain : public wxFrame, public CheckView, public MainHost {
   void ShowProgressStatus(const std::string& szText) override;
   void ShowMessage(const std::string& szText) override;
   void SoundBell() override;
-  void EnableCommand(MenuCommand iCommand, bool bEnable) override;
+  void LockCommands(bool bLock) override;
   void EnableAutoTimer(bool bEnable) override;
   void PumpEvents() override;
 
@@ -123,13 +133,15 @@ class frmMain : public wxFrame, public CheckView, public MainHost {
   void TimerAutoCheck_Timer();
   void TimerMain_Timer();
 
-  CheckEngine aEngine;
   void ShowPending();
+  void SayNow(const std::string& szText);
 
+  const ProgramExit aProgramExit;
+  CheckEngine aEngine;
   std::vector<std::string> aWaitingMessages;
   std::string szProgressSite, szProgressStatus;
   std::int32_t lSlotToShow = 0;  // 0 none
-  double dLastPump = 0;          // steady seconds
+  DateTime dtLastPump = 0;       // steady
   bool bMinimised = false;
   bool bExiting = false;
   bool bLayingOut = false;

@@ -25,7 +25,7 @@ void frmMain::BuildList() {
 
 // A double click; Enter has been dealt with as a key.
 void frmMain::lvwMain_Activated() {
-  if (SelectedSlot() != 0) RunCommand(CommandNumber(MenuCommand::mE_EditAddress));
+  if (SelectedSlot() != 0) RunCommand(mE_EditAddress);
 }
 
 void frmMain::lvwMain_ContextMenu(wxContextMenuEvent& aEvent) {
@@ -81,6 +81,13 @@ void frmMain::ShowFilterPictures() {
   static const char* const aLights[] = {"Green", "Yellow", "Red"};
   imgColors->Picture(ResultFilter >= 1 && ResultFilter <= 3 ? aLights[ResultFilter - 1] : "colors_all");
   imgEnabled->Picture(EnabledFilter == 1 ? "Checked" : EnabledFilter == 2 ? "UnChecked" : "enable_both");
+}
+
+void frmMain::ShowOnly(std::int16_t iResult, std::int16_t iEnabled) {
+  ResultFilter = iResult;
+  EnabledFilter = iEnabled;
+  Check_MnuView();
+  Display_lvwMain(0);
 }
 
 void frmMain::imgColors_Click() {

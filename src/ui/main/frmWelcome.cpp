@@ -6,19 +6,21 @@
 #include <wx/statbmp.h>
 #include <wx/stattext.h>
 
+#include "platform/Clock.h"
 #include "ui/common/HelpCommands.h"
 #include "ui/common/Images.h"
 #include "ui/common/MainHost.h"
 #include "ui/common/TextGlue.h"
 
 namespace {
-constexpr long lComingUp = 1000;  // milliseconds
+constexpr double dComingUp = 1;  // seconds
 constexpr int lTextWidth = 360;
 }  // namespace
 
 frmWelcome::frmWelcome(MainHost& aHost)
     : wxDialog(aHost.Frame(), wxID_ANY, ResText(IDS_APP_TITLE), wxDefaultPosition, wxDefaultSize,
-               wxDEFAULT_DIALOG_STYLE) {
+               wxDEFAULT_DIALOG_STYLE),
+      dtMade(Clock::SteadyNow()) {
   auto* pTitle = new wxStaticText(this, wxID_ANY, ResText(IDS_WELCOME_TITLE));
   pTitle->SetFont(pTitle->GetFont().Bold().Scaled(1.4f));
   auto* pText = new wxStaticText(this, wxID_ANY, ResText(IDS_WELCOME_TEXT));
@@ -64,6 +66,6 @@ frmWelcome::frmWelcome(MainHost& aHost)
 // Later the operator chooses.
 void frmWelcome::Main_Activate(wxActivateEvent& aEvent) {
   aEvent.Skip();
-  if (aEvent.GetActive() && !IsBeingDeleted() && aSinceMade.Time() < lComingUp)
+  if (aEvent.GetActive() && !IsBeingDeleted() && Clock::SteadyNow() < AddSeconds(dtMade, dComingUp))
     CallAfter([this] { Raise(); });
 }

@@ -3,7 +3,8 @@
 #pragma once
 
 #include <wx/dialog.h>
-#include <wx/stopwatch.h>
+
+#include "base/DateTime.h"
 
 class MainHost;
 class wxButton;
@@ -18,5 +19,5 @@ class frmWelcome : public wxDialog {
  private:
   void Main_Activate(wxActivateEvent& aEvent);
 
-  wxStopWatch aSinceMade;
+  const DateTime dtMade;  // steady
 };

@@ -3,8 +3,6 @@
 #include <wx/app.h>
 #include <wx/evtloop.h>
 #include <wx/modalhook.h>
-#include <wx/msgdlg.h>
-#include <wx/stopwatch.h>
 
 #include <algorithm>
 #include <memory>
@@ -21,6 +19,8 @@
 #include "platform/MsgBox.h"
 #include "platform/SingleInstance.h"
 #include "platform/Terminal.h"
+#include "ui/common/Boxes.h"
+#include "ui/common/EventPump.h"
 #include "ui/common/HelpCommands.h"
 #include "ui/common/TextGlue.h"
 #include "ui/main/frmMain.h"
@@ -59,6 +59,11 @@ wxWeakRef<frmSplash> pSplash;
 bool bExitRequested = false;
 bool bEnded = false;
 
+// Before there is a main window that shows its own boxes.
+void SayAtStart(const std::string& szText) {
+  Boxes::Say(pSplash.get(), szText);
+}
+
 void CloseSplash() {
   if (pSplash) pSplash->Destroy();
   pSplash.Release();
@@ -67,7 +72,7 @@ void CloseSplash() {
 void WaitForSplash(DateTime dtStart) {
   const DateTime dtEnd = AddSeconds(dtStart, dSplashSeconds);
   while (!bExitRequested && Clock::SteadyNow() < dtEnd) {
-    modMain::PumpEvents();
+    EventPump::Run();
     Clock::Wait(0.01);
     if (Terminal::Interrupted()) modMain::RequestExit();
   }
@@ -88,7 +93,7 @@ void WelcomeAtFirstRun() {
 // A store that cannot be used is said once, at the start; the program then runs without saving.
 void OpenStore() {
   const auto szMessage = StoreMessages::Compose(Registry::OpenStore());
-  if (!szMessage.empty()) modMain::ShowBox(szMessage);
+  if (!szMessage.empty()) SayAtStart(szMessage);
 }
 
 bool LoadAndShow() {
@@ -97,14 +102,14 @@ bool LoadAndShow() {
   pSplash = new frmSplash;
   pSplash->Show();
   pSplash->Update();
-  modMain::PumpEvents();
+  EventPump::Run();
   OpenStore();
   // Not before: a box that comes until here waits for its operator, and a signal may end it as it stands.
   Terminal::CatchInterrupt();
   if (bExitRequested) return false;
   CookiePolicy::RestoreAfterKill();
   LoadSettings();
-  pMain = new frmMain;
+  pMain = new frmMain({modMain::RequestExit, modMain::ExitSoon});
   WaitForSplash(dtStart);
   CloseSplash();
   if (bExitRequested) return false;
@@ -112,7 +117,9 @@ bool LoadAndShow() {
   pMain->ShowPanel(2, Schedule::NextPanelText());
   pMain->Show();
   pMain->Update();
-  modSysTray::AddIcon(*pMain);
+  modSysTray::AddIcon(*pMain, [] {
+    if (pMain) pMain->RestoreWindow();
+  });
   WelcomeAtFirstRun();
   pMain->EnableTimers();
   return true;
@@ -129,11 +136,11 @@ bool modMain::Main() {
     if (pMain)
       pMain->ShowMessage(szText);
     else
-      ShowBox(szText);
+      SayAtStart(szText);
   });
   pInstance = std::make_unique<SingleInstance>();
   if (!pInstance->TryLock()) {
-    ShowBox(LoadResString(IDS_ALREADY_STARTED));
+    SayAtStart(LoadResString(IDS_ALREADY_STARTED));
     ShutDown();
     return false;
   }
@@ -204,24 +211,4 @@ void modMain::ExitSoon() {
 
 frmMain* modMain::MainWindow() {
   return pMain.get();
-}
-
-void modMain::ShowBox(const std::string& szText) {
-  wxWindow* pOwner = pMain && pMain->IsShown() ? static_cast<wxWindow*>(pMain.get()) : pSplash.get();
-  wxMessageDialog(pOwner, ToWxLines(szText), ResText(IDS_APP_TITLE), wxOK | wxICON_INFORMATION).ShowModal();
-}
-
-void modMain::PumpEvents() {
-  wxEventLoopBase* pLoop = wxEventLoopBase::GetActive();
-  if (!pLoop) return;
-  constexpr long lMost = 20;  // milliseconds: animation and timers alone could keep the queue full for ever
-  constexpr long lIdleGap = 15;  // idle work lays out and deletes; it need not run for every packet
-  static wxLongLong lLastIdle = 0;
-  const wxLongLong lStart = wxGetUTCTimeMillis();
-  wxTheApp->ProcessPendingEvents();
-  while (pLoop->Pending() && wxGetUTCTimeMillis() - lStart < lMost)
-    pLoop->Dispatch();
-  if (wxGetUTCTimeMillis() - lLastIdle < lIdleGap && lLastIdle <= lStart) return;
-  lLastIdle = lStart;
-  pLoop->ProcessIdle();
 }

@@ -25,10 +25,4 @@ void ExitSoon();
 // The main window, nullptr before it is loaded and after the end.
 frmMain* MainWindow();
 
-// A box with the program's title and an OK button, over the main window. Waits for the operator.
-void ShowBox(const std::string& szText);
-
-// Handles the events that are pending now, for at most about 20 ms.
-void PumpEvents();
-
 }  // namespace modMain

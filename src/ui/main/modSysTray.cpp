@@ -1,12 +1,12 @@
 #include "ui/main/modSysTray.h"
 
+#include <wx/frame.h>
 #include <wx/menu.h>
 
 #include <memory>
 
 #include "ui/common/TextGlue.h"
 #include "ui/main/Commands.h"
-#include "ui/main/frmMain.h"
 #include "ui/system/TrayIcon.h"
 
 namespace {
@@ -16,19 +16,19 @@ bool bRestoreEnabled = false;
 
 std::unique_ptr<wxMenu> MakeMenu() {
   auto pMenu = std::make_unique<wxMenu>();
-  pMenu->Append(mnuTray_Restore, ResText(IDS_TRAY_RESTORE));
-  pMenu->Append(mnuTray_Exit, ResText(IDS_TRAY_EXIT));
+  for (const int lCommand : {mnuTray_Restore, mnuTray_Exit})
+    pMenu->Append(lCommand, ResText(Commands::Find(lCommand)->lText));
   pMenu->Enable(mnuTray_Restore, bRestoreEnabled);
   return pMenu;
 }
 
 }  // namespace
 
-void modSysTray::AddIcon(frmMain& aMain) {
-  pIcon = std::make_unique<TrayIcon>(aMain);
-  pIcon->Restore = [&aMain] { aMain.RestoreWindow(); };
-  pIcon->MakeMenu = [&aMain] {
-    if (!aMain.IsMinimised()) aMain.Raise();
+void modSysTray::AddIcon(wxFrame& aOwner, std::function<void()> aRestore) {
+  pIcon = std::make_unique<TrayIcon>(aOwner);
+  pIcon->Restore = std::move(aRestore);
+  pIcon->MakeMenu = [&aOwner] {
+    if (!bRestoreEnabled) aOwner.Raise();
     return MakeMenu();
   };
   if (TrayIcon::Available()) pIcon->Add(ResText(IDS_APP_TITLE));

@@ -1,11 +1,14 @@
 // modSysTray owns the program's icon in the notification area and its "&SysTray" menu.
 #pragma once
 
-class frmMain;
+#include <functional>
+
+class wxFrame;
 
 namespace modSysTray {
 
-void AddIcon(frmMain& aMain);
+// The menu's commands go to the owner as wxEVT_MENU. aRestore: a click on the icon.
+void AddIcon(wxFrame& aOwner, std::function<void()> aRestore);
 void DeleteIcon();  // harmless when there is none
 bool HasIcon();
 // Whether the window may be hidden now: the icon is there, or the desktop has just got a place for it.

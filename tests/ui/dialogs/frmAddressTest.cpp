@@ -11,7 +11,7 @@ namespace {
 
 frmAddress* OpenEditor(Program& aProgram, std::int32_t lSlot = 0) {
   if (lSlot > 0) aProgram.Main().lvwMain->SelectSlot(lSlot);
-  aProgram.Run(lSlot > 0 ? MenuCommand::mE_EditAddress : MenuCommand::mF_NewAddress);
+  aProgram.Run(lSlot > 0 ? mE_EditAddress : mF_NewAddress);
   auto* pEditor = Open<frmAddress>();
   EXPECT_TRUE(pEditor && Focused(pEditor->txtURL));
   return pEditor;

@@ -15,7 +15,7 @@
 namespace {
 
 frmOptions* OpenOptions(Program& aProgram) {
-  aProgram.Run(MenuCommand::mE_Options);
+  aProgram.Run(mE_Options);
   auto* pOptions = Open<frmOptions>();
   EXPECT_TRUE(pOptions && Focused(pOptions->txtTimerInterval));
   const auto* pBox = pOptions->txtTimerInterval;

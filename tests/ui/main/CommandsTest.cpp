@@ -34,7 +34,7 @@ TEST(Exchange, ExportCompletesTheNameAndAsksBeforeItReplaces) {
     Files::Delete(szChosen + ".kvd");
     if (!aCase.szBefore.empty()) aProgram.aHome.Write("mylist.kvd", aCase.szBefore);
     Answers aAnswers(aCase.aAnswers);
-    aProgram.Run(MenuCommand::mF_Export);
+    aProgram.Run(mF_Export);
     EXPECT_EQ(aAnswers.aSaid, aCase.aSaid);
     EXPECT_EQ(aProgram.aHome.Read("mylist.kvd"), aCase.szAfter);
   }
@@ -63,7 +63,7 @@ TEST(Exchange, ImportTakesGoodFilesAndRefusesTheRestWhole) {
     aCase.aAnswers.insert(aCase.aAnswers.begin(), aProgram.aHome.Path("list.kvd"));
     aCase.aSaid.insert(aCase.aSaid.begin(), "Import Data File||Kestrova Data File (*.kvd)|*.kvd");
     Answers aAnswers(aCase.aAnswers);
-    aProgram.Run(MenuCommand::mF_Import);
+    aProgram.Run(mF_Import);
     EXPECT_EQ(aAnswers.aSaid, aCase.aSaid);
     EXPECT_EQ(Stored::Urls(), aCase.szUrls);
     EXPECT_EQ(aProgram.RowText(1), aCase.szRow1);
@@ -87,7 +87,7 @@ TEST(LogCommands, OpenTheViewerWithTheLogAndThePage) {
   Settings.LogPeriod = 1;
   {
     Answers aOpened({szLog, "no", "ok"});
-    aProgram.Run(MenuCommand::mnuLog_Open);
+    aProgram.Run(mnuLog_Open);
     EXPECT_EQ(aOpened.aSaid.back(), szMissing) << "after the questions";
   }
   fs::copy_file(ChildProcess::BuiltProgram("recorder"), szViewer);
@@ -95,18 +95,17 @@ TEST(LogCommands, OpenTheViewerWithTheLogAndThePage) {
     MenuCommand iCommand;
     Texts aAnswers;
     std::string szLastSaid, szStarted;
-  } aCases[] = {
-      {MenuCommand::mnuLog_Open, {szLog, "no"}, szAsk, szLog + "\n"},
-      {MenuCommand::mnuLog_Open,
-       {szLog, "yes", szPage},
-       "Save Log As HTML|KV_Log-20230315.htm|HTML File (*.htm; *html)|*.htm;*.html",
-       szLog + "\n" + szPage + ".htm\n"},
-      {MenuCommand::mnuLog_Open,
-       {szLog, "yes", szLog, "ok", "cancel"},
-       "Save Log As HTML|D-20230314.kvl|HTML File (*.htm; *html)|*.htm;*.html",
-       szLog + "\n"},
-      {MenuCommand::mnuLog_Open, {InLogs("odd.kvl"), "ok"}, "The Log File appears to be corrupt.", ""},
-      {MenuCommand::mnuLogs_ViewCur, {"yes", szLog, "no"}, szAsk, szLog + "\n"}};
+  } aCases[] = {{mnuLog_Open, {szLog, "no"}, szAsk, szLog + "\n"},
+                {mnuLog_Open,
+                 {szLog, "yes", szPage},
+                 "Save Log As HTML|KV_Log-20230315.htm|HTML File (*.htm; *html)|*.htm;*.html",
+                 szLog + "\n" + szPage + ".htm\n"},
+                {mnuLog_Open,
+                 {szLog, "yes", szLog, "ok", "cancel"},
+                 "Save Log As HTML|D-20230314.kvl|HTML File (*.htm; *html)|*.htm;*.html",
+                 szLog + "\n"},
+                {mnuLog_Open, {InLogs("odd.kvl"), "ok"}, "The Log File appears to be corrupt.", ""},
+                {mnuLogs_ViewCur, {"yes", szLog, "no"}, szAsk, szLog + "\n"}};
   for (const auto& aCase : aCases) {
     Answers aAnswers(aCase.aAnswers);
     aProgram.Run(aCase.iCommand);
@@ -120,7 +119,7 @@ TEST(LogCommands, OpenTheViewerWithTheLogAndThePage) {
   EXPECT_EQ(Stored::Get(ProductKeys::szLastLoc, "hmlg"), aHome.Path("pages"));
   aHome.Write("Logs/D-20230315.kvl", "x");
   Answers aNone({});
-  aProgram.Run(MenuCommand::mnuLogs_ViewCur);
+  aProgram.Run(mnuLogs_ViewCur);
   const auto szStarted = "LogView\n" + InLogs("D-20230315.kvl") + "\n";
   EXPECT_TRUE(Until([&] { return aHome.Read("started.txt") == szStarted; }));
 }
@@ -153,7 +152,7 @@ TEST(Help, EveryTopicOpensItsPageAndABookThatIsNoneIsSaid) {
     if (frmHelp::Window()->IsActive()) Key(WXK_ESCAPE);
     return false;
   }));
-  aProgram.Run(MenuCommand::mE_Options);
+  aProgram.Run(mE_Options);
   ASSERT_TRUE(Until([] { return Open<wxDialog>() && Open<wxDialog>()->IsActive(); }));
   Key(WXK_F1);
   EXPECT_TRUE(Shows("options-timer.html"));

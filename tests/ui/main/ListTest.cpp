@@ -15,19 +15,19 @@ TEST(List, FiltersShowByResultAndState) {
       {"1 2 3 4 5 6 7", "1 2 3 6 7", "4 5"}, {"1", "1", ""}, {"2 4", "2", "4"}, {"3 5", "3", "5"}};
   for (int lResult = 0; lResult < 4; ++lResult)
     for (int lEnabled = 0; lEnabled < 3; ++lEnabled) {
-      aMain.RunCommand(CommandNumber(MenuCommand::mV_All) + lResult);
-      aMain.RunCommand(CommandNumber(MenuCommand::mV_Both) + lEnabled);
+      aMain.RunCommand(mV_All + lResult);
+      aMain.RunCommand(mV_Both + lEnabled);
       EXPECT_EQ(aProgram.Slots(), aExpected[lResult][lEnabled]) << lResult << lEnabled;
       EXPECT_EQ(aMain.lvwMain->Hint().empty(), *aExpected[lResult][lEnabled] != '\0');
     }
   // The pictures go through the filters in turn, and the menu follows.
   for (const int lResult : {0, 1, 2, 3}) {
     aMain.imgColors->Click();
-    EXPECT_TRUE(aMain.GetMenuBar()->IsChecked(CommandNumber(MenuCommand::mV_All) + lResult)) << lResult;
+    EXPECT_TRUE(aMain.GetMenuBar()->IsChecked(mV_All + lResult)) << lResult;
   }
   for (const int lEnabled : {0, 1, 2}) {
     aMain.imgEnabled->Click();
-    EXPECT_TRUE(aMain.GetMenuBar()->IsChecked(CommandNumber(MenuCommand::mV_Both) + lEnabled)) << lEnabled;
+    EXPECT_TRUE(aMain.GetMenuBar()->IsChecked(mV_Both + lEnabled)) << lEnabled;
   }
   EXPECT_EQ(aProgram.Slots(), "5");
 }
@@ -58,8 +58,8 @@ TEST(List, SortsAsTextFromTheStartAndByHeaders) {
 TEST(List, DeletesInAFilteredViewAndRefusesWithoutASelection) {
   Program aProgram({Site("a"), Site("b", 1, 2), Site("c", 0, 2), Site("d", 1, 2)});
   for (std::int32_t n = 1; n <= 4; ++n)
-    modAddress::SaveSite(n, false);       // the reload after a deletion takes the stored lights
-  aProgram.Run(MenuCommand::mV_Warning);  // shows 2, 3 and 4
+    modAddress::SaveSite(n, false);  // the reload after a deletion takes the stored lights
+  aProgram.Run(mV_Warning);          // shows 2, 3 and 4
   const struct {
     std::int32_t lSlot;
     const char *szAnswer, *szAsked, *szUrls, *szSlots;
@@ -70,7 +70,7 @@ TEST(List, DeletesInAFilteredViewAndRefusesWithoutASelection) {
   for (const auto& aCase : aCases) {
     aProgram.Main().lvwMain->SelectSlot(aCase.lSlot);
     Answers aAnswers({aCase.szAnswer});
-    aProgram.Run(MenuCommand::mE_DelAddress);
+    aProgram.Run(mE_DelAddress);
     EXPECT_EQ(aAnswers.aSaid.at(0),
               std::string("Are you sure you wish to delete the selected Site?|http://") + aCase.szAsked);
     EXPECT_EQ(Stored::Urls(), aCase.szUrls);
@@ -79,8 +79,8 @@ TEST(List, DeletesInAFilteredViewAndRefusesWithoutASelection) {
   EXPECT_EQ(Stored::Values(ProductKeys::szAddressKey), (Texts{"Domain1=a", "Domain2=d"}));
   aProgram.Main().lvwMain->SelectSlot(0);
   Answers aAnswers({"ok", "ok"});
-  aProgram.Run(MenuCommand::mE_DelAddress);
-  aProgram.Run(MenuCommand::mE_EditAddress);
+  aProgram.Run(mE_DelAddress);
+  aProgram.Run(mE_EditAddress);
   EXPECT_EQ(aAnswers.aSaid, (Texts{"No address selected.", "No address selected."}));
 }
 

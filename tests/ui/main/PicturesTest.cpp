@@ -86,21 +86,21 @@ void SaveMain(Program& aProgram) {
 }
 
 void SaveDialogs(Program& aProgram) {
-  aProgram.Run(MenuCommand::mF_NewAddress);
+  aProgram.Run(mF_NewAddress);
   Save("editor", Open<wxDialog>());
   Key(WXK_RETURN);
   PumpFor(0.2);
   Save("notice", Open<frmNotice>());
   CloseNotice();
   Key(WXK_ESCAPE);
-  aProgram.Run(MenuCommand::mE_Options);
+  aProgram.Run(mE_Options);
   for (std::size_t i = 0; const char* szPage : {"timer", "manager", "logs", "cookies"}) {
     Open<frmOptions>()->tabOptions->SetSelection(i++);
     Save(std::string("options-") + szPage, Open<frmOptions>());
   }
   Key(WXK_ESCAPE);
   PumpFor(0.2);
-  aProgram.Run(MenuCommand::mH_About);
+  aProgram.Run(mH_About);
   Save("about", Open<frmAbout>());
   Key(WXK_ESCAPE);
 }
@@ -152,7 +152,7 @@ TEST(Pictures, OfTheWindowsWithNothingAndWithLongTexts) {
   aProgram.Main().Display_lvwMain(1);
   Save("main-long", &aProgram.Main());
   SaveProgress("progress-long", aProgram.Main(), szLong);
-  aProgram.Run(MenuCommand::mE_EditAddress);
+  aProgram.Run(mE_EditAddress);
   Save("editor-long", Open<wxDialog>());
   Key(WXK_ESCAPE);
   SaveViewer("viewer-long-", aProgram,
