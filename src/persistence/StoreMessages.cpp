@@ -23,6 +23,8 @@ std::int32_t TextOf(Condition iCondition) {
       return IDS_STORE_FOREIGN;
     case Condition::Damaged:
       return IDS_STORE_DAMAGED_STAYS;
+    case Condition::Lost:
+      return IDS_STORE_LOST;
     case Condition::KeyRefused:
       return IDS_STORE_KEY_REFUSED;
     case Condition::KeyFailed:
@@ -40,13 +42,18 @@ std::int32_t TextOf(Condition iCondition) {
 }  // namespace
 
 std::string StoreMessages::Compose(const Registry::StoreState& aState) {
+  const auto szCopied = aState.dtCopied ? FormatGeneral(*aState.dtCopied) : std::string();
+  const auto Fill = [&](std::int32_t lText, const std::string& szSecond) {
+    return FillResString(lText, {Registry::StoreName(), szSecond, szCopied});
+  };
   std::string szText;
-  if (!aState.szKept.empty())
-    szText = FillResString(IDS_STORE_DAMAGED, {Registry::StoreName(), aState.szKept});
+  if (aState.bRecovered)
+    szText = Fill(aState.szKept.empty() ? IDS_STORE_WAS_MISSING
+                  : aState.dtCopied     ? IDS_STORE_FROM_COPY
+                                        : IDS_STORE_FROM_ROWS,
+                  aState.szKept);
   const auto lText = TextOf(aState.iCondition);
-  if (lText != 0) {
-    if (!szText.empty()) szText += ' ';
-    szText += FillResString(lText, {Registry::StoreName(), aState.szSystem});
-  }
-  return szText;
+  if (lText == 0) return szText;
+  if (!szText.empty()) szText += ' ';
+  return szText + Fill(lText, aState.szSystem);
 }

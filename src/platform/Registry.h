@@ -5,14 +5,18 @@
 // be deleted, subkeys are listed in name order and values in the order they were made.
 //
 // The file is $KESTROVA_REGISTRY, else ${XDG_DATA_HOME:-~/.local/share}/kestrova/registry.db, mode 0600. It
-// is opened at the first call, or by OpenStore. A committed value survives a kill at any moment.
+// is opened at the first call, or by OpenStore. A committed value survives a kill at any moment; what the
+// operator entered survives a power cut too. A last good copy lies beside the file.
 //
 // On Windows $KESTROVA_REGISTRY names a store beside the registry proper too: both roots then lie in a key of
 // that name below HKEY_CURRENT_USER\Software\Tamsel\Stores.
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
+
+#include "base/DateTime.h"
 
 namespace Registry {
 
@@ -56,12 +60,16 @@ std::int32_t RegEnumKeyA(Key hKey, std::uint32_t lIndex, char* szName, std::uint
 std::int32_t RegEnumValueA(Key hKey, std::uint32_t lIndex, char* szName, std::uint32_t* pNameSize,
                            std::uint32_t* pType, void* pData, std::uint32_t* pSize);
 
+// What a power cut may cost: a bracket of what the operator enters is on the disk when it ends, and a new
+// last good copy is made of it; what a pass records gets there in its time.
+enum class Written { ByThePass, ByTheOperator };
+
 // Brackets several writes, so that a kill leaves all of them or none, and so that they cost one commit.
-// Nests: the outermost one commits when it ends. On Windows it does nothing: there the order of writes must
-// serve.
+// Nests: the outermost one says who writes and commits when it ends. On Windows it does nothing: there the
+// order of writes must serve.
 class Transaction {
  public:
-  Transaction();
+  explicit Transaction(Written iBy = Written::ByThePass);
   ~Transaction();
   Transaction(const Transaction&) = delete;
   Transaction& operator=(const Transaction&) = delete;
@@ -84,22 +92,31 @@ enum class StoreCondition {
   ReadOnly,     // it may not be written
   Full,         // its disk takes no more, or fails
   Foreign,      // the file is another program's, or of a newer version
-  Damaged,      // damaged, and it could not be renamed
-  Failed,       // anything else; szSystem says what
-  KeyRefused,   // Windows: the product's key may not be written
-  KeyFailed,    // Windows: nor can it be opened; szSystem says why
-  NotShared,    // Windows: what may be done to the key could not be changed; szSystem says why
-  Private       // where each user has a store of their own, none is shared
+  Damaged,      // damaged or gone, and no other could be put in its place
+  Lost,    // damaged, and neither a row of it nor a copy can be read; a new one begins with what is entered
+  Failed,  // anything else; szSystem says what
+  KeyRefused,  // Windows: the product's key may not be written
+  KeyFailed,   // Windows: nor can it be opened; szSystem says why
+  NotShared,   // Windows: what may be done to the key could not be changed; szSystem says why
+  Private      // where each user has a store of their own, none is shared
 };
 
 struct StoreState {
   StoreCondition iCondition = StoreCondition::Ready;
-  std::string szSystem;  // the system's own code or fixed words for the failure, empty where there are none
-  std::string szKept;    // the file as which a damaged store was kept when a new one was begun
+  std::string szSystem;    // the system's own code or fixed words for the failure, empty where there are none
+  bool bReadable = false;  // what it holds can be read, whatever else is the matter
+
+  // Where the store was put together again after damage: said for a minute, so that all who met the damage
+  // say it, and until something is entered where bWhole is false.
+  bool bRecovered = false;
+  std::string szKept;                // the damaged file, as which it is kept; empty where it was missing
+  std::optional<DateTime> dtCopied;  // when the copy was made that it was begun from
+  bool bWhole = true;                // false: something may be missing
 };
 
-// Opens the store now.
-StoreState OpenStore();
+// Opens the store now, and puts it together again where it is damaged. bBeginAnew: for one who enters
+// something; a store of which nothing is left is then begun anew.
+StoreState OpenStore(bool bBeginAnew = false);
 void CloseStore();
 
 // Closes a store that $KESTROVA_REGISTRY names and takes it away, where it is no file that its owner can

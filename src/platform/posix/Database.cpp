@@ -1,30 +1,16 @@
 #include "platform/posix/Database.h"
 
+#include <cerrno>
 #include <chrono>
 #include <thread>
 
+#include "platform/Files.h"
 #include "platform/Registry.h"
 
 namespace {
 
-constexpr int lBusyMilliseconds = 2000;            // the user interface waits on us
-constexpr int lImpatientMilliseconds = 20;         // after one such wait came to nothing
-constexpr std::int64_t lApplication = 0x4B455354;  // marks the file as ours
-constexpr std::int64_t lFormat = 1;
-
-// The two roots, and the key of the user's folders, which every account has.
-constexpr char szTables[] = R"(
-  CREATE TABLE keys(id INTEGER PRIMARY KEY AUTOINCREMENT, parent INTEGER REFERENCES keys(id),
-                    name TEXT NOT NULL COLLATE NOCASE, UNIQUE(parent, name));
-  CREATE TABLE vals(id INTEGER PRIMARY KEY, key INTEGER NOT NULL REFERENCES keys(id) ON DELETE CASCADE,
-                    name TEXT NOT NULL COLLATE NOCASE, type INTEGER NOT NULL, data BLOB NOT NULL,
-                    UNIQUE(key, name));
-  INSERT INTO keys VALUES(1, NULL, 'HKEY_LOCAL_MACHINE'), (2, NULL, 'HKEY_CURRENT_USER'), (3, 2, 'Software'),
-    (4, 3, 'Microsoft'), (5, 4, 'Windows'), (6, 5, 'CurrentVersion'), (7, 6, 'Explorer'),
-    (8, 7, 'Shell Folders');
-  PRAGMA application_id = 0x4B455354;
-  PRAGMA user_version = 1;
-)";
+constexpr int lBusyMilliseconds = 2000;     // the user interface waits on us
+constexpr int lImpatientMilliseconds = 20;  // after one such wait came to nothing
 
 constexpr std::array<const char*, Database::SQL_COUNT> aSql = {
     "SELECT id FROM keys WHERE parent = ? AND name = ?",
@@ -53,19 +39,46 @@ Database::Condition Database::Open(const std::string& szPath, bool bCheck) {
   szOpenedPath = szPath;
   aOpened = StoreFile::Identify(szPath);
   if (StoreFile::LostItsPages(szPath)) return Condition::Damaged;
-  int lResult = sqlite3_open_v2(szPath.c_str(), &pConnection, SQLITE_OPEN_READWRITE, nullptr);
-  if (lResult == SQLITE_OK) lResult = ConfigureWhenFree();
-  auto aCondition = Judge(lResult);
-  if (aCondition == Condition::Ready && bCheck) {
-    // The check answers one row: "ok", or the first damage in words.
-    std::int64_t lSound = 0;
-    lResult = ReadNumber("SELECT integrity_check = 'ok' FROM pragma_integrity_check(1)", lSound);
-    aCondition = lResult == SQLITE_OK && lSound == 0 ? Condition::Damaged : Judge(lResult);
-    if (aCondition == Condition::Ready) return TryWrite();
+  auto iCondition = Judge(Connect(szPath, SQLITE_OPEN_READWRITE));
+  const bool bOnlyWritingFails = iCondition == Condition::ReadOnly || iCondition == Condition::Full ||
+                                 iCondition == Condition::Unreachable || iCondition == Condition::Failed;
+  if (bOnlyWritingFails) {
+    const auto szReason = szLastText;
+    if (!ConnectForReading(szPath)) {
+      Close();
+      if (iCondition == Condition::ReadOnly) iCondition = Condition::Unreachable;
+    }
+    szLastText = szReason;
   }
-  if (aCondition != Condition::Ready) Close();
-  if (aCondition == Condition::Locked) bImpatient = true;
-  return aCondition;
+  if (IsOpen() && bCheck && (iCondition == Condition::Ready || bOnlyWritingFails)) {
+    std::int64_t lSound = 0;
+    const int lResult = ReadNumber(StoreFormat::szIsSound, lSound);
+    if (lResult == SQLITE_OK && lSound == 0) iCondition = Condition::Damaged;
+    if (lResult != SQLITE_OK) iCondition = Judge(lResult);
+    if (iCondition == Condition::Ready) return TryWrite();
+  }
+  if (iCondition != Condition::Ready && !bOnlyWritingFails) Close();
+  if (iCondition == Condition::Damaged) Close();
+  if (iCondition == Condition::Locked) bImpatient = true;
+  return iCondition;
+}
+
+int Database::Connect(const std::string& szUri, int lFlags) {
+  const int lResult = sqlite3_open_v2(szUri.c_str(), &pConnection, lFlags | SQLITE_OPEN_URI, nullptr);
+  return lResult == SQLITE_OK ? ConfigureWhenFree() : lResult;
+}
+
+// A folder that takes no file, or a full disk, keeps SQLite from making what it wants beside a store that it
+// is to write. To read, it can do with what is there; and where no journal is left, with the file alone.
+bool Database::ConnectForReading(const std::string& szPath) {
+  Close();
+  if (Connect(szPath, SQLITE_OPEN_READONLY) == SQLITE_OK) return true;
+  Close();
+  if (Files::FileSize(szPath + "-wal").value_or(0) > 0) return false;
+  std::string szUri = "file:";
+  for (const char ch : szPath)
+    szUri += ch == '%' ? "%25" : ch == '?' ? "%3f" : ch == '#' ? "%23" : std::string(1, ch);
+  return Connect(szUri + "?immutable=1", SQLITE_OPEN_READONLY) == SQLITE_OK;
 }
 
 // The switch to the write-ahead journal needs the file for itself, and SQLite answers "busy" there at once,
@@ -94,13 +107,15 @@ int Database::Configure() {
   if (lResult == SQLITE_OK) lResult = ReadNumber("PRAGMA application_id", lOwner);
   if (lResult == SQLITE_OK) lResult = ReadNumber("PRAGMA user_version", lVersion);
   if (lResult != SQLITE_OK) return lResult;
-  if (lTables != 0 && (lOwner != lApplication || lVersion != lFormat)) return SQLITE_MISMATCH;
+  if (lTables != 0 && (lOwner != StoreFormat::lApplication || lVersion != StoreFormat::lFormat))
+    return SQLITE_MISMATCH;
   const bool bReadOnly = sqlite3_db_readonly(pConnection, "main") == 1;
   for (const char* const szSql : {"PRAGMA journal_mode = WAL", "PRAGMA synchronous = NORMAL",
                                   "PRAGMA foreign_keys = ON", "PRAGMA trusted_schema = OFF"}) {
     lResult = Execute(szSql);
     if (lResult != SQLITE_OK && !bReadOnly) return lResult;
   }
+  if (bReadOnly) lResult = SQLITE_OK;
   if (lTables == 0) lResult = MakeTables();
   return lResult == SQLITE_OK ? Prepare() : lResult;
 }
@@ -110,7 +125,7 @@ int Database::MakeTables() {
   if (lResult != SQLITE_OK) return lResult;
   std::int64_t lTables = 0;  // another process may have been faster
   lResult = ReadNumber("SELECT count(*) FROM sqlite_schema", lTables);
-  if (lResult == SQLITE_OK && lTables == 0) lResult = Execute(szTables);
+  if (lResult == SQLITE_OK && lTables == 0) lResult = Execute(StoreFormat::szMakeTables);
   if (lResult == SQLITE_OK) lResult = Execute("COMMIT");
   if (lResult != SQLITE_OK) Execute("ROLLBACK");
   return lResult;
@@ -141,6 +156,7 @@ void Database::Close() {
   sqlite3_close(pConnection);  // rolls an open bracket back
   pConnection = nullptr;
   bDamageSeen = false;
+  bSyncSet = false;
 }
 
 bool Database::Moved() const {
@@ -189,14 +205,30 @@ Database::Condition Database::Judge(int lResult) {
     case SQLITE_NOTADB:
       return Condition::Damaged;
     case SQLITE_CANTOPEN:
-      return Condition::Unreachable;
+      return JudgeSystem(Condition::Unreachable);
     case SQLITE_MISMATCH:
       return Condition::Foreign;
     case SQLITE_IOERR:  // a quota or a limit of size comes as a failed write
-      return lResult == SQLITE_IOERR_WRITE || lResult == SQLITE_IOERR_FSYNC ? Condition::Full
-                                                                            : Condition::Failed;
+      return JudgeSystem(lResult == SQLITE_IOERR_WRITE || lResult == SQLITE_IOERR_FSYNC ? Condition::Full
+                                                                                        : Condition::Failed);
     default:
       return Condition::Failed;
+  }
+}
+
+// SQLite calls many a full disk an I/O error, or a file that cannot be opened; the system's own code tells.
+Database::Condition Database::JudgeSystem(Condition iElse) const {
+  switch (pConnection != nullptr ? sqlite3_system_errno(pConnection) : 0) {
+    case ENOSPC:
+    case EDQUOT:
+    case EFBIG:
+      return Condition::Full;
+    case EROFS:
+    case EACCES:
+    case EPERM:
+      return Condition::ReadOnly;
+    default:
+      return iElse;
   }
 }
 
@@ -264,15 +296,29 @@ std::string_view Database::Use::Bytes(int lColumn) const {
 }
 
 std::int32_t Database::BeforeWrite() {
+  if (bDamageSeen) return Registry::lAccessDenied;
   if (lDepth == 0) return Registry::lSuccess;
   // A full disk makes SQLite roll back on its own.
   if (bBegun && sqlite3_get_autocommit(pConnection) != 0) Undo();
   if (bBroken) return Registry::lAccessDenied;
   if (bBegun) return Registry::lSuccess;
+  // Not to be changed once it has begun.
+  if (bSyncWanted != bSyncSet)
+    Execute(bSyncWanted ? "PRAGMA synchronous = FULL" : "PRAGMA synchronous = NORMAL");
+  bSyncSet = bSyncWanted;
   const auto lCode = Use(*this, BEGIN).Run();
   bBegun = lCode == Registry::lSuccess;
   bBroken = !bBegun;
   return lCode;
+}
+
+void Database::Enter(bool bSynced) {
+  if (lDepth++ == 0) bSyncWanted = bSynced;
+}
+
+void Database::BePatient() {
+  bImpatient = false;
+  if (pConnection != nullptr) sqlite3_busy_timeout(pConnection, lBusyMilliseconds);
 }
 
 std::int32_t Database::Leave() {

@@ -1,10 +1,5 @@
 // Database: the SQLite connection under the registry. It owns the connection, its statements and the bracket
 // around several writes, and turns SQLite's codes into the registry's. One connection for the process.
-//
-// Layout: keys(id, parent, name) and vals(id, key, name, type, data). Names compare without regard to ASCII
-// case (SQLite's NOCASE works on bytes, so text that is no UTF-8 keeps its bytes). Key ids are never used
-// twice, so a stale id finds nothing rather than another key. Values are listed by id: in the order they were
-// made, rewriting keeps the id.
 #pragma once
 
 #include <sqlite3.h>
@@ -17,11 +12,12 @@
 
 #include "platform/Registry.h"
 #include "platform/posix/StoreFile.h"
+#include "platform/posix/StoreFormat.h"
 
 class Database {
  public:
-  static constexpr std::int64_t lLocalMachine = 1;
-  static constexpr std::int64_t lCurrentUser = 2;
+  static constexpr std::int64_t lLocalMachine = StoreFormat::lLocalMachine;
+  static constexpr std::int64_t lCurrentUser = StoreFormat::lCurrentUser;
 
   enum Sql {
     FIND_KEY,      // parent, name -> id
@@ -44,12 +40,22 @@ class Database {
 
   ~Database() { Close(); }
 
-  // Opens or makes the store. With bCheck its whole structure is examined and one write tried. It stays open
-  // for reading where only writing fails.
+  // Opens or makes the store. With bCheck its whole structure is examined and one write tried. Where only
+  // writing fails it is open for reading.
   Condition Open(const std::string& szPath, bool bCheck);
   void Close();
+  void Forget() {  // closed, and as if it had never been open
+    Close();
+    szOpenedPath.clear();
+  }
   bool IsOpen() const { return pConnection != nullptr; }
+  // From then on nothing is written.
   bool DamageSeen() const { return bDamageSeen; }
+  void NoteDamage() { bDamageSeen = true; }
+  sqlite3* Handle() const { return pConnection; }
+  const std::string& OpenedPath() const { return szOpenedPath; }
+  // The next wait for the lock is a whole one again.
+  void BePatient();
   // Another file stands in the store's place, or none.
   bool Moved() const;
   const StoreFile::Identity& Opened() const { return aOpened; }
@@ -86,15 +92,20 @@ class Database {
 
   // The bracket. Every write asks BeforeWrite first; a bracket begins with its first write. After a failure
   // that undid its writes all further ones in it answer 5, so that it stays whole: all or none.
-  void Enter() { ++lDepth; }
+  void Enter(bool bSynced);  // bSynced: the outermost one's commit is on the disk when Leave answers
   std::int32_t Leave();
   void Break();  // undoes the bracket's writes and refuses further ones until it is left
   std::int32_t BeforeWrite();
   bool InBracket() const { return lDepth > 0; }
+  std::int64_t AllChanges() const {
+    return pConnection != nullptr ? sqlite3_total_changes64(pConnection) : 0;
+  }
   std::function<void()> RolledBack;  // what was made in the bracket is gone
 
  private:
   friend class Use;
+  int Connect(const std::string& szUri, int lFlags);
+  bool ConnectForReading(const std::string& szPath);
   int ConfigureWhenFree();
   int Configure();
   void FinalizeStatements();
@@ -104,6 +115,7 @@ class Database {
   int ReadNumber(const char* szSql, std::int64_t& lNumber);
   std::int32_t Translate(int lResult, bool bWritten = false);
   Condition Judge(int lResult);
+  Condition JudgeSystem(Condition iElse) const;
   void Undo();
 
   sqlite3* pConnection = nullptr;
@@ -113,6 +125,8 @@ class Database {
   std::string szLastText;
   std::int32_t lDepth = 0;
   bool bBegun = false;
+  bool bSyncWanted = false;  // for the bracket
+  bool bSyncSet = false;     // in the connection
   bool bBroken = false;
   bool bDamageSeen = false;
   bool bImpatient = false;  // a wait for the lock came to nothing, and nothing was written since

@@ -5,6 +5,11 @@
 #include <unordered_map>
 
 #include "base/Text.h"
+#include "platform/Clock.h"
+#include "platform/Files.h"
+#include "platform/posix/Sqlite.h"
+#include "platform/posix/StoreCopy.h"
+#include "platform/posix/StoreRecovery.h"
 
 namespace {
 
@@ -26,6 +31,10 @@ struct State {
   std::int64_t lKeyChanges = 0;
   std::int64_t lValueChanges = 0;
   std::optional<Steady::time_point> aFailedAt;
+  Written iBracketBy = Written::ByThePass;  // of the outermost bracket
+  std::int64_t lChangesBefore = 0;          // when it began
+  bool bCopyOwed = false;                   // one of what the operator entered could not be made
+  bool bNoteToDrop = false;                 // the store tells of a recovery
 };
 
 // What this process knows of its store.
@@ -65,15 +74,55 @@ Condition Open(bool bCheck) {
   return aCondition;
 }
 
-// Keeps a damaged store under another name and begins an empty one.
-void BeginAnew(StoreState& aState) {
-  auto& aDatabase = Process().aDatabase;
-  const auto aExamined = aDatabase.Opened();
-  aDatabase.Close();
-  const auto szKept = StoreFile::SetAside(StoreName(), aExamined);
-  if (szKept.empty()) return;
-  if (szKept != StoreName()) aState.szKept = szKept;
-  aState.iCondition = Open(true);
+// A store that was there and is gone is not begun anew in silence.
+bool IsMissed(const std::string& szPath) {
+  return !Files::FileExists(szPath) &&
+         (Process().aDatabase.OpenedPath() == szPath || StoreCopy::Made(szPath).has_value());
+}
+
+// aExamined: the file that was found damaged, all 0 for a missing one.
+Condition Recover(const StoreFile::Identity& aExamined, bool bBeginAnew) {
+  Process().aDatabase.Close();
+  switch (StoreRecovery::Run(StoreName(), aExamined, bBeginAnew)) {
+    case StoreRecovery::Outcome::Done:
+    case StoreRecovery::Outcome::ByAnother:
+      return Open(true);
+    case StoreRecovery::Outcome::Busy:
+      return Condition::Locked;
+    case StoreRecovery::Outcome::NothingLeft:
+      return Condition::Lost;
+    case StoreRecovery::Outcome::Failed:
+      break;
+  }
+  return Condition::Damaged;
+}
+
+// How the store came about, while that is to be said.
+void ReadNote(StoreState& aState) {
+  auto& aProcess = Process();
+  constexpr std::int64_t lSaidFor = 60;  // seconds
+  Sqlite::Statement aNote(aProcess.aDatabase.Handle(), StoreFormat::szReadNote);
+  aProcess.bNoteToDrop = aNote.Row();
+  if (!aProcess.bNoteToDrop) return;
+  aState.bWhole = aNote.Number(3) != 0;
+  const auto lAgo = SecondsBetween(aNote.Real(1), Clock::Now());
+  aState.bRecovered = !aState.bWhole || (lAgo >= 0 && lAgo < lSaidFor);
+  aState.szKept = aNote.Bytes(0);
+  if (aNote.Type(2) == SQLITE_FLOAT) aState.dtCopied = aNote.Real(2);
+}
+
+// After a commit: what it left is copied, at once where the operator entered something.
+void TendCopy(bool bEntered) {
+  auto& aProcess = Process();
+  auto& aDatabase = aProcess.aDatabase;
+  if (!aDatabase.IsOpen() || aDatabase.DamageSeen()) return;
+  if (bEntered && aProcess.bNoteToDrop)
+    aProcess.bNoteToDrop =
+        sqlite3_exec(aDatabase.Handle(), StoreFormat::szDropNote, nullptr, nullptr, nullptr) != SQLITE_OK;
+  if (!bEntered && !aProcess.bCopyOwed && !StoreCopy::IsDue(aDatabase.OpenedPath())) return;
+  const auto iOutcome = StoreCopy::Make(aDatabase.Handle(), aDatabase.OpenedPath());
+  aProcess.bCopyOwed = bEntered && iOutcome == StoreCopy::Outcome::Failed;
+  if (iOutcome == StoreCopy::Outcome::Damage) aDatabase.NoteDamage();
 }
 
 // The moment that a listing shows: it changes with our own writes and with another process's commits.
@@ -108,7 +157,12 @@ void Remember(const std::string& szKey, std::int64_t lId) {
 Database* Store::Get() {
   auto& aState = Process();
   if (aState.aFailedAt && Steady::now() - *aState.aFailedAt < aRetryAfter) return nullptr;
-  if (!aState.aDatabase.IsOpen()) Open(false);
+  if (!aState.aDatabase.IsOpen()) {
+    if (IsMissed(StoreName()))
+      aState.aFailedAt = Steady::now();
+    else
+      Open(false);
+  }
   return aState.aDatabase.IsOpen() ? &aState.aDatabase : nullptr;
 }
 
@@ -233,8 +287,15 @@ void Store::ValuesChanged() {
   ++Process().lValueChanges;
 }
 
-Registry::Transaction::Transaction() {
-  Process().aDatabase.Enter();
+Registry::Transaction::Transaction(Written iBy) {
+  auto& aState = Process();
+  if (!aState.aDatabase.InBracket()) {
+    // The first thing entered begins the store that nothing is left of.
+    if (iBy == Written::ByTheOperator && Store::Get() == nullptr) OpenStore(true);
+    aState.iBracketBy = iBy;
+    aState.lChangesBefore = aState.aDatabase.AllChanges();
+  }
+  aState.aDatabase.Enter(iBy == Written::ByTheOperator);
 }
 
 Registry::Transaction::~Transaction() {
@@ -246,7 +307,10 @@ std::int32_t Registry::Transaction::Commit() {
   bEnded = true;
   auto& aState = Process();
   const auto lCode = aState.aDatabase.Leave();
-  if (!aState.aDatabase.InBracket()) aState.aMadeInBracket.clear();
+  if (aState.aDatabase.InBracket()) return lCode;
+  aState.aMadeInBracket.clear();
+  if (lCode == lSuccess && aState.aDatabase.AllChanges() != aState.lChangesBefore)
+    TendCopy(aState.iBracketBy == Written::ByTheOperator);
   return lCode;
 }
 
@@ -255,21 +319,26 @@ void Registry::Transaction::Abandon() {
   Commit();
 }
 
-Registry::StoreState Registry::OpenStore() {
+Registry::StoreState Registry::OpenStore(bool bBeginAnew) {
   auto& aDatabase = Process().aDatabase;
   StoreState aState;
   if (aDatabase.IsOpen() && !aDatabase.DamageSeen() && !aDatabase.Moved()) {
+    aDatabase.BePatient();
     if (!aDatabase.InBracket()) aState.iCondition = aDatabase.TryWrite();
   } else {
-    aState.iCondition = aDatabase.DamageSeen() ? Condition::Damaged : Open(true);
-    if (aState.iCondition == Condition::Damaged) BeginAnew(aState);
+    const bool bGone = !Files::FileExists(StoreName()) && StoreCopy::Made(StoreName());
+    aState.iCondition = aDatabase.DamageSeen() || bGone ? Condition::Damaged : Open(true);
+    if (aState.iCondition == Condition::Damaged)
+      aState.iCondition = Recover(bGone ? StoreFile::Identity{} : aDatabase.Opened(), bBeginAnew);
   }
+  aState.bReadable = aDatabase.IsOpen();
+  if (aState.bReadable) ReadNote(aState);
   if (aState.iCondition == Condition::Failed) aState.szSystem = aDatabase.LastText();
   return aState;
 }
 
 void Registry::CloseStore() {
-  Process().aDatabase.Close();
+  Process().aDatabase.Forget();
   Process().aFailedAt.reset();
   ForgetKeys();
 }

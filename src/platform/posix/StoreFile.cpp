@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 
 #include "base/Text.h"
 #include "platform/Clock.h"
@@ -39,9 +40,12 @@ std::string Stamp() {
 
 std::string StoreFile::Path() {
   const char* const szNamed = std::getenv("KESTROVA_REGISTRY");
-  if (szNamed == nullptr || szNamed[0] == '\0') return UserFolders::Data() + "/kestrova/registry.db";
+  std::string szPath = szNamed != nullptr ? szNamed : "";
+  if (szPath.empty()) szPath = UserFolders::Data() + "/kestrova/registry.db";
   // SQLite gives some plain names (":memory:") a meaning of their own.
-  return szNamed[0] == '/' ? szNamed : std::string("./") + szNamed;
+  if (szPath[0] != '/') szPath.insert(0, "./");
+  const std::unique_ptr<char, decltype(&std::free)> pReal(realpath(szPath.c_str(), nullptr), &std::free);
+  return pReal ? pReal.get() : szPath;
 }
 
 StoreFile::Identity StoreFile::Identify(const std::string& szPath) {
@@ -64,19 +68,32 @@ bool StoreFile::LostItsPages(const std::string& szPath) {
   return lJournal > 0 && Files::FileSize(szPath) == std::uint64_t{0};
 }
 
-std::string StoreFile::SetAside(const std::string& szPath, const Identity& aExamined) {
-  // Two processes may find the damage at once; the second must not move the first one's new store.
-  const Descriptor aFolder(open(FolderOf(szPath).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (!aFolder || flock(aFolder.Number(), LOCK_EX) != 0) return {};
-  if (Identify(szPath) != aExamined) return szPath;
+std::string StoreFile::NameToKeep(const std::string& szPath) {
   const auto szFirst = szPath + ".damaged-" + Stamp();
   auto szKept = szFirst;
   for (int i = 2; IsTaken(szKept) || IsTaken(szKept + "-wal"); ++i)
     szKept = szFirst + "-" + std::to_string(i);
-  // The journal goes first: a new store must never meet it.
-  const auto szJournal = szPath + "-wal";
-  if (rename(szJournal.c_str(), (szKept + "-wal").c_str()) != 0 && errno != ENOENT) return {};
-  if (rename(szPath.c_str(), szKept.c_str()) != 0) return {};
-  unlink((szPath + "-shm").c_str());  // only an index of the journal; SQLite makes it anew
   return szKept;
+}
+
+bool StoreFile::Keep(const std::string& szPath, const std::string& szKept) {
+  if (rename((szPath + "-wal").c_str(), (szKept + "-wal").c_str()) != 0 && errno != ENOENT) return false;
+  // Where a file can have one name only, it is without one until the new store is there; the copy beside it
+  // heals that.
+  if (link(szPath.c_str(), szKept.c_str()) != 0 && rename(szPath.c_str(), szKept.c_str()) != 0) return false;
+  unlink((szPath + "-shm").c_str());  // only an index of the journal; SQLite makes it anew
+  return true;
+}
+
+Descriptor StoreFile::MakeEmpty(const std::string& szPath) {
+  Descriptor aFile(open(szPath.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0600));
+  if (!aFile || flock(aFile.Number(), LOCK_EX | LOCK_NB) != 0 || ftruncate(aFile.Number(), 0) != 0) return {};
+  return aFile;
+}
+
+bool StoreFile::PutInPlace(Descriptor& aFile, const std::string& szFrom, const std::string& szTo) {
+  if (fsync(aFile.Number()) != 0 || rename(szFrom.c_str(), szTo.c_str()) != 0) return false;
+  const Descriptor aFolder(open(FolderOf(szTo).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (aFolder) fsync(aFolder.Number());  // a file system that cannot has the new name in its journal anyway
+  return true;
 }

@@ -1,10 +1,13 @@
 // StoreFile: the file that holds the registry, as a file: where it lies, that nobody else may read it, and
-// how a damaged one is kept.
+// how a
+// damaged one is kept and another put in its place.
 #pragma once
 
 #include <sys/types.h>
 
 #include <string>
+
+#include "platform/posix/Descriptor.h"
 
 namespace StoreFile {
 
@@ -15,7 +18,9 @@ struct Identity {
   bool operator==(const Identity&) const = default;
 };
 
-// $KESTROVA_REGISTRY, else kestrova/registry.db in the user's data folder.
+// $KESTROVA_REGISTRY, else kestrova/registry.db in the user's data folder; where that is a link, the file
+// that it leads to, so that everything beside it (journal, lock, copy) is the same for all who come by a
+// link.
 std::string Path();
 
 Identity Identify(const std::string& szPath);  // all 0 when there is no such file
@@ -28,8 +33,19 @@ bool Prepare(const std::string& szPath);
 // journal.
 bool LostItsPages(const std::string& szPath);
 
-// Renames the store and its journal to NAME.damaged-YYYYMMDD-HHMMSS and gives that name; empty when it
-// cannot. Does nothing, and gives the old name, when another process put a different file there meanwhile.
-std::string SetAside(const std::string& szPath, const Identity& aExamined);
+// Under which name a damaged store will be kept: NAME.damaged-YYYYMMDD-HHMMSS, a number behind it where that
+// is taken.
+std::string NameToKeep(const std::string& szPath);
+
+// Gives the store and its journal that name too. The journal loses its old one, so that no new store meets
+// it; the store itself keeps both until another file is put in its place.
+bool Keep(const std::string& szPath, const std::string& szKept);
+
+// An empty file (0600) to write a store into; what was left there by a process that was killed is emptied.
+// Nothing while another process is writing one.
+Descriptor MakeEmpty(const std::string& szPath);
+
+// Brings the file's content to the disk and renames it over the other name.
+bool PutInPlace(Descriptor& aFile, const std::string& szFrom, const std::string& szTo);
 
 }  // namespace StoreFile

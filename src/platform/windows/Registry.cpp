@@ -155,7 +155,8 @@ std::int32_t Registry::RegEnumValueA(Key hKey, std::uint32_t lIndex, char* szNam
   return lCode;
 }
 
-Registry::Transaction::Transaction() = default;
+Registry::Transaction::Transaction(Written) {
+}
 Registry::Transaction::~Transaction() = default;
 
 std::int32_t Registry::Transaction::Commit() {
@@ -167,28 +168,36 @@ void Registry::Transaction::Abandon() {
   bEnded = true;
 }
 
-Registry::StoreState Registry::OpenStore() {
+Registry::StoreState Registry::OpenStore(bool) {
   HKEY hSystem = nullptr;
   HKEY hProduct = nullptr;
   std::int32_t lCode = Find(HKEY_LOCAL_MACHINE, hSystem);
   if (lCode == ERROR_SUCCESS) lCode = CreateKey(hSystem, szProduct, lFullAccess, hProduct);
-  if (lCode != ERROR_SUCCESS)
-    return {lCode == ERROR_ACCESS_DENIED ? StoreCondition::KeyRefused : StoreCondition::KeyFailed,
-            std::to_string(lCode),
-            {}};
-  ::RegCloseKey(hProduct);
-  return {};
+  StoreState aState;
+  if (lCode == ERROR_SUCCESS) {
+    ::RegCloseKey(hProduct);
+    aState.bReadable = true;
+    return aState;
+  }
+  aState.iCondition = lCode == ERROR_ACCESS_DENIED ? StoreCondition::KeyRefused : StoreCondition::KeyFailed;
+  aState.szSystem = std::to_string(lCode);
+  // A standard account may read where it may not write.
+  aState.bReadable = ::RegOpenKeyExA(hSystem, szProduct, 0, KEY_READ, &hProduct) == ERROR_SUCCESS;
+  if (aState.bReadable) ::RegCloseKey(hProduct);
+  return aState;
 }
 
 Registry::StoreState Registry::ShareStore() {
-  const StoreState aState = OpenStore();
+  StoreState aState = OpenStore();
   if (aState.iCondition != StoreCondition::Ready) return aState;
   const std::string szStore = OwnStore();
   const std::int32_t lCode = GrantUsersFullAccess(szStore.empty() ? std::string("MACHINE\\") + szProduct
                                                                   : "CURRENT_USER\\" + szStore +
                                                                         "\\HKEY_LOCAL_MACHINE\\" + szProduct);
-  if (lCode == ERROR_SUCCESS) return {};
-  return {StoreCondition::NotShared, std::to_string(lCode), {}};
+  if (lCode == ERROR_SUCCESS) return aState;
+  aState.iCondition = StoreCondition::NotShared;
+  aState.szSystem = std::to_string(lCode);
+  return aState;
 }
 
 void Registry::CloseStore() {

@@ -1,11 +1,17 @@
 // The store's file in every bad way: damaged, locked, without rights, on a full disk, gone.
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sqlite3.h>
+#include <sys/file.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <iostream>
 #include <memory>
+#include <random>
 
 #include "platform/Environment.h"
+#include "platform/Files.h"
 #include "support/RawRegistry.h"
 #include "support/TestHome.h"
 #include "support/posix/InChild.h"
@@ -31,19 +37,21 @@ class StoreFaultTest : public testing::Test {
   // A store of some hundred pages, closed.
   void Fill() {
     {
-      const Transaction aOneCommit;
+      const Transaction aOneCommit(Written::ByTheOperator);
       for (int i = 0; i < 500; ++i)
-        EXPECT_EQ(lSuccess, Write("value" + std::to_string(i), std::string(500, 'x')));
+        EXPECT_EQ(lSuccess, Write("value" + std::to_string(i), szValue));
     }
     CloseStore();
   }
-  // Opens the store and tells as which file a damaged one was kept.
-  static std::string KeptAs() {
-    const auto aState = OpenStore();
-    EXPECT_EQ(Condition::Ready, aState.iCondition);
-    return aState.szKept;
+  void ExpectAll() {
+    for (int i = 0; i < 500; ++i)
+      ASSERT_EQ(szValue, Read("value" + std::to_string(i))) << i;
+  }
+  static std::string Slurp(const std::string& szFile) {
+    return Files::ReadWhole(szFile, std::uint64_t{1} << 30).value_or("");
   }
 
+  const std::string szValue = std::string(499, 'x') + '\0';
   TestHome aHome;
   const std::string szStore = aHome.Path("registry.db");
 };
@@ -60,44 +68,131 @@ struct Stranger {
   sqlite3* pConnection = nullptr;
 };
 
-TEST_F(StoreFaultTest, ADamagedStoreIsKeptAndANewOneBegun) {
+TEST_F(StoreFaultTest, NothingLeftOfADamagedStoreIsNeverTakenForAnEmptyOne) {
   StandingClock aClock(JoinDateTime({1999, 11, 15, 17, 44, 21}));
   const std::string szKept = "registry.db.damaged-19991115-174421";
-  Fill();
-  const auto szGood = aHome.Read("registry.db");
-  auto szPage = szGood, szNothing = szGood;
-  szPage.replace(8 * 4096, 4096, szGood, 19 * 4096, 4096);
-  szNothing.replace(8192, 4096, 4096, '\0');
-  const std::pair<std::string, std::string> aDamages[] = {{szGood.substr(0, szGood.size() / 2), ""},
-                                                          {std::string(szGood.size(), 'Z'), ""},
-                                                          {szPage, ""},
-                                                          {szNothing, ""},
-                                                          {"", "the journal of what is gone"}};
+  const std::pair<std::string, std::string> aDamages[] = {
+      {std::string(100000, 'Z'), ""}, {"again", ""}, {"", "the journal of what is gone"}};
   for (const auto& [szDamaged, szJournal] : aDamages) {
-    SCOPED_TRACE(&szDamaged - &aDamages[0].first);
+    CloseStore();
     for (const auto& szName : aHome.Names())
       fs::remove(aHome.Path(szName));
     aHome.Write("registry.db", szDamaged);
     if (!szJournal.empty()) aHome.Write("registry.db-wal", szJournal);
-    EXPECT_EQ(aHome.Path(szKept), KeptAs());
-    EXPECT_TRUE(szDamaged == aHome.Read(szKept));
-    EXPECT_EQ(szJournal, aHome.Read(szKept + "-wal"));
+    for (int i = 0; i < 2; ++i) {
+      EXPECT_EQ(Condition::Lost, OpenStore().iCondition) << "each time anew";
+      EXPECT_EQ(szRefused, Read("value1"));
+      EXPECT_EQ(lAccessDenied, Write("value1", "x"));
+    }
+    EXPECT_TRUE(szDamaged == aHome.Read("registry.db"));
+    {
+      Transaction aEntered(Written::ByTheOperator);
+      EXPECT_TRUE(szDamaged == aHome.Read(szKept));
+      EXPECT_EQ(szJournal, aHome.Read(szKept + "-wal"));
+      EXPECT_EQ(aHome.Path(szKept), OpenStore().szKept);
+      EXPECT_EQ(lSuccess, Write("other", "x"));
+      EXPECT_EQ(lSuccess, aEntered.Commit());
+    }
+    const auto aState = OpenStore();
+    EXPECT_EQ(Condition::Ready, aState.iCondition);
+    EXPECT_FALSE(aState.bRecovered) << "something was entered: there is nothing more to say";
+  }
+}
+
+TEST_F(StoreFaultTest, ADamagedOrMissingStoreComesBackFromItsCopy) {
+  Fill();
+  const auto szGood = aHome.Read("registry.db");
+  auto szLate = szGood;  // all but the first page, so that the store opens and then cannot be read
+  szLate.replace(4096, std::string::npos, szGood.size() - 4096, 'Z');
+  auto szPage = szGood, szNothing = szGood;
+  szPage.replace(8 * 4096, 4096, szGood, 19 * 4096, 4096);
+  szNothing.replace(8192, 4096, 4096, '\0');
+  for (const auto& szDamaged :
+       {szGood.substr(0, szGood.size() / 2), std::string(szGood.size(), 'Z'), szPage, szNothing, szLate}) {
+    aHome.Write("registry.db", szDamaged);
+    const auto aState = OpenStore();
+    EXPECT_EQ(Condition::Ready, aState.iCondition);
+    EXPECT_TRUE(aState.bRecovered && aState.bWhole && aState.dtCopied);
+    EXPECT_TRUE(szDamaged == Slurp(aState.szKept));
+    ExpectAll();
     EXPECT_EQ(lSuccess, Write("other", "x"));
-    EXPECT_EQ(szGone, Read("value1"));
-    CloseStore();
-    EXPECT_EQ("", KeptAs()) << "the second time there is nothing to say";
     CloseStore();
   }
-  aHome.Write("registry.db", "again");  // in the same second: the first is not overwritten
-  EXPECT_EQ(aHome.Path(szKept + "-2"), KeptAs());
-
-  CloseStore();
-  auto szLate = szGood;  // all but the first page, so that the store opens and then cannot be read
-  aHome.Write("registry.db", szLate.replace(4096, std::string::npos, szGood.size() - 4096, 'Z'));
+  aHome.Write("registry.db", szLate);  // met in the middle of work
   EXPECT_EQ(szRefused, Read("value1"));
   EXPECT_EQ(lAccessDenied, Write("value1", "new"));
-  EXPECT_NE(std::string::npos, KeptAs().find(".damaged-"));
-  EXPECT_EQ(lSuccess, Write("value1", "new"));
+  EXPECT_TRUE(OpenStore().bRecovered);
+  ExpectAll();
+  CloseStore();
+
+  fs::remove(szStore);
+  EXPECT_EQ(szRefused, Read("value1")) << "a store that is missed is not begun anew by looking";
+  const auto aState = OpenStore();
+  EXPECT_TRUE(aState.bRecovered && aState.bWhole && aState.dtCopied);
+  EXPECT_EQ("", aState.szKept);
+  ExpectAll();
+}
+
+// Whatever bit turns, no value is lost, and only the one it lies in may read otherwise.
+TEST_F(StoreFaultTest, ATurnedBitCostsNothingBesideTheCopyAndLittleWithoutIt) {
+  Fill();
+  const auto szGood = aHome.Read("registry.db"), szCopy = aHome.Read("registry.db.good");
+  std::mt19937 aRandom(20261122);
+  int lRecovered = 0, lWithout = 0, lKeptWithout = 0;
+  for (int i = 0; i < 60; ++i) {
+    auto szTurned = szGood;
+    const auto lBit = aRandom() % (szGood.size() * 8);
+    szTurned[lBit / 8] = static_cast<char>(szTurned[lBit / 8] ^ (1 << (lBit % 8)));
+    for (const bool bCopy : {true, false}) {
+      SCOPED_TRACE(std::to_string(lBit) + (bCopy ? " with the copy" : " without"));
+      CloseStore();
+      for (const auto& szName : aHome.Names())
+        fs::remove(aHome.Path(szName));
+      aHome.Write("registry.db", szTurned);
+      if (bCopy) aHome.Write("registry.db.good", szCopy);
+      const auto aState = OpenStore();
+      if (aState.iCondition == Condition::Foreign) continue;  // the bit lies in the mark of the format
+      int lMissing = 0, lOther = 0;
+      for (int n = 0; n < 500; ++n) {
+        const auto szRead = Read("value" + std::to_string(n));
+        lMissing += szRead.starts_with('[');
+        lOther += !szRead.starts_with('[') && szRead != szValue;
+      }
+      if (bCopy) {
+        EXPECT_EQ(Condition::Ready, aState.iCondition);
+        EXPECT_TRUE(lMissing <= (aState.bRecovered ? 0 : 1) && lOther <= 1) << lMissing << " " << lOther;
+        lRecovered += aState.bRecovered;
+      } else if (aState.iCondition == Condition::Ready && aState.bRecovered) {
+        ++lWithout;
+        lKeptWithout += 500 - lMissing;
+        EXPECT_TRUE(lMissing == 0 || !aState.bWhole) << lMissing << " are missing without a word";
+      }
+    }
+  }
+  EXPECT_GT(lRecovered, 5);
+  EXPECT_GT(lKeptWithout, lWithout * 400);
+  std::cout << lRecovered << " recovered with the copy, " << lWithout << " without, " << lKeptWithout
+            << " values of " << lWithout * 500 << " kept there\n";
+}
+
+TEST_F(StoreFaultTest, AllWhoMeetTheDamageAtOnceSayItAndNobodyWaitsForTheFolder) {
+  Fill();
+  aHome.Write("registry.db", "garbage");
+  const int lFolder = open(aHome.Folder().c_str(), O_RDONLY);
+  ASSERT_EQ(0, flock(lFolder, LOCK_EX));  // as "flock FOLDER kestrova-cli check" does
+  EXPECT_EQ(0, InChild([&] {
+              for (int i = 0; i < 4; ++i)
+                if (fork() == 0) _exit(OpenStore().bRecovered ? 0 : 1);
+              int lFailed = OpenStore().bRecovered ? 0 : 1;
+              for (int lStatus = 0; wait(&lStatus) > 0;)
+                lFailed += lStatus == 0 ? 0 : 1;
+              return lFailed;
+            }));
+  close(lFolder);
+  EXPECT_EQ(1, std::ranges::count_if(aHome.Names(), [](const std::string& szName) {
+              return szName.starts_with("registry.db.damaged");
+            }));
+  ExpectAll();
 }
 
 TEST_F(StoreFaultTest, AnotherProgramsDatabaseIsLeftAlone) {
@@ -115,7 +210,7 @@ TEST_F(StoreFaultTest, ALockedStoreAnswersFiveInTimeAndIsNotTakenForEmpty) {
   EXPECT_EQ(Condition::Locked, OpenStore().iCondition);
   EXPECT_EQ(szRefused, Read("value1"));  // [6] would say that there is no such key
   pOther.reset();
-  EXPECT_EQ("", KeptAs());
+  EXPECT_EQ(Condition::Ready, OpenStore().iCondition);
   pOther = std::make_unique<Stranger>(szStore, "BEGIN IMMEDIATE; UPDATE vals SET data = 'y'");
   const Stopwatch aWatch;
   EXPECT_EQ(500U, Read("value1").size());
@@ -126,17 +221,17 @@ TEST_F(StoreFaultTest, ALockedStoreAnswersFiveInTimeAndIsNotTakenForEmpty) {
   EXPECT_EQ(lSuccess, Write("value1", "new"));
 }
 
-TEST_F(StoreFaultTest, WithoutTheRightToWriteNothingIsLost) {
+TEST_F(StoreFaultTest, WithoutTheRightToWriteItIsRead) {
   Fill();
   fs::permissions(szStore, fs::perms(0444));
+  fs::permissions(aHome.Folder(), fs::perms(0555));
   EXPECT_EQ(0, InChild([&] {
               if (geteuid() == 0 && setuid(65534) != 0) return 1;
               Environment::Set("KESTROVA_REGISTRY", szStore);
-              const auto iCondition = OpenStore().iCondition;
-              if (iCondition != Condition::ReadOnly && iCondition != Condition::Unreachable) return 2;
+              const auto aState = OpenStore();
+              if (aState.iCondition != Condition::ReadOnly || !aState.bReadable) return 2;
               if (Write("value1", "new") != lAccessDenied) return 3;
-              const auto szRead = Read("value1");
-              return szRead.size() == 500 || szRead == szRefused ? 0 : 4;
+              return Read("value1") == szValue ? 0 : 4;
             }));
 }
 
