@@ -9,6 +9,7 @@
 #include "cli/Commands.h"
 #include "cli/Report.h"
 #include "cli/TerminalView.h"
+#include "log/CheckLog.h"
 #include "persistence/Settings.h"
 #include "persistence/modAddress.h"
 #include "platform/Clock.h"
@@ -27,10 +28,18 @@ bool Load(const SingleInstance& /*aHeld*/, bool bRestart) {
   LoadSettings();
   // A rebuild that was killed half-way is healed by the next one.
   modAddress::RebuildSiteIndex();
-  if (modAddress::LoadSites(!bRestart, !bRestart) != 0) return false;
-  if (Settings.LogPeriod != 0 && !Files::FolderExists(Settings.LogPath))
-    Report::Complain(FillResString(IDS_CLI_NO_LOG_FOLDER, {Settings.LogPath}));
-  return true;
+  return modAddress::LoadSites(!bRestart, !bRestart) == 0;
+}
+
+// After a pass: what could not be stored meanwhile is tried once more, and what could not be kept is said.
+bool AllWasKept() {
+  const auto szSaid = modAddress::SaveAgain();
+  if (!szSaid.empty()) Report::Complain(szSaid);
+  const auto lMissing = CheckLog::TakeMissingLines();
+  if (lMissing > 0)
+    Report::Complain(
+        FillResString(IDS_CLI_LOG_MISSING, {std::to_string(lMissing), CheckLog::CurrentLogFile}));
+  return modAddress::UnsavedSites() == 0 && lMissing == 0;
 }
 
 int OutcomeOfSites() {
@@ -53,8 +62,12 @@ int Commands::Check(bool bRestart) {
   CheckEngine aEngine(aView);
   aView.Attach(aEngine);
   aEngine.mF_StartCheck_Click();
+  const bool bKept = AllWasKept();
   if (aView.PassesStarted() > 0) aView.ShowSummary();
-  return aView.WasStopped() ? Report::iNotAllUp : OutcomeOfSites();
+  if (aView.WasStopped() && Terminal::InterruptSignal() != 0)
+    return Report::iSignalBase + Terminal::InterruptSignal();
+  if (aView.WasStopped()) return Report::Fail(LoadResString(IDS_CLI_OUTPUT_CLOSED));
+  return bKept ? OutcomeOfSites() : Report::iFailed;
 }
 
 int Commands::Watch() {
@@ -71,16 +84,21 @@ int Commands::Watch() {
   Schedule::SetNextCheck(WarningMinutes());
   Report::Say(FillResString(IDS_CLI_WATCHING, {Report::SiteNumber(lSiteCount), Schedule::NextPanelText()}));
   std::cout.flush();
-  while (!Terminal::Interrupted()) {
+  if (Settings.LogPeriod != 0 && !Files::FolderExists(Settings.LogPath))
+    Report::Complain(FillResString(IDS_CLI_NO_LOG_FOLDER, {Settings.LogPath}));
+  bool bKept = true;
+  while (!Terminal::Interrupted() && !Terminal::OutputClosed()) {
     aView.TickMainTimer();
     const std::int32_t lPassesBefore = aView.PassesStarted();
     aEngine.TimerAutoCheck_Timer();
     if (aView.PassesStarted() != lPassesBefore) {
+      bKept = AllWasKept();
       aView.ShowSummary();
       Report::Say(Schedule::NextPanelText());
       std::cout.flush();
     }
     if (!Terminal::Interrupted()) Clock::Wait(dIdleSeconds);
   }
-  return OutcomeOfSites();
+  if (!Terminal::Interrupted()) return Report::Fail(LoadResString(IDS_CLI_OUTPUT_CLOSED));
+  return bKept || AllWasKept() ? Report::iAllUp : Report::iFailed;
 }

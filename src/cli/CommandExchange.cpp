@@ -1,6 +1,4 @@
 // import and export: the site list as a file.
-#include <algorithm>
-
 #include "base/Strings.h"
 #include "cli/Commands.h"
 #include "cli/Report.h"
@@ -14,7 +12,7 @@
 
 int Commands::Import(const std::string& szFile, bool bReplace) {
   if (!Files::FileExists(szFile)) return Report::Fail(FillResString(IDS_CLI_CANNOT_READ, {szFile}));
-  if (!Report::OpenStore()) return Report::iFailed;
+  if (!Report::OpenStore(true)) return Report::iFailed;
   SingleInstance aInstance;
   if (!aInstance.TryLock()) return Report::Fail(FillResString(IDS_CLI_IN_USE, {Registry::StoreName()}));
   LoadSettings();
@@ -37,15 +35,8 @@ int Commands::Import(const std::string& szFile, bool bReplace) {
           FillResString(IDS_CLI_LIST_TOO_MANY, {szFile, std::to_string(modAddress::lSiteCapacity)}));
   }
   // Nothing can be added to an empty list that would not replace it.
-  ListExchange::Import(aRecords, bReplace || lSiteCount < 1, {});
-
-  // Writes below are silent; only looking tells whether they took.
-  const auto lLost = std::count_if(aRecords.begin(), aRecords.end(), [](const SiteRecord& aRecord) {
-    SiteRecord aStored;
-    return !modAddress::FindStoredSite(aRecord.URL, aStored);
-  });
-  if (lLost > 0)
-    return Report::Fail(FillResString(IDS_CLI_IMPORT_LOST, {std::to_string(lLost), Registry::StoreName()}));
+  if (!ListExchange::Import(aRecords, bReplace || lSiteCount < 1, {}))
+    return Report::Fail(LoadResString(IDS_STORE_NOT_IMPORTED));
   Report::Say(LoadResString(IDS_CLI_IMPORTED));
   Report::Say(FillResString(
       IDS_CLI_NOW_IN_LIST,
@@ -59,6 +50,8 @@ int Commands::Export(const std::string& szFile) {
   // A name that we made up must not cost the file that has it.
   if (szComplete != szFile && Files::FileExists(szComplete))
     return Report::Fail(FillResString(IDS_CLI_EXPORT_EXISTS, {szComplete}));
+  if (Report::ListMayBeIncomplete() && Files::FileExists(szComplete))
+    return Report::Fail(FillResString(IDS_CLI_EXPORT_INCOMPLETE, {szComplete}));
   if (!ListExchange::Export(szComplete, {}))
     return Report::Fail(FillResString(IDS_CLI_CANNOT_WRITE, {szComplete}));
   Report::Say(LoadResString(IDS_CLI_EXPORTED));

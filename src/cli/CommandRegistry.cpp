@@ -1,5 +1,8 @@
 // registry export and import: everything the product remembers, as a file for another machine; and share: who
 // may use it on this one.
+#include <algorithm>
+#include <vector>
+
 #include "base/Strings.h"
 #include "cli/Commands.h"
 #include "cli/Report.h"
@@ -16,9 +19,13 @@ constexpr std::uint64_t lLargestFile = 64U << 20U;
 }  // namespace
 
 int Commands::RegistryExport(const std::string& szFile) {
-  if (!Report::OpenStore()) return Report::iFailed;
-  if (!Files::WriteWhole(szFile, RegFile::Compose()))
-    return Report::Fail(FillResString(IDS_CLI_CANNOT_WRITE, {szFile}));
+  if (!Report::OpenToLook()) return Report::iFailed;
+  if (Report::ListMayBeIncomplete() && Files::FileExists(szFile))
+    return Report::Fail(FillResString(IDS_CLI_EXPORT_INCOMPLETE, {szFile}));
+  const auto szText = RegFile::Compose();
+  if (szText.empty())
+    return Report::Fail(FillResString(IDS_CLI_STORE_UNREAD, {Registry::StoreName(), szFile}));
+  if (!Files::WriteWhole(szFile, szText)) return Report::Fail(FillResString(IDS_CLI_CANNOT_WRITE, {szFile}));
   Report::Say(FillResString(IDS_CLI_REGISTRY_EXPORTED, {szFile}));
   return Report::iAllUp;
 }
@@ -34,15 +41,23 @@ int Commands::RegistryShare() {
 int Commands::RegistryImport(const std::string& szFile) {
   const auto szBytes = Files::FileExists(szFile) ? Files::ReadWhole(szFile, lLargestFile) : std::nullopt;
   if (!szBytes) return Report::Fail(FillResString(IDS_CLI_CANNOT_READ, {szFile}));
-  if (!Report::OpenStore()) return Report::iFailed;
+  if (!Report::OpenStore(true)) return Report::iFailed;
   SingleInstance aInstance;
   if (!aInstance.TryLock()) return Report::Fail(FillResString(IDS_CLI_IN_USE, {Registry::StoreName()}));
   std::string szError;
   if (!RegFile::Apply(*szBytes, szError))
     return Report::Fail(FillResString(IDS_CLI_REGISTRY_WRONG, {szFile, szError}));
   // A file that was written by hand may bring sites without their index.
+  std::vector<std::string> aBrought, aLeft;
+  modAddress::ListKeyNames(aBrought);
   modAddress::RebuildSiteIndex();
   if (modAddress::LoadSites(true, true) != 0) return Report::iFailed;
+  modAddress::ListKeyNames(aLeft);
   Report::Say(FillResString(IDS_CLI_REGISTRY_IMPORTED, {szFile, Report::SiteNumber(lSiteCount)}));
+  std::string szDropped;
+  for (const auto& szName : aBrought)
+    if (std::find(aLeft.begin(), aLeft.end(), szName) == aLeft.end())
+      szDropped += (szDropped.empty() ? "" : ", ") + szName;
+  if (!szDropped.empty()) return Report::Fail(FillResString(IDS_CLI_REGISTRY_DROPPED, {szDropped}));
   return Report::iAllUp;
 }

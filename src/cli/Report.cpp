@@ -8,6 +8,19 @@
 #include "persistence/StoreMessages.h"
 #include "persistence/modAddress.h"
 
+namespace {
+
+bool bIncomplete = false;
+
+Registry::StoreState Open(bool bBeginAnew) {
+  auto aState = Registry::OpenStore(bBeginAnew);
+  const auto szMessage = StoreMessages::Compose(aState);
+  if (!szMessage.empty()) Report::Complain(szMessage);
+  return aState;
+}
+
+}  // namespace
+
 std::string Report::SiteNumber(std::int32_t lNumber) {
   return lNumber == 1 ? LoadResString(IDS_CLI_SITE_ONE)
                       : FillResString(IDS_CLI_SITE_MANY, {std::to_string(lNumber)});
@@ -30,15 +43,24 @@ int Report::Fail(std::string_view szText) {
   return iFailed;
 }
 
-bool Report::OpenStore() {
-  const auto aState = Registry::OpenStore();
-  const auto szMessage = StoreMessages::Compose(aState);
-  if (!szMessage.empty()) Complain(szMessage);
+bool Report::OpenStore(bool bBeginAnew) {
+  const auto aState = Open(bBeginAnew);
+  bIncomplete = !aState.bWhole && !bBeginAnew;
   return aState.iCondition == Registry::StoreCondition::Ready;
 }
 
+bool Report::OpenToLook() {
+  const auto aState = Open(false);
+  bIncomplete = !aState.bWhole;
+  return aState.bReadable;
+}
+
+bool Report::ListMayBeIncomplete() {
+  return bIncomplete;
+}
+
 bool Report::LoadAll() {
-  if (!OpenStore()) return false;
+  if (!OpenToLook()) return false;
   LoadSettings();
   return modAddress::LoadSites(true, true) == 0;
 }

@@ -9,9 +9,11 @@
 namespace Report {
 
 // The contract with scripts.
-inline constexpr int iAllUp = 0;     // also: the command did what it was asked to
+inline constexpr int iAllUp = 0;     // and all was kept; also: the command did what it was asked to
 inline constexpr int iNotAllUp = 1;  // at least one enabled site is not up
-inline constexpr int iFailed = 2;    // the command failed; standard error says why
+inline constexpr int iFailed = 2;    // something failed, whatever else holds; standard error says what
+// Added to the number of a signal that ended a check before its last site, as shells have it.
+inline constexpr int iSignalBase = 128;
 
 // "1 site", "12 sites"
 std::string SiteNumber(std::int32_t lNumber);
@@ -23,9 +25,14 @@ void Complain(std::string_view szText);
 // The same, and the exit code for it.
 int Fail(std::string_view szText);
 
-// Opens the store and tells what is the matter with it, if anything. False when it is unusable.
-bool OpenStore();
-// Opens the store and loads settings and sites as they are, for commands that only look.
+// Opens the store and tells what is the matter with it, if anything. False when it cannot be written.
+// bBeginAnew: for a command that enters something; of a store that nothing is left of a new one is begun.
+bool OpenStore(bool bBeginAnew = false);
+// The same for a command that only reads. False when it cannot be read.
+bool OpenToLook();
+// The store was damaged and something may be missing in it: the exit code is 2 then, whatever else was done.
+bool ListMayBeIncomplete();
+// Opens the store to look and loads settings and sites as they are, for commands that only look.
 bool LoadAll();
 
 }  // namespace Report

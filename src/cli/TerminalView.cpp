@@ -13,6 +13,7 @@
 #include "persistence/Settings.h"
 #include "persistence/modAddress.h"
 #include "platform/Clock.h"
+#include "platform/Files.h"
 #include "platform/Terminal.h"
 
 namespace {
@@ -170,7 +171,7 @@ void TerminalView::SoundBell() {
 
 void TerminalView::PumpEvents() {
   if (pEngine == nullptr) return;
-  if (Terminal::Interrupted() && pEngine->bCheckInProgress) {
+  if ((Terminal::Interrupted() || Terminal::OutputClosed()) && pEngine->bCheckInProgress) {
     bStopped = true;
     pEngine->StopCheck();
     return;
@@ -218,7 +219,7 @@ void TerminalView::ShowSummary() {
   const auto lDisabled = std::count_if(aSites.begin() + (aSites.empty() ? 0 : 1), aSites.end(),
                                        [](const SiteRecord& aSite) { return aSite.Enabled != 1; });
   if (lDisabled > 0) szLine += " " + FillResString(IDS_CLI_SUMMARY_DISABLED, {std::to_string(lDisabled)});
-  if (Settings.LogPeriod != 0 && !CheckLog::CurrentLogFile.empty())
+  if (Settings.LogPeriod != 0 && Files::FileExists(CheckLog::CurrentLogFile))
     szLine += " " + FillResString(IDS_CLI_SUMMARY_LOG, {Text::Printable(CheckLog::CurrentLogFile)});
   Report::Say(szLine);
 }

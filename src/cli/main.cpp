@@ -152,5 +152,5 @@ int main(int iCount, char** aValues) {
     return Report::Fail(FillResString(IDS_CLI_UNEXPECTED, {aError.what()}));
   }
   if (!std::cout.flush()) return Report::Fail(LoadResString(IDS_CLI_OUTPUT_FAILED));
-  return iResult;
+  return Report::ListMayBeIncomplete() && iResult < Report::iFailed ? Report::iFailed : iResult;
 }

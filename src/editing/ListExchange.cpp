@@ -158,18 +158,23 @@ Reading Read(const std::string& szFile, std::vector<SiteRecord>& aRecords, std::
   return Reading::TooMany;
 }
 
-void Import(const std::vector<SiteRecord>& aRecords, bool bReplace, const Progress& aProgress) {
+bool Import(const std::vector<SiteRecord>& aRecords, bool bReplace, const Progress& aProgress) {
+  std::int32_t lCode = 0;
   {
-    const Registry::Transaction aAllOrNone;
+    Registry::Transaction aAllOrNone(Registry::Written::ByTheOperator);
     std::int32_t lDone = 0;
     for (auto aRecord : aRecords) {
       aRecord.Comments = Remark(aRecord, bReplace);
-      modAddress::WriteSiteRecord(aRecord, 0);
+      if (lCode == 0) lCode = modAddress::WriteSiteRecord(aRecord, 0);
       if (aProgress) aProgress(++lDone);
     }
     modAddress::RebuildSiteIndex();
+    if (lCode != 0) aAllOrNone.Abandon();
+    const auto lCommitted = aAllOrNone.Commit();
+    if (lCode == 0) lCode = lCommitted;
   }
   modAddress::LoadSites(true, true);
+  return lCode == 0;
 }
 
 }  // namespace ListExchange

@@ -35,7 +35,8 @@ enum class Reading { Fine, Unreadable, Corrupt, TooMany };
 Reading Read(const std::string& szFile, std::vector<SiteRecord>& aRecords, std::int32_t& lBadLine);
 
 // Stores the records, all or none. Sites that are not among them stay. bReplace only changes the remark that
-// a site which is already stored gets. Renumbers and reloads the list.
-void Import(const std::vector<SiteRecord>& aRecords, bool bReplace, const Progress& aProgress);
+// a site which is already stored gets. Renumbers and reloads the list. False when they could not be stored;
+// list and store are then as before.
+bool Import(const std::vector<SiteRecord>& aRecords, bool bReplace, const Progress& aProgress);
 
 }  // namespace ListExchange

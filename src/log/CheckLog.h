@@ -37,7 +37,10 @@ void AddComment(const std::string& szRemark);
 void GetLogFileName(bool bDeleteFiles);
 
 // Appends a start, end or entry line. Silent whatever happens: a log that cannot be written never stops a
-// pass.
+// pass. What could not be appended is counted.
 void WriteLog(bool bWriteStart, bool bWriteStartManual, bool bWriteEnd);
+
+// The lines that could not be appended since the last call of this.
+std::int32_t TakeMissingLines();
 
 }  // namespace CheckLog

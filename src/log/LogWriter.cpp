@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <utility>
 
 #include "base/Text.h"
 #include "log/CheckLog.h"
@@ -12,6 +13,8 @@ namespace CheckLog {
 Entry CurrentEntry;
 
 namespace {
+
+std::int32_t lMissingLines = 0;
 
 using namespace LogGrammar;
 
@@ -39,7 +42,11 @@ void AddComment(const std::string& szNew) {
 void WriteLog(bool bWriteStart, bool bWriteStartManual, bool bWriteEnd) {
   if (Settings.LogPeriod == 0) return;
   auto szLine = bWriteStart ? StartLine(bWriteStartManual) : bWriteEnd ? std::string(szEnd) : EntryLine();
-  Files::Append(CurrentLogFile, szLine.append(szLineEnd));
+  if (!Files::Append(CurrentLogFile, szLine.append(szLineEnd))) ++lMissingLines;
+}
+
+std::int32_t TakeMissingLines() {
+  return std::exchange(lMissingLines, 0);
 }
 
 }  // namespace CheckLog

@@ -9,6 +9,7 @@
 #include "base/Utf16.h"
 #include "persistence/ProductKeys.h"
 #include "persistence/RegFileParser.h"
+#include "persistence/modAddress.h"
 #include "platform/Registry.h"
 
 using namespace Registry;
@@ -185,15 +186,21 @@ std::int32_t Carry(const Change& aChange) {
   return lCode;
 }
 
-std::int32_t CarryAll(const std::vector<Change>& aChanges) {
-  Transaction aWhole;
-  for (const auto& aChange : aChanges) {
-    if (const auto lCode = Carry(aChange); lCode != lSuccess) {
-      aWhole.Abandon();
-      return lCode;
-    }
-  }
-  return aWhole.Commit();
+// The list would not load what goes beyond its capacity.
+bool HasTooManySites() {
+  std::vector<std::string> aNames;
+  return modAddress::ListKeyNames(aNames) && aNames.size() > modAddress::lSiteCapacity;
+}
+
+std::int32_t CarryAll(const std::vector<Change>& aChanges, bool& bTooMany) {
+  Transaction aWhole(Written::ByTheOperator);
+  std::int32_t lCode = lSuccess;
+  for (const auto& aChange : aChanges)
+    if (lCode == lSuccess) lCode = Carry(aChange);
+  bTooMany = lCode == lSuccess && HasTooManySites();
+  if (lCode == lSuccess && !bTooMany) return aWhole.Commit();
+  aWhole.Abandon();
+  return lCode;
 }
 
 // Where the registry knows no brackets, what was written before a failure is still there. False when the
@@ -223,9 +230,14 @@ bool RegFile::Apply(const std::string& szBytes, std::string& szError) {
   std::vector<Change> aChanges;
   if (!RegFileParser::Parse(szBytes, aChanges, szError)) return false;
   const auto szBefore = Compose();
-  const auto lCode = szBefore.empty() ? lAccessDenied : CarryAll(aChanges);
-  if (lCode == lSuccess) return true;
-  const StringId lMessage = PutBack(szBefore) ? IDS_REGFILE_WRITE : IDS_REGFILE_PART;
-  szError = FillResString(lMessage, {std::to_string(lCode)});
+  bool bTooMany = false;
+  const auto lCode = szBefore.empty() ? lAccessDenied : CarryAll(aChanges, bTooMany);
+  if (lCode == lSuccess && !bTooMany) return true;
+  if (!PutBack(szBefore))
+    szError = FillResString(IDS_REGFILE_PART, {std::to_string(lCode)});
+  else if (bTooMany)
+    szError = FillResString(IDS_REGFILE_TOO_MANY, {std::to_string(modAddress::lSiteCapacity)});
+  else
+    szError = FillResString(IDS_REGFILE_WRITE, {std::to_string(lCode)});
   return false;
 }

@@ -132,7 +132,7 @@ void LoadSettings() {
 }
 
 void SaveSettings(const SettingsRecord& aNew) {
-  const Registry::Transaction aOneCommit;
+  const Registry::Transaction aOneCommit(Registry::Written::ByTheOperator);
   const auto SaveNumber = [](const char* szKey, const char* szName, auto& aField, auto aValue) {
     aField = aValue;
     RegistryAccess::RegWriteValue(hRoot, szKey, szName, std::int32_t{aField}, lNumber);

@@ -8,6 +8,8 @@
 #include "base/Text.h"
 #include "persistence/ProductKeys.h"
 #include "persistence/RegistryAccess.h"
+#include "persistence/Settings.h"
+#include "persistence/StoreMessages.h"
 #include "persistence/modBasic.h"
 #include "platform/MsgBox.h"
 
@@ -64,15 +66,73 @@ std::int32_t ListReferences(std::vector<RegValueEntry>& aEntries) {
                                        lLimit);
 }
 
-void WriteFields(const std::string& szKeyName, const SiteRecord& aRecord, std::int32_t lIndex) {
+// 0, or the code of the first write that failed; all are tried.
+std::int32_t WriteFields(const std::string& szKeyName, const SiteRecord& aRecord, std::int32_t lIndex) {
   const auto szKey = SiteKey(szKeyName);
-  RegWriteValue(hRoot, szKey, "Index", lIndex, lNumber);
-  RegWriteValue(hRoot, szKey, "URL", aRecord.URL, lText);
-  RegWriteValue(hRoot, szKey, "IP", aRecord.IP, lText);
-  RegWriteValue(hRoot, szKey, "Comments", aRecord.Comments, lText);
-  RegWriteValue(hRoot, szKey, "Enabled", std::int32_t{aRecord.Enabled}, lNumber);
-  RegWriteValue(hRoot, szKey, "Status", std::int32_t{aRecord.Status}, lNumber);
-  RegWriteValue(hRoot, szKey, "Timeout", aRecord.TimeOut, lNumber);
+  std::int32_t lFailed = 0;
+  const auto Write = [&](const char* szName, const RegistryAccess::Variant& aValue, std::int32_t lType) {
+    const auto lCode = RegWriteValue(hRoot, szKey, szName, aValue, lType);
+    if (lFailed == 0) lFailed = lCode;
+  };
+  Write("Index", lIndex, lNumber);
+  Write("URL", aRecord.URL, lText);
+  Write("IP", aRecord.IP, lText);
+  Write("Comments", aRecord.Comments, lText);
+  Write("Enabled", std::int32_t{aRecord.Enabled}, lNumber);
+  Write("Status", std::int32_t{aRecord.Status}, lNumber);
+  Write("Timeout", aRecord.TimeOut, lNumber);
+  return lFailed;
+}
+
+std::set<std::string> aUnsaved;  // key names
+
+// A pass changes the result of a site that is stored, and nothing else.
+bool OnlyResultChanged(const std::string& szKeyName, const SiteRecord& aRecord, std::int32_t n) {
+  std::vector<SiteRecord> aStored;
+  return ReadSite(szKeyName, aStored, Text::Saturate<std::int16_t>(n)) == 0 &&
+         aStored[1].URL == aRecord.URL && aStored[1].IP == aRecord.IP &&
+         aStored[1].Enabled == aRecord.Enabled && aStored[1].TimeOut == aRecord.TimeOut;
+}
+
+// 0, or the code after which the site is not stored as it is.
+std::int32_t WriteSite(std::int32_t n, bool bIsNew) {
+  const auto& aRecord = aSites[static_cast<std::size_t>(n)];
+  const auto szKeyName = KeyName(aRecord.URL);
+  if (szKeyName.empty()) return 0;
+  const bool bByThePass = !bIsNew && OnlyResultChanged(szKeyName, aRecord, n);
+  Registry::Transaction aOneCommit(bByThePass ? Registry::Written::ByThePass
+                                              : Registry::Written::ByTheOperator);
+  if (bIsNew) {
+    RegWriteValue(hRoot, ProductKeys::szAddressKey, ReferenceName(n), szKeyName, lText);
+    RegistryAccess::RegCreatePath(hRoot, SiteKey(szKeyName));
+  }
+  const auto lWritten = WriteFields(szKeyName, aRecord, n);
+  const auto lCommitted = aOneCommit.Commit();
+  const auto lCode = lWritten != 0 ? lWritten : lCommitted;
+  if (lCode == 0)
+    aUnsaved.erase(szKeyName);
+  else
+    aUnsaved.insert(szKeyName);
+  return lCode;
+}
+
+// Those that are still in the list. The first failure ends it; the code tells why.
+std::int32_t WriteUnsaved() {
+  std::int32_t lCode = 0;
+  for (std::int32_t n = 1; n <= lSiteCount && lCode == 0; ++n)
+    if (aUnsaved.contains(KeyName(aSites[static_cast<std::size_t>(n)].URL))) lCode = WriteSite(n, false);
+  return lCode;
+}
+
+std::int32_t WriteWholeList() {
+  Registry::Transaction aOneCommit(Registry::Written::ByTheOperator);
+  RegistryAccess::RegCreatePath(hRoot, ProductKeys::szAddressKey);
+  SetSiteCount(lSiteCount);
+  std::int32_t lCode = 0;
+  for (std::int32_t n = 1; n <= lSiteCount && lCode == 0; ++n)
+    lCode = WriteSite(n, true);
+  SaveSettings(Settings);
+  return lCode != 0 ? lCode : aOneCommit.Commit();
 }
 
 void TakeSite(const std::string& szKeyName, SiteRecord aRecord, bool bKeepStatus, bool bKeepComments) {
@@ -177,6 +237,7 @@ std::int32_t LoadSites(bool bKeepStatus, bool bKeepComments) {
   lSiteCount = 0;
   aSites.assign(1, {});
   std::string szMessage;
+  aUnsaved.clear();
   const auto lCode = ReadList(bKeepStatus, bKeepComments, szMessage);
   if (!szMessage.empty()) MsgBox(szMessage + LoadResString(IDS_LINE_BREAKS_ERROR) + std::to_string(lCode));
   return lCode;
@@ -205,24 +266,32 @@ std::int32_t ReadSite(const std::string& szKeyName, std::vector<SiteRecord>& aTe
 }
 
 void SaveSite(std::int32_t n, bool bIsNew) {
-  if (!IsSite(n)) return;
-  const auto& aRecord = aSites[static_cast<std::size_t>(n)];
-  const auto szKeyName = KeyName(aRecord.URL);
-  if (szKeyName.empty()) return;
-  const Registry::Transaction aOneCommit;
-  if (bIsNew) {
-    RegWriteValue(hRoot, ProductKeys::szAddressKey, ReferenceName(n), szKeyName, lText);
-    RegistryAccess::RegCreatePath(hRoot, SiteKey(szKeyName));
-  }
-  WriteFields(szKeyName, aRecord, n);
+  if (IsSite(n) && WriteSite(n, bIsNew) == 0 && !aUnsaved.empty()) WriteUnsaved();
 }
 
-void WriteSiteRecord(const SiteRecord& aRecord, std::int32_t lIndex) {
+std::int32_t UnsavedSites() {
+  return static_cast<std::int32_t>(aUnsaved.size());
+}
+
+std::string SaveAgain() {
+  if (aUnsaved.empty()) return {};
+  auto szSaid = StoreMessages::Compose(Registry::OpenStore());
+  const auto Say = [&](const std::string& szText) { szSaid += (szSaid.empty() ? "" : " ") + szText; };
+  if (WriteUnsaved() == Registry::lInvalidHandle && WriteWholeList() == 0)
+    Say(FillResString(IDS_STORE_STORED_ANEW, {Registry::StoreName()}));
+  if (aUnsaved.size() == 1) Say(LoadResString(IDS_STORE_UNSAVED_ONE));
+  if (aUnsaved.size() > 1) Say(FillResString(IDS_STORE_UNSAVED_MANY, {std::to_string(aUnsaved.size())}));
+  return szSaid;
+}
+
+std::int32_t WriteSiteRecord(const SiteRecord& aRecord, std::int32_t lIndex) {
   const auto szKeyName = KeyName(aRecord.URL);
-  if (szKeyName.empty()) return;
-  const Registry::Transaction aOneCommit;
+  if (szKeyName.empty()) return 0;
+  Registry::Transaction aOneCommit(Registry::Written::ByTheOperator);
   RegistryAccess::RegCreatePath(hRoot, SiteKey(szKeyName));
-  WriteFields(szKeyName, aRecord, lIndex == 0 ? lImportedIndex : lIndex);
+  const auto lCode = WriteFields(szKeyName, aRecord, lIndex == 0 ? lImportedIndex : lIndex);
+  const auto lCommitted = aOneCommit.Commit();
+  return lCode != 0 ? lCode : lCommitted;
 }
 
 bool ListKeyNames(std::vector<std::string>& aNames) {
@@ -267,7 +336,7 @@ void SetSiteCount(std::int32_t n) {
 void DeleteSite(std::int32_t n) {
   if (!IsSite(n)) return;
   {
-    const Registry::Transaction aOneCommit;
+    const Registry::Transaction aOneCommit(Registry::Written::ByTheOperator);
     // The key of the site in the list, which is the one that the operator saw: the index may have a gap.
     const auto szKeyName = KeyName(aSites[static_cast<std::size_t>(n)].URL);
     if (!szKeyName.empty()) RegistryAccess::RegRemoveKey(hRoot, SiteKey(szKeyName));

@@ -44,13 +44,20 @@ std::int32_t LoadSites(bool bKeepStatus, bool bKeepComments);
 std::int32_t ReadSite(const std::string& szKeyName, std::vector<SiteRecord>& aTemp,
                       std::int16_t iExpectedIndex);
 
-// Writes slot n; for a new one (or one whose key name changed) its index entry and key too. Failures are
-// ignored.
+// Writes slot n; for a new one (or one whose key name changed) its index entry and key too. A site that could
+// not be saved is remembered, and saved with the next one that can be.
 void SaveSite(std::int32_t n, bool bIsNew);
 
+// The sites whose last SaveSite failed: what is stored of them is older than what is in the list.
+std::int32_t UnsavedSites();
+// Tries once more to save them, as long as the store lets itself be waited for. Where the store has lost the
+// sites meanwhile (its file was deleted), the whole list and the settings are written anew. Answers what is
+// to be said of it, empty where there is nothing.
+std::string SaveAgain();
+
 // Writes a record that is not in the list, without an index entry. Index 0 is stored as 2000, so that it
-// sorts behind the numbered ones at the next rebuild.
-void WriteSiteRecord(const SiteRecord& aRecord, std::int32_t lIndex);
+// sorts behind the numbered ones at the next rebuild. 0, or the code of the first failure.
+std::int32_t WriteSiteRecord(const SiteRecord& aRecord, std::int32_t lIndex);
 
 // Renumbers all sites from their keys and writes the index anew; keys whose URL does not match their name are
 // deleted.

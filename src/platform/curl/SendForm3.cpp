@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "base/Text.h"
+#include "platform/Terminal.h"
 #include "platform/curl/CurlSupport.h"
 #include "platform/curl/MailMessage.h"
 
@@ -48,6 +49,7 @@ class Exchange {
   static curl_socket_t OnOpen(void* pSelf, curlsocktype, curl_sockaddr* pAddress);
   static int OnTrace(CURL* hEasy, curl_infotype iType, char* pBytes, std::size_t lSize, void* pSelf);
   static std::size_t OnReply(char* pLine, std::size_t, std::size_t lSize, void* pSelf);
+  static int OnProgress(void*, curl_off_t, curl_off_t, curl_off_t, curl_off_t);
   static std::size_t OnSend(char* pBuffer, std::size_t lSize, std::size_t lCount, void* pSelf);
 
   static constexpr std::size_t lMostReplies = std::size_t{64} * 1024;
@@ -128,6 +130,8 @@ CURLcode Exchange::SetOptions(const std::string& szSender, const std::string& sz
   aOptions.Set(CURLOPT_VERBOSE, 1L);
   aOptions.Set(CURLOPT_HEADERFUNCTION, &OnReply);
   aOptions.Set(CURLOPT_HEADERDATA, this);
+  aOptions.Set(CURLOPT_NOPROGRESS, 0L);
+  aOptions.Set(CURLOPT_XFERINFOFUNCTION, &OnProgress);
   aOptions.Set(CURLOPT_READFUNCTION, &OnSend);
   aOptions.Set(CURLOPT_READDATA, this);
   return aOptions.Error();
@@ -181,6 +185,11 @@ std::size_t Exchange::OnReply(char* pLine, std::size_t, std::size_t lSize, void*
   aSelf.bTooMuch = aSelf.lReplies > lMostReplies;
   if (!aSelf.bQuitting) aSelf.TakeReplyLine({pLine, lSize});
   return aSelf.bTooMuch || aSelf.StopIfLate() ? 0 : lSize;
+}
+
+// Called at least once a second. Who interrupts twice does not want to wait for a silent server.
+int Exchange::OnProgress(void*, curl_off_t, curl_off_t, curl_off_t, curl_off_t) {
+  return Terminal::InterruptedAgain() ? 1 : 0;
 }
 
 std::size_t Exchange::OnSend(char* pBuffer, std::size_t lSize, std::size_t lCount, void* pSelf) {

@@ -9,6 +9,7 @@
 #include <array>
 #include <cerrno>
 #include <cstdlib>
+#include <filesystem>
 #include <memory>
 
 #include "platform/posix/Descriptor.h"
@@ -72,6 +73,22 @@ mode_t Permissions(const std::string& szPath) {
   return 0666 & ~lMask;
 }
 
+// What a write leaves beside its target when it is killed. Each is locked as long as its writer lives.
+constexpr std::string_view szBesideStart = ".kestrova-";
+constexpr std::size_t lBesideLength = szBesideStart.size() + 6;
+
+void SweepLeftovers(const std::string& szFolder) {
+  std::error_code aFailed;
+  for (std::filesystem::directory_iterator aEntry(szFolder.empty() ? "." : szFolder, aFailed), aEnd;
+       !aFailed && aEntry != aEnd; aEntry.increment(aFailed)) {
+    const auto szName = aEntry->path().filename().string();
+    if (!szName.starts_with(szBesideStart) || szName.size() != lBesideLength) continue;
+    const auto szPath = aEntry->path().string();
+    const auto aFile = OpenRegular(szPath, O_WRONLY | O_NOFOLLOW);
+    if (aFile && flock(aFile.Number(), LOCK_EX | LOCK_NB) == 0) unlink(szPath.c_str());
+  }
+}
+
 }  // namespace
 
 std::size_t Files::DriveLength(std::string_view szPath) {
@@ -124,11 +141,13 @@ Files::Replacement::Replacement(const std::string& szPath) : pState(std::make_un
     pState->aFile = Descriptor(open(szPath.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY));
   } else {
     pState->szTarget = Resolved(szPath);
-    const auto lSlash = pState->szTarget.rfind('/');
-    pState->szBeside =
-        (lSlash == std::string::npos ? "" : pState->szTarget.substr(0, lSlash + 1)) + ".kestrova-XXXXXX";
+    const auto szFolder =
+        pState->szTarget.substr(0, pState->szTarget.rfind('/') + 1);  // empty: where we work
+    SweepLeftovers(szFolder);
+    pState->szBeside = szFolder + std::string(szBesideStart) + "XXXXXX";
     pState->aFile = Descriptor(mkostemp(pState->szBeside.data(), O_CLOEXEC));
     if (!pState->aFile) pState->szBeside.clear();
+    if (pState->aFile) flock(pState->aFile.Number(), LOCK_EX | LOCK_NB);  // tells a sweeper that we are at it
   }
   pState->bWhole = static_cast<bool>(pState->aFile);
 }

@@ -1,5 +1,6 @@
 #include "platform/Terminal.h"
 
+#include <poll.h>
 #include <signal.h>
 #include <unistd.h>
 
@@ -8,15 +9,17 @@
 
 namespace {
 
-volatile sig_atomic_t bCaught = 0;
+volatile sig_atomic_t lCaught = 0;  // the first signal's number
+volatile sig_atomic_t bAgain = 0;
 volatile sig_atomic_t bSeen = 0;
 
 void Handle(int lSignal) {
-  if (bCaught != 0 && bSeen != 0) {
+  if (lCaught != 0 && (bSeen != 0 || bAgain != 0)) {
     signal(lSignal, SIG_DFL);
     raise(lSignal);  // taken as soon as this handler returns
   }
-  bCaught = 1;
+  bAgain = lCaught != 0 ? 1 : 0;
+  if (lCaught == 0) lCaught = lSignal;
 }
 
 }  // namespace
@@ -40,16 +43,33 @@ void Terminal::CatchInterrupt() {
   struct sigaction aAction {};
   aAction.sa_handler = Handle;  // without SA_RESTART: a wait is to end at once
   sigemptyset(&aAction.sa_mask);
-  for (const int lSignal : {SIGINT, SIGHUP, SIGTERM})
-    sigaction(lSignal, &aAction, nullptr);
+  for (const int lSignal : {SIGINT, SIGHUP, SIGTERM}) {
+    struct sigaction aBefore {};
+    if (sigaction(lSignal, nullptr, &aBefore) == 0 && aBefore.sa_handler != SIG_IGN)
+      sigaction(lSignal, &aAction, nullptr);
+  }
 }
 
 bool Terminal::Interrupted() {
-  if (bCaught != 0) bSeen = 1;
-  return bCaught != 0;
+  if (lCaught != 0) bSeen = 1;
+  return lCaught != 0;
+}
+
+int Terminal::InterruptSignal() {
+  return lCaught;
+}
+
+bool Terminal::InterruptedAgain() {
+  return bAgain != 0;
+}
+
+bool Terminal::OutputClosed() {
+  pollfd aOutput{STDOUT_FILENO, 0, 0};  // a closed pipe is told without being asked for
+  return poll(&aOutput, 1, 0) == 1 && (aOutput.revents & POLLERR) != 0;
 }
 
 void Terminal::ClearInterrupt() {
-  bCaught = 0;
+  lCaught = 0;
+  bAgain = 0;
   bSeen = 0;
 }

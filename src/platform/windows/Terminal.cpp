@@ -10,6 +10,7 @@
 namespace {
 
 std::atomic<bool> bInterrupted = false;
+std::atomic<bool> bAgain = false;
 std::atomic<bool> bSeen = false;  // the main thread took notice
 
 bool IsConsole(DWORD lStream) {
@@ -31,7 +32,9 @@ bool IsConsoleForText(DWORD lStream) {
 
 // Runs on a thread that the system makes for it.
 BOOL WINAPI HandleEvent(DWORD lEvent) {
-  if ((lEvent == CTRL_C_EVENT || lEvent == CTRL_BREAK_EVENT) && bSeen) return FALSE;  // the system ends us
+  if ((lEvent == CTRL_C_EVENT || lEvent == CTRL_BREAK_EVENT) && (bSeen || bAgain))
+    return FALSE;  // the system ends us
+  if (bInterrupted) bAgain = true;
   bInterrupted = true;
   SetEvent(InterruptEvent());
   // Closing the console, logging off and shutting down end the process as soon as this returns, and after
@@ -76,8 +79,26 @@ bool Terminal::Interrupted() {
   return bInterrupted;
 }
 
+// There are no numbers here; this is the one that Ctrl-C has elsewhere.
+int Terminal::InterruptSignal() {
+  constexpr int lInterrupt = 2;
+  return bInterrupted ? lInterrupt : 0;
+}
+
+bool Terminal::InterruptedAgain() {
+  return bAgain;
+}
+
+bool Terminal::OutputClosed() {
+  const HANDLE hOutput = GetStdHandle(STD_OUTPUT_HANDLE);
+  DWORD lWritten = 0;
+  return GetFileType(hOutput) == FILE_TYPE_PIPE && !WriteFile(hOutput, "", 0, &lWritten, nullptr) &&
+         (GetLastError() == ERROR_NO_DATA || GetLastError() == ERROR_BROKEN_PIPE);
+}
+
 void Terminal::ClearInterrupt() {
   bInterrupted = false;
+  bAgain = false;
   bSeen = false;
   ResetEvent(InterruptEvent());
 }

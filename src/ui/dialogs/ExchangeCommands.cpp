@@ -81,12 +81,13 @@ void ExchangeCommands::ImportList(MainHost& aHost) {
     bReplace = lAnswer == wxID_YES;
   }
   ListExchange::RememberFolder(szFile);
+  bool bStored = false;
   {
     frmBusy aNotice(aHost, LoadResString(IDS_IMPORT), LoadResString(IDS_PREPARING),
                     static_cast<std::int32_t>(aRecords.size()));
     aNotice.Message(LoadResString(IDS_IMPORTING));
-    ListExchange::Import(aRecords, bReplace, [&](std::int32_t lDone) { aNotice.Progress(lDone); });
+    bStored = ListExchange::Import(aRecords, bReplace, [&](std::int32_t lDone) { aNotice.Progress(lDone); });
     aHost.Display_lvwMainEx(0);
   }
-  aHost.ShowMessage(LoadResString(IDS_IMPORTED));
+  aHost.ShowMessage(LoadResString(bStored ? IDS_IMPORTED : IDS_STORE_NOT_IMPORTED));
 }

@@ -1,0 +1,173 @@
+// What cannot be read or written is said, in a line and in the exit code: the store damaged, deleted, locked
+// and full, the log without a place, the output closed.
+#include <sqlite3.h>
+
+#include <filesystem>
+
+#include "cli/Cli.h"
+#include "support/Stored.h"
+
+using testing::AllOf;
+using testing::HasSubstr;
+namespace fs = std::filesystem;
+
+namespace {
+
+class Kept : public Cli {
+ protected:
+  // By a shell, which can set limits and ignore signals for the program.
+  static Result Shell(const std::string& szScript) {
+    Registry::CloseStore();
+    ChildProcess aShell("/bin/sh", {"-c", szScript});
+    const int iCode = aShell.Wait(dMostSeconds);
+    return {iCode, aShell.Output(), aShell.Errors()};
+  }
+  void RemoveStore() const {
+    for (const auto& szName : aHome.Names())
+      if (szName.starts_with("registry.db")) fs::remove(aHome.Path(szName));
+  }
+  std::string Reg(const std::string& szKeys) const {
+    aHome.Write("a.reg", "Windows Registry Editor Version 5.00\r\n" + szKeys);
+    return aHome.Path("a.reg");
+  }
+  static std::string SiteLines(const std::string& szName, const std::string& szURL) {
+    return "[HKEY_LOCAL_MACHINE\\" + Stored::SiteKey(szName) + "]\r\n\"URL\"=\"" + szURL + "\"\r\n";
+  }
+};
+
+TEST_F(Kept, AListThatDamageEmptiedIsNeverASuccess) {
+  ImportList(ListOf({aServer.Site("/fine")}));
+  RemoveStore();
+  aHome.Write("registry.db", std::string(50000, 'Z'));
+  aHome.Write("backup.kvd", "the operator's own");
+  for (int i = 0; i < 2; ++i)
+    for (const auto& aArguments : std::vector<std::vector<std::string>>{
+             {"check"}, {"watch"}, {"list"}, {"export", aHome.Path("backup.kvd")}}) {
+      const Result aResult = Run(aArguments);
+      EXPECT_EQ(aResult.iCode, 2) << aArguments[0];
+      EXPECT_THAT(aResult.szErrors, HasPattern("^kestrova-cli: [^\n]*is damaged, nothing of it[^\n]*\n$"));
+    }
+  EXPECT_EQ(aHome.Read("backup.kvd"), "the operator's own");
+  ImportList(ListOf({aServer.Site("/fine")}));
+  EXPECT_EQ(Run({"check"}).iCode, 0);
+}
+
+TEST_F(Kept, ADamagedStoreComesBackFromItsCopyAndThatIsSaid) {
+  ImportList(ListOf({aServer.Site("/fine"), "other.invalid"}));
+  Registry::CloseStore();
+  aHome.Write("registry.db", "garbage");
+  const Result aFirst = Run({"list"});
+  EXPECT_EQ(aFirst.iCode, 0);
+  EXPECT_THAT(aFirst.szOutput, AllOf(HasSubstr("/fine"), HasSubstr("other.invalid")));
+  EXPECT_THAT(aFirst.szErrors, AllOf(HasSubstr("registry.db.damaged-"), HasSubstr("from the copy of ")));
+}
+
+TEST_F(Kept, RegistryFilesWithTooManyOrUselessSitesAreNotTakenInSilence) {
+  ImportList(ListOf({"one.invalid"}));
+  std::string szMany;
+  for (int i = 0; i < 1000; ++i) {
+    const auto szSite = "s" + std::to_string(i) + ".invalid";
+    szMany += SiteLines(szSite, szSite);
+  }
+  const Result aMany = Run({"registry", "import", Reg(szMany)});
+  EXPECT_EQ(aMany.iCode, 2);
+  EXPECT_THAT(aMany.szErrors, HasSubstr("more than 1000 sites. Nothing was changed"));
+  EXPECT_THAT(Run({"list"}).szOutput, Not(HasSubstr("s1.invalid")));
+  const Result aUseless =
+      Run({"registry", "import",
+           Reg(SiteLines("good.invalid", "good.invalid") + SiteLines("bad.invalid", "no"))});
+  EXPECT_EQ(aUseless.iCode, 2);
+  EXPECT_THAT(aUseless.szErrors, AllOf(HasSubstr("left out: bad.invalid"), Not(HasSubstr("good.invalid"))));
+  EXPECT_THAT(Run({"list"}).szOutput, AllOf(HasSubstr("one.invalid"), HasSubstr("good.invalid")));
+}
+
+TEST_F(Kept, AnImportThatDoesNotFitIsNone) {
+  ImportList(ListOf({"one.invalid"}));
+  std::string szMany;
+  for (int i = 0; i < 900; ++i)
+    szMany += "s" + std::to_string(i) + ".invalid,,4,1,60\r\n";
+  aHome.Write("many.kvd", szMany);
+  const auto szBefore = Run({"list"}).szOutput;
+  for (const char* const szBlocks : {"128", "256", "512"}) {  // of 512 bytes, for each file
+    const Result aResult = Shell(std::string("trap '' XFSZ; ulimit -f ") + szBlocks + "; exec " + Program() +
+                                 " import --replace " + aHome.Path("many.kvd"));
+    EXPECT_EQ(aResult.iCode, 2) << szBlocks;
+    EXPECT_EQ(aResult.szOutput, "");
+    EXPECT_THAT(aResult.szErrors, HasPattern("^kestrova-cli: [^\n]*\n$"));
+    EXPECT_EQ(Run({"list"}).szOutput, szBefore);
+  }
+}
+
+TEST_F(Kept, ALogWithoutAPlaceIsCountedAndNotNamed) {
+  ImportList(ListOf({aServer.Site("/fine")}));
+  ASSERT_EQ(Run({"check"}).iCode, 0);
+  Stored::Put(ProductKeys::szLog, "LogPath", aHome.Path("gone"));
+  const Result aResult = Run({"check"});
+  EXPECT_EQ(aResult.iCode, 2);
+  EXPECT_THAT(aResult.szErrors, HasPattern("^kestrova-cli: 3 lines of the check log [^\n]*gone[^\n]*\n$"));
+  EXPECT_THAT(aResult.szOutput, AllOf(HasSubstr("1 up"), Not(HasSubstr("Log:"))));
+}
+
+TEST_F(Kept, ResultsThatTheLockedStoreDoesNotTakeAreTriedAgainAndSaid) {
+  aServer.Serve("/slow", {Fault::Delay(300), Fault::Send("HTTP/1.1 200 OK\r\n\r\n")});
+  ImportList(ListOf({aServer.Site("/a"), aServer.Site("/slow")}));
+  for (const bool bForEver : {true, false}) {
+    Registry::CloseStore();
+    const auto lSeen = aServer.Count();
+    ChildProcess aCheck(Program(), {"check", "--restart"});
+    ASSERT_TRUE(aServer.WaitForRequests(lSeen + 2));
+    sqlite3* pOther = nullptr;
+    sqlite3_open(aHome.Path("registry.db").c_str(), &pOther);
+    EXPECT_EQ(SQLITE_OK, sqlite3_exec(pOther, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr));
+    if (!bForEver) aCheck.WaitForOutput("/slow", dMostSeconds);
+    if (!bForEver) sqlite3_close(pOther);
+    EXPECT_EQ(aCheck.Wait(dMostSeconds), bForEver ? 2 : 0) << aCheck.Errors();
+    EXPECT_EQ(aCheck.Errors().find("could not be stored") != std::string::npos, bForEver);
+    if (bForEver) sqlite3_close(pOther);
+  }
+  EXPECT_THAT(Run({"list"}).szOutput, Not(HasSubstr("unknown")));
+}
+
+TEST_F(Kept, AStoreDeletedUnderAWatchIsWrittenAnewFromMemory) {
+  ImportList(ListOf({aServer.Site("/a"), aServer.Site("/b")}));
+  Registry::CloseStore();
+  ChildProcess aWatch(ChildProcess::BuiltProgram("hurried-watch"), {});
+  ASSERT_TRUE(aServer.WaitForRequests(4));
+  RemoveStore();
+  const Stopwatch aPatience;
+  while (aWatch.Errors().find("stored anew") == std::string::npos && aPatience.Seconds() < dMostSeconds)
+    aWatch.Wait(0.01);
+  EXPECT_THAT(aWatch.Errors(), HasSubstr("List and settings have been stored anew"));
+  aWatch.Interrupt();
+  EXPECT_EQ(aWatch.Wait(dMostSeconds), 0);
+  EXPECT_THAT(Run({"list"}).szOutput, AllOf(HasSubstr("/a"), HasSubstr("/b")));
+}
+
+TEST_F(Kept, IgnoredSignalsStayIgnoredAndAClosedOutputEndsTheProgram) {
+  ImportList(ListOf({aServer.Site("/fine")}));
+  Registry::CloseStore();
+  ChildProcess aWatch("/bin/sh", {"-c", "trap '' INT; exec " + Program() + " watch"});
+  ASSERT_TRUE(aWatch.WaitForOutput("Watching", dMostSeconds));
+  aWatch.Interrupt();
+  EXPECT_EQ(aWatch.Wait(0.5), ChildProcess::lRunning);
+  aWatch.Kill();
+  EXPECT_EQ(aWatch.Wait(dMostSeconds), ChildProcess::lKilled);
+  const Stopwatch aPatience;
+  EXPECT_THAT(Shell(Program() + " watch | head -1").szErrors, HasSubstr("Nobody reads the output"));
+  EXPECT_LT(aPatience.Seconds(), 5);
+}
+
+TEST_F(Kept, TwoWaysToOneStoreAreOneStore) {
+  aServer.Serve("/slow", {Fault::Hang()});
+  ImportList(ListOf({aServer.Site("/slow")}, 60));
+  Registry::CloseStore();
+  fs::create_symlink(aHome.Path("registry.db"), aHome.Path("link.db"));
+  ChildProcess aCheck(Program(), {"check"});
+  ASSERT_TRUE(aServer.WaitForRequests(1));
+  EXPECT_THAT(Shell("KESTROVA_REGISTRY=" + aHome.Path("link.db") + " exec " + Program() + " check").szErrors,
+              HasSubstr("already running on this list"));
+  aCheck.Interrupt();
+  EXPECT_EQ(aCheck.Wait(5), 130);
+}
+
+}  // namespace
