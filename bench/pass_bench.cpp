@@ -59,7 +59,7 @@ struct Runner {
 SiteRecord Site(const std::string& szURL, std::int32_t lTimeOut) {
   SiteRecord aSite;
   aSite.URL = szURL;
-  aSite.Enabled = 1;
+  aSite.Enabled = SiteRecord::iEnabled;
   aSite.TimeOut = lTimeOut;
   return aSite;
 }
@@ -151,20 +151,23 @@ void CompareWithBareLoop() {
   auto aUnsaved = aStored;
   for (std::size_t i = 1; i < aUnsaved.size(); ++i)
     std::swap(aUnsaved[i].IP, aUnsaved[i].URL);
+  const auto TakeList = [](const std::vector<SiteRecord>& aRecords) {
+    for (std::int32_t n = 1; n <= lSiteCount; ++n)
+      modAddress::ReplaceSite(n, aRecords[static_cast<std::size_t>(n)]);
+  };
 
   Runner aRunner;
   std::vector<double> aBare, aPlain, aFull;
   for (int i = 0; i < lRounds; ++i) {
     aBare.push_back(BareLoop(aURLs));
-    aSites = aUnsaved;
+    TakeList(aUnsaved);
     Settings.LogPeriod = 0;
     aPlain.push_back(aRunner.Pass());
-    aSites = aStored;
+    TakeList(aStored);
     Settings.LogPeriod = 1;
     aFull.push_back(aRunner.Pass());
   }
-  const auto lUp =
-      std::count_if(aSites.begin(), aSites.end(), [](const SiteRecord& aSite) { return aSite.Status == 1; });
+  const auto lUp = std::ranges::count(aSites, SiteStatus::iUp, &SiteRecord::Status);
   if (lUp != lSites || aRunner.aView.lRecorded != 2 * lRounds * lSites)
     std::printf("NOT VALID: %ld of %d sites up, %d outcomes\n", static_cast<long>(lUp), lSites,
                 aRunner.aView.lRecorded);

@@ -13,8 +13,9 @@ class FullStore {
   FullStore() {
     const Registry::Transaction aOneCommit;
     for (std::int32_t n = 1; n <= modAddress::lSiteCapacity; ++n)
-      modAddress::WriteSiteRecord(
-          {"192.0.2.1", "www.site" + std::to_string(n) + ".test/status", 1, 1, 60, "Site OK"}, n);
+      modAddress::WriteSiteRecord({"192.0.2.1", "www.site" + std::to_string(n) + ".test/status",
+                                   SiteStatus::iUp, SiteRecord::iEnabled, 60, "Site OK"},
+                                  n);
     modAddress::RebuildSiteIndex();
     modAddress::LoadSites(true, true);
   }
@@ -58,7 +59,8 @@ void SaveSite(benchmark::State& aState) {
   std::int32_t n = 0;
   for (auto _ : aState) {
     n = n % modAddress::lSiteCapacity + 1;
-    aSites[static_cast<std::size_t>(n)].Status ^= 3;
+    const bool bUp = modAddress::Site(n).Status == SiteStatus::iUp;
+    modAddress::SetStatus(n, bUp ? SiteStatus::iWarning : SiteStatus::iUp);
     modAddress::SaveSite(n, false);
   }
 }

@@ -140,7 +140,9 @@ int Run(double dIdleSeconds, double dToolkit) {
   {
     const Registry::Transaction aAll;
     for (std::int32_t i = 1; i <= lSites; ++i)
-      modAddress::WriteSiteRecord({"", aServer.Site("/" + std::to_string(i)), 4, 1, 60, ""}, i);
+      modAddress::WriteSiteRecord(
+          {"", aServer.Site("/" + std::to_string(i)), SiteStatus::iNotKnown, SiteRecord::iEnabled, 60, ""},
+          i);
   }
   constexpr double dSplash = 1000;
   const auto aStart = Steady::now();

@@ -25,12 +25,12 @@ constexpr char szShop[] = "shop.example.com/basket", szWiki[] = "intranet.exampl
                szHealth[] = "api.example.com/health?full=1,2", szFeed[] = "partner.example.net/feed",
                szNameless[] = "documents.kestrova.invalid";
 constexpr std::int32_t lTimeOut = 20;  // seconds
-const SiteRecord aList[] = {{"", "www.example.com", 4, 1, lTimeOut, ""},
-                            {"", szShop, 4, 1, lTimeOut, ""},
-                            {"", szWiki, 4, 1, lTimeOut, ""},
-                            {"", szHealth, 4, 1, lTimeOut, ""},
-                            {"192.0.2.17", szNameless, 4, 1, lTimeOut, ""},
-                            {"", szFeed, 4, 1, lTimeOut, ""}};
+SiteRecord Listed(const std::string& szURL, const std::string& szIP = "") {
+  return {szIP, szURL, SiteStatus::iNotKnown, SiteRecord::iEnabled, lTimeOut, ""};
+}
+const SiteRecord aList[] = {
+    Listed("www.example.com"),        Listed(szShop), Listed(szWiki), Listed(szHealth),
+    Listed(szNameless, "192.0.2.17"), Listed(szFeed)};
 
 constexpr double Hour(int lDay, int lHour, int lMinute) {
   return lDay * 24 + lHour + lMinute / 60.0;
@@ -154,7 +154,7 @@ class Week : QuietView {
 
   // A request has gone out: the clock goes on by what the answer takes, or until the time-out.
   void ShowProgressSite(const std::string& /*szText*/) override {
-    const auto aFound = aPresent.find(aSites[static_cast<std::size_t>(pEngine->lCheckIndex)].URL);
+    const auto aFound = aPresent.find(modAddress::Site(pEngine->CheckIndex()).URL);
     const auto* pTrouble = aFound == aPresent.end() ? nullptr : aFound->second;
     bSilent = pTrouble && pTrouble->aAnswer.front().iKind == Fault::Step::Kind::Hang;
     aClock.Advance(pTrouble ? pTrouble->dSeconds : 0.4);

@@ -1,13 +1,20 @@
 #include "alert/AlertSender.h"
 
 #include "base/Strings.h"
-#include "persistence/Settings.h"
-#include "platform/SendForm3.h"
 
-std::int32_t SendEmail(const std::string& szCode, std::int32_t lSite, const CheckFacts& aFacts) {
-  if (Settings.SMTP.empty() || Settings.Email.empty()) return lMailSettingsMissing;
-  const std::string szBody = AlertText::ComposeBody(szCode, lSite, aFacts);
-  return SendForm3("", Settings.SMTP, Settings.SMTPPort, Settings.Email, "",
-                   LoadResString(IDS_ALERT_FROM) + Settings.Email + ">", Settings.Email,
-                   LoadResString(IDS_ALERT_SUBJECT), szBody, "", 0, 0, "US", LoadResString(IDS_ALERT_MAILER));
+std::int32_t SendEmail(const std::string& szCode, const SiteRecord& aSite, const SettingsRecord& aSettings,
+                       const CheckFacts& aFacts) {
+  if (aSettings.SMTP.empty() || aSettings.Email.empty()) return lMailSettingsMissing;
+  MailCall aCall;
+  return SendToManager(aSettings, AlertText::ComposeBody(szCode, aSite, aSettings, aFacts), aCall);
+}
+
+std::int32_t SendToManager(const SettingsRecord& aSettings, const std::string& szBody, MailCall& aCall) {
+  return SendForm3("", aSettings.SMTP, aSettings.SMTPPort, aSettings.Email, "", MailFrom(aSettings),
+                   aSettings.Email, LoadResString(IDS_ALERT_SUBJECT), szBody, "", 0, 0, "US",
+                   LoadResString(IDS_ALERT_MAILER), aCall);
+}
+
+std::string MailFrom(const SettingsRecord& aSettings) {
+  return LoadResString(IDS_ALERT_FROM) + aSettings.Email + ">";
 }

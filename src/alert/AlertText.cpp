@@ -8,8 +8,6 @@
 #include "alert/modBackUpEmailContent.h"
 #include "base/Strings.h"
 #include "base/Text.h"
-#include "persistence/Settings.h"
-#include "persistence/modAddress.h"
 #include "platform/Files.h"
 #include "platform/Shell.h"
 
@@ -36,11 +34,11 @@ std::string ReadTemplate(const std::string& szFile) {
 // The order counts: a value may hold the placeholders that come after its own.
 using Placeholders = std::array<std::pair<std::string_view, std::string>, 8>;
 
-Placeholders PlaceholderValues(std::int32_t lSite, const CheckFacts& aFacts) {
-  const SiteRecord aSite = modAddress::IsSite(lSite) ? aSites[static_cast<std::size_t>(lSite)] : SiteRecord{};
+Placeholders PlaceholderValues(const SiteRecord& aSite, const SettingsRecord& aSettings,
+                               const CheckFacts& aFacts) {
   const std::string szAgent = LoadResString(IDS_AGENT);
   return {{
-      {"%MGRNAME%", Text::IsBlank(Settings.Name) ? LoadResString(IDS_ALERT_MANAGER) : Settings.Name},
+      {"%MGRNAME%", Text::IsBlank(aSettings.Name) ? LoadResString(IDS_ALERT_MANAGER) : aSettings.Name},
       // After an IP check the client's last address is the IP; the mail is about the site.
       {"%URL%", aFacts.bIPCheckPerformed ? szAgent + aSite.URL : aFacts.szRequestURL},
       {"%IP%", szAgent + aSite.IP},
@@ -136,19 +134,21 @@ std::string AlertText::PostscriptTemplate(bool bIPAnswered) {
          LoadResString(bIPAnswered ? IDS_ALERT_IP_OK : IDS_ALERT_IP_FAILED);
 }
 
-std::string AlertText::ParseEmailContent(const std::string& szText, std::int32_t lSite,
-                                         const CheckFacts& aFacts) {
+std::string AlertText::ParseEmailContent(const std::string& szText, const SiteRecord& aSite,
+                                         const SettingsRecord& aSettings, const CheckFacts& aFacts) {
   Filler aFiller(szText);
-  for (const auto& [szName, szValue] : PlaceholderValues(lSite, aFacts))
+  for (const auto& [szName, szValue] : PlaceholderValues(aSite, aSettings, aFacts))
     aFiller.ReplaceAll(szName, szValue);
   return Wrap(aFiller.Result());
 }
 
-std::string AlertText::ComposeBody(const std::string& szCode, std::int32_t lSite, const CheckFacts& aFacts) {
+std::string AlertText::ComposeBody(const std::string& szCode, const SiteRecord& aSite,
+                                   const SettingsRecord& aSettings, const CheckFacts& aFacts) {
   const std::string szBody = BodyTemplate(szCode);
-  if (!aFacts.bIPCheckPerformed) return ParseEmailContent(szBody, lSite, aFacts);
-  const std::string szPostscript = ParseEmailContent(PostscriptTemplate(aFacts.bIPAnswered), lSite, aFacts);
-  const std::string szFilled = ParseEmailContent(szBody, lSite, aFacts);
+  if (!aFacts.bIPCheckPerformed) return ParseEmailContent(szBody, aSite, aSettings, aFacts);
+  const std::string szPostscript =
+      ParseEmailContent(PostscriptTemplate(aFacts.bIPAnswered), aSite, aSettings, aFacts);
+  const std::string szFilled = ParseEmailContent(szBody, aSite, aSettings, aFacts);
   // An emptied postscript file is the operator's way of having none.
   return szPostscript.empty() ? szFilled : szFilled + "\r\n\r\n" + szPostscript;
 }

@@ -7,6 +7,9 @@
 #include <stdexcept>
 #include <string>
 
+#include "persistence/Settings.h"
+#include "persistence/modAddress.h"
+
 // What the check engine knows of the request that failed.
 struct CheckFacts {
   bool bIPCheckPerformed = false;  // the site was tried once more by its IP address
@@ -25,17 +28,20 @@ class AlertAbandoned : public std::runtime_error {
 
 namespace AlertText {
 
-// The finished body for a result code ("404", "3xx", "8001") and a site. Throws AlertAbandoned for a class
-// code without a template file and for a template that cannot be read.
-std::string ComposeBody(const std::string& szCode, std::int32_t lSite, const CheckFacts& aFacts);
+// The finished body for a result code ("404", "3xx", "8001") and a site; of the settings the manager's name
+// counts. Throws AlertAbandoned for a class code without a template file and for a template that cannot be
+// read.
+std::string ComposeBody(const std::string& szCode, const SiteRecord& aSite, const SettingsRecord& aSettings,
+                        const CheckFacts& aFacts);
 
 // The text for a result code, and what is put behind it after an IP check; placeholders not yet filled. Both
 // throw AlertAbandoned as ComposeBody does.
 std::string BodyTemplate(const std::string& szCode);
 std::string PostscriptTemplate(bool bIPAnswered);
 
-// Fills the placeholders and wraps the lines. Terminates on every input; at most 10,000 replacements and 1
-// MB.
-std::string ParseEmailContent(const std::string& szText, std::int32_t lSite, const CheckFacts& aFacts);
+// Fills the placeholders and wraps the lines. Terminates on every input; at most 10,000 replacements and
+// 1 MB.
+std::string ParseEmailContent(const std::string& szText, const SiteRecord& aSite,
+                              const SettingsRecord& aSettings, const CheckFacts& aFacts);
 
 }  // namespace AlertText

@@ -29,20 +29,19 @@ std::string LastPanelText() {
 class CheckEngine::PassScope {
  public:
   explicit PassScope(CheckEngine& aOwner) : Engine(aOwner) {
-    Engine.bPassRunning = true;
+    Engine.iState = PassState::BetweenRequests;
     Engine.SiteCheck_Disable();
   }
   ~PassScope() {
     try {
-      Engine.bCheckInProgress = false;
-      Engine.RequestTimeOut = 0;
+      Engine.iState = PassState::Stopping;
       CheckLog::WriteLog(false, false, true);
       if (Engine.bPassFailure && !Engine.bQuitting) Engine.View.SoundBell();
       Engine.SiteCheck_Enable();
     } catch (const std::exception&) {
       // Nothing in the wind-down is worth ending the program for.
     }
-    Engine.bPassRunning = false;
+    Engine.iState = PassState::Idle;
   }
   PassScope(const PassScope&) = delete;
   PassScope& operator=(const PassScope&) = delete;
@@ -52,11 +51,11 @@ class CheckEngine::PassScope {
 };
 
 CheckEngine::CheckEngine(CheckView& aView) : View(aView) {
-  Inet1.StateChanged = [this](std::int16_t iState) { Inet1_StateChanged(iState); };
+  Inet1.StateChanged = [this](std::int16_t iInetState) { Inet1_StateChanged(iInetState); };
 }
 
 void CheckEngine::mF_StartCheck_Click() {
-  if (bPassRunning || bListBusy || bQuitting) return;
+  if (!MayStart()) return;
   if (lSiteCount < 1) {
     Schedule::SetNextCheck(IntervalMinutes());
     View.ShowMessage(LoadResString(IDS_NO_SITES));
@@ -68,7 +67,6 @@ void CheckEngine::mF_StartCheck_Click() {
   Schedule::SetNextCheck(IntervalMinutes());
   View.ShowPanel(3, LastPanelText());
   View.EnableAutoTimer(false);
-  bCheckInProgress = true;
   AutoSiteCheck();
   View.ShowPanel(2, Schedule::NextPanelText());
   if (!bQuitting) View.EnableAutoTimer(true);
@@ -77,7 +75,7 @@ void CheckEngine::mF_StartCheck_Click() {
 void CheckEngine::TimerAutoCheck_Timer() {
   // A pass that is longer than the interval is not joined by a second one: the overdue pass starts at the
   // first tick after this one's end.
-  if (bPassRunning || bListBusy || bQuitting || !Schedule::IsDue()) return;
+  if (!MayStart() || !Schedule::IsDue()) return;
   if (lSiteCount < 1) {
     Schedule::SetNextCheck(IntervalMinutes());
     View.ShowPanel(3, LoadResString(IDS_NO_SITES));
@@ -87,7 +85,6 @@ void CheckEngine::TimerAutoCheck_Timer() {
   const PassScope aPass(*this);
   NameLogFile();
   if (Settings.LogPeriod != 0) CheckLog::WriteLog(true, false, false);
-  bCheckInProgress = true;
   Schedule::SetNextCheck(IntervalMinutes());
   View.ShowPanel(3, LastPanelText());
   AutoSiteCheck();
@@ -111,62 +108,62 @@ void CheckEngine::AutoSiteCheck() {
   Inet1.ForgetCookies();
   {
     const CookiePolicy aPolicy(Settings.AllowType);
-    for (std::int32_t i = 1; i <= lSiteCount; ++i)
-      aSites[static_cast<std::size_t>(i)].Comments.clear();
+    modAddress::ClearComments();
     View.ClearRemarks();
 
     // Sites that are added meanwhile wait for the next pass.
     const std::int32_t lLast = lSiteCount;
-    for (std::int32_t i = 1; i <= lLast && i <= lSiteCount && bCheckInProgress; ++i) {
+    for (std::int32_t i = 1; i <= lLast && i <= lSiteCount && CheckInProgress(); ++i) {
       try {
         CheckSite(i);
       } catch (const std::exception&) {
         DisarmRequest();  // the next site must not pay for this one
       }
     }
-    RequestTimeOut = 0;
   }
   View.CloseProgress();
 }
 
 void CheckEngine::CheckSite(std::int32_t i) {
-  const SiteRecord aSite = aSites[static_cast<std::size_t>(i)];
-  if (aSite.Enabled != 1) {
+  const SiteRecord aSite = modAddress::Site(i);
+  if (!aSite.TakesPart()) {
     LogDisabledSite(i);
     return;
   }
   if (aSite.IP.empty() && Text::IsBlank(aSite.URL)) return;
   WaitForClient();
-  RequestTimeOut = AddSeconds(Clock::SteadyNow(), aSite.TimeOut);
+  if (!CheckInProgress()) return;  // stopped while it waited
   CheckLog::CurrentEntry = {};
-  if (Text::IsBlank(aSite.URL) && Text::IsBlank(aSite.IP)) {
-    RequestTimeOut = 0;  // nothing is requested, so nothing may time out
-    CheckLog::CurrentEntry.Address = LoadResString(IDS_UNKNOWN_SITE) + std::to_string(i);
-    CheckLog::CurrentEntry.CheckTime = Clock::Now();
-    CheckLog::CurrentEntry.StatusText = ResultText(IDS_MISSING_ADDRESS);
-    CheckLog::CurrentEntry.ResultClass = CheckLog::iClassFailure;
-    CheckLog::WriteLog(false, false, false);
-    View.SiteRecorded(i);
-    return;
-  }
-  RequestSite(i);
+  if (Text::IsBlank(aSite.URL) && Text::IsBlank(aSite.IP))
+    LogMissingAddress(i);
+  else
+    RequestSite(i);
+}
+
+void CheckEngine::LogMissingAddress(std::int32_t i) {
+  CheckLog::CurrentEntry.Address = LoadResString(IDS_UNKNOWN_SITE) + std::to_string(i);
+  CheckLog::CurrentEntry.CheckTime = Clock::Now();
+  CheckLog::CurrentEntry.StatusText = ResultText(IDS_MISSING_ADDRESS);
+  CheckLog::CurrentEntry.ResultClass = CheckLog::iClassFailure;
+  CheckLog::WriteLog(false, false, false);
+  View.SiteRecorded(i);
 }
 
 void CheckEngine::RequestSite(std::int32_t i) {
   lCheckIndex = i;
-  const SiteRecord aSite = aSites[static_cast<std::size_t>(i)];
+  const SiteRecord aSite = modAddress::Site(i);
   const bool bByURL = !Text::IsBlank(aSite.URL);
   if (bByURL) CheckLog::CurrentEntry.CheckTime = Clock::Now();
   CheckLog::CurrentEntry.Address = AddressOf(aSite);
-  bInetDoubleCheck = false;
-  Request(bByURL ? 1 : 2, Text::Trim(bByURL ? aSite.URL : aSite.IP), aSite.TimeOut);
+  Request(bByURL ? PassState::RequestingURL : PassState::RequestingIP,
+          Text::Trim(bByURL ? aSite.URL : aSite.IP), aSite.TimeOut);
   ShowProgressFor(i);
   WaitForClient();
 }
 
 void CheckEngine::LogDisabledSite(std::int32_t i) {
   if (Settings.DiskLogDisabled != 0 || Settings.LogPeriod == 0) return;
-  const SiteRecord& aSite = aSites[static_cast<std::size_t>(i)];
+  const SiteRecord& aSite = modAddress::Site(i);
   const std::string szUnknown = LoadResString(IDS_UNKNOWN_SITE);
   CheckLog::CurrentEntry = {};
   CheckLog::CurrentEntry.Address =
@@ -183,7 +180,7 @@ void CheckEngine::ShowProgressFor(std::int32_t i) {
     return;
   }
   View.OpenProgress();
-  const SiteRecord& aSite = aSites[static_cast<std::size_t>(i)];
+  const SiteRecord& aSite = modAddress::Site(i);
   const std::string& szAddress = aSite.URL.empty() ? aSite.IP : aSite.URL;
   if (!szAddress.empty()) {
     View.ShowProgressSite(LoadResString(IDS_CHECKING) + " " + LoadResString(IDS_AGENT) + szAddress);
@@ -198,14 +195,15 @@ void CheckEngine::WaitForClient() {
 }
 
 void CheckEngine::StopCheck() {
-  if (!bCheckInProgress) {
+  if (!CheckInProgress()) {
     if (!bQuitting) View.ShowMessage(LoadResString(IDS_NOT_IN_PROGRESS));
     return;
   }
-  bCheckInProgress = false;
+  const bool bInFlight = RequestInFlight();
+  if (bInFlight) DisarmRequest();
+  iState = PassState::Stopping;
   // Between two requests there is no site to put the remark on: its entry is written, or none has begun.
-  if (!bOutcomePending) return;
-  DisarmRequest();
+  if (!bInFlight) return;
   const std::string szStopped = LoadResString(IDS_MANUALLY_STOPPED);
   CheckLog::AddComment(szStopped);
   CheckLog::CurrentEntry.ResultClass = CheckLog::iClassFailure;
@@ -217,33 +215,35 @@ void CheckEngine::StopCheck() {
 
 void CheckEngine::Quit() {
   bQuitting = true;
-  if (bCheckInProgress) StopCheck();
+  if (CheckInProgress()) StopCheck();
 }
 
 void CheckEngine::DropRequest(std::int32_t lSlot) {
-  if (bOutcomePending && lCheckIndex == lSlot) DisarmRequest();
+  if (RequestInFlight() && lCheckIndex == lSlot) DisarmRequest();
 }
 
 void CheckEngine::ServeClient() {
   Inet1.Poll(0);
 }
 
-void CheckEngine::Request(std::int16_t iCheckType, const std::string& szAddress, std::int32_t lTimeOut) {
+bool CheckEngine::RequestInFlight() const {
+  return iState == PassState::RequestingURL || iState == PassState::RequestingIP ||
+         iState == PassState::CheckingIP;
+}
+
+void CheckEngine::Request(PassState iAsking, const std::string& szAddress, std::int32_t lTimeOut) {
   // The time-out is TimerMain's to enforce. The client's own limit only stands behind it, so that a request
   // ends even if no timer runs.
   constexpr std::int32_t lBehindTimer = 5;
   RequestTimeOut = AddSeconds(Clock::SteadyNow(), lTimeOut);
-  InetCheckType = iCheckType;
+  iState = iAsking;
   Inet1.RequestTimeout(lTimeOut + lBehindTimer);
-  bOutcomePending = true;
   Inet1.Execute(LoadResString(IDS_AGENT) + szAddress, "GET");
 }
 
 // Whatever was in flight is over and leaves no outcome.
 void CheckEngine::DisarmRequest() {
-  bOutcomePending = false;
-  bInetDoubleCheck = false;
-  RequestTimeOut = 0;
+  if (RequestInFlight()) iState = PassState::BetweenRequests;
   Inet1.Cancel();
 }
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 
-#include "base/Strings.h"
 #include "base/Text.h"
 
 namespace {
@@ -44,11 +43,11 @@ constexpr std::array<StatusClass, 5> aClasses = {{
     {'5', "5xx", IDS_RESULT_5XX, iServerFailed},
 }};
 
-Classification Failure(const std::string& szCode, ResultId iText,
+Classification Failure(const std::string& szCode, const ResultText& aText,
                        std::int16_t iBackupOutcome = iServerFailed) {
   Classification aResult;
   aResult.szCode = szCode;
-  aResult.aText = ResultText(iText);
+  aResult.aText = aText;
   aResult.iBackupOutcome = iBackupOutcome;
   return aResult;
 }
@@ -57,20 +56,20 @@ Classification Failure(const std::string& szCode, ResultId iText,
 
 std::string GetResponseCode(const std::string& szHeader) {
   const std::size_t lProtocol = Text::UpperCase(szHeader).find("HTTP/");
-  if (lProtocol == std::string::npos) return "0";
+  if (lProtocol == std::string::npos) return szCodeUnreadable;
   const std::size_t lBlank = szHeader.find(' ', lProtocol);
-  if (lBlank == std::string::npos) return "0";
+  if (lBlank == std::string::npos) return szCodeUnreadable;
   std::string szCode = szHeader.substr(lBlank + 1, 3);
   // As a number a code loses its leading zeros; then it is no longer three characters long.
-  if (szCode.size() != 3 || !Text::IsDigits(szCode) || szCode.front() == '0') return "0";
+  if (szCode.size() != 3 || !Text::IsDigits(szCode) || szCode.front() == '0') return szCodeUnreadable;
   return szCode;
 }
 
 Classification ClassifyResponse(const std::string& szHeader) {
-  const std::string szCode = szHeader.empty() ? "0" : GetResponseCode(szHeader);
+  const std::string szCode = GetResponseCode(szHeader);
   const std::int32_t lStatus = Text::LeadingNumber(szCode);
   if (lStatus == 0) {
-    Classification aResult = Failure("0", IDS_RESULT_NO_CODE);
+    Classification aResult = Failure(szCodeUnreadable, ResultText(IDS_RESULT_NO_CODE));
     aResult.aLogStatus = ResultText(IDS_LOG_NO_CODE);
     return aResult;
   }
@@ -81,9 +80,22 @@ Classification ClassifyResponse(const std::string& szHeader) {
   }
   if (const auto aStatus = std::ranges::find(aListed, lStatus, &ListedStatus::lStatus);
       aStatus != aListed.end()) {
-    return Failure(szCode, aStatus->iText);
+    return Failure(szCode, ResultText(aStatus->iText));
   }
   const auto aClass = std::ranges::find(aClasses, szCode.front(), &StatusClass::chFirst);
-  if (aClass == aClasses.end()) return Failure("0", IDS_RESULT_UNKNOWN_CODE);
-  return Failure(aClass->szCode, aClass->iText, aClass->iBackupOutcome);
+  if (aClass == aClasses.end()) return Failure(szCodeUnreadable, ResultText(IDS_RESULT_UNKNOWN_CODE));
+  return Failure(aClass->szCode, ResultText(aClass->iText), aClass->iBackupOutcome);
+}
+
+Classification ClassifyTimeOut() {
+  return Failure(szCodeTimedOut, ResultText(IDS_RESULT_TIMED_OUT));
+}
+
+Classification ClassifyError(std::int32_t lError, const std::string& szInfo) {
+  return Failure(szCodeError, ResultText(IDS_RESULT_ERROR, " " + std::to_string(lError) + " " + szInfo));
+}
+
+Classification ClassifyUnknownState(std::int16_t iInetState) {
+  return Failure(szCodeUnreadable,
+                 ResultText(IDS_RESULT_UNKNOWN_STATE, " (" + std::to_string(iInetState) + ")"));
 }

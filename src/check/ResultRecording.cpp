@@ -10,133 +10,104 @@
 #include "persistence/Settings.h"
 #include "persistence/modAddress.h"
 
-namespace {
-
-constexpr std::uint8_t iStatusUp = 1;
-constexpr std::uint8_t iStatusWarning = 2;
-constexpr std::uint8_t iStatusDown = 3;
-
-constexpr std::int16_t iCheckURL = 1;
-constexpr std::int16_t iCheckIP = 2;
-constexpr std::int16_t iBackupAnswered = 1;
-
-// Good only until events are handled: the list may grow under it.
-SiteRecord& Site(std::int32_t lIndex) {
-  return aSites[static_cast<std::size_t>(lIndex)];
-}
-
-}  // namespace
-
-void CheckEngine::SiteCheckOK(std::int32_t lIndex) {
+void CheckEngine::SiteCheckOK(std::int32_t lIndex, PassState iAsked) {
   if (!modAddress::IsSite(lIndex)) return;
-  if (bInetDoubleCheck && InetCheckType == iCheckIP) {
+  if (iAsked == PassState::CheckingIP) {
     // The URL's failure stands; the good answer of the IP address only says where to look for the fault.
-    iDoubleTakeResult2 = iBackupAnswered;
-    SiteCheckUpdate(lIndex, FirstCheckCode, FirstCheckText, FirstCheckClass, iBackupAnswered);
-    bInetDoubleCheck = false;
+    RecordBackup(lIndex, FirstCheck.aText, iServerFine);
     return;
   }
   const std::string szOK = LoadResString(IDS_SITE_OK);
   CheckLog::CurrentEntry.StatusText = ResultText(IDS_SITE_OK);
   CheckLog::CurrentEntry.ResultClass = CheckLog::iClassSuccess;
   View.EnsureRowVisible(lIndex);
-  View.ShowLight(lIndex, iStatusUp);
+  View.ShowLight(lIndex, SiteStatus::iUp);
   View.ShowRemark(lIndex, szOK);
-  Site(lIndex).Status = iStatusUp;
-  Site(lIndex).Comments = szOK;
+  modAddress::SetStatus(lIndex, SiteStatus::iUp);
+  modAddress::SetComments(lIndex, szOK);
   modAddress::SaveSite(lIndex, false);
 }
 
-void CheckEngine::SiteCheckUpdate(std::int32_t lIndex, const std::string& szCode, const ResultText& aText,
-                                  std::int16_t iResultClass, std::int16_t iBackupOutcome) {
+void CheckEngine::SiteCheckUpdate(std::int32_t lIndex, PassState iAsked, const Classification& aResult) {
   if (!modAddress::IsSite(lIndex)) return;
-  if (bInetDoubleCheck) {
-    RecordBackup(lIndex, aText, iBackupOutcome);
-  } else if (!StartBackup(lIndex, szCode, aText, iResultClass)) {
-    RecordOrdinary(lIndex, szCode, aText, iResultClass);
-  }
+  const SiteRecord& aSite = modAddress::Site(lIndex);
+  if (iAsked == PassState::CheckingIP)
+    RecordBackup(lIndex, aResult.aText, aResult.iBackupOutcome);
+  else if (iAsked == PassState::RequestingURL && !Text::IsBlank(aSite.IP) &&
+           aSite.Status == SiteStatus::iWarning)
+    StartBackup(lIndex, aResult);
+  else
+    RecordOrdinary(lIndex, aResult);
 }
 
 void CheckEngine::RecordBackup(std::int32_t lIndex, const ResultText& aText, std::int16_t iBackupOutcome) {
-  if (iDoubleTakeResult2 != iBackupAnswered) iDoubleTakeResult2 = iBackupOutcome;
-  CheckLog::CurrentEntry.StatusText = ResultText::Both(FirstCheckText, aText);
+  const bool bAnswered = iBackupOutcome == iServerFine;
+  const std::string szVerdict = LoadResString(bAnswered ? IDS_IP_CHECK_OK : IDS_IP_CHECK_ERROR);
+  const std::string szStatus = LoadResString(IDS_IP_CHECK_STATUS) + " " + aText.Text();
+  const std::string& szFirst = FirstCheck.aText.Text();
+  CheckLog::CurrentEntry.StatusText = ResultText::Both(FirstCheck.aText, aText);
   CheckLog::CurrentEntry.ResultClass = CheckLog::iClassFailure;
   CheckLog::AddComment(LoadResString(IDS_IP_CHECK_PERFORMED));
   View.EnsureRowVisible(lIndex);
-  View.ShowLight(lIndex, iStatusDown);
-  const bool bAnswered = iDoubleTakeResult2 == iBackupAnswered;
-  View.ShowRemark(lIndex, FirstCheckText.Text() + " (" +
-                              LoadResString(bAnswered ? IDS_IP_CHECK_OK : IDS_IP_CHECK_ERROR) + ")");
-  Site(lIndex).Status = iStatusDown;
+  View.ShowLight(lIndex, SiteStatus::iDown);
+  View.ShowRemark(lIndex, szFirst + " (" + szVerdict + ")");
+  modAddress::SetStatus(lIndex, SiteStatus::iDown);
   bPassFailure = true;
-  SendAlert(FirstCheckCode, lIndex);
-  Site(lIndex).Comments =
-      FirstCheckText.Text() + " (" + LoadResString(IDS_IP_CHECK_STATUS) + " " + aText.Text() + ")";
+  CheckFacts aFacts;
+  aFacts.bIPCheckPerformed = true;
+  aFacts.bIPAnswered = bAnswered;
+  SendAlert(lIndex, FirstCheck.szCode, aFacts);
+  modAddress::SetComments(lIndex, szFirst + " (" + szStatus + ")");
   modAddress::SaveSite(lIndex, false);
-  bInetDoubleCheck = false;
-  CancelRequestFor(Site(lIndex).IP);
+  CancelRequestFor(modAddress::Site(lIndex).IP);
 }
 
 // The failure that would raise the alert is first tried once more by IP address, so that the alert can say
 // whether the server is at fault or only the name or the path.
-bool CheckEngine::StartBackup(std::int32_t lIndex, const std::string& szCode, const ResultText& aText,
-                              std::int16_t iResultClass) {
-  const SiteRecord aSite = Site(lIndex);
-  if (InetCheckType != iCheckURL || Text::IsBlank(aSite.IP) || aSite.Status != iStatusWarning) return false;
-  bInetDoubleCheck = true;
-  iDoubleTakeResult2 = 0;
-  FirstCheckClass = iResultClass;
-  FirstCheckCode = szCode;
-  FirstCheckText = aText;
-  CheckLog::CurrentEntry.Address =
-      LogGrammar::Numbered(CheckLog::CurrentEntry.Address, LoadResString(IDS_AGENT) + aSite.IP);
-  if (CheckLog::CurrentEntry.StatusText.Empty()) CheckLog::CurrentEntry.StatusText = aText;
+void CheckEngine::StartBackup(std::int32_t lIndex, const Classification& aResult) {
+  const SiteRecord aSite = modAddress::Site(lIndex);
+  FirstCheck = aResult;
+  CheckLog::Entry& aEntry = CheckLog::CurrentEntry;
+  aEntry.Address = LogGrammar::Numbered(aEntry.Address, LoadResString(IDS_AGENT) + aSite.IP);
+  aEntry.StatusText = aResult.LogText();
   CancelRequestFor(aSite.URL);
   View.ShowProgressSite(LoadResString(IDS_IP_CHECK_SITE) + aSite.IP);
-  Request(iCheckIP, Text::Trim(aSite.IP), aSite.TimeOut);
-  return true;
+  Request(PassState::CheckingIP, Text::Trim(aSite.IP), aSite.TimeOut);
 }
 
-void CheckEngine::RecordOrdinary(std::int32_t lIndex, const std::string& szCode, const ResultText& aText,
-                                 std::int16_t iResultClass) {
+void CheckEngine::RecordOrdinary(std::int32_t lIndex, const Classification& aResult) {
+  const std::uint8_t iBefore = modAddress::Site(lIndex).Status;
   CheckLog::Entry& aEntry = CheckLog::CurrentEntry;
-  aEntry.ResultClass = iResultClass;
-  // The classifier may have put a fuller wording there.
-  if (aEntry.StatusText.Empty()) aEntry.StatusText = aText;
-  const std::uint8_t iBefore = Site(lIndex).Status;
-  Site(lIndex).Comments = aText.Text();
-  if (iBefore == iStatusWarning) {
+  aEntry.StatusText = aResult.LogText();
+  aEntry.ResultClass = CheckLog::iClassFailure;
+  modAddress::SetComments(lIndex, aResult.aText.Text());
+  if (iBefore == SiteStatus::iWarning) {
     View.EnsureRowVisible(lIndex);
-    View.ShowLight(lIndex, iStatusDown);
-    View.ShowRemark(lIndex, aText.Text());
-    aEntry.ResultClass = CheckLog::iClassFailure;
-    Site(lIndex).Status = iStatusDown;
+    View.ShowLight(lIndex, SiteStatus::iDown);
+    View.ShowRemark(lIndex, aResult.aText.Text());
+    modAddress::SetStatus(lIndex, SiteStatus::iDown);
     bPassFailure = true;
-    SendAlert(szCode, lIndex);
-  } else if (iBefore == iStatusDown) {
-    View.ShowRemark(lIndex, aText.Text());
-    aEntry.ResultClass = CheckLog::iClassFailure;
+    SendAlert(lIndex, aResult.szCode, {});
+  } else if (iBefore == SiteStatus::iDown) {
+    View.ShowRemark(lIndex, aResult.aText.Text());
     bPassFailure = true;
   } else {
-    View.ShowLight(lIndex, iStatusWarning);
-    View.ShowRemark(lIndex, aText.Text());
+    View.ShowLight(lIndex, SiteStatus::iWarning);
+    View.ShowRemark(lIndex, aResult.aText.Text());
     aEntry.ResultClass = CheckLog::iClassFirstFailure;
-    Site(lIndex).Status = iStatusWarning;
+    modAddress::SetStatus(lIndex, SiteStatus::iWarning);
     Schedule::SetNextCheck(WarningMinutes());
   }
   modAddress::SaveSite(lIndex, false);
-  CancelRequestFor(Site(lIndex).URL);
+  CancelRequestFor(modAddress::Site(lIndex).URL);
 }
 
-void CheckEngine::SendAlert(const std::string& szCode, std::int32_t lIndex) {
-  CheckFacts aFacts;
-  aFacts.bIPCheckPerformed = bInetDoubleCheck;
-  aFacts.bIPAnswered = iDoubleTakeResult2 == iBackupAnswered;
+void CheckEngine::SendAlert(std::int32_t lIndex, const std::string& szCode, CheckFacts aFacts) {
   aFacts.szRequestURL = Inet1.URL();
   aFacts.szResponseInfo = Inet1.ResponseInfo();
   aFacts.lResponseCode = Inet1.ResponseCode();
   aFacts.szHeader = Inet1.GetHeader();
-  if (SendEmail(szCode, lIndex, aFacts) == 0) {
+  if (SendEmail(szCode, modAddress::Site(lIndex), Settings, aFacts) == 0) {
     CheckLog::AddComment(LoadResString(IDS_MAIL_SENT));
     return;
   }

@@ -1,20 +1,17 @@
 // alert: the mail as it would go out, and a test of the mail settings.
 #include <algorithm>
 
-#include "alert/AlertText.h"
+#include "alert/AlertSender.h"
 #include "base/Strings.h"
 #include "base/Text.h"
 #include "check/ResultCodes.h"
-#include "cli/Commands.h"
+#include "cli/CliCommands.h"
 #include "cli/Report.h"
 #include "persistence/ProductKeys.h"
 #include "persistence/Settings.h"
 #include "persistence/modAddress.h"
-#include "platform/SendForm3.h"
 
 namespace {
-
-constexpr std::int32_t lDefaultPort = 25;
 
 // Which of the mail settings are missing, as part of a sentence; empty when none.
 std::string MissingSettings() {
@@ -24,15 +21,11 @@ std::string MissingSettings() {
   return {};
 }
 
-std::string Sender() {
-  return LoadResString(IDS_ALERT_FROM) + Settings.Email + ">";
-}
-
 // The code that the engine gives a result: 0, 8001, 8080, a listed status, else the class of a status (418 is
 // "4xx"). Empty for what is no result; bUp for a status that is no failure.
 std::string ResultCode(const std::string& szCode, bool& bUp) {
   bUp = false;
-  if (szCode == "0" || szCode == "8001" || szCode == "8080") return szCode;
+  if (szCode == szCodeUnreadable || szCode == szCodeTimedOut || szCode == szCodeError) return szCode;
   if (szCode.size() != 3 || szCode[0] < '1' || szCode[0] > '5') return {};
   if (szCode.substr(1) == "xx") return szCode;
   if (!Text::IsDigits(szCode)) return {};
@@ -41,13 +34,22 @@ std::string ResultCode(const std::string& szCode, bool& bUp) {
   return bUp ? szCode : aResult.szCode;
 }
 
+// What an alert is shown about while the list is empty.
+SiteRecord SampleSite() {
+  SiteRecord aSite;
+  aSite.URL = LoadResString(IDS_CLI_SAMPLE_SITE);
+  aSite.Enabled = SiteRecord::iEnabled;
+  aSite.TimeOut = 60;
+  return aSite;
+}
+
 // What the engine would know of such a failure.
 CheckFacts SampleFacts(const std::string& szCode, const SiteRecord& aSite) {
   CheckFacts aFacts;
   aFacts.bIPCheckPerformed = !Text::IsBlank(aSite.IP);
   aFacts.bIPAnswered = aFacts.bIPCheckPerformed;
   aFacts.szRequestURL = LoadResString(IDS_AGENT) + (aFacts.bIPCheckPerformed ? aSite.IP : aSite.URL);
-  if (szCode == "8080") {
+  if (szCode == szCodeError) {
     constexpr std::int32_t lCannotConnect = 7;  // as the client numbers it
     aFacts.lResponseCode = lCannotConnect;
     aFacts.szResponseInfo = LoadResString(IDS_CLI_SAMPLE_ERROR);
@@ -59,7 +61,7 @@ CheckFacts SampleFacts(const std::string& szCode, const SiteRecord& aSite) {
 
 }  // namespace
 
-int Commands::AlertPreview(const std::string& szCode, std::int32_t lSite) {
+int CliCommands::AlertPreview(const std::string& szCode, std::int32_t lSite) {
   const std::string szLowered = Text::LowerCase(szCode);
   bool bUp = false;
   const std::string szResult = ResultCode(szLowered, bUp);
@@ -70,26 +72,16 @@ int Commands::AlertPreview(const std::string& szCode, std::int32_t lSite) {
     return Report::Fail(
         FillResString(IDS_CLI_NO_SUCH_SITE, {std::to_string(lSite), Report::SiteNumber(lSiteCount)}));
   }
-  if (lSiteCount < 1) {  // in memory only
-    SiteRecord aSample;
-    aSample.URL = LoadResString(IDS_CLI_SAMPLE_SITE);
-    aSample.Enabled = 1;
-    aSample.TimeOut = 60;
-    aSites.resize(1);
-    aSites.push_back(aSample);
-    lSiteCount = 1;
-  }
-  const std::int32_t lShown = lSite == 0 ? 1 : lSite;
+  const SiteRecord aSite = lSiteCount < 1 ? SampleSite() : modAddress::Site(lSite == 0 ? 1 : lSite);
   std::string szBody;
   try {
-    szBody = AlertText::ComposeBody(szResult, lShown,
-                                    SampleFacts(szLowered, aSites[static_cast<std::size_t>(lShown)]));
+    szBody = AlertText::ComposeBody(szResult, aSite, Settings, SampleFacts(szLowered, aSite));
   } catch (const AlertAbandoned& aReason) {
     return Report::Fail(FillResString(IDS_CLI_NO_ALERT_TEXT, {szCode, aReason.what()}));
   }
   const std::string szMissing = MissingSettings();
   if (!szMissing.empty()) Report::Complain(FillResString(IDS_CLI_MAIL_PREVIEW_NOTE, {szMissing}));
-  Report::Say("From: " + Text::Printable(Sender()));
+  Report::Say("From: " + Text::Printable(MailFrom(Settings)));
   Report::Say("To: " + Text::Printable(Settings.Email));
   Report::Say("Subject: " + LoadResString(IDS_ALERT_SUBJECT));
   Report::Say("");
@@ -103,7 +95,7 @@ int Commands::AlertPreview(const std::string& szCode, std::int32_t lSite) {
   return Report::iAllUp;
 }
 
-int Commands::AlertTest() {
+int CliCommands::AlertTest() {
   if (!Report::OpenStore()) return Report::iFailed;
   LoadSettings();
   const std::string szMissing = MissingSettings();
@@ -112,18 +104,16 @@ int Commands::AlertTest() {
   }
   const std::string szName =
       Text::IsBlank(Settings.Name) ? LoadResString(IDS_ALERT_MANAGER) : Text::Trim(Settings.Name);
+  MailCall aCall;
   const std::int32_t lResult =
-      SendForm3("", Settings.SMTP, Settings.SMTPPort, Settings.Email, "", Sender(), Settings.Email,
-                LoadResString(IDS_ALERT_SUBJECT), FillResString(IDS_CLI_MAIL_TEST_BODY, {szName}), "", 0, 0,
-                "US", LoadResString(IDS_ALERT_MAILER));
+      SendToManager(Settings, FillResString(IDS_CLI_MAIL_TEST_BODY, {szName}), aCall);
   const std::string szServer =
-      Settings.SMTP + ":" + std::to_string(Settings.SMTPPort < 1 ? lDefaultPort : Settings.SMTPPort);
-  const MailOutcome& aOutcome = SendForm3_LastOutcome();
-  const std::string szReply = aOutcome.szServerReply.empty()
+      Settings.SMTP + ":" + std::to_string(Settings.SMTPPort < 1 ? lSmtpPort : Settings.SMTPPort);
+  const std::string szReply = aCall.szServerReply.empty()
                                   ? LoadResString(IDS_CLI_MAIL_NO_REPLY)
-                                  : FillResString(IDS_CLI_MAIL_REPLY, {aOutcome.szServerReply});
+                                  : FillResString(IDS_CLI_MAIL_REPLY, {aCall.szServerReply});
   if (lResult != 0) {
-    return Report::Fail(FillResString(IDS_CLI_MAIL_FAILED, {szServer, aOutcome.szError + ". " + szReply}));
+    return Report::Fail(FillResString(IDS_CLI_MAIL_FAILED, {szServer, aCall.szError + ". " + szReply}));
   }
   Report::Say(Text::Printable(FillResString(IDS_CLI_MAIL_SENT, {Settings.Email, szServer})));
   Report::Say(Text::Printable(szReply));

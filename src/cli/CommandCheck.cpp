@@ -6,7 +6,7 @@
 #include "check/CheckEngine.h"
 #include "check/CookiePolicy.h"
 #include "check/Schedule.h"
-#include "cli/Commands.h"
+#include "cli/CliCommands.h"
 #include "cli/Report.h"
 #include "cli/TerminalView.h"
 #include "log/CheckLog.h"
@@ -43,15 +43,15 @@ bool AllWasKept() {
 }
 
 int OutcomeOfSites() {
-  const bool bAllUp =
-      std::all_of(aSites.begin() + (aSites.empty() ? 0 : 1), aSites.end(),
-                  [](const SiteRecord& aSite) { return aSite.Enabled != 1 || aSite.Status == 1; });
+  const bool bAllUp = std::all_of(aSites.begin() + 1, aSites.end(), [](const SiteRecord& aSite) {
+    return !aSite.TakesPart() || aSite.Status == SiteStatus::iUp;
+  });
   return bAllUp ? Report::iAllUp : Report::iNotAllUp;
 }
 
 }  // namespace
 
-int Commands::Check(bool bRestart) {
+int CliCommands::Check(bool bRestart) {
   if (!Report::OpenStore()) return Report::iFailed;
   SingleInstance aInstance;
   if (!aInstance.TryLock()) return Report::Fail(FillResString(IDS_CLI_IN_USE, {Registry::StoreName()}));
@@ -70,7 +70,7 @@ int Commands::Check(bool bRestart) {
   return bKept ? OutcomeOfSites() : Report::iFailed;
 }
 
-int Commands::Watch() {
+int CliCommands::Watch() {
   if (!Report::OpenStore()) return Report::iFailed;
   SingleInstance aInstance;
   if (!aInstance.TryLock()) return Report::Fail(FillResString(IDS_CLI_IN_USE, {Registry::StoreName()}));

@@ -1,6 +1,6 @@
 // import and export: the site list as a file.
 #include "base/Strings.h"
-#include "cli/Commands.h"
+#include "cli/CliCommands.h"
 #include "cli/Report.h"
 #include "editing/ListExchange.h"
 #include "persistence/Settings.h"
@@ -10,7 +10,7 @@
 #include "platform/Registry.h"
 #include "platform/SingleInstance.h"
 
-int Commands::Import(const std::string& szFile, bool bReplace) {
+int CliCommands::Import(const std::string& szFile, bool bReplace) {
   if (!Files::FileExists(szFile)) return Report::Fail(FillResString(IDS_CLI_CANNOT_READ, {szFile}));
   if (!Report::OpenStore(true)) return Report::iFailed;
   SingleInstance aInstance;
@@ -44,7 +44,7 @@ int Commands::Import(const std::string& szFile, bool bReplace) {
   return Report::iAllUp;
 }
 
-int Commands::Export(const std::string& szFile) {
+int CliCommands::Export(const std::string& szFile) {
   if (!Report::LoadAll()) return Report::iFailed;
   const std::string szComplete = ListExchange::CompleteFileName(szFile);
   // A name that we made up must not cost the file that has it.

@@ -4,7 +4,7 @@
 #include "alert/AlertText.h"
 #include "base/Strings.h"
 #include "base/Text.h"
-#include "cli/Commands.h"
+#include "cli/CliCommands.h"
 #include "cli/Report.h"
 #include "editing/ListExchange.h"
 #include "fleet/PrometheusFolder.h"
@@ -44,7 +44,7 @@ FleetPlan PlanOfSettings(std::int32_t lShards) {
 
 bool TakeStored(const PrometheusFolder::Take& aTake) {
   for (std::int32_t n = 1; n <= lSiteCount; ++n)
-    aTake(aSites[static_cast<std::size_t>(n)], n);
+    aTake(modAddress::Site(n), n);
   return true;
 }
 
@@ -108,7 +108,8 @@ int Tell(const PrometheusFolder::Report& aReport, const std::string& szFolder) {
 
 }  // namespace
 
-int Commands::ExportPrometheus(const std::string& szFolder, const std::string& szFrom, std::int32_t lShards) {
+int CliCommands::ExportPrometheus(const std::string& szFolder, const std::string& szFrom,
+                                  std::int32_t lShards) {
   if (!szFrom.empty() && !Files::FileExists(szFrom))
     return Report::Fail(FillResString(IDS_CLI_CANNOT_READ, {szFrom}));
   if (!Report::LoadAll()) return Report::iFailed;

@@ -5,7 +5,7 @@
 
 #include "base/Strings.h"
 #include "base/Text.h"
-#include "cli/Commands.h"
+#include "cli/CliCommands.h"
 #include "cli/Report.h"
 #include "persistence/modAddress.h"
 
@@ -13,11 +13,11 @@ namespace {
 
 std::string StatusWord(std::uint8_t iStatus) {
   switch (iStatus) {
-    case 1:
+    case SiteStatus::iUp:
       return LoadResString(IDS_CLI_UP);
-    case 2:
+    case SiteStatus::iWarning:
       return LoadResString(IDS_CLI_WARNING);
-    case 3:
+    case SiteStatus::iDown:
       return LoadResString(IDS_CLI_DOWN);
     default:
       return LoadResString(IDS_CLI_UNKNOWN);
@@ -27,12 +27,12 @@ std::string StatusWord(std::uint8_t iStatus) {
 void ListAsJson() {
   nlohmann::ordered_json aList = nlohmann::ordered_json::array();
   for (std::int32_t i = 1; i <= lSiteCount; ++i) {
-    const SiteRecord& aSite = aSites[static_cast<std::size_t>(i)];
+    const SiteRecord& aSite = modAddress::Site(i);
     aList.push_back({{"number", i},
                      {"url", aSite.URL},
                      {"ip", aSite.IP},
                      {"status", StatusWord(aSite.Status)},
-                     {"enabled", aSite.Enabled == 1},
+                     {"enabled", aSite.TakesPart()},
                      {"timeOut", aSite.TimeOut},
                      {"remark", aSite.Comments}});
   }
@@ -47,9 +47,9 @@ void ListAsTable() {
        LoadResString(IDS_CLI_LIST_HEAD_ADDRESS), LoadResString(IDS_CLI_LIST_HEAD_IP),
        LoadResString(IDS_CLI_LIST_HEAD_TIMEOUT), LoadResString(IDS_CLI_LIST_HEAD_REMARK)}};
   for (std::int32_t i = 1; i <= lSiteCount; ++i) {
-    const SiteRecord& aSite = aSites[static_cast<std::size_t>(i)];
+    const SiteRecord& aSite = modAddress::Site(i);
     aRows.push_back(
-        {std::to_string(i), aSite.Enabled == 1 ? StatusWord(aSite.Status) : LoadResString(IDS_CLI_DISABLED),
+        {std::to_string(i), aSite.TakesPart() ? StatusWord(aSite.Status) : LoadResString(IDS_CLI_DISABLED),
          LoadResString(IDS_AGENT) + Text::Printable(aSite.URL), Text::Printable(aSite.IP),
          FillResString(IDS_CLI_SECONDS, {std::to_string(aSite.TimeOut)}), Text::Printable(aSite.Comments)});
   }
@@ -68,7 +68,7 @@ void ListAsTable() {
 
 }  // namespace
 
-int Commands::List(bool bJson) {
+int CliCommands::List(bool bJson) {
   if (!Report::LoadAll()) return Report::iFailed;
   if (bJson) {
     ListAsJson();

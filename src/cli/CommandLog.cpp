@@ -3,7 +3,7 @@
 
 #include "base/Strings.h"
 #include "base/Text.h"
-#include "cli/Commands.h"
+#include "cli/CliCommands.h"
 #include "cli/Report.h"
 #include "history/LogCsv.h"
 #include "history/LogHistory.h"
@@ -35,8 +35,8 @@ std::string WrongNames(const std::vector<std::string>& aFiles, const std::string
 
 }  // namespace
 
-int Commands::Log(const std::vector<std::string>& aFiles, const std::string& szHtml, const std::string& szCsv,
-                  bool bSummary) {
+int CliCommands::Log(const std::vector<std::string>& aFiles, const std::string& szHtml,
+                     const std::string& szCsv, bool bSummary) {
   const std::string szWrong = WrongNames(aFiles, szHtml, szCsv);
   if (!szWrong.empty()) return Report::Fail(szWrong);
   LogHistory aHistory;

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "base/Strings.h"
-#include "cli/Commands.h"
+#include "cli/CliCommands.h"
 #include "cli/Report.h"
 #include "persistence/RegFile.h"
 #include "persistence/StoreMessages.h"
@@ -18,7 +18,7 @@ namespace {
 constexpr std::uint64_t lLargestFile = 64U << 20U;
 }  // namespace
 
-int Commands::RegistryExport(const std::string& szFile) {
+int CliCommands::RegistryExport(const std::string& szFile) {
   if (!Report::OpenToLook()) return Report::iFailed;
   if (Report::ListMayBeIncomplete() && Files::FileExists(szFile))
     return Report::Fail(FillResString(IDS_CLI_EXPORT_INCOMPLETE, {szFile}));
@@ -30,7 +30,7 @@ int Commands::RegistryExport(const std::string& szFile) {
   return Report::iAllUp;
 }
 
-int Commands::RegistryShare() {
+int CliCommands::RegistryShare() {
   const auto aState = Registry::ShareStore();
   if (aState.iCondition != Registry::StoreCondition::Ready)
     return Report::Fail(StoreMessages::Compose(aState));
@@ -38,7 +38,7 @@ int Commands::RegistryShare() {
   return Report::iAllUp;
 }
 
-int Commands::RegistryImport(const std::string& szFile) {
+int CliCommands::RegistryImport(const std::string& szFile) {
   const auto szBytes = Files::FileExists(szFile) ? Files::ReadWhole(szFile, lLargestFile) : std::nullopt;
   if (!szBytes) return Report::Fail(FillResString(IDS_CLI_CANNOT_READ, {szFile}));
   if (!Report::OpenStore(true)) return Report::iFailed;

@@ -114,18 +114,18 @@ void TerminalView::ShowRemark(std::int32_t /*lSlot*/, const std::string& szText)
 
 void TerminalView::SiteRecorded(std::int32_t lSlot) {
   if (!modAddress::IsSite(lSlot)) return;
-  const SiteRecord& aSite = aSites[static_cast<std::size_t>(lSlot)];
+  const SiteRecord& aSite = modAddress::Site(lSlot);
   std::string szWord = LoadResString(IDS_CLI_STOPPED);
   const char* szColour = "36";
   if (!bSiteStopped) {
     ++lChecked;
     switch (aSite.Status) {
-      case 1:
+      case SiteStatus::iUp:
         ++lUp;
         szWord = LoadResString(IDS_CLI_UP);
         szColour = "32";
         break;
-      case 2:
+      case SiteStatus::iWarning:
         ++lWarning;
         szWord = LoadResString(IDS_CLI_WARNING);
         szColour = "33";
@@ -171,7 +171,7 @@ void TerminalView::SoundBell() {
 
 void TerminalView::PumpEvents() {
   if (pEngine == nullptr) return;
-  if ((Terminal::Interrupted() || Terminal::OutputClosed()) && pEngine->bCheckInProgress) {
+  if ((Terminal::Interrupted() || Terminal::OutputClosed()) && pEngine->CheckInProgress()) {
     bStopped = true;
     pEngine->StopCheck();
     return;
@@ -192,7 +192,7 @@ void TerminalView::DrawProgress() {
   if (!bTerminal) return;
   std::string szLine =
       "  " +
-      FillResString(IDS_CLI_SITE_OF, {std::to_string(pEngine->lCheckIndex), std::to_string(lSiteCount)}) +
+      FillResString(IDS_CLI_SITE_OF, {std::to_string(pEngine->CheckIndex()), std::to_string(lSiteCount)}) +
       "  " + szSite;
   const std::size_t lRoom = lProgressWidth - std::min(lProgressWidth, Width(szStatus) + 2);
   szLine = CutTo(szLine, lRoom) + "  " + szStatus;
@@ -216,8 +216,8 @@ void TerminalView::ShowSummary() {
   std::string szLine = FillResString(bStopped ? IDS_CLI_SUMMARY_STOPPED : IDS_CLI_SUMMARY,
                                      {Report::SiteNumber(lChecked), Seconds(SteadySeconds() - dPassStarted),
                                       std::to_string(lUp), std::to_string(lWarning), std::to_string(lDown)});
-  const auto lDisabled = std::count_if(aSites.begin() + (aSites.empty() ? 0 : 1), aSites.end(),
-                                       [](const SiteRecord& aSite) { return aSite.Enabled != 1; });
+  const auto lDisabled = std::count_if(aSites.begin() + 1, aSites.end(),
+                                       [](const SiteRecord& aSite) { return !aSite.TakesPart(); });
   if (lDisabled > 0) szLine += " " + FillResString(IDS_CLI_SUMMARY_DISABLED, {std::to_string(lDisabled)});
   if (Settings.LogPeriod != 0 && Files::FileExists(CheckLog::CurrentLogFile))
     szLine += " " + FillResString(IDS_CLI_SUMMARY_LOG, {Text::Printable(CheckLog::CurrentLogFile)});

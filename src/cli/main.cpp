@@ -6,7 +6,7 @@
 
 #include "base/Commit.h"
 #include "base/Strings.h"
-#include "cli/Commands.h"
+#include "cli/CliCommands.h"
 #include "cli/Report.h"
 #include "fleet/PrometheusFolder.h"
 #include "platform/MsgBox.h"
@@ -31,16 +31,16 @@ CLI::App* AddVerb(CLI::App& aParent, const char* szName, std::int32_t lAbout, st
 void AddChecking(CLI::App& aApp, Arguments& a) {
   CLI::App* pCheck = AddVerb(aApp, "check", IDS_CLI_CHECK, IDS_CLI_CHECK_EXAMPLES);
   pCheck->add_flag("--restart", a.bRestart, LoadResString(IDS_CLI_CHECK_RESTART));
-  pCheck->callback([&a] { a.aCommand = [&a] { return Commands::Check(a.bRestart); }; });
+  pCheck->callback([&a] { a.aCommand = [&a] { return CliCommands::Check(a.bRestart); }; });
   AddVerb(aApp, "watch", IDS_CLI_WATCH, IDS_CLI_WATCH_EXAMPLES)->callback([&a] {
-    a.aCommand = [] { return Commands::Watch(); };
+    a.aCommand = [] { return CliCommands::Watch(); };
   });
 }
 
 void AddListing(CLI::App& aApp, Arguments& a) {
   CLI::App* pList = AddVerb(aApp, "list", IDS_CLI_LIST, IDS_CLI_LIST_EXAMPLES);
   pList->add_flag("--json", a.bJson, LoadResString(IDS_CLI_LIST_JSON));
-  pList->callback([&a] { a.aCommand = [&a] { return Commands::List(a.bJson); }; });
+  pList->callback([&a] { a.aCommand = [&a] { return CliCommands::List(a.bJson); }; });
 
   CLI::App* pImport = AddVerb(aApp, "import", IDS_CLI_IMPORT, IDS_CLI_IMPORT_EXAMPLES);
   auto* pMode = pImport->add_option_group("mode");
@@ -48,7 +48,7 @@ void AddListing(CLI::App& aApp, Arguments& a) {
   pMode->add_flag("--add", a.bAdd, LoadResString(IDS_CLI_IMPORT_ADD));
   pMode->require_option(1);
   pImport->add_option("FILE", a.szFile, LoadResString(IDS_CLI_IMPORT_FILE))->required();
-  pImport->callback([&a] { a.aCommand = [&a] { return Commands::Import(a.szFile, a.bReplace); }; });
+  pImport->callback([&a] { a.aCommand = [&a] { return CliCommands::Import(a.szFile, a.bReplace); }; });
 
   CLI::App* pExport = AddVerb(aApp, "export", IDS_CLI_EXPORT, IDS_CLI_EXPORT_EXAMPLES);
   auto* pWhere = pExport->add_option_group("where");
@@ -65,8 +65,8 @@ void AddListing(CLI::App& aApp, Arguments& a) {
       ->needs(pFolder);
   pExport->callback([&a] {
     a.aCommand = [&a] {
-      return a.szFolder.empty() ? Commands::Export(a.szFile)
-                                : Commands::ExportPrometheus(a.szFolder, a.szFrom, a.lShards);
+      return a.szFolder.empty() ? CliCommands::Export(a.szFile)
+                                : CliCommands::ExportPrometheus(a.szFolder, a.szFrom, a.lShards);
     };
   });
 }
@@ -76,12 +76,12 @@ void AddRegistry(CLI::App& aApp, Arguments& a) {
   pRegistry->require_subcommand(1);
   CLI::App* pExport = AddVerb(*pRegistry, "export", IDS_CLI_REGISTRY_EXPORT, IDS_CLI_REGISTRY_EXAMPLES);
   pExport->add_option("FILE", a.szFile, LoadResString(IDS_CLI_REGISTRY_FILE))->required();
-  pExport->callback([&a] { a.aCommand = [&a] { return Commands::RegistryExport(a.szFile); }; });
+  pExport->callback([&a] { a.aCommand = [&a] { return CliCommands::RegistryExport(a.szFile); }; });
   CLI::App* pImport = AddVerb(*pRegistry, "import", IDS_CLI_REGISTRY_IMPORT, IDS_CLI_REGISTRY_EXAMPLES);
   pImport->add_option("FILE", a.szFile, LoadResString(IDS_CLI_REGISTRY_FILE))->required();
-  pImport->callback([&a] { a.aCommand = [&a] { return Commands::RegistryImport(a.szFile); }; });
+  pImport->callback([&a] { a.aCommand = [&a] { return CliCommands::RegistryImport(a.szFile); }; });
   AddVerb(*pRegistry, "share", IDS_CLI_REGISTRY_SHARE, 0)->callback([&a] {
-    a.aCommand = [] { return Commands::RegistryShare(); };
+    a.aCommand = [] { return CliCommands::RegistryShare(); };
   });
 }
 
@@ -92,7 +92,7 @@ void AddLog(CLI::App& aApp, Arguments& a) {
   pLog->add_option("--csv", a.szCsv, LoadResString(IDS_CLI_LOG_CSV))->type_name("FILE");
   pLog->add_flag("--summary", a.bSummary, LoadResString(IDS_CLI_LOG_SUMMARY));
   pLog->callback(
-      [&a] { a.aCommand = [&a] { return Commands::Log(a.aFiles, a.szHtml, a.szCsv, a.bSummary); }; });
+      [&a] { a.aCommand = [&a] { return CliCommands::Log(a.aFiles, a.szHtml, a.szCsv, a.bSummary); }; });
 }
 
 void AddAlert(CLI::App& aApp, Arguments& a) {
@@ -104,7 +104,9 @@ void AddAlert(CLI::App& aApp, Arguments& a) {
   pWhat->require_option(1);
   pAlert->add_option("--site", a.lSite, LoadResString(IDS_CLI_ALERT_SITE))->type_name("N")->needs(pPreview);
   pAlert->callback([&a] {
-    a.aCommand = [&a] { return a.bTest ? Commands::AlertTest() : Commands::AlertPreview(a.szCode, a.lSite); };
+    a.aCommand = [&a] {
+      return a.bTest ? CliCommands::AlertTest() : CliCommands::AlertPreview(a.szCode, a.lSite);
+    };
   });
 }
 

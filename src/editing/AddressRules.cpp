@@ -19,7 +19,6 @@ constexpr std::int32_t lShortest = 1;
 constexpr std::int32_t lLongest = 1800;
 constexpr std::int32_t lUsual = 60;
 constexpr std::size_t lOctetLength = 3;
-constexpr std::uint8_t iNotYetKnown = 4;
 
 bool IsEdit() {
   return AddressMode == 1 && !EditCopy.empty();
@@ -70,7 +69,7 @@ bool IsTaken(const std::string& szURL) {
   SiteRecord aStored;
   if (modAddress::FindStoredSite(szURL, aStored)) return true;
   for (std::int32_t n = 1; modAddress::IsSite(n); ++n)
-    if (modAddress::KeyName(aSites[static_cast<std::size_t>(n)].URL) == szKeyName) return true;
+    if (modAddress::KeyName(modAddress::Site(n).URL) == szKeyName) return true;
   return false;
 }
 
@@ -90,7 +89,7 @@ Verdict CheckURL(const std::string& szURL) {
 Form OpeningForm() {
   if (!IsEdit()) return {"", {}, std::to_string(lUsual), true};
   const auto& aSite = EditCopy[0];
-  return {aSite.URL, SplitIP(aSite.IP), std::to_string(aSite.TimeOut), aSite.Enabled == 1};
+  return {aSite.URL, SplitIP(aSite.IP), std::to_string(aSite.TimeOut), aSite.TakesPart()};
 }
 
 UrlChange ChangeURL(const std::string& szText) {
@@ -156,7 +155,7 @@ Verdict Check(Form& aForm, SiteRecord& aRecord) {
   aRecord.URL = aForm.szURL;
   aRecord.IP = szIP;
   aRecord.TimeOut = Text::LeadingNumber(aForm.szTimeOut);
-  aRecord.Enabled = aForm.bEnabled ? 1 : 0;
+  aRecord.Enabled = aForm.bEnabled ? SiteRecord::iEnabled : SiteRecord::iDisabled;
   return {};
 }
 
@@ -167,20 +166,16 @@ bool ListIsFull() {
 StoreResult Store(const SiteRecord& aRecord) {
   const bool bEdit = IsEdit() && modAddress::IsSite(AddressIndex);
   // A new site always goes behind the last one; a gap in the list would be a site without an address.
-  if (!bEdit) AddressIndex = lSiteCount + 1;
-  const auto n = static_cast<std::size_t>(AddressIndex);
+  if (!bEdit) AddressIndex = modAddress::AddSite({});
   StoreResult aResult{AddressIndex, false};
-  if (!bEdit) {
-    aSites.resize(n + 1);
-    lSiteCount = AddressIndex;
-  }
   const bool bSameURL = bEdit && aRecord.URL == EditCopy[0].URL;
   aResult.bAddressChanged = bEdit && (!bSameURL || aRecord.IP != EditCopy[0].IP);
   // The light that the list shows now: a pass may have moved it since the editor was opened.
-  const auto iStatus = bSameURL && aRecord.Enabled == 1 ? aSites[n].Status : iNotYetKnown;
-  aSites[n] = aRecord;
-  aSites[n].Status = iStatus;
-  aSites[n].Comments = LoadResString(bEdit ? IDS_EDITED : IDS_ADDED);
+  auto aNew = aRecord;
+  aNew.Status =
+      bSameURL && aRecord.TakesPart() ? modAddress::Site(AddressIndex).Status : SiteStatus::iNotKnown;
+  aNew.Comments = LoadResString(bEdit ? IDS_EDITED : IDS_ADDED);
+  modAddress::ReplaceSite(AddressIndex, aNew);
 
   const Registry::Transaction aOneCommit;
   const auto szOldKey = bEdit ? modAddress::KeyName(EditCopy[0].URL) : std::string();

@@ -24,8 +24,8 @@ constexpr std::uint64_t lMostBytes = 16U << 20U;
 constexpr std::size_t lMostRecords = 10 * static_cast<std::size_t>(modAddress::lSiteCapacity);
 
 std::string FileLine(const SiteRecord& aSite) {
-  // 0 means "not checked since the start" and would be read back as "up".
-  const int iStatus = aSite.Status == 0 ? 4 : aSite.Status;
+  // "Not checked" is of this run of the program and would be read back as "up".
+  const int iStatus = aSite.Status == SiteStatus::iNotChecked ? SiteStatus::iNotKnown : aSite.Status;
   return Text::Trim(aSite.URL) + "," + aSite.IP + "," + std::to_string(iStatus) + "," +
          std::to_string(aSite.Enabled) + "," + std::to_string(aSite.TimeOut) + "\r\n";
 }
@@ -98,7 +98,7 @@ bool Export(const std::string& szFile, const Progress& aProgress) {
   std::string szBytes;
   const auto lCount = lSiteCount;  // the callback lets events run
   for (std::int32_t n = 1; n <= lCount && modAddress::IsSite(n); ++n) {
-    szBytes += FileLine(aSites[static_cast<std::size_t>(n)]);
+    szBytes += FileLine(modAddress::Site(n));
     if (aProgress) aProgress(n);
   }
   return Files::WriteWhole(szFile, szBytes);
@@ -119,8 +119,8 @@ bool ParseLine(const std::string& szLine, SiteRecord& aRecord) {
   aRecord.Status = Text::Saturate<std::uint8_t>(Text::LeadingNumber(aFields[2]));
   aRecord.Enabled = Text::Saturate<std::uint8_t>(Text::LeadingNumber(aFields[3]));
   aRecord.TimeOut = Text::LeadingNumber(aFields[4]);
-  if (aRecord.Status == 0) aRecord.Status = 1;
-  if (aRecord.Enabled > 1) aRecord.Enabled = 1;
+  if (aRecord.Status == SiteStatus::iNotChecked) aRecord.Status = SiteStatus::iUp;
+  if (aRecord.Enabled != SiteRecord::iDisabled) aRecord.Enabled = SiteRecord::iEnabled;
   if (aRecord.TimeOut < 1) aRecord.TimeOut = 60;
   return true;
 }

@@ -75,7 +75,7 @@ TargetFiles::TargetFiles(const std::string& szFolder, std::int32_t lShards) {
 void TargetFiles::Add(const SiteRecord& aSite, std::int64_t lSlot) {
   const bool bByIP = Text::IsBlank(aSite.URL);
   const std::string szSite = Text::Trim(bByIP ? aSite.IP : aSite.URL);
-  if (aSite.Enabled != 1 || szSite.empty()) return;
+  if (!aSite.TakesPart() || szSite.empty()) return;
   const std::int32_t lTimeOut = std::clamp(aSite.TimeOut, 1, lMostTimeOut);
   aTimeOuts.insert(lTimeOut);
   ++lCount;

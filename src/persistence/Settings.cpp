@@ -7,6 +7,7 @@
 #include "persistence/RegistryAccess.h"
 #include "persistence/modBasic.h"
 #include "platform/Files.h"
+#include "platform/SendForm3.h"
 #include "platform/Shell.h"
 
 SettingsRecord Settings;
@@ -75,7 +76,7 @@ void SettingsLoader::Manager() {
   Read(ProductKeys::szManager, "Name", Settings.Name);
   Read(ProductKeys::szManager, "SMTP", Settings.SMTP);
   Read(ProductKeys::szManager, "SMTPPort", Settings.SMTPPort);
-  if (Settings.SMTPPort == 0) Settings.SMTPPort = 25;
+  if (Settings.SMTPPort == 0) Settings.SMTPPort = lSmtpPort;
   if (Settings.Email.empty()) RegistryAccess::RegCreatePath(hRoot, ProductKeys::szManager);
 }
 

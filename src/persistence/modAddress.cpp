@@ -13,8 +13,15 @@
 #include "persistence/modBasic.h"
 #include "platform/MsgBox.h"
 
-std::vector<SiteRecord> aSites;
-std::int32_t lSiteCount = 0;
+namespace {
+
+std::vector<SiteRecord> aList(1);
+std::int32_t lCountOfList = 0;
+
+}  // namespace
+
+const std::vector<SiteRecord>& aSites = aList;
+const std::int32_t& lSiteCount = lCountOfList;
 
 namespace modAddress {
 namespace {
@@ -96,7 +103,7 @@ bool OnlyResultChanged(const std::string& szKeyName, const SiteRecord& aRecord, 
 
 // 0, or the code after which the site is not stored as it is.
 std::int32_t WriteSite(std::int32_t n, bool bIsNew) {
-  const auto& aRecord = aSites[static_cast<std::size_t>(n)];
+  const auto& aRecord = Site(n);
   const auto szKeyName = KeyName(aRecord.URL);
   if (szKeyName.empty()) return 0;
   const bool bByThePass = !bIsNew && OnlyResultChanged(szKeyName, aRecord, n);
@@ -120,7 +127,7 @@ std::int32_t WriteSite(std::int32_t n, bool bIsNew) {
 std::int32_t WriteUnsaved() {
   std::int32_t lCode = 0;
   for (std::int32_t n = 1; n <= lSiteCount && lCode == 0; ++n)
-    if (aUnsaved.contains(KeyName(aSites[static_cast<std::size_t>(n)].URL))) lCode = WriteSite(n, false);
+    if (aUnsaved.contains(KeyName(Site(n).URL))) lCode = WriteSite(n, false);
   return lCode;
 }
 
@@ -138,15 +145,14 @@ std::int32_t WriteWholeList() {
 void TakeSite(const std::string& szKeyName, SiteRecord aRecord, bool bKeepStatus, bool bKeepComments) {
   const auto szKey = SiteKey(modBasic::EscapeBackslash(szKeyName));
   if (!bKeepStatus) {
-    aRecord.Status = 0;
-    RegWriteValue(hRoot, szKey, "Status", 4, lNumber);
+    aRecord.Status = SiteStatus::iNotChecked;
+    RegWriteValue(hRoot, szKey, "Status", std::int32_t{SiteStatus::iNotKnown}, lNumber);
   }
   if (!bKeepComments) {
     aRecord.Comments.clear();
     RegWriteValue(hRoot, szKey, "Comments", std::string(), lText);
   }
-  aSites.push_back(std::move(aRecord));
-  ++lSiteCount;
+  AddSite(aRecord);
 }
 
 std::int32_t BeginIndex(std::string& szMessage) {
@@ -226,7 +232,33 @@ void WriteIndex(const std::vector<IndexedUrl>& aPairs) {
 }  // namespace
 
 bool IsSite(std::int32_t n) {
-  return n >= 1 && n <= lSiteCount && static_cast<std::size_t>(n) < aSites.size();
+  return n >= 1 && n <= lSiteCount;
+}
+
+const SiteRecord& Site(std::int32_t n) {
+  return aList[static_cast<std::size_t>(n)];
+}
+
+std::int32_t AddSite(const SiteRecord& aRecord) {
+  aList.push_back(aRecord);
+  return ++lCountOfList;
+}
+
+void ReplaceSite(std::int32_t n, const SiteRecord& aRecord) {
+  if (IsSite(n)) aList[static_cast<std::size_t>(n)] = aRecord;
+}
+
+void SetStatus(std::int32_t n, std::uint8_t iStatus) {
+  if (IsSite(n)) aList[static_cast<std::size_t>(n)].Status = iStatus;
+}
+
+void SetComments(std::int32_t n, const std::string& szComments) {
+  if (IsSite(n)) aList[static_cast<std::size_t>(n)].Comments = szComments;
+}
+
+void ClearComments() {
+  for (auto& aSite : aList)
+    aSite.Comments.clear();
 }
 
 std::string KeyName(const std::string& szURL) {
@@ -234,8 +266,8 @@ std::string KeyName(const std::string& szURL) {
 }
 
 std::int32_t LoadSites(bool bKeepStatus, bool bKeepComments) {
-  lSiteCount = 0;
-  aSites.assign(1, {});
+  lCountOfList = 0;
+  aList.assign(1, {});
   std::string szMessage;
   aUnsaved.clear();
   const auto lCode = ReadList(bKeepStatus, bKeepComments, szMessage);
@@ -256,9 +288,9 @@ std::int32_t ReadSite(const std::string& szKeyName, std::vector<SiteRecord>& aTe
   RegReadValue(hRoot, szKey, "Index", iIndex, lType);
   RegReadValue(hRoot, szKey, "IP", aRecord.IP, lType);
   RegReadValue(hRoot, szKey, "Enabled", aRecord.Enabled, lType);
-  if (aRecord.Enabled > 1) aRecord.Enabled = 0;
+  if (aRecord.Enabled != SiteRecord::iEnabled) aRecord.Enabled = SiteRecord::iDisabled;
   RegReadValue(hRoot, szKey, "Status", aRecord.Status, lType);
-  if (aRecord.Status < 1 || aRecord.Status > 4) aRecord.Status = 4;
+  if (!SiteStatus::HasLight(aRecord.Status)) aRecord.Status = SiteStatus::iNotKnown;
   RegReadValue(hRoot, szKey, "TimeOut", aRecord.TimeOut, lType);
   aRecord.TimeOut = std::clamp(aRecord.TimeOut, 1, 1800);
   RegReadValue(hRoot, szKey, "Comments", aRecord.Comments, lType);
@@ -338,7 +370,7 @@ void DeleteSite(std::int32_t n) {
   {
     const Registry::Transaction aOneCommit(Registry::Written::ByTheOperator);
     // The key of the site in the list, which is the one that the operator saw: the index may have a gap.
-    const auto szKeyName = KeyName(aSites[static_cast<std::size_t>(n)].URL);
+    const auto szKeyName = KeyName(Site(n).URL);
     if (!szKeyName.empty()) RegistryAccess::RegRemoveKey(hRoot, SiteKey(szKeyName));
     RegistryAccess::RegRemoveValue(hRoot, ProductKeys::szAddressKey, ReferenceName(n));
     RebuildSiteIndex();

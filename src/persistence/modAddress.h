@@ -1,25 +1,44 @@
-// modAddress owns the list of monitored sites: in memory, where every other module reads and changes it, and
-// in the registry, where SaveSite writes it one site at a time. Sites are numbered 1..lSiteCount; the number
-// is the slot. Only RebuildSiteIndex renumbers. A reference into aSites does not survive a change of the
-// list: hold the slot number and look again.
+// modAddress owns the list of monitored sites: in memory, where all may read it and only this module writes,
+// and in the registry, where SaveSite writes it one site at a time. Sites are numbered 1..lSiteCount; the
+// number is the slot. Only RebuildSiteIndex renumbers. A reference into aSites does not survive a change of
+// the list: hold the slot number and look again.
 #pragma once
 
 #include <cstdint>
 #include <string>
 #include <vector>
 
+// What is known of a site, as SiteRecord::Status holds it, the registry stores it and list files carry it.
+// The light that a view shows for the first three has the same number.
+namespace SiteStatus {
+inline constexpr std::uint8_t iNotChecked = 0;  // since the program was started; in memory only
+inline constexpr std::uint8_t iUp = 1;
+inline constexpr std::uint8_t iWarning = 2;  // failed once
+inline constexpr std::uint8_t iDown = 3;     // failed again, and the alert was sent or tried
+inline constexpr std::uint8_t iNotKnown = 4;
+
+// True for a status that has a light.
+constexpr bool HasLight(std::uint8_t iStatus) {
+  return iStatus >= iUp && iStatus <= iDown;
+}
+}  // namespace SiteStatus
+
 struct SiteRecord {
+  static constexpr std::uint8_t iDisabled = 0;
+  static constexpr std::uint8_t iEnabled = 1;
+
   std::string IP;   // dotted address of the same server, empty when none
   std::string URL;  // without "http://"
-  std::uint8_t Status =
-      0;  // 1 up, 2 warning, 3 down and alerted, 4 not yet known, 0 not checked since the start
-  std::uint8_t Enabled = 0;  // 1: takes part in passes
+  std::uint8_t Status = SiteStatus::iNotChecked;
+  std::uint8_t Enabled = iDisabled;
   std::int32_t TimeOut = 0;  // seconds, 1 to 1800
   std::string Comments;      // remark of the last check
+
+  bool TakesPart() const { return Enabled == iEnabled; }  // in passes
 };
 
-extern std::vector<SiteRecord> aSites;  // slot 0 is never used
-extern std::int32_t lSiteCount;
+extern const std::vector<SiteRecord>& aSites;  // slot 0 is never used
+extern const std::int32_t& lSiteCount;
 
 namespace modAddress {
 
@@ -30,6 +49,17 @@ inline constexpr std::size_t lKeyNameLimit = 227;
 
 // True when n is the number of a site.
 bool IsSite(std::int32_t n);
+
+// Site n, which must be one.
+const SiteRecord& Site(std::int32_t n);
+
+// The ways to change the list in memory; what is not saved with SaveSite is gone with the process. A number
+// that is no site's changes nothing. AddSite puts the record behind the last one and gives its number.
+std::int32_t AddSite(const SiteRecord& aRecord);
+void ReplaceSite(std::int32_t n, const SiteRecord& aRecord);
+void SetStatus(std::int32_t n, std::uint8_t iStatus);
+void SetComments(std::int32_t n, const std::string& szComments);
+void ClearComments();  // of all sites
 
 // The name of the site's key: "\" as "%5c", lower case, no blanks around. Empty when the URL is blank;
 // nothing is ever saved or deleted under an empty name.

@@ -2,13 +2,13 @@
 // connection reused, cookies only in memory. It never blocks but in Poll, and calls StateChanged only from
 // Poll, never from Execute or Cancel.
 //
-// States: 1 resolving host, 2 host resolved, 3 connecting, 4 connected, 5 requesting, 6 request sent,
-// 7 receiving response, 8 response received, 9 disconnecting, 10 disconnected, then exactly one of 11 error
-// or 12 response completed, always last. When 11 or 12 is delivered the control is idle, so a handler may
-// Execute the next request. After Cancel nothing more of the cancelled request is delivered.
+// The states come in the order of their numbers, some of them left out, and exactly one of Error and
+// ResponseCompleted comes last. When that is delivered the control is idle, so a handler may Execute the next
+// request. After Cancel nothing more of the cancelled request is delivered.
 //
-// State 12 with an empty header: something answered, but not with an HTTP status line (RFC 9112 section 4).
-// A header is bounded to 256 KB on the wire and 64 KB kept; a body of any length costs constant memory.
+// ResponseCompleted with an empty header: something answered, but not with an HTTP status line (RFC 9112
+// section 4). A header is bounded to 256 KB on the wire and 64 KB kept; a body of any length costs constant
+// memory.
 #pragma once
 
 #include <cstdint>
@@ -23,18 +23,33 @@ class Inet {
   Inet(const Inet&) = delete;
   Inet& operator=(const Inet&) = delete;
 
+  enum State : std::int16_t {
+    None,
+    ResolvingHost,
+    HostResolved,
+    Connecting,
+    Connected,
+    Requesting,
+    RequestSent,
+    ReceivingResponse,
+    ResponseReceived,
+    Disconnecting,
+    Disconnected,
+    Error,
+    ResponseCompleted
+  };
   std::function<void(std::int16_t)> StateChanged;
 
   // The limit for the whole request in seconds (1 at least, 60 unless set), used by the next Execute. A
-  // request that passes it ends in state 11 with TimedOut() true.
+  // request that passes it ends in Error with TimedOut() true.
   void RequestTimeout(std::int32_t lSeconds);
-  // Whether cookies that servers set are kept in memory and sent back; false (as at
-  // first) also forgets those kept.
+  // Whether cookies that servers set are kept in memory and sent back; false (as at first) also forgets those
+  // kept.
   void AcceptCookies(bool bAccept);
   void ForgetCookies();
 
   // Starts a request; a request still executing is cancelled first. A URL that cannot be requested ends in
-  // state 11 from the next Poll. Blanks and other bytes that may not stand in a request line are escaped.
+  // Error from the next Poll. Blanks and other bytes that may not stand in a request line are escaped.
   void Execute(const std::string& szURL, const std::string& szMethod);
   bool StillExecuting() const;
   // The control is idle on return and nothing is raised. Never waits for a name look-up.

@@ -1,19 +1,19 @@
-#include "alert/AlertBench.h"
+#include "alert/AlertFixture.h"
 #include "support/ReadMail.h"
 
 namespace {
 
-using AlertSenderTest = AlertBench;
+using AlertSenderTest = AlertFixture;
 
 TEST_F(AlertSenderTest, TheMailGoesFromAndToTheManager) {
   aHome.Write("Messages/HTTP-500.txt", "J\xC3\xBCrgen,\r\n.\r\n.dot %URL%\r\n\r\nFrom here\r\n");
-  ASSERT_EQ(SendEmail("500", 2, aFacts), 0);
+  ASSERT_EQ(Send("500"), 0);
   const auto aSent = aServer.Mails().at(0);
-  EXPECT_EQ(aSent.szSender, Settings.Email);
-  EXPECT_EQ(aSent.aRecipients, std::vector<std::string>{Settings.Email});
+  EXPECT_EQ(aSent.szSender, aSettings.Email);
+  EXPECT_EQ(aSent.aRecipients, std::vector<std::string>{aSettings.Email});
   const ReadMail aMail(aSent.szText);
   EXPECT_EQ(aMail.Only("from"), "Kestrova <manager@example.org>");
-  EXPECT_EQ(aMail.Only("to"), Settings.Email);
+  EXPECT_EQ(aMail.Only("to"), aSettings.Email);
   EXPECT_EQ(aMail.Only("subject"), "Kestrova Alert");
   EXPECT_EQ(aMail.Only("x-mailer"), "SendForm 3.0");
   EXPECT_EQ(aMail.szBody, Text::Replace(Compose("500"), "\r\n", "\n"));
@@ -22,8 +22,8 @@ TEST_F(AlertSenderTest, TheMailGoesFromAndToTheManager) {
 TEST_F(AlertSenderTest, NothingGoesOutForWhatCannotBeSent) {
   // Composing fails on this template, so an answer at all means that it was not opened.
   aHome.Write("Messages/HTTP-404.txt", std::string(2 * 1024 * 1024, 'x'));
-  EXPECT_THROW(SendEmail("404", 2, aFacts), AlertAbandoned);
-  EXPECT_THROW(SendEmail("3xx", 2, aFacts), AlertAbandoned);
+  EXPECT_THROW(Send("404"), AlertAbandoned);
+  EXPECT_THROW(Send("3xx"), AlertAbandoned);
   const struct {
     const char *szSMTP, *szEmail, *szCode;
     bool bMissing;
@@ -35,9 +35,9 @@ TEST_F(AlertSenderTest, NothingGoesOutForWhatCannotBeSent) {
       {"127.0.0.1\r\nx", "m@example.org", "500", false},
   };
   for (const auto& aCase : aCases) {
-    Settings.SMTP = aCase.szSMTP;
-    Settings.Email = aCase.szEmail;
-    const std::int32_t lResult = SendEmail(aCase.szCode, 2, aFacts);
+    aSettings.SMTP = aCase.szSMTP;
+    aSettings.Email = aCase.szEmail;
+    const std::int32_t lResult = Send(aCase.szCode);
     EXPECT_NE(lResult, 0);
     EXPECT_EQ(lResult == lMailSettingsMissing, aCase.bMissing) << aCase.szSMTP << aCase.szEmail;
   }

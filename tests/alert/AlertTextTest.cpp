@@ -1,7 +1,7 @@
 #include <random>
 #include <regex>
 
-#include "alert/AlertBench.h"
+#include "alert/AlertFixture.h"
 #include "alert/modBackUpEmailContent.h"
 #include "platform/Environment.h"
 #include "platform/Shell.h"
@@ -12,7 +12,7 @@ const std::vector<std::string> aNumberCodes = {"204", "301", "400", "401", "403"
                                                "500", "501", "502", "503", "504", "8001", "8080"};
 const std::vector<std::string> aClassCodes = {"1xx", "2xx", "3xx", "4xx", "5xx"};
 
-using AlertTextTest = AlertBench;
+using AlertTextTest = AlertFixture;
 
 std::string Word(std::size_t lLength) {
   return std::string(lLength, 'a');
@@ -64,15 +64,16 @@ TEST_F(AlertTextTest, FillsPlaceholders) {
   };
   for (const auto& [szText, szFilled] : aCases)
     EXPECT_EQ(Parse(szText), szFilled);
-  Settings.Name = "   ";
+  aSettings.Name = "   ";
   EXPECT_EQ(Parse("%MGRNAME%"), "Kestrova manager");
   CheckedByIP(false);
   EXPECT_EQ(Parse("%URL% %IP%"), "http://www.example.org/shop http://192.0.2.7");
-  EXPECT_EQ(AlertText::ParseEmailContent("%TIMEOUT% %IP%", 77, aFacts), "0 sec. http://");
+  aSite = {};
+  EXPECT_EQ(Parse("%TIMEOUT% %IP%"), "0 sec. http://");
 }
 
 TEST_F(AlertTextTest, ValuesThatHoldPlaceholdersAndTextsThatGrow) {
-  Settings.Name = "%URL%";  // filled later, so filled
+  aSettings.Name = "%URL%";  // filled later, so filled
   aFacts.szRequestURL = "http://x/%mgrname%/%Url%";
   EXPECT_EQ(Parse("%MGRNAME%"), "http://x/%mgrname%/%Url%");
   aFacts.szHeader = "X: %HEADER%%header%";
@@ -80,7 +81,7 @@ TEST_F(AlertTextTest, ValuesThatHoldPlaceholdersAndTextsThatGrow) {
   aFacts.szHeader = "ER%x%HEAD";  // neighbours make a new placeholder of every replacement
   EXPECT_LE(Parse("%HEAD%HEADER%ER%ER%ER%").size(), 1024U);
 
-  Settings.Name = "Eve ";
+  aSettings.Name = "Eve ";
   const auto szMany = Text::Replace(Word(10'003), "a", "%MGRNAME%");
   EXPECT_EQ(Text::Replace(Parse(szMany), "\r\n", "").size(), 10'000U * 4 + 3 * 9);
   aFacts.szHeader = Word(64 * 1024 - 1) + " ";

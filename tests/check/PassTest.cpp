@@ -4,19 +4,20 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "check/Bench.h"
 #include "check/CookiePolicy.h"
+#include "check/PassFixture.h"
 #include "check/Schedule.h"
 #include "support/Stored.h"
 
 using Events = std::vector<std::string>;
+using modAddress::Site;
 
 namespace {
 const Fault::Answer aHang = {Fault::Hang()};
 }  // namespace
 
 TEST(Pass, ShowsItsStepsInOrder) {
-  Bench b;
+  PassFixture b;
   b.Add(b.Server.Site("/x"));
   b.Engine.mF_StartCheck_Click();
   const Events aManual = {"locked",
@@ -56,7 +57,7 @@ TEST(Pass, ShowsItsStepsInOrder) {
 }
 
 TEST(Pass, AnEmptyListSaysSo) {
-  Bench b;
+  PassFixture b;
   b.Engine.mF_StartCheck_Click();
   b.Engine.StopCheck();
   EXPECT_EQ(b.View.aMessages, (Events{"No sites to check.", "Checking is not in progress."}));
@@ -68,7 +69,7 @@ TEST(Pass, AnEmptyListSaysSo) {
 }
 
 TEST(Pass, NothingStartsASecondPassInsideTheFirst) {
-  Bench b;
+  PassFixture b;
   Settings.Interval = 1;
   b.Server.Serve("/x", {Fault::Delay(60), Fault::Send("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n")});
   b.Add(b.Server.Site("/x"));
@@ -86,14 +87,15 @@ TEST(Pass, NothingStartsASecondPassInsideTheFirst) {
 }
 
 TEST(Pass, DisabledAndUnusableSites) {
-  Bench b;
+  PassFixture b;
   b.AddPaths(4);
-  b.Site(1).Enabled = 0;
-  b.Site(2).URL = "  ";
-  b.Site(3).URL = "";
-  b.Site(3).IP = "  ";
-  b.Site(4).URL = "";
-  b.Site(4).IP = b.Server.Address();
+  const SiteRecord aUnusable[] = {
+      {"", b.Server.Site("/1"), SiteStatus::iNotKnown, SiteRecord::iDisabled, 30, ""},
+      {"", "  ", SiteStatus::iNotKnown, SiteRecord::iEnabled, 30, ""},
+      {"  ", "", SiteStatus::iNotKnown, SiteRecord::iEnabled, 30, ""},
+      {b.Server.Address(), "", SiteStatus::iNotKnown, SiteRecord::iEnabled, 30, ""}};
+  for (std::int32_t n = 1; n <= 4; ++n)
+    modAddress::ReplaceSite(n, aUnusable[n - 1]);
   Settings.DiskLogDisabled = 0;
   b.Engine.mF_StartCheck_Click();
   const auto aLog = b.Log();
@@ -105,7 +107,7 @@ TEST(Pass, DisabledAndUnusableSites) {
 }
 
 TEST(Stop, BetweenTwoRequestsBlamesNoSite) {
-  Bench b;
+  PassFixture b;
   b.AddPaths(2);
   b.View.OnRecorded = [&b] { b.Engine.StopCheck(); };
   b.Engine.mF_StartCheck_Click();
@@ -115,16 +117,18 @@ TEST(Stop, BetweenTwoRequestsBlamesNoSite) {
 }
 
 TEST(Stop, DuringTheIPCheckLeavesTheWarning) {
-  Bench b;
+  PassFixture b;
   b.Server.Serve("/x", Fault::Status("404 x"));
   b.Server.Serve("/", aHang);
-  b.Add(b.Server.Site("/x"), b.Server.Address(), 2);
+  b.Add(b.Server.Site("/x"), b.Server.Address(), SiteStatus::iWarning);
   b.View.OnPump = [&b] {
-    if (b.Server.Count("/") > 0) b.Engine.StopCheck();
+    if (b.Server.Count("/") == 0) return;
+    EXPECT_EQ(b.Engine.State(), PassState::CheckingIP);
+    b.Engine.StopCheck();
+    EXPECT_EQ(b.Engine.State(), PassState::Stopping);
   };
   b.Engine.mF_StartCheck_Click();
-  EXPECT_EQ(b.Site(1).Status, 2);
-  EXPECT_FALSE(b.Engine.bInetDoubleCheck);
+  EXPECT_EQ(Site(1).Status, SiteStatus::iWarning);
   ASSERT_EQ(b.Log().size(), 3U);
   EXPECT_EQ(b.Log()[1],
             "11/15/1999 5:44:21 PM,(1) http://SERVER/x<BR>(2) http://SERVER,404 File Not Found,0,Manually "
@@ -132,7 +136,7 @@ TEST(Stop, DuringTheIPCheckLeavesTheWarning) {
 }
 
 TEST(Stop, QuitIsSilentAndStartsNothingMore) {
-  Bench b;
+  PassFixture b;
   b.Server.Serve("/x", aHang);
   b.Add(b.Server.Site("/x"));
   b.View.OnPump = [&b] {
@@ -148,23 +152,23 @@ TEST(Stop, QuitIsSilentAndStartsNothingMore) {
 }
 
 TEST(Pass, AnEditedSiteIsNotJudgedByItsOldAddress) {
-  Bench b;
+  PassFixture b;
   b.Server.Serve("/old", aHang);
   b.Add(b.Server.Site("/old"));
   b.Add(b.Server.Site("/other"));
   b.View.OnPump = [&b] {
-    if (b.Server.Count("/old") == 0 || b.Engine.lCheckIndex != 1) return;
+    if (b.Server.Count("/old") == 0 || b.Engine.CheckIndex() != 1) return;
     b.Engine.DropRequest(2);
     b.Engine.DropRequest(1);
   };
   b.Engine.mF_StartCheck_Click();
-  EXPECT_EQ(b.Site(1).Status, 4);
-  EXPECT_EQ(b.Site(2).Status, 1);
+  EXPECT_EQ(Site(1).Status, SiteStatus::iNotKnown);
+  EXPECT_EQ(Site(2).Status, SiteStatus::iUp);
   EXPECT_EQ(b.Log().size(), 3U);
 }
 
 TEST(Pass, ASiteThatThrowsCostsTheNextOneNothing) {
-  Bench b;
+  PassFixture b;
   b.Server.Serve("/1", aHang);
   b.AddPaths(2);
   b.View.OnPump = [&b, bThrown = false]() mutable {
@@ -174,7 +178,9 @@ TEST(Pass, ASiteThatThrowsCostsTheNextOneNothing) {
   };
   const Stopwatch aWatch;
   b.Engine.mF_StartCheck_Click();
-  EXPECT_TRUE(b.Site(1).Status == 4 && b.Site(2).Status == 1 && b.Log().size() == 3);
+  EXPECT_EQ(Site(1).Status, SiteStatus::iNotKnown);
+  EXPECT_EQ(Site(2).Status, SiteStatus::iUp);
+  EXPECT_EQ(b.Log().size(), 3U);
   EXPECT_LT(aWatch.Seconds(), 5);
 }
 
@@ -182,7 +188,7 @@ TEST(Pass, TheUsersCookieValueIsNeverInvented) {
   const std::pair<RegistryAccess::Variant, const char*> aCases[] = {
       {{}, "code 2"}, {-1, "-1"}, {"text", "text"}};
   for (const auto& [aValue, szValue] : aCases) {
-    Bench b;
+    PassFixture b;
     b.AddPaths(1);
     b.Engine.mF_StartCheck_Click();
     EXPECT_EQ(Stored::Cookies(), "code 6") << "no such key";
@@ -202,7 +208,7 @@ TEST(Pass, TheUsersCookieValueIsNeverInvented) {
 
 TEST(Pass, CookiesAreKeptForOnePassAtMost) {
   for (const bool bAccept : {true, false}) {
-    Bench b;
+    PassFixture b;
     Settings.AllowType = bAccept ? 0 : 2;
     b.Server.Serve("*", {Fault::Send("HTTP/1.1 200 OK\r\nSet-Cookie: a=b\r\nContent-Length: 0\r\n\r\n")});
     b.AddPaths(2);
@@ -216,7 +222,7 @@ TEST(Pass, CookiesAreKeptForOnePassAtMost) {
 }
 
 TEST(Schedule, SurvivesAClockThatIsSet) {
-  Bench b;
+  PassFixture b;
   Schedule::SetNextCheck(60);
   b.aClock.SetWall(b.aClock.WallTime() - 365);
   EXPECT_FALSE(Schedule::IsDue());

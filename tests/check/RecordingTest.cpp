@@ -1,14 +1,15 @@
 // What one site goes through: its states, its row, its log line, the IP check, the alert.
 #include <gtest/gtest.h>
 
-#include "check/Bench.h"
+#include "check/PassFixture.h"
 #include "check/Schedule.h"
 #include "servers/SmtpServer.h"
 
 using Fault::Status;
+using modAddress::Site;
 
 TEST(Recording, FailuresMoveASiteToDownAndASuccessBringsItBack) {
-  Bench b;
+  PassFixture b;
   b.Server.ServeInOrder("/x",
                         {Status("500 a"), Status("500 b"), Status("404 c"), Fault::Ok(), Status("418 d")});
   b.Add(b.Server.Site("/x"));
@@ -17,15 +18,16 @@ TEST(Recording, FailuresMoveASiteToDownAndASuccessBringsItBack) {
     const char *szRemark, *szLogTail;
     int lBells;
   } aPasses[] = {
-      {2, "500 Internal Server Error", "0,,4", 0},
-      {3, "500 Internal Server Error", "0,E-mail Notification Failed (Missing e-mail address and SMTP),2", 1},
-      {3, "404 File Not Found", "0,,2", 2},
-      {1, "Site OK", "0,,1", 2},
-      {2, "4xx Request Error Response Received", "0,,4", 2},
+      {SiteStatus::iWarning, "500 Internal Server Error", "0,,4", 0},
+      {SiteStatus::iDown, "500 Internal Server Error",
+       "0,E-mail Notification Failed (Missing e-mail address and SMTP),2", 1},
+      {SiteStatus::iDown, "404 File Not Found", "0,,2", 2},
+      {SiteStatus::iUp, "Site OK", "0,,1", 2},
+      {SiteStatus::iWarning, "4xx Request Error Response Received", "0,,4", 2},
   };
   for (const auto& aPass : aPasses) {
     b.Engine.mF_StartCheck_Click();
-    EXPECT_EQ(b.Site(1).Status, aPass.iStatus);
+    EXPECT_EQ(Site(1).Status, aPass.iStatus);
     EXPECT_EQ(b.View.aLights[1], aPass.iStatus);
     EXPECT_EQ(b.View.aRemarks[1], aPass.szRemark);
     const auto aLog = b.Log();
@@ -33,11 +35,12 @@ TEST(Recording, FailuresMoveASiteToDownAndASuccessBringsItBack) {
     EXPECT_EQ(aLog[aLog.size() - 2],
               std::string("11/15/1999 5:44:21 PM,http://SERVER/x,") + aPass.szRemark + "," + aPass.szLogTail);
     EXPECT_EQ(b.View.lBells, aPass.lBells);
-    EXPECT_EQ(Schedule::NextPanelText(), aPass.iStatus == 2 ? "Next: 5:59:21 PM" : "Next: 6:44:21 PM");
+    EXPECT_EQ(Schedule::NextPanelText(),
+              aPass.iStatus == SiteStatus::iWarning ? "Next: 5:59:21 PM" : "Next: 6:44:21 PM");
   }
   modAddress::LoadSites(true, true);
-  EXPECT_EQ(b.Site(1).Status, 2);
-  EXPECT_EQ(b.Site(1).Comments, "4xx Request Error Response Received");
+  EXPECT_EQ(Site(1).Status, SiteStatus::iWarning);
+  EXPECT_EQ(Site(1).Comments, "4xx Request Error Response Received");
 }
 
 TEST(Recording, TheSecondFailureIsTriedByIPAddress) {
@@ -52,16 +55,15 @@ TEST(Recording, TheSecondFailureIsTriedByIPAddress) {
       {{Fault::Send("\r\nno http\r\n")}, {Fault::Send("nor here")}, szNoCode, szNoCode, false},
   };
   for (const auto& aCase : aCases) {
-    Bench b;
+    PassFixture b;
     b.Server.Serve("/x", aCase.aByName);
     b.Server.Serve("/", aCase.aByIP);
-    b.Add(b.Server.Site("/x"), b.Server.Address(), 2);
-    b.Engine.iDoubleTakeResult2 = 1;  // left by another site whose address answered
+    b.Add(b.Server.Site("/x"), b.Server.Address(), SiteStatus::iWarning);
     b.Engine.mF_StartCheck_Click();
-    EXPECT_EQ(b.Site(1).Status, 3);
+    EXPECT_EQ(Site(1).Status, SiteStatus::iDown);
     EXPECT_EQ(b.View.aRemarks[1],
               aCase.szFirst + (aCase.bAnswered ? " (IP Check: OK)" : " (IP Check: Error)"));
-    EXPECT_EQ(b.Site(1).Comments, aCase.szFirst + " (IP Check Status: " + aCase.szSecond + ")");
+    EXPECT_EQ(Site(1).Comments, aCase.szFirst + " (IP Check Status: " + aCase.szSecond + ")");
     EXPECT_TRUE(b.View.Has("progress IP Check: http://" + b.Server.Address()));
     ASSERT_EQ(b.Log().size(), 3U) << "one entry for both requests";
     EXPECT_EQ(b.Log()[1], "11/15/1999 5:44:21 PM,(1) http://SERVER/x<BR>(2) http://SERVER,(1) " +
@@ -69,7 +71,6 @@ TEST(Recording, TheSecondFailureIsTriedByIPAddress) {
                               ",0,<SPAN class=\"Emphasis\">IP Check Performed</SPAN>; E-mail Notification "
                               "Failed (Missing e-mail address and SMTP),2");
     EXPECT_EQ(b.View.lBells, 1);
-    EXPECT_FALSE(b.Engine.bInetDoubleCheck);
     b.Engine.mF_StartCheck_Click();
     EXPECT_EQ(b.Server.Count("/"), 1U) << "a site that is down already is not tried by IP again";
   }
@@ -77,9 +78,10 @@ TEST(Recording, TheSecondFailureIsTriedByIPAddress) {
 
 TEST(Recording, TimeOutsByNameAndByIPMakeOneEntryEach) {
   for (const bool bWithIP : {false, true}) {
-    Bench b;
+    PassFixture b;
     b.Server.Serve("*", {Fault::Hang()});
-    b.Add(b.Server.Site("/x"), bWithIP ? b.Server.Address() : "", bWithIP ? 2 : 4);
+    b.Add(b.Server.Site("/x"), bWithIP ? b.Server.Address() : "",
+          bWithIP ? SiteStatus::iWarning : SiteStatus::iNotKnown);
     b.View.OnPump = [&b, lSeen = std::size_t{0}]() mutable {
       if (b.Server.Count() == lSeen) return;
       lSeen = b.Server.Count();
@@ -89,8 +91,8 @@ TEST(Recording, TimeOutsByNameAndByIPMakeOneEntryEach) {
     b.Engine.mF_StartCheck_Click();
     b.Engine.TimerMain_Timer();
     EXPECT_EQ(b.Server.Count(), bWithIP ? 2U : 1U);
-    EXPECT_EQ(b.Site(1).Status, bWithIP ? 3 : 2);
-    EXPECT_EQ(b.Engine.RequestTimeOut, 0);
+    EXPECT_EQ(Site(1).Status, bWithIP ? SiteStatus::iDown : SiteStatus::iWarning);
+    EXPECT_EQ(b.Engine.State(), PassState::Idle);
     ASSERT_EQ(b.Log().size(), 3U);
     EXPECT_NE(b.Log()[1].find(bWithIP ? ",(1) Request Timed-Out<BR>(2) Request Timed-Out,2,"
                                       : ",Request Timed-Out,31,,4"),
@@ -101,7 +103,7 @@ TEST(Recording, TimeOutsByNameAndByIPMakeOneEntryEach) {
 
 // The tick may come late, from under an open menu. What the server answered in time counts.
 TEST(Recording, AnAnswerThatLiesReadyIsHeardBeforeTheDeadlineIsLookedAt) {
-  Bench b;
+  PassFixture b;
   b.Add(b.Server.Site("/x"));
   b.View.OnPump = [&b] {
     if (b.Server.Count() == 0 || !b.Server.WaitUntilIdle(0)) return;
@@ -109,7 +111,7 @@ TEST(Recording, AnAnswerThatLiesReadyIsHeardBeforeTheDeadlineIsLookedAt) {
     b.Engine.TimerMain_Timer();
   };
   b.Engine.mF_StartCheck_Click();
-  EXPECT_EQ(b.Site(1).Status, 1);
+  EXPECT_EQ(Site(1).Status, SiteStatus::iUp);
   EXPECT_EQ(b.Log().size(), 3U);
 }
 
@@ -125,14 +127,14 @@ TEST(Recording, TheMailServersFaultStandsInTheLogAndNotInTheList) {
       {Stage::Text, Smtp::Say("554 refused"), szFailed},
   };
   for (const auto& aCase : aCases) {
-    Bench b;
+    PassFixture b;
     SmtpServer aMail;
     aMail.At(aCase.iStage, aCase.aAct);
     Settings.Email = "m@example.org";
     Settings.SMTP = "127.0.0.1";
     Settings.SMTPPort = aMail.Port();
     b.Server.Serve("/x", Status("404 x"));
-    b.Add(b.Server.Site("/x"), "", 2);
+    b.Add(b.Server.Site("/x"), "", SiteStatus::iWarning);
     b.Engine.mF_StartCheck_Click();
     b.Engine.mF_StartCheck_Click();
     ASSERT_EQ(b.Log().size(), 6U);
@@ -144,16 +146,15 @@ TEST(Recording, TheMailServersFaultStandsInTheLogAndNotInTheList) {
 }
 
 TEST(Recording, AnAlertWithoutATextStillLeavesAnEntry) {
-  Bench b;
+  PassFixture b;
   Settings.Email = "m@example.org";
   Settings.SMTP = "127.0.0.1";
   b.Server.Serve("*", Status("418 x"));
-  b.Add(b.Server.Site("/x"), b.Server.Address(), 2);
+  b.Add(b.Server.Site("/x"), b.Server.Address(), SiteStatus::iWarning);
   b.Engine.mF_StartCheck_Click();
-  EXPECT_EQ(b.Site(1).Status, 3);
-  EXPECT_FALSE(b.Engine.bInetDoubleCheck);
+  EXPECT_EQ(Site(1).Status, SiteStatus::iDown);
   ASSERT_EQ(b.Log().size(), 3U);
   EXPECT_EQ(b.Log()[1].find("E-mail"), std::string::npos);
   modAddress::LoadSites(true, true);
-  EXPECT_EQ(b.Site(1).Status, 2) << "what follows the alert is left out, the save too";
+  EXPECT_EQ(Site(1).Status, SiteStatus::iWarning) << "what follows the alert is left out, the save too";
 }

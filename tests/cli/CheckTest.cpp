@@ -47,7 +47,8 @@ TEST_F(Cli, NothingThatAServerSendsReachesTheTerminalAsAControl) {
     szList += ListOf({aServer.Site(szPath)});
   }
   ImportList(szList);
-  modAddress::WriteSiteRecord({"", aServer.Site("/" + szEvil), 4, 1, 10, ""}, 9);
+  modAddress::WriteSiteRecord(
+      {"", aServer.Site("/" + szEvil), SiteStatus::iNotKnown, SiteRecord::iEnabled, 10, ""}, 9);
   for (const char* szVerb : {"check", "check", "list"}) {
     const Result aResult = Run({szVerb});
     EXPECT_FALSE(HasTerminalControls(aResult.szOutput + aResult.szErrors)) << aResult.szOutput;

@@ -1,6 +1,6 @@
 // watch as kestrova-cli runs it, on a clock that goes on by half a minute whenever the program waits between
 // two passes: so a test meets its passes within moments. Requests keep their true time.
-#include "cli/Commands.h"
+#include "cli/CliCommands.h"
 #include "platform/Clock.h"
 
 namespace {
@@ -26,5 +26,5 @@ class HurriedClock : public Clock::Source {
 int main() {
   HurriedClock aClock;
   Clock::Replace(&aClock);
-  return Commands::Watch();
+  return CliCommands::Watch();
 }

@@ -118,7 +118,7 @@ TEST(AddressRulesTest, StoresWhereItBelongsAndSurvivesARestart) {
     const TestHome aHome;
     StoreSites({{"1.1.1.1", "a", 1, 1, 60, ""}, {"", "B\\c", 1, 1, 60, ""}, {"", "d", 1, 1, 60, ""}});
     Open(aCase.lSlot);
-    aSites[1].Status = 3;  // a pass that ran while the editor was open
+    modAddress::SetStatus(1, SiteStatus::iDown);  // a pass that ran while the editor was open
     const auto aResult = Store(aCase.aRecord);
     EXPECT_EQ(aResult.bAddressChanged, aCase.bAddressChanged) << aCase.szRow;
     EXPECT_EQ(Shown(aResult.lSlot), aCase.szRow);

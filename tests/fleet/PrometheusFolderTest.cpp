@@ -27,7 +27,7 @@ class Folder : public testing::Test {
     });
   }
   static SiteRecord Site(const std::string& szURL, std::int32_t lTimeOut = 60, const std::string& szIP = "") {
-    return {szIP, szURL, 4, 1, lTimeOut, ""};
+    return {szIP, szURL, SiteStatus::iNotKnown, SiteRecord::iEnabled, lTimeOut, ""};
   }
   std::string Read(const std::string& szName) const { return aHome.Read("p/" + szName); }
   nlohmann::json Targets(const std::string& szName = "targets.json") const {
@@ -41,7 +41,7 @@ class Folder : public testing::Test {
 
 TEST_F(Folder, TargetsAreTheEnabledSitesWhateverTheirNamesHold) {
   SiteRecord aOff = Site("off.test");
-  aOff.Enabled = 0;
+  aOff.Enabled = SiteRecord::iDisabled;
   const auto aReport = Write({Site("www.a.test/x y", 5, "192.0.2.1"), aOff,
                               Site("b.test/\"q\\\xE4\x01", 99999), Site(" ", 5, "192.0.2.7"), Site("  ")});
   ASSERT_EQ(aReport.iResult, Result::Done) << aReport.szFile;

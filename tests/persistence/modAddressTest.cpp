@@ -37,11 +37,11 @@ TEST_F(modAddressTest, StartNumbersTheSitesAndForgetsTheirStates) {
   EXPECT_EQ(Get(SiteKey("x"), "Index"), "2");
   EXPECT_EQ(Get(SiteKey("x"), "Status"), "4");
   EXPECT_EQ(Get(SiteKey("x"), "Comments"), "");
-  aSites[2].Status = 3;
-  aSites[2].Comments = "down";
+  modAddress::SetStatus(2, SiteStatus::iDown);
+  modAddress::SetComments(2, "down");
   SaveSite(2, false);
   EXPECT_EQ(LoadSites(true, true), 0);
-  EXPECT_EQ(aSites[2].Status, 3);
+  EXPECT_EQ(aSites[2].Status, SiteStatus::iDown);
   EXPECT_EQ(aSites[2].Comments, "down");
 }
 

@@ -34,12 +34,15 @@ class Client : public Inet {
     Execute(szURL, "GET");
     while (StillExecuting())
       Poll(10);
-    return aStates.empty() ? std::int16_t{0} : aStates.back();
+    return aStates.empty() ? std::int16_t{Inet::None} : aStates.back();
   }
   States aStates;
 };
 
-const States aGood = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 12};
+const States aGood = {Inet::ResolvingHost,     Inet::HostResolved,     Inet::Connecting,
+                      Inet::Connected,         Inet::Requesting,       Inet::RequestSent,
+                      Inet::ReceivingResponse, Inet::ResponseReceived, Inet::Disconnecting,
+                      Inet::Disconnected,      Inet::ResponseCompleted};
 constexpr std::int32_t lAny = -1;
 
 struct OddAnswer {
@@ -93,7 +96,7 @@ TEST(Inet, OddAnswers) {
   for (const OddAnswer& aCase : OddAnswers()) {
     SCOPED_TRACE("row " + std::to_string(++lRow));
     aServer.Serve("*", aCase.aAnswer);
-    EXPECT_EQ(aClient.Get(aServer.URL("/")), aCase.lCode == 0 ? 12 : 11);
+    EXPECT_EQ(aClient.Get(aServer.URL("/")), aCase.lCode == 0 ? Inet::ResponseCompleted : Inet::Error);
     EXPECT_TRUE(aCase.lCode == lAny || aClient.ResponseCode() == aCase.lCode) << aClient.ResponseCode();
     const auto szHeader = aClient.GetHeader();
     if (aCase.szFirstLine) {
@@ -107,7 +110,7 @@ TEST(Inet, OddAnswers) {
       EXPECT_EQ(aClient.aStates, aGood);
     else
       EXPECT_TRUE(std::ranges::is_sorted(aClient.aStates, std::less_equal()));
-    EXPECT_EQ(std::ranges::count_if(aClient.aStates, [](auto iState) { return iState >= 11; }), 1);
+    EXPECT_EQ(std::ranges::count_if(aClient.aStates, [](auto iState) { return iState >= Inet::Error; }), 1);
   }
   EXPECT_EQ(aServer.Count(), lRow) << "a request was repeated or a redirect followed";
 }
@@ -119,15 +122,19 @@ TEST(Inet, ConnectionsThatDoNotStand) {
     States aStates;
     std::vector<std::string> aURLs;
   } const aCases[] = {
-      {7, {1, 2, 3, 11}, {"http://127.0.0.1:" + szPort + "/", "http://[::1]:" + szPort}},
-      {6, {1, 11}, {"http://nowhere.invalid/"}},  // the resolver says no at once
-      {1, {11}, {"https://127.0.0.1:" + szPort, "ftp://127.0.0.1:" + szPort}},
-      {3, {11}, {"", "http://", "http://a b/", "http://127.0.0.1\0.example"s, "http://127.0.0.1:99999/"}},
+      {7,
+       {Inet::ResolvingHost, Inet::HostResolved, Inet::Connecting, Inet::Error},
+       {"http://127.0.0.1:" + szPort + "/", "http://[::1]:" + szPort}},
+      {6, {Inet::ResolvingHost, Inet::Error}, {"http://nowhere.invalid/"}},  // the resolver says no at once
+      {1, {Inet::Error}, {"https://127.0.0.1:" + szPort, "ftp://127.0.0.1:" + szPort}},
+      {3,
+       {Inet::Error},
+       {"", "http://", "http://a b/", "http://127.0.0.1\0.example"s, "http://127.0.0.1:99999/"}},
   };
   Client aClient;
   for (const auto& aCase : aCases)
     for (const auto& szURL : aCase.aURLs) {
-      EXPECT_EQ(aClient.Get(szURL), 11) << szURL;
+      EXPECT_EQ(aClient.Get(szURL), Inet::Error) << szURL;
       EXPECT_EQ(aClient.ResponseCode(), aCase.lCode) << szURL;
       EXPECT_EQ(aClient.aStates, aCase.aStates) << szURL;
       EXPECT_TRUE(aClient.GetHeader().empty() && !aClient.TimedOut());
@@ -162,7 +169,7 @@ TEST(Inet, TimeLimits) {
       aClient.Poll(1);
   EXPECT_LT(aWatch.Seconds(), 5);
   for (std::size_t i = 0; i < aClients.size(); ++i) {
-    EXPECT_TRUE(!aClients[i].aStates.empty() && aClients[i].aStates.back() == 11) << i;
+    EXPECT_TRUE(!aClients[i].aStates.empty() && aClients[i].aStates.back() == Inet::Error) << i;
     if (i == 0) continue;  // a system may refuse what the deaf port leaves hanging
     EXPECT_TRUE(aClients[i].TimedOut() && aClients[i].ResponseCode() == 28) << i;
   }
@@ -173,11 +180,11 @@ TEST(Inet, TimeLimits) {
 TEST(Inet, CancelInEveryState) {
   FaultServer aServer;
   aServer.Serve("/hang", {Fault::Send("HTTP/1.1 200 OK\r\n\r\n"), Fault::Hang()});
-  for (std::int16_t iCancelAt = 0; iCancelAt <= 7; ++iCancelAt) {
+  for (std::int16_t iCancelAt = Inet::None; iCancelAt <= Inet::ReceivingResponse; ++iCancelAt) {
     for (const bool bFromHandler : {false, true}) {
       SCOPED_TRACE(iCancelAt);
       Client aClient;
-      bool bReached = iCancelAt == 0;
+      bool bReached = iCancelAt == Inet::None;
       aClient.StateChanged = [&](std::int16_t iState) {
         aClient.aStates.push_back(iState);
         if (bReached || iState != iCancelAt) return;
@@ -193,7 +200,7 @@ TEST(Inet, CancelInEveryState) {
       EXPECT_TRUE(!bFromHandler || aBefore.size() == static_cast<std::size_t>(iCancelAt));
       aClient.Poll(0);
       EXPECT_EQ(aClient.aStates, aBefore);
-      EXPECT_EQ(aClient.Get(aServer.URL("/")), 12);
+      EXPECT_EQ(aClient.Get(aServer.URL("/")), Inet::ResponseCompleted);
       EXPECT_EQ(aClient.aStates, aGood);
     }
   }
@@ -209,7 +216,7 @@ TEST(Inet, HandlersMayStartRequestsAndThrow) {
   States aEnds;
   aClient.StateChanged = [&](std::int16_t iState) {
     aClient.Poll(10);  // a window that repaints may come back here
-    if (iState >= 11) {
+    if (iState >= Inet::Error) {
       EXPECT_FALSE(aClient.StillExecuting());
       aEnds.push_back(iState);
       if (aEnds.size() == 1) aClient.Execute(aServer.URL("/"), "GET");
@@ -223,7 +230,7 @@ TEST(Inet, HandlersMayStartRequestsAndThrow) {
       aClient.Poll(10);
     } catch (const std::runtime_error&) {
     }
-  EXPECT_EQ(aEnds, (States{12, 12, 11}));
+  EXPECT_EQ(aEnds, (States{Inet::ResponseCompleted, Inet::ResponseCompleted, Inet::Error}));
 }
 
 TEST(Inet, WhatIsAsked) {
@@ -237,7 +244,7 @@ TEST(Inet, WhatIsAsked) {
       {"?q=1#part", "/?q=1"},
   };
   for (const auto& [szURL, szAsked] : aCases) {
-    EXPECT_EQ(aClient.Get(aServer.URL(szURL)), 12) << szURL;
+    EXPECT_EQ(aClient.Get(aServer.URL(szURL)), Inet::ResponseCompleted) << szURL;
     EXPECT_EQ(aServer.Requests().back().szPath, szAsked);
   }
 }

@@ -24,11 +24,17 @@ using Stage = SmtpServer::Stage;
 
 const std::string szAddress = "ops@example.com";
 
-std::int32_t Send(std::int32_t lPort, const std::string& szBody = "body\r\n",
+std::int32_t Send(MailCall& aCall, std::int32_t lPort, const std::string& szBody = "body\r\n",
                   const std::string& szTo = szAddress, const std::string& szServer = "127.0.0.1",
                   const std::string& szSubject = "Kestrova Alert") {
   return SendForm3("", szServer, lPort, szTo, "", "Kestrova <" + szTo + ">", szTo, szSubject, szBody, "", 0,
-                   0, "US", "SendForm 3.0");
+                   0, "US", "SendForm 3.0", aCall);
+}
+std::int32_t Send(std::int32_t lPort, const std::string& szBody = "body\r\n",
+                  const std::string& szTo = szAddress, const std::string& szServer = "127.0.0.1",
+                  const std::string& szSubject = "Kestrova Alert") {
+  MailCall aCall;
+  return Send(aCall, lPort, szBody, szTo, szServer, szSubject);
 }
 
 TEST(SendForm3, BodiesAndSubjectsArriveAsTheyAre) {
@@ -94,7 +100,6 @@ TEST(SendForm3, RefusedBeforeConnecting) {
 }
 
 TEST(SendForm3, FaultyServers) {
-  SendForm3_SetLimit(2);
   const std::string szMore = "250-more\r\n", szTaken = "250 2.0.0 taken";
   struct Case {
     Stage iStage;
@@ -133,21 +138,21 @@ TEST(SendForm3, FaultyServers) {
       SmtpServer aServer;
       aServer.At(aCase.iStage, aCase.aAct);
       const Stopwatch aWatch;
-      const std::int32_t lResult = Send(aServer.Port());
-      const auto aOutcome = SendForm3_LastOutcome();
-      EXPECT_EQ(lResult == 0, aCase.bSent) << aOutcome.szError;
-      EXPECT_EQ(aOutcome.szError.empty(), aCase.bSent);
+      MailCall aCall{.lSeconds = 2};
+      const std::int32_t lResult = Send(aCall, aServer.Port());
+      EXPECT_EQ(lResult == 0, aCase.bSent) << aCall.szError;
+      EXPECT_EQ(aCall.szError.empty(), aCase.bSent);
       EXPECT_LT(aWatch.Seconds(), 4);
-      EXPECT_EQ(aOutcome.szServerReply, aCase.szReply.value_or(aOutcome.szServerReply));
+      EXPECT_EQ(aCall.szServerReply, aCase.szReply.value_or(aCall.szServerReply));
       EXPECT_LE(aServer.Connections(), 1u);
       const bool bWhole = aCase.iStage == Stage::Text || aCase.iStage == Stage::Quit;
       EXPECT_EQ(aServer.Mails().size(), bWhole ? 1u : 0u);
     });
   const DeafPort aDeaf;
-  EXPECT_NE(Send(aDeaf.Port()), 0);
+  MailCall aCall{.lSeconds = 2};
+  EXPECT_NE(Send(aCall, aDeaf.Port()), 0);
   for (std::thread& aThread : aThreads)
     aThread.join();
-  SendForm3_SetLimit(lSendForm3_DefaultLimit);
 }
 
 }  // namespace

@@ -55,7 +55,7 @@ inline std::string SiteKey(const std::string& szName) {
 
 // A site's key as an earlier run has left it.
 inline void PutSite(const std::string& szURL, std::int32_t lIndex) {
-  modAddress::WriteSiteRecord({"", szURL, 3, 1, 60, "old"}, lIndex);
+  modAddress::WriteSiteRecord({"", szURL, SiteStatus::iDown, SiteRecord::iEnabled, 60, "old"}, lIndex);
 }
 
 // The loaded URLs in slot order, joined by blanks.

@@ -16,7 +16,7 @@ Program::Program(const std::vector<SiteRecord>& aStored, Start iStart) : aClock(
   pMain = modMain::MainWindow();
   if (!pMain) return;
   for (std::size_t i = 0; i < aStored.size() && lSiteCount == static_cast<std::int32_t>(aStored.size()); ++i)
-    aSites[i + 1].Status = aStored[i].Status;
+    modAddress::SetStatus(static_cast<std::int32_t>(i) + 1, aStored[i].Status);
   pMain->Display_lvwMainEx(0);
   EventPump::Run();
   // A window manager gives it the keyboard a moment later, and would take it from what opens meanwhile.

@@ -10,26 +10,6 @@
 #include "platform/curl/RequestUrl.h"
 #include "platform/curl/ResponseHeader.h"
 
-namespace {
-
-// The states in the order of a good request.
-enum State : std::int16_t {
-  ResolvingHost = 1,
-  HostResolved,
-  Connecting,
-  Connected,
-  Requesting,
-  RequestSent,
-  ReceivingResponse,
-  ResponseReceived,
-  Disconnecting,
-  Disconnected,
-  Error,
-  ResponseCompleted
-};
-
-}  // namespace
-
 // One request's life: Execute makes a handle, libcurl's callbacks note how far it came, Finish turns the
 // result into the last states, and Deliver hands states out once libcurl is no longer on the stack. The
 // handle is new for every request: this libcurl's reused handles can be made to read freed memory by a

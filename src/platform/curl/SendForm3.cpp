@@ -1,7 +1,6 @@
 #include "platform/SendForm3.h"
 
 #include <algorithm>
-#include <atomic>
 #include <chrono>
 #include <cstddef>
 #include <string_view>
@@ -15,16 +14,6 @@ namespace {
 
 using SteadyClock = std::chrono::steady_clock;
 
-std::atomic<std::int32_t> lLimit = lSendForm3_DefaultLimit;
-// One for each thread, because tests call from several.
-thread_local MailOutcome aLastOutcome;
-
-// libcurl waits for the reply to QUIT after its own time limit has run out, so part of the time is set aside
-// for it. By then the mail is taken or refused: a server that says goodbye late is not worth more.
-std::int32_t SecondsForQuit() {
-  return lLimit >= 8 ? 2 : 1;
-}
-
 bool HasLineEnd(const std::string& szText) {
   return szText.find_first_of(std::string_view("\r\n\0", 3)) != std::string::npos;
 }
@@ -32,8 +21,9 @@ bool HasLineEnd(const std::string& szText) {
 // One connection to the server: what is sent, and what the server said.
 class Exchange {
  public:
-  Exchange(const std::string& szName, std::int32_t lPort)
-      : szServer(Text::Trim(szName)), lServerPort(lPort) {}
+  // lSeconds: limit for all of it, at least 2.
+  Exchange(const std::string& szName, std::int32_t lPort, std::int32_t lSeconds)
+      : szServer(Text::Trim(szName)), lServerPort(lPort), lLimit(lSeconds) {}
   Exchange(const Exchange&) = delete;
   Exchange& operator=(const Exchange&) = delete;
 
@@ -41,6 +31,10 @@ class Exchange {
   const std::string& LastReply() const { return szLastReply; }
 
  private:
+  // libcurl waits for the reply to QUIT after its own time limit has run out, so part of the time is set
+  // aside for it. By then the mail is taken or refused: a server that says goodbye late is not worth more.
+  std::int32_t SecondsForQuit() const { return lLimit >= 8 ? 2 : 1; }
+
   CURLcode SetAddress();
   CURLcode SetOptions(const std::string& szSender, const std::string& szRecipient);
   void TakeReplyLine(std::string_view szLine);
@@ -56,6 +50,7 @@ class Exchange {
 
   std::string szServer;
   std::int32_t lServerPort;
+  std::int32_t lLimit;
   std::string szMessage;
   std::size_t lSent = 0;
   std::string szLastReply;
@@ -172,8 +167,9 @@ int Exchange::OnTrace(CURL* hEasy, curl_infotype iType, char* pBytes, std::size_
   if (iType == CURLINFO_HEADER_OUT && std::string_view(pBytes, lSize).starts_with("QUIT") &&
       !aSelf.bQuitting) {
     aSelf.bQuitting = true;
-    aSelf.aDeadline = SteadyClock::now() + std::chrono::seconds(SecondsForQuit());
-    curl_easy_setopt(hEasy, CURLOPT_SERVER_RESPONSE_TIMEOUT, static_cast<long>(SecondsForQuit()));
+    const std::int32_t lSeconds = aSelf.SecondsForQuit();
+    aSelf.aDeadline = SteadyClock::now() + std::chrono::seconds(lSeconds);
+    curl_easy_setopt(hEasy, CURLOPT_SERVER_RESPONSE_TIMEOUT, long{lSeconds});
   }
   aSelf.StopIfLate();
   return 0;
@@ -205,30 +201,19 @@ std::int32_t SendForm3(const std::string&, const std::string& szServer, std::int
                        const std::string& szSender, const std::string&, const std::string& szFrom,
                        const std::string& szRecipient, const std::string& szSubject,
                        const std::string& szBody, const std::string&, std::int32_t, std::int32_t,
-                       const std::string&, const std::string& szMailer) {
-  aLastOutcome = {};
+                       const std::string&, const std::string& szMailer, MailCall& aCall) {
+  aCall.szServerReply.clear();
+  aCall.szError.clear();
   CURLcode iResult = CURLE_BAD_FUNCTION_ARGUMENT;
   const bool bRefused = szServer.empty() || szSender.empty() || szRecipient.empty() || lPort > 65535 ||
                         HasLineEnd(szServer) || HasLineEnd(szSender) || HasLineEnd(szRecipient) ||
                         HasLineEnd(szFrom);
   if (!bRefused) {
-    Exchange aExchange(szServer, lPort < 1 ? 25 : lPort);
+    Exchange aExchange(szServer, lPort < 1 ? lSmtpPort : lPort, std::max(aCall.lSeconds, 2));
     iResult = aExchange.Run(szSender, szRecipient,
                             MailMessage::Compose(szFrom, szRecipient, szSubject, szBody, szMailer));
-    aLastOutcome.szServerReply = aExchange.LastReply();
+    aCall.szServerReply = aExchange.LastReply();
   }
-  if (iResult != CURLE_OK) aLastOutcome.szError = CurlSupport::FixedText(iResult);
+  if (iResult != CURLE_OK) aCall.szError = CurlSupport::FixedText(iResult);
   return iResult;
-}
-
-const MailOutcome& SendForm3_LastOutcome() {
-  return aLastOutcome;
-}
-
-void SendForm3_SetLimit(std::int32_t lSeconds) {
-  lLimit = std::max(lSeconds, 2);
-}
-
-std::int32_t SendForm3_Limit() {
-  return lLimit;
 }

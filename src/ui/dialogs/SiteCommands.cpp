@@ -21,7 +21,7 @@ std::int32_t SelectedSite(MainHost& aHost) {
 
 bool AskToDelete(MainHost& aHost, std::int32_t n) {
   return Boxes::Ask(aHost.Frame(), LoadResString(IDS_DELETE_QUESTION), wxYES_NO | wxNO_DEFAULT,
-                    LoadResString(IDS_AGENT) + aSites[static_cast<std::size_t>(n)].URL) == wxID_YES;
+                    LoadResString(IDS_AGENT) + modAddress::Site(n).URL) == wxID_YES;
 }
 
 }  // namespace
@@ -41,7 +41,7 @@ void SiteCommands::EditAddress(MainHost& aHost) {
   if (n == 0) return;
   AddressRules::AddressMode = 1;
   AddressRules::AddressIndex = n;
-  AddressRules::EditCopy.assign(1, aSites[static_cast<std::size_t>(n)]);
+  AddressRules::EditCopy.assign(1, modAddress::Site(n));
   (new frmAddress(aHost))->Show();
 }
 

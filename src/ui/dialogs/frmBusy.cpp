@@ -8,7 +8,6 @@
 
 #include <algorithm>
 
-#include "check/CheckEngine.h"
 #include "platform/Clock.h"
 #include "ui/common/TextGlue.h"
 
@@ -18,9 +17,8 @@ constexpr double dPaintInterval = 0.03;  // seconds
 
 frmBusy::frmBusy(MainHost& aHost, const std::string& szTitle, const std::string& szMessage,
                  std::int32_t lRange)
-    : Host(aHost), bWasBusy(aHost.Engine().bListBusy) {
-  Host.Engine().bListBusy = true;
-  wxFrame* pOwner = Host.Frame()->IsShown() ? Host.Frame() : nullptr;
+    : aHold(aHost.Engine()) {
+  wxFrame* pOwner = aHost.Frame()->IsShown() ? aHost.Frame() : nullptr;
   pNotice = new wxFrame(pOwner, wxID_ANY, ToWx(szTitle), wxDefaultPosition, wxDefaultSize,
                         wxCAPTION | wxFRAME_FLOAT_ON_PARENT | wxFRAME_NO_TASKBAR | wxCLIP_CHILDREN);
   auto* pPanel = new wxPanel(pNotice);
@@ -49,7 +47,6 @@ frmBusy::frmBusy(MainHost& aHost, const std::string& szTitle, const std::string&
 frmBusy::~frmBusy() {
   pNotice->Hide();
   pNotice->Destroy();
-  Host.Engine().bListBusy = bWasBusy;
 }
 
 void frmBusy::Message(const std::string& szMessage) {

@@ -1,5 +1,5 @@
 // frmBusy: the small notice shown while the site list is being rewritten, with a bar where the work can be
-// counted. While one lives the engine's bListBusy is set: repainting handles events, timers among them, and
+// counted. While one lives it holds the engine's starters: repainting handles events, timers among them, and
 // no pass and no command may start on a half-written list. Closes when it is destroyed; always a local
 // variable.
 #pragma once
@@ -10,6 +10,7 @@
 #include <string>
 
 #include "base/DateTime.h"
+#include "check/CheckEngine.h"
 #include "ui/common/MainHost.h"
 
 class wxGauge;
@@ -30,10 +31,9 @@ class frmBusy {
   void Repaint();
 
  private:
-  MainHost& Host;
   wxFrame* pNotice;
   wxStaticText* lblMessage;
   wxGauge* pBar = nullptr;
-  bool bWasBusy;
+  const CheckEngine::ListHold aHold;
   DateTime dtLastPaint = 0;  // steady
 };

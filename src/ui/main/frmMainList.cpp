@@ -44,10 +44,10 @@ void frmMain::lvwMain_ContextMenu(wxContextMenuEvent& aEvent) {
 }
 
 bool frmMain::FitsFilters(std::int32_t i) const {
-  const SiteRecord& aSite = aSites[static_cast<std::size_t>(i)];
+  const SiteRecord& aSite = modAddress::Site(i);
   if (ResultFilter >= 1 && ResultFilter <= 3 && aSite.Status != ResultFilter) return false;
-  if (EnabledFilter == 1 && aSite.Enabled != 1) return false;
-  return EnabledFilter != 2 || aSite.Enabled == 0;
+  if (EnabledFilter == 1 && !aSite.TakesPart()) return false;
+  return EnabledFilter != 2 || !aSite.TakesPart();
 }
 
 void frmMain::Display_lvwMainEx(std::int32_t SelectNumber) {
@@ -56,13 +56,13 @@ void frmMain::Display_lvwMainEx(std::int32_t SelectNumber) {
   aRows.reserve(static_cast<std::size_t>(lSiteCount));
   for (std::int32_t i = 1; i <= lSiteCount; ++i) {
     if (!FitsFilters(i)) continue;
-    const SiteRecord& aSite = aSites[static_cast<std::size_t>(i)];
+    const SiteRecord& aSite = modAddress::Site(i);
     SiteList::Row aRow;
     aRow.lSlot = i;
-    aRow.bChecked = aSite.Enabled == 1;
+    aRow.bChecked = aSite.TakesPart();
     if (!aSite.URL.empty()) aRow.szAddress = LoadResString(IDS_AGENT) + aSite.URL;
     aRow.szIP = aSite.IP;
-    if (aRow.bChecked && aSite.Status >= 1 && aSite.Status <= 3) aRow.iLight = aSite.Status;
+    if (aRow.bChecked && SiteStatus::HasLight(aSite.Status)) aRow.iLight = aSite.Status;
     aRow.szRemark = aSite.Comments;
     aRows.push_back(std::move(aRow));
   }
@@ -91,7 +91,7 @@ void frmMain::ShowOnly(std::int16_t iResult, std::int16_t iEnabled) {
 }
 
 void frmMain::imgColors_Click() {
-  if (aEngine.bListBusy) return;
+  if (aEngine.ListBusy()) return;
   ResultFilter = ResultFilter >= 0 && ResultFilter <= 2 ? static_cast<std::int16_t>(ResultFilter + 1)
                  : ResultFilter == 3                    ? static_cast<std::int16_t>(0)
                                                         : static_cast<std::int16_t>(1);
@@ -100,7 +100,7 @@ void frmMain::imgColors_Click() {
 }
 
 void frmMain::imgEnabled_Click() {
-  if (aEngine.bListBusy) return;
+  if (aEngine.ListBusy()) return;
   EnabledFilter = EnabledFilter == 0 || EnabledFilter == 1 ? static_cast<std::int16_t>(EnabledFilter + 1)
                   : EnabledFilter == 2                     ? static_cast<std::int16_t>(0)
                                                            : static_cast<std::int16_t>(1);

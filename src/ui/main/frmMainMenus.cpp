@@ -60,7 +60,7 @@ bool frmMain::CommandAllowed(int lCommand) {
   const Command* pCommand = Commands::Find(lCommand);
   if (!pCommand) return false;
   if (pCommand->lMenu == 0) return true;  // the tray's
-  if (bExiting || aEngine.bListBusy || !IsEnabled()) return false;
+  if (bExiting || aEngine.ListBusy() || !IsEnabled()) return false;
   if (!IsShown() && !bMinimised) return false;  // on Windows it hears keys behind the splash window
   if (pCommand->Has(Commands::Locked) && aEngine.PassRunning()) return false;
   return GetMenuBar()->IsEnabled(lCommand);

@@ -201,7 +201,7 @@ bool modMain::ExitRequested() {
 void modMain::TryExit() {
   if (!bExitRequested || bEnded) return;
   if (pModals && !pModals->Open().empty()) return;
-  if (pMain && (pMain->Engine().PassRunning() || pMain->Engine().bListBusy)) return;
+  if (pMain && (pMain->Engine().PassRunning() || pMain->Engine().ListBusy())) return;
   ShutDown();
 }
 

@@ -1,7 +1,7 @@
 // Alerts through a real mail server (exim, from the package exim4-daemon-light) and back out of the mailbox.
 #include <unistd.h>
 
-#include "alert/AlertBench.h"
+#include "alert/AlertFixture.h"
 #include "platform/Files.h"
 #include "servers/FaultServer.h"
 #include "support/ChildProcess.h"
@@ -19,7 +19,7 @@ constexpr const char* szConfiguration =
     "begin transports\nmailbox:\n  driver = appendfile\n  maildir_format\n  return_path_add\n"
     "  envelope_to_add\n  directory = FOLDER/box\n";
 
-using MailServerTest = AlertBench;
+using MailServerTest = AlertFixture;
 
 TEST_F(MailServerTest, TheMailLiesInTheMailboxAsItWasWrittenUnlessRefused) {
   if (access(szExim, X_OK) != 0) GTEST_SKIP() << "no mail server to test with: install exim4-daemon-light";
@@ -35,9 +35,9 @@ TEST_F(MailServerTest, TheMailLiesInTheMailboxAsItWasWrittenUnlessRefused) {
     szText = Text::Replace(szText, szName, szValue);
   ASSERT_TRUE(Files::WriteWhole(szConfig, szText));
   ASSERT_TRUE(chown(szFolder.c_str(), iUser, iGroup) == 0 && chown(szConfig.c_str(), iUser, iGroup) == 0);
-  Settings.SMTPPort = FaultServer::RefusingPort();
+  aSettings.SMTPPort = FaultServer::RefusingPort();
   std::vector<std::string> aWords{szExim, "-C", szConfig, "-bdf", "-odf", "-oX"};
-  aWords.push_back("127.0.0.1." + std::to_string(Settings.SMTPPort));
+  aWords.push_back("127.0.0.1." + std::to_string(aSettings.SMTPPort));
   if (geteuid() == 0)
     aWords.insert(aWords.begin(), {"setpriv", "--reuid", szUser, "--regid", szGroup, "--clear-groups"});
   ChildProcess aExim("env", aWords);
@@ -51,10 +51,10 @@ TEST_F(MailServerTest, TheMailLiesInTheMailboxAsItWasWrittenUnlessRefused) {
            std::string(1200, 'x')},
       {"refused@example.org", "x"}};
   for (const auto& [szEmail, szTemplate] : aCases) {
-    Settings.Email = szEmail;
+    aSettings.Email = szEmail;
     aHome.Write("Messages/HTTP-500.txt", szTemplate);
     const bool bTaken = szTemplate != "x";
-    EXPECT_EQ(SendEmail("500", 2, aFacts) == 0, bTaken) << Log();
+    EXPECT_EQ(Send("500") == 0, bTaken) << Log();
     const auto aMails = Files::List(szFolder + "/box/new", "");
     ASSERT_EQ(aMails.size(), bTaken ? 1U : 0U) << Log();
     if (!bTaken) continue;

@@ -8,7 +8,7 @@
 #include <map>
 #include <nlohmann/json.hpp>
 
-#include "check/Bench.h"
+#include "check/PassFixture.h"
 #include "fleet/FleetFiles.h"
 #include "fleet/PrometheusFolder.h"
 #include "servers/SmtpServer.h"
@@ -161,7 +161,7 @@ class PrometheusServers : public testing::Test {
     return szAll;
   }
 
-  Bench b;
+  PassFixture b;
   SmtpServer aMail;
   FleetPlan aPlan;
   std::string szFolder = b.Home.Path("p"), szPrometheus;
@@ -171,7 +171,7 @@ class PrometheusServers : public testing::Test {
 TEST_F(PrometheusServers, EveryAnswerIsJudgedAsOnTheDesk) {
   const auto aCases = Catalogue();
   constexpr std::int32_t lTimeOut = 3;
-  const auto AddSite = [&](const std::string& szURL) { b.Site(b.Add(szURL)).TimeOut = lTimeOut; };
+  const auto AddSite = [&](const std::string& szURL) { b.Add(szURL, "", SiteStatus::iNotKnown, lTimeOut); };
   for (const Case& aCase : aCases) {
     b.Server.Serve(PathOf(aCase), aCase.aAnswer);
     AddSite(b.Server.Site(PathOf(aCase)));
@@ -200,13 +200,13 @@ TEST_F(PrometheusServers, EveryAnswerIsJudgedAsOnTheDesk) {
                       }))
       << aProbed.size() << Complaints();
   for (std::int32_t n = 1; n <= lSiteCount; ++n) {
-    const SiteRecord& aSite = b.Site(n);
-    const bool bDesk = aSite.Status == 1;
+    const SiteRecord& aSite = modAddress::Site(n);
+    const bool bDesk = aSite.Status == SiteStatus::iUp;
     const auto i = static_cast<std::size_t>(n - 1);
     const bool bOtherwise = i < aCases.size() && aCases[i].bJudgedOtherwise;
     EXPECT_EQ(aProbed.at(aSite.URL) == 1, bDesk != bOtherwise) << aSite.URL << ": " << aSite.Comments;
   }
-  EXPECT_EQ(b.Site(1).Status, 1);
+  EXPECT_EQ(modAddress::Site(1).Status, SiteStatus::iUp);
 }
 
 // Fails once, recovers, fails three times, recovers, fails twice.
@@ -223,7 +223,8 @@ TEST_F(PrometheusServers, OneMailForEachOutageOfASiteThatFlaps) {
                      {"404", "Dear %MGRNAME%,\r\n{{ %url% }} is gone (%TIMEOUT%).\r\n"},
                      {"5xx", "%URL% is broken."},
                      {"answered", "PS. %IP% answered."}};
-  SiteRecord aSite{b.Server.Address(), b.Server.Site("/flaps"), 4, 1, 1, ""};
+  SiteRecord aSite{
+      b.Server.Address(), b.Server.Site("/flaps"), SiteStatus::iNotKnown, SiteRecord::iEnabled, 1, ""};
   Export({aSite});
   ExpectContent("promtool check config prometheus.yml");
   ExpectContent("promtool check rules rules.yml");

@@ -67,7 +67,7 @@ TEST(Exchange, ImportTakesGoodFilesAndRefusesTheRestWhole) {
     EXPECT_EQ(aAnswers.aSaid, aCase.aSaid);
     EXPECT_EQ(Stored::Urls(), aCase.szUrls);
     EXPECT_EQ(aProgram.RowText(1), aCase.szRow1);
-    EXPECT_FALSE(aProgram.Main().Engine().bListBusy);
+    EXPECT_FALSE(aProgram.Main().Engine().ListBusy());
   }
 }
 

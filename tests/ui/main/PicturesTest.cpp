@@ -74,8 +74,8 @@ void SaveMain(Program& aProgram) {
   frmMain& aMain = aProgram.Main();
   const char* const aRemarks[] = {"Site OK", "Site OK", "Request Timed-Out",
                                   "404 File Not Found (IP Check: OK)", "Site OK"};
-  for (std::size_t i = 0; i < std::size(aRemarks); ++i)
-    aSites[i + 1].Comments = aRemarks[i];
+  for (std::int32_t n = 0; const char* szRemark : aRemarks)
+    modAddress::SetComments(++n, szRemark);
   aMain.SetSize(wxSize(720, 360));
   aMain.Display_lvwMain(4);
   aMain.ShowPanel(3, "Last: 11:58:30 AM");
@@ -148,7 +148,8 @@ TEST(Pictures, OfTheWindowsWithNothingAndWithLongTexts) {
   }
   const std::string szLong = "www." + std::string(60, 'w') + ".example.com/" + std::string(140, 'p');
   Program aProgram({Site(szLong, 1, 3, "198.51.100.107")});
-  aSites[1].Comments = "503 " + std::string(20, 'S') + " Unavailable (IP Check Status: 404 File Not Found)";
+  modAddress::SetComments(
+      1, "503 " + std::string(20, 'S') + " Unavailable (IP Check Status: 404 File Not Found)");
   aProgram.Main().Display_lvwMain(1);
   Save("main-long", &aProgram.Main());
   SaveProgress("progress-long", aProgram.Main(), szLong);

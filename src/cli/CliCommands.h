@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace Commands {
+namespace CliCommands {
 
 // One pass now, or passes on the schedule until interrupted. Both hold the single-instance lock.
 int Check(bool bRestart);
@@ -31,4 +31,4 @@ int Log(const std::vector<std::string>& aFiles, const std::string& szHtml, const
 int AlertPreview(const std::string& szCode, std::int32_t lSite);
 int AlertTest();
 
-}  // namespace Commands
+}  // namespace CliCommands

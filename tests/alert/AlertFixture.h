@@ -5,24 +5,19 @@
 
 #include "alert/AlertSender.h"
 #include "base/Text.h"
-#include "persistence/Settings.h"
-#include "persistence/modAddress.h"
 #include "servers/SmtpServer.h"
 #include "support/TestHome.h"
 
-class AlertBench : public testing::Test {
+class AlertFixture : public testing::Test {
  protected:
-  AlertBench() {
-    Settings = {};
-    Settings.Name = "Ada";
-    Settings.Email = "manager@example.org";
-    Settings.SMTP = "127.0.0.1";
-    Settings.SMTPPort = aServer.Port();
-    aSites.assign(3, {});
-    aSites[2].IP = "192.0.2.7";
-    aSites[2].URL = "www.example.org/shop";
-    aSites[2].TimeOut = 30;
-    lSiteCount = 2;
+  AlertFixture() {
+    aSettings.Name = "Ada";
+    aSettings.Email = "manager@example.org";
+    aSettings.SMTP = "127.0.0.1";
+    aSettings.SMTPPort = aServer.Port();
+    aSite.IP = "192.0.2.7";
+    aSite.URL = "www.example.org/shop";
+    aSite.TimeOut = 30;
     aFacts.szRequestURL = "http://www.example.org/shop";
     aFacts.szResponseInfo = "Couldn't connect to server";
     aFacts.lResponseCode = 7;
@@ -30,9 +25,12 @@ class AlertBench : public testing::Test {
   }
 
   std::string Parse(const std::string& szText) const {
-    return AlertText::ParseEmailContent(szText, 2, aFacts);
+    return AlertText::ParseEmailContent(szText, aSite, aSettings, aFacts);
   }
-  std::string Compose(const std::string& szCode) const { return AlertText::ComposeBody(szCode, 2, aFacts); }
+  std::string Compose(const std::string& szCode) const {
+    return AlertText::ComposeBody(szCode, aSite, aSettings, aFacts);
+  }
+  std::int32_t Send(const std::string& szCode) const { return SendEmail(szCode, aSite, aSettings, aFacts); }
   void CheckedByIP(bool bAnswered) {
     aFacts.bIPCheckPerformed = true;
     aFacts.bIPAnswered = bAnswered;
@@ -41,5 +39,7 @@ class AlertBench : public testing::Test {
 
   TestHome aHome;
   SmtpServer aServer;
+  SiteRecord aSite;
+  SettingsRecord aSettings;
   CheckFacts aFacts;
 };

@@ -15,7 +15,7 @@
 #include "support/RecordingView.h"
 #include "support/TestHome.h"
 
-struct Bench {
+struct PassFixture {
   TestHome Home;
   TestBoxes Boxes;
   StandingClock aClock{JoinDateTime({1999, 11, 15, 17, 44, 21})};
@@ -23,7 +23,7 @@ struct Bench {
   RecordingView View;
   CheckEngine Engine{View};
 
-  Bench() {
+  PassFixture() {
     Settings = {};
     Settings.Interval = 60;
     Settings.Warning = 15;
@@ -36,15 +36,13 @@ struct Bench {
     CheckLog::CurrentEntry = {};
   }
 
-  std::int32_t Add(const std::string& szURL, const std::string& szIP = "", std::uint8_t iStatus = 4) {
-    if (aSites.empty()) aSites.resize(1);
-    aSites.push_back({szIP, szURL, iStatus, 1, 30, ""});
-    ++lSiteCount;
+  std::int32_t Add(const std::string& szURL, const std::string& szIP = "",
+                   std::uint8_t iStatus = SiteStatus::iNotKnown, std::int32_t lTimeOut = 30) {
+    modAddress::AddSite({szIP, szURL, iStatus, SiteRecord::iEnabled, lTimeOut, ""});
     modAddress::SaveSite(lSiteCount, true);
     modAddress::SetSiteCount(lSiteCount);
     return lSiteCount;
   }
-  SiteRecord& Site(std::int32_t n) { return aSites[static_cast<std::size_t>(n)]; }
 
   void AddPaths(int lCount) {
     for (int i = 1; i <= lCount; ++i)
