@@ -25,8 +25,16 @@ const Start& Started() {
 
 }  // namespace
 
+std::int32_t Clock::Source::MinutesEastOfUtc(DateTime dtLocal) {
+  return System().MinutesEastOfUtc(dtLocal);
+}
+
 DateTime Clock::Now() {
   return Current().WallTime();
+}
+
+std::int32_t Clock::MinutesEastOfUtc(DateTime dtLocal) {
+  return Current().MinutesEastOfUtc(dtLocal);
 }
 
 DateTime Clock::SteadyNow() {

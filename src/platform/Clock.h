@@ -11,13 +11,18 @@ namespace Clock {
 class Source {
  public:
   virtual ~Source() = default;
-  virtual DateTime WallTime() = 0;         // local time
+  virtual DateTime WallTime() = 0;  // local time
+  // How many minutes local time is ahead of UTC at that local time, negative where it is behind. As on this
+  // machine, unless a source lives somewhere else.
+  virtual std::int32_t MinutesEastOfUtc(DateTime dtLocal);
   virtual double SteadySeconds() = 0;      // never set, may stand still while the machine sleeps
   virtual double BootSeconds() = 0;        // never set, counts sleep
   virtual void Wait(double dSeconds) = 0;  // returns after about that time
 };
 
-DateTime Now();        // wall clock, whole seconds and fractions
+DateTime Now();  // wall clock, whole seconds and fractions
+// Minutes that hold at that local time; where the hour comes twice, those that hold at present are preferred.
+std::int32_t MinutesEastOfUtc(DateTime dtLocal);
 DateTime SteadyNow();  // wall time at the first use plus steady seconds since
 DateTime BootNow();    // wall time at the first use plus boot seconds since
 void Wait(double dSeconds);

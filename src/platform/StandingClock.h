@@ -1,5 +1,6 @@
 // StandingClock: a clock that stands still until told otherwise; Wait moves it on. It is the clock of the
-// whole process while it lives. For the demonstration, whose week takes seconds, and for tests.
+// whole process while it lives, in the machine's own time zone. For the demonstration, whose week takes
+// seconds, and for tests.
 #pragma once
 
 #include "platform/Clock.h"

@@ -13,6 +13,13 @@
 TEST(DemoWeek, IsToldByItsPage) {
   TestHome aHome;
   EXPECT_EQ(DemoWeek::Play(aHome.Path("week"), std::floor(dtMonday)), 326U);
+  const std::string szMails = aHome.Path("week") + Files::chSeparator + "mails";
+  const auto aMails = Files::List(szMails, ".eml");
+  EXPECT_EQ(aMails.size(), 10U);
+  for (const auto& szName : aMails)
+    EXPECT_NE(Files::ReadWhole(szMails + Files::chSeparator + szName, 65536).value_or("").find(" Jan 2026 "),
+              std::string::npos)
+        << szName << " does not bear the date on which it went out";
   LogHistory aHistory;
   ASSERT_TRUE(aHistory.Open({aHome.Path("week") + Files::chSeparator + "Logs"}));
   const auto aSummary = Summarise(aHistory);

@@ -2,16 +2,15 @@
 
 #include <algorithm>
 #include <cctype>
-#include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <random>
 #include <string_view>
 #include <vector>
 
 #include "base/Utf8.h"
+#include "platform/Clock.h"
 
 namespace {
 
@@ -112,23 +111,16 @@ std::string QuotedPrintable(std::string_view szLine) {
 }
 
 // RFC 5322 section 3.3, with the offset from UTC that holds at that time.
-std::string DateText(std::time_t lMoment) {
-  using namespace std::chrono;
-  const std::tm aLocal = *std::localtime(&lMoment);
-  const std::tm aUtc = *std::gmtime(&lMoment);
-  const auto Minutes = [](const std::tm& aTime) {
-    const auto aDay = year{aTime.tm_year + 1900} / (aTime.tm_mon + 1) / aTime.tm_mday;
-    const auto lDays = static_cast<long>(sys_days{aDay}.time_since_epoch().count());
-    return lDays * 1440L + aTime.tm_hour * 60L + aTime.tm_min;
-  };
-  const auto lOffset = static_cast<long>(Minutes(aLocal) - Minutes(aUtc));
+std::string DateText(DateTime dtMoment) {
   static constexpr const char* aDays[] = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
   static constexpr const char* aMonths[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                             "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+  const DateParts aParts = SplitDateTime(dtMoment);
+  const std::int32_t lOffset = Clock::MinutesEastOfUtc(dtMoment);
   char aText[80];
-  std::snprintf(aText, sizeof aText, "%s, %d %s %d %02d:%02d:%02d %c%02ld%02ld", aDays[aLocal.tm_wday],
-                aLocal.tm_mday, aMonths[aLocal.tm_mon], aLocal.tm_year + 1900, aLocal.tm_hour, aLocal.tm_min,
-                aLocal.tm_sec, lOffset < 0 ? '-' : '+', std::labs(lOffset) / 60, std::labs(lOffset) % 60);
+  std::snprintf(aText, sizeof aText, "%s, %d %s %d %02d:%02d:%02d %c%02d%02d", aDays[aParts.lWeekday - 1],
+                aParts.lDay, aMonths[aParts.lMonth - 1], aParts.lYear, aParts.lHour, aParts.lMinute,
+                aParts.lSecond, lOffset < 0 ? '-' : '+', std::abs(lOffset) / 60, std::abs(lOffset) % 60);
   return aText;
 }
 
@@ -156,7 +148,7 @@ std::string MailMessage::Compose(const std::string& szFrom, const std::string& s
   if (!bPlain) aLines = Lines(szReadable);
 
   std::string szMessage =
-      "Date: " + DateText(std::time(nullptr)) + "\r\nFrom: " + FromText(szFrom) + "\r\nTo: " + szTo +
+      "Date: " + DateText(Clock::Now()) + "\r\nFrom: " + FromText(szFrom) + "\r\nTo: " + szTo +
       "\r\nSubject: " + HeaderText(szSubject) + "\r\nMessage-ID: " + MessageID(szTo) +
       "\r\nX-Mailer: " + HeaderText(szMailer) +
       "\r\nMIME-Version: 1.0\r\nContent-Type: text/plain; charset=" + (bPlain ? "us-ascii" : "utf-8") +

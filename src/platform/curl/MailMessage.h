@@ -7,9 +7,10 @@
 
 namespace MailMessage {
 
-// The whole message, its lines ended by CR LF, with the present time as its Date and a Message-ID that no
-// other mail has. Body: lines end in CR LF or LF. Bytes that are no UTF-8 are taken for Latin-1. Control
-// characters in the subject and the mailer's name become blanks; szFrom and szTo must hold none.
+// The whole message, its lines ended by CR LF, with the present time of the Clock as its Date and a
+// Message-ID that no other mail has. Body: lines end in CR LF or LF. Bytes that are no UTF-8 are taken for
+// Latin-1. Control characters in the subject and the mailer's name become blanks; szFrom and szTo must hold
+// none.
 std::string Compose(const std::string& szFrom, const std::string& szTo, const std::string& szSubject,
                     const std::string& szBody, const std::string& szMailer);
 

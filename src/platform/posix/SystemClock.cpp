@@ -29,6 +29,28 @@ class SystemSource : public Clock::Source {
     return AddSeconds(dtWhole, static_cast<double>(aTime.tv_nsec) / 1e9);
   }
 
+  std::int32_t MinutesEastOfUtc(DateTime dtLocal) override {
+    const DateParts aParts = SplitDateTime(dtLocal);
+    const time_t lNow = time(nullptr);
+    tzset();
+    tm aNow{};
+    localtime_r(&lNow, &aNow);
+    tm aTried{};
+    for (const int iSummerTime : {aNow.tm_isdst, -1}) {
+      aTried = {};
+      aTried.tm_year = aParts.lYear - 1900;
+      aTried.tm_mon = aParts.lMonth - 1;
+      aTried.tm_mday = aParts.lDay;
+      aTried.tm_hour = aParts.lHour;
+      aTried.tm_min = aParts.lMinute;
+      aTried.tm_sec = aParts.lSecond;
+      aTried.tm_isdst = iSummerTime;
+      mktime(&aTried);  // moves the hour where it was told the wrong kind of time
+      if (aTried.tm_hour == aParts.lHour) break;
+    }
+    return static_cast<std::int32_t>(aTried.tm_gmtoff / 60);
+  }
+
   double SteadySeconds() override { return Seconds(CLOCK_MONOTONIC); }
   double BootSeconds() override { return Seconds(CLOCK_BOOTTIME); }
 
