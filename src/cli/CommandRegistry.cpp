@@ -50,7 +50,10 @@ int CliCommands::RegistryImport(const std::string& szFile) {
   // A file that was written by hand may bring sites without their index.
   std::vector<std::string> aBrought, aLeft;
   modAddress::ListKeyNames(aBrought);
-  modAddress::RebuildSiteIndex();
+  {
+    const Registry::Transaction aEntered(Registry::Written::ByTheOperator);
+    modAddress::RebuildSiteIndex();
+  }
   if (modAddress::LoadSites(true, true) != 0) return Report::iFailed;
   modAddress::ListKeyNames(aLeft);
   Report::Say(FillResString(IDS_CLI_REGISTRY_IMPORTED, {szFile, Report::SiteNumber(lSiteCount)}));

@@ -135,11 +135,14 @@ std::int32_t WriteWholeList() {
   Registry::Transaction aOneCommit(Registry::Written::ByTheOperator);
   RegistryAccess::RegCreatePath(hRoot, ProductKeys::szAddressKey);
   SetSiteCount(lSiteCount);
+  const auto aBefore = aUnsaved;
   std::int32_t lCode = 0;
   for (std::int32_t n = 1; n <= lSiteCount && lCode == 0; ++n)
     lCode = WriteSite(n, true);
   SaveSettings(Settings);
-  return lCode != 0 ? lCode : aOneCommit.Commit();
+  const auto lCommitted = aOneCommit.Commit();
+  if (lCommitted != 0) aUnsaved = aBefore;  // within the bracket each write seemed to succeed
+  return lCode != 0 ? lCode : lCommitted;
 }
 
 void TakeSite(const std::string& szKeyName, SiteRecord aRecord, bool bKeepStatus, bool bKeepComments) {
@@ -319,7 +322,7 @@ std::string SaveAgain() {
 std::int32_t WriteSiteRecord(const SiteRecord& aRecord, std::int32_t lIndex) {
   const auto szKeyName = KeyName(aRecord.URL);
   if (szKeyName.empty()) return 0;
-  Registry::Transaction aOneCommit(Registry::Written::ByTheOperator);
+  Registry::Transaction aOneCommit;
   RegistryAccess::RegCreatePath(hRoot, SiteKey(szKeyName));
   const auto lCode = WriteFields(szKeyName, aRecord, lIndex == 0 ? lImportedIndex : lIndex);
   const auto lCommitted = aOneCommit.Commit();
