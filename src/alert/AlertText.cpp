@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "alert/IPCheckMeaning.h"
 #include "alert/modBackUpEmailContent.h"
 #include "base/Strings.h"
 #include "base/Text.h"
@@ -31,22 +32,32 @@ std::string ReadTemplate(const std::string& szFile) {
   return *std::move(szText);
 }
 
-// The order counts: a value may hold the placeholders that come after its own.
-using Placeholders = std::array<std::pair<std::string_view, std::string>, 8>;
+// The order counts: a value may hold the placeholders that come after its own. The last eight are about the
+// last request.
+using Placeholders = std::array<std::pair<std::string_view, std::string>, 14>;
 
 Placeholders PlaceholderValues(const SiteRecord& aSite, const SettingsRecord& aSettings,
                                const CheckFacts& aFacts) {
   const std::string szAgent = LoadResString(IDS_AGENT);
+  const RequestFacts& aLast = aFacts.Last();
+  const bool bByIP = aFacts.aByIP.has_value();
   return {{
+      {"%FIRSTFAILURE%", aFacts.FirstFailure == 0 ? std::string(LoadResString(IDS_ALERT_TIME_UNKNOWN))
+                                                  : FormatGeneral(aFacts.FirstFailure)},
+      {"%SECONDFAILURE%", FormatGeneral(aFacts.SecondFailure)},
+      {"%RESULT%", aFacts.aByName.szResult},
+      {"%IPRESULT%", bByIP ? aLast.szResult : ""},
+      {"%MEANING%", bByIP ? LoadResString(IPCheckMeaning::Of(aFacts.aByName, aLast)) : TableText()},
+      {"%ANSWER%", aFacts.aByName.szHeader},
       {"%MGRNAME%", Text::IsBlank(aSettings.Name) ? LoadResString(IDS_ALERT_MANAGER) : aSettings.Name},
       // After an IP check the client's last address is the IP; the mail is about the site.
-      {"%URL%", aFacts.bIPCheckPerformed ? szAgent + aSite.URL : aFacts.szRequestURL},
+      {"%URL%", bByIP ? szAgent + aSite.URL : aLast.szURL},
       {"%IP%", szAgent + aSite.IP},
       {"%TIMEOUT%", std::to_string(aSite.TimeOut) + " " + LoadResString(IDS_ALERT_SECONDS)},
-      {"%ERRORINFO%", aFacts.szResponseInfo},
-      {"%ERRORCODE%", std::to_string(aFacts.lResponseCode)},
+      {"%ERRORINFO%", aLast.szErrorText},
+      {"%ERRORCODE%", std::to_string(aLast.lErrorNumber)},
       {"%RESPONSECODE%", ""},
-      {"%HEADER%", aFacts.szHeader},
+      {"%HEADER%", aLast.szHeader},
   }};
 }
 
@@ -145,9 +156,9 @@ std::string AlertText::ParseEmailContent(const std::string& szText, const SiteRe
 std::string AlertText::ComposeBody(const std::string& szCode, const SiteRecord& aSite,
                                    const SettingsRecord& aSettings, const CheckFacts& aFacts) {
   const std::string szBody = BodyTemplate(szCode);
-  if (!aFacts.bIPCheckPerformed) return ParseEmailContent(szBody, aSite, aSettings, aFacts);
+  if (!aFacts.aByIP) return ParseEmailContent(szBody, aSite, aSettings, aFacts);
   const std::string szPostscript =
-      ParseEmailContent(PostscriptTemplate(aFacts.bIPAnswered), aSite, aSettings, aFacts);
+      ParseEmailContent(PostscriptTemplate(aFacts.aByIP->szCode.empty()), aSite, aSettings, aFacts);
   const std::string szFilled = ParseEmailContent(szBody, aSite, aSettings, aFacts);
   // An emptied postscript file is the operator's way of having none.
   return szPostscript.empty() ? szFilled : szFilled + "\r\n\r\n" + szPostscript;

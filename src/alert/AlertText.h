@@ -7,18 +7,9 @@
 #include <stdexcept>
 #include <string>
 
+#include "alert/CheckFacts.h"
 #include "persistence/Settings.h"
 #include "persistence/modAddress.h"
-
-// What the check engine knows of the request that failed.
-struct CheckFacts {
-  bool bIPCheckPerformed = false;  // the site was tried once more by its IP address
-  bool bIPAnswered = false;        // and that attempt succeeded
-  std::string szRequestURL;        // last requested, with "http://"
-  std::string szResponseInfo;      // the client's error text, empty for none
-  std::int32_t lResponseCode = 0;  // the client's error number
-  std::string szHeader;            // raw header of the last response
-};
 
 // No text can be composed for this result; no mail is sent.
 class AlertAbandoned : public std::runtime_error {

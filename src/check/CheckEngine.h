@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <string>
 
 #include "alert/AlertText.h"
@@ -87,11 +88,13 @@ class CheckEngine {
   // iAsked: the request that the outcome belongs to, as the state in which it was in flight.
   void SiteCheckOK(std::int32_t lIndex, PassState iAsked);
   void SiteCheckUpdate(std::int32_t lIndex, PassState iAsked, const Classification& aResult);
-  void RecordBackup(std::int32_t lIndex, const ResultText& aText, std::int16_t iBackupOutcome);
+  void RecordBackup(std::int32_t lIndex, const Classification& aResult);
   void StartBackup(std::int32_t lIndex, const Classification& aResult);
   void RecordOrdinary(std::int32_t lIndex, const Classification& aResult);
-  // aFacts: what is known of the IP check; the rest is asked of the client.
-  void SendAlert(std::int32_t lIndex, const std::string& szCode, CheckFacts aFacts);
+  // What the client knows of the request that has just had this outcome.
+  RequestFacts LastRequest(const Classification& aResult) const;
+  // aFacts: the requests; the times are added.
+  void SendAlert(std::int32_t lIndex, CheckFacts aFacts);
 
   bool RequestInFlight() const;
   void Request(PassState iAsking, const std::string& szAddress, std::int32_t lTimeOut);
@@ -108,6 +111,9 @@ class CheckEngine {
   std::int32_t lCheckIndex = 0;
   bool bPassFailure = false;  // a site was found down during this pass
   Classification FirstCheck;  // the URL's failure while the IP check runs
+  RequestFacts FirstRequest;  // and its request
+  // When each URL failed for the first time, as far as this run has seen it.
+  std::map<std::string, DateTime> aFirstFailures;
   std::int32_t lListHolds = 0;
   bool bQuitting = false;
 };

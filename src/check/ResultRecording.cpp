@@ -14,9 +14,13 @@ void CheckEngine::SiteCheckOK(std::int32_t lIndex, PassState iAsked) {
   if (!modAddress::IsSite(lIndex)) return;
   if (iAsked == PassState::CheckingIP) {
     // The URL's failure stands; the good answer of the IP address only says where to look for the fault.
-    RecordBackup(lIndex, FirstCheck.aText, iServerFine);
+    Classification aGood = FirstCheck;
+    aGood.szCode.clear();
+    aGood.iBackupOutcome = iServerFine;
+    RecordBackup(lIndex, aGood);
     return;
   }
+  aFirstFailures.erase(modAddress::Site(lIndex).URL);
   const std::string szOK = LoadResString(IDS_SITE_OK);
   CheckLog::CurrentEntry.StatusText = ResultText(IDS_SITE_OK);
   CheckLog::CurrentEntry.ResultClass = CheckLog::iClassSuccess;
@@ -32,7 +36,7 @@ void CheckEngine::SiteCheckUpdate(std::int32_t lIndex, PassState iAsked, const C
   if (!modAddress::IsSite(lIndex)) return;
   const SiteRecord& aSite = modAddress::Site(lIndex);
   if (iAsked == PassState::CheckingIP)
-    RecordBackup(lIndex, aResult.aText, aResult.iBackupOutcome);
+    RecordBackup(lIndex, aResult);
   else if (iAsked == PassState::RequestingURL && !Text::IsBlank(aSite.IP) &&
            aSite.Status == SiteStatus::iWarning)
     StartBackup(lIndex, aResult);
@@ -40,9 +44,10 @@ void CheckEngine::SiteCheckUpdate(std::int32_t lIndex, PassState iAsked, const C
     RecordOrdinary(lIndex, aResult);
 }
 
-void CheckEngine::RecordBackup(std::int32_t lIndex, const ResultText& aText, std::int16_t iBackupOutcome) {
-  const bool bAnswered = iBackupOutcome == iServerFine;
-  const std::string szVerdict = LoadResString(bAnswered ? IDS_IP_CHECK_OK : IDS_IP_CHECK_ERROR);
+void CheckEngine::RecordBackup(std::int32_t lIndex, const Classification& aResult) {
+  const ResultText& aText = aResult.aText;
+  const std::string szVerdict =
+      LoadResString(aResult.iBackupOutcome == iServerFine ? IDS_IP_CHECK_OK : IDS_IP_CHECK_ERROR);
   const std::string szStatus = LoadResString(IDS_IP_CHECK_STATUS) + " " + aText.Text();
   const std::string& szFirst = FirstCheck.aText.Text();
   CheckLog::CurrentEntry.StatusText = ResultText::Both(FirstCheck.aText, aText);
@@ -53,10 +58,7 @@ void CheckEngine::RecordBackup(std::int32_t lIndex, const ResultText& aText, std
   View.ShowRemark(lIndex, szFirst + " (" + szVerdict + ")");
   modAddress::SetStatus(lIndex, SiteStatus::iDown);
   bPassFailure = true;
-  CheckFacts aFacts;
-  aFacts.bIPCheckPerformed = true;
-  aFacts.bIPAnswered = bAnswered;
-  SendAlert(lIndex, FirstCheck.szCode, aFacts);
+  SendAlert(lIndex, {.aByName = FirstRequest, .aByIP = LastRequest(aResult)});
   modAddress::SetComments(lIndex, szFirst + " (" + szStatus + ")");
   modAddress::SaveSite(lIndex, false);
   CancelRequestFor(modAddress::Site(lIndex).IP);
@@ -67,6 +69,7 @@ void CheckEngine::RecordBackup(std::int32_t lIndex, const ResultText& aText, std
 void CheckEngine::StartBackup(std::int32_t lIndex, const Classification& aResult) {
   const SiteRecord aSite = modAddress::Site(lIndex);
   FirstCheck = aResult;
+  FirstRequest = LastRequest(aResult);
   CheckLog::Entry& aEntry = CheckLog::CurrentEntry;
   aEntry.Address = LogGrammar::Numbered(aEntry.Address, LoadResString(IDS_AGENT) + aSite.IP);
   aEntry.StatusText = aResult.LogText();
@@ -87,7 +90,7 @@ void CheckEngine::RecordOrdinary(std::int32_t lIndex, const Classification& aRes
     View.ShowRemark(lIndex, aResult.aText.Text());
     modAddress::SetStatus(lIndex, SiteStatus::iDown);
     bPassFailure = true;
-    SendAlert(lIndex, aResult.szCode, {});
+    SendAlert(lIndex, {.aByName = LastRequest(aResult)});
   } else if (iBefore == SiteStatus::iDown) {
     View.ShowRemark(lIndex, aResult.aText.Text());
     bPassFailure = true;
@@ -97,17 +100,26 @@ void CheckEngine::RecordOrdinary(std::int32_t lIndex, const Classification& aRes
     aEntry.ResultClass = CheckLog::iClassFirstFailure;
     modAddress::SetStatus(lIndex, SiteStatus::iWarning);
     Schedule::SetNextCheck(WarningMinutes());
+    aFirstFailures[modAddress::Site(lIndex).URL] = aEntry.CheckTime;
   }
   modAddress::SaveSite(lIndex, false);
   CancelRequestFor(modAddress::Site(lIndex).URL);
 }
 
-void CheckEngine::SendAlert(std::int32_t lIndex, const std::string& szCode, CheckFacts aFacts) {
-  aFacts.szRequestURL = Inet1.URL();
-  aFacts.szResponseInfo = Inet1.ResponseInfo();
-  aFacts.lResponseCode = Inet1.ResponseCode();
-  aFacts.szHeader = Inet1.GetHeader();
-  if (SendEmail(szCode, modAddress::Site(lIndex), Settings, aFacts) == 0) {
+RequestFacts CheckEngine::LastRequest(const Classification& aResult) const {
+  return {.szURL = Inet1.URL(),
+          .szCode = aResult.szCode,
+          .szResult = aResult.szCode.empty() ? std::string(LoadResString(IDS_SITE_OK)) : aResult.aText.Text(),
+          .szErrorText = Inet1.ResponseInfo(),
+          .lErrorNumber = Inet1.ResponseCode(),
+          .szHeader = Inet1.GetHeader()};
+}
+
+void CheckEngine::SendAlert(std::int32_t lIndex, CheckFacts aFacts) {
+  const SiteRecord& aSite = modAddress::Site(lIndex);
+  if (const auto aFirst = aFirstFailures.extract(aSite.URL)) aFacts.FirstFailure = aFirst.mapped();
+  aFacts.SecondFailure = CheckLog::CurrentEntry.CheckTime;
+  if (SendEmail(aFacts.aByName.szCode, aSite, Settings, aFacts) == 0) {
     CheckLog::AddComment(LoadResString(IDS_MAIL_SENT));
     return;
   }

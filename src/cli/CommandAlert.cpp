@@ -10,6 +10,7 @@
 #include "persistence/ProductKeys.h"
 #include "persistence/Settings.h"
 #include "persistence/modAddress.h"
+#include "platform/Clock.h"
 
 namespace {
 
@@ -43,19 +44,31 @@ SiteRecord SampleSite() {
   return aSite;
 }
 
-// What the engine would know of such a failure.
-CheckFacts SampleFacts(const std::string& szCode, const SiteRecord& aSite) {
+// What the engine would know of such a failure, just seen, with a good answer by IP address where there is
+// one.
+CheckFacts SampleFacts(const std::string& szCode, const std::string& szResult, const SiteRecord& aSite) {
+  const std::string szAgent = LoadResString(IDS_AGENT);
   CheckFacts aFacts;
-  aFacts.bIPCheckPerformed = !Text::IsBlank(aSite.IP);
-  aFacts.bIPAnswered = aFacts.bIPCheckPerformed;
-  aFacts.szRequestURL = LoadResString(IDS_AGENT) + (aFacts.bIPCheckPerformed ? aSite.IP : aSite.URL);
+  RequestFacts& aByName = aFacts.aByName;
+  aByName.szURL = szAgent + aSite.URL;
+  aByName.szCode = szResult;
+  Classification aResult;
   if (szCode == szCodeError) {
-    constexpr std::int32_t lCannotConnect = 7;  // as the client numbers it
-    aFacts.lResponseCode = lCannotConnect;
-    aFacts.szResponseInfo = LoadResString(IDS_CLI_SAMPLE_ERROR);
-  } else if (szCode.size() == 3) {
-    aFacts.szHeader = "HTTP/1.1 " + Text::Replace(szCode, "xx", "99") + "\r\n";
+    aByName.lErrorNumber = 7;  // as the client numbers it
+    aByName.szErrorText = LoadResString(IDS_CLI_SAMPLE_ERROR);
+    aResult = ClassifyError(aByName.lErrorNumber, aByName.szErrorText);
+  } else if (szCode == szCodeTimedOut) {
+    aResult = ClassifyTimeOut();
+  } else {
+    if (szCode != szCodeUnreadable)
+      aByName.szHeader = "HTTP/1.1 " + Text::Replace(szCode, "xx", "99") + "\r\n";
+    aResult = ClassifyResponse(aByName.szHeader);
   }
+  aByName.szResult = aResult.aText.Text();
+  if (!Text::IsBlank(aSite.IP))
+    aFacts.aByIP = {.szURL = szAgent + aSite.IP, .szResult = LoadResString(IDS_SITE_OK)};
+  aFacts.SecondFailure = Clock::Now();
+  aFacts.FirstFailure = AddMinutes(aFacts.SecondFailure, -WarningMinutes());
   return aFacts;
 }
 
@@ -75,7 +88,7 @@ int CliCommands::AlertPreview(const std::string& szCode, std::int32_t lSite) {
   const SiteRecord aSite = lSiteCount < 1 ? SampleSite() : modAddress::Site(lSite == 0 ? 1 : lSite);
   std::string szBody;
   try {
-    szBody = AlertText::ComposeBody(szResult, aSite, Settings, SampleFacts(szLowered, aSite));
+    szBody = AlertText::ComposeBody(szResult, aSite, Settings, SampleFacts(szLowered, szResult, aSite));
   } catch (const AlertAbandoned& aReason) {
     return Report::Fail(FillResString(IDS_CLI_NO_ALERT_TEXT, {szCode, aReason.what()}));
   }

@@ -65,7 +65,18 @@ std::string AsTemplate(const FleetPlan& aPlan, const std::string& szMessage) {
     std::string_view szName;
     std::string szValue;
   };
-  const std::array<Placeholder, 8> aPlaceholders = {{
+  // The alert knows less than the desk: the code of the result, whether the IP address answered well, and
+  // when it began.
+  const std::string szMeaning = "{{ if eq .Annotations.second_look \"answered\" }}" +
+                                LoadResString(IDS_FLEET_IP_ANSWERED) + "{{ else }}" +
+                                LoadResString(IDS_FLEET_IP_FAILED) + "{{ end }}";
+  const std::array<Placeholder, 14> aPlaceholders = {{
+      {"%FIRSTFAILURE%", LoadResString(IDS_FLEET_FIRST_FAILURE)},
+      {"%SECONDFAILURE%", "{{ .StartsAt.Local.Format \"1/2/2006 3:04:05 PM\" }}"},
+      {"%RESULT%", "{{ .Annotations.code }}"},
+      {"%IPRESULT%", "{{ .Annotations.second_look }}"},
+      {"%MEANING%", szMeaning},
+      {"%ANSWER%", LoadResString(IDS_FLEET_NO_HEADER)},
       {"%MGRNAME%", ForTemplate(Text::IsBlank(aPlan.szManager) ? std::string(LoadResString(IDS_ALERT_MANAGER))
                                                                : aPlan.szManager)},
       {"%URL%", "http://{{ .Labels.site }}"},

