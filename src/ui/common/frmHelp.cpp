@@ -6,9 +6,11 @@
 #include <wx/fs_arc.h>
 #include <wx/html/helpdata.h>
 #include <wx/html/helpwnd.h>
+#include <wx/html/htmlproc.h>
 #include <wx/html/htmlwin.h>
 #include <wx/imagpng.h>
 #include <wx/log.h>
+#include <wx/settings.h>
 #include <wx/treectrl.h>
 #include <wx/weakref.h>
 
@@ -30,6 +32,24 @@ void PrepareReading() {
   }();
   static_cast<void>(bDone);
 }
+
+// The pages name colours for print; on the screen they get the system's, or they would glare on a dark
+// desktop.
+class SystemColours : public wxHtmlProcessor {
+ public:
+  wxString Process(const wxString& szPage) const override {
+    const auto lFrom = szPage.find("<body");
+    const auto lPast = szPage.find('>', lFrom);
+    if (lFrom == wxString::npos || lPast == wxString::npos) return szPage;
+    const auto Name = [](wxSystemColour iColour) {
+      return wxSystemSettings::GetColour(iColour).GetAsString(wxC2S_HTML_SYNTAX);
+    };
+    // The system's own colour for links is too dark on a dark ground.
+    const wxString szLink = wxSystemSettings::GetAppearance().IsDark() ? "#8ab4f8" : "#17395c";
+    return szPage.substr(0, lFrom) + "<body bgcolor=\"" + Name(wxSYS_COLOUR_LISTBOX) + "\" text=\"" +
+           Name(wxSYS_COLOUR_LISTBOXTEXT) + "\" link=\"" + szLink + "\"" + szPage.substr(lPast);
+  }
+};
 
 }  // namespace
 
@@ -59,6 +79,7 @@ void frmHelp::BuildWindow(wxWindow* pOwner) {
   aController.SetHelpWindow(pBook);
   pBook->Create(this, wxID_ANY, wxDefaultPosition, GetClientSize(), wxTAB_TRAVERSAL | wxBORDER_NONE,
                 wxHF_TOOLBAR | wxHF_CONTENTS | wxHF_INDEX | wxHF_SEARCH | wxHF_PRINT);
+  pBook->GetHtmlWindow()->AddProcessor(new SystemColours);  // the window deletes it
   pBook->GetTreeCtrl()->ExpandAll();
   Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& aEvent) {
     if (aEvent.GetKeyCode() == WXK_ESCAPE)
