@@ -23,10 +23,21 @@ void PutBack(std::optional<std::int32_t> aSaved) {
   RegRemoveValue(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szAllowCookie, szKept);
 }
 
+// What is kept, where the program's own value stands in the user's place; 0, or the registry's code.
+std::int32_t ReadKept(Variant& aKept) {
+  std::int32_t lType = 0;
+  return RegReadValue(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szAllowCookie, szKept, aKept, lType);
+}
+
 }  // namespace
 
 CookiePolicy::CookiePolicy(std::int16_t iAllowType) {
+  // Where the store refused to put the user's value back, the one that is found now is the program's own:
+  // kept in its turn, the user's would be lost for good.
+  RestoreAfterKill();
   Variant aValue;
+  const auto lKept = ReadKept(aValue);
+  if (lKept != Registry::lNotFound && lKept != Registry::lInvalidHandle) return;
   std::int32_t lType = 0;
   const std::int32_t lCode =
       RegReadValue(Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings, szValue, aValue, lType);
@@ -55,11 +66,7 @@ CookiePolicy::~CookiePolicy() {
 
 void CookiePolicy::RestoreAfterKill() {
   Variant aKept;
-  std::int32_t lType = 0;
-  if (RegReadValue(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szAllowCookie, szKept, aKept, lType) !=
-      Registry::lSuccess) {
-    return;
-  }
+  if (ReadKept(aKept) != Registry::lSuccess) return;
   const Registry::Transaction aBoth;
   if (const auto* pNumber = std::get_if<std::int32_t>(&aKept)) {
     PutBack(*pNumber);
