@@ -1,0 +1,66 @@
+// Desk: the screen, and the operator who sits before it. It is the engine's view: it passes on what is shown
+// to the book, ticks the timers, and lets the operator act whenever events are handled.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "check/CheckEngine.h"
+#include "check/CheckView.h"
+#include "simulated/PassBook.h"
+#include "simulated/Random.h"
+
+namespace Simulated {
+
+class Desk : public CheckView {
+ public:
+  Desk(PassBook& aTheBook, Random& aTheRandom);
+
+  CheckEngine& Engine() { return aEngine; }
+  void Tick();    // both timers
+  void Refill();  // the list, after a change
+  void ClickStart();
+  void ClickStop();
+  void ClickExit();
+
+  // The number of events until the operator does something in this pass; 0: nothing.
+  int lEventsToAct = 0;
+  bool bExited = false;
+  std::vector<std::string> aMessages;
+  std::int64_t lActsInPasses = 0;
+
+  void ShowPanel(int iPanel, const std::string& szText) override;
+  void ClearRemarks() override;
+  void EnsureRowVisible(std::int32_t) override {}
+  void ShowLight(std::int32_t lSlot, std::int16_t iIcon) override;
+  void ShowLightText(std::int32_t, const std::string&) override {}
+  void ShowRemark(std::int32_t lSlot, const std::string& szText) override;
+  void SiteRecorded(std::int32_t lSlot) override;
+  bool IsMinimised() override { return false; }
+  void OpenProgress() override { bProgress = true; }
+  void CloseProgress() override { bProgress = false; }
+  void ShowProgressSite(const std::string&) override {}
+  void ShowProgressStatus(const std::string&) override {}
+  void ShowMessage(const std::string& szText) override;
+  void SoundBell() override;
+  void LockCommands(bool bLock) override;
+  void EnableAutoTimer(bool bEnable) override { bAutoTimer = bEnable; }
+  void PumpEvents() override;
+
+ private:
+  void ActInPass();
+  void LeaveBoxOpen(double dSeconds);
+  void EditInPass();
+  void ComparePassEnd();
+
+  PassBook& aBook;
+  Random& aRandom;
+  CheckEngine aEngine;
+  bool bAutoTimer = true, bByHand = false, bActing = false, bProgress = false;
+  bool bLocked = false;
+  std::string szPanel2, szPanel3, szStarted;
+  std::vector<int> aLights;  // by slot - 1
+};
+
+}  // namespace Simulated

@@ -1,0 +1,271 @@
+#include "simulated/ListBook.h"
+
+#include <algorithm>
+#include <map>
+
+#include "simulated/Rules.h"
+#include "simulated/Store.h"
+#include "simulated/Violation.h"
+
+namespace Simulated {
+
+namespace {
+
+constexpr auto hRoot = Registry::HKEY_LOCAL_MACHINE;
+const std::string szAddress = "Software\\Tamsel\\Kestrova\\Address";
+const std::string szIndex = "Software\\Tamsel\\Kestrova\\AddressKey";
+constexpr int iNotKnown = 4;
+constexpr std::int32_t lImported = 2000;
+
+// What memory gets of a stored site.
+Program::Site Loaded(const StoredSite& aStored, bool bKeep) {
+  auto aSite = aStored.aSite;
+  if (aSite.iEnabled != 1) aSite.iEnabled = 0;
+  if (aSite.iStatus < 1 || aSite.iStatus > 4) aSite.iStatus = iNotKnown;
+  aSite.lTimeOut = std::clamp(aSite.lTimeOut, 1, 1800);
+  if (!bKeep) aSite.iStatus = 0;
+  if (!bKeep) aSite.szRemark.clear();
+  return aSite;
+}
+
+std::string Shown(const Program::Site& aSite) {
+  return aSite.szUrl + "|" + aSite.szIp + "|status " + std::to_string(aSite.iStatus) + "|enabled " +
+         std::to_string(aSite.iEnabled) + "|time-out " + std::to_string(aSite.lTimeOut) + "|" +
+         aSite.szRemark;
+}
+
+// Alike but for what a pass writes.
+bool SameEntry(const Program::Site& aOne, const Program::Site& aOther) {
+  return aOne.szUrl == aOther.szUrl && aOne.szIp == aOther.szIp && aOne.iEnabled == aOther.iEnabled &&
+         aOne.lTimeOut == aOther.lTimeOut;
+}
+
+bool HasBackslash(const StoredSite& aSite) {
+  return aSite.aSite.szUrl.find('\\') != std::string::npos;
+}
+
+}  // namespace
+
+std::vector<StoredSite> ListBook::ReadStore() {
+  std::vector<StoredSite> aAll;
+  for (const auto& szKey : Store::Keys(hRoot, szAddress)) {
+    StoredSite aStored;
+    aStored.szKey = Rules::Lower(szKey);
+    for (const auto& aValue : Store::Values(hRoot, szAddress + "\\" + szKey)) {
+      const auto szName = Rules::Lower(aValue.szName);
+      if (szName == "url") aStored.aSite.szUrl = aValue.Text();
+      if (szName == "ip") aStored.aSite.szIp = aValue.Text();
+      if (szName == "comments") aStored.aSite.szRemark = aValue.Text();
+      if (szName == "index") aStored.lIndex = aValue.Number();
+      if (szName == "enabled") aStored.aSite.iEnabled = aValue.Number();
+      if (szName == "status") aStored.aSite.iStatus = aValue.Number();
+      if (szName == "timeout") aStored.aSite.lTimeOut = aValue.Number();
+    }
+    aAll.push_back(std::move(aStored));
+  }
+  return aAll;
+}
+
+BookedSite* ListBook::Find(std::vector<BookedSite>& aList, const std::string& szKey) const {
+  const auto pFound = std::find_if(aList.begin(), aList.end(),
+                                   [&](const auto& aSite) { return aSite.aStored.szKey == szKey; });
+  return pFound == aList.end() ? nullptr : &*pFound;
+}
+
+void ListBook::PlanLoad(bool bKeep) {
+  std::vector<BookedSite> aList;
+  for (auto& aStored : ReadStore()) {
+    if (Rules::KeyName(aStored.aSite.szUrl) != aStored.szKey) continue;  // swept away
+    BookedSite aSite{Loaded(aStored, bKeep), aStored};
+    const auto* const pKnown = Find(aSites, aStored.szKey);
+    aSite.bAlerted = bKeep && pKnown != nullptr && pKnown->bAlerted;
+    if (!bKeep) aSite.aStored.aSite.iStatus = iNotKnown;
+    if (!bKeep) aSite.aStored.aSite.szRemark.clear();
+    aList.push_back(std::move(aSite));
+  }
+  aPlanned = std::move(aList);
+  bOrdered = false;
+  bForgetful = !bKeep;
+}
+
+void ListBook::PlanAdd(const Program::Site& aNew) {
+  aPlanned = aSites;
+  BookedSite aSite{aNew, {Rules::KeyName(aNew.szUrl), aNew, static_cast<std::int32_t>(aSites.size()) + 1}};
+  aPlanned->push_back(std::move(aSite));
+  bOrdered = true;
+  bForgetful = false;
+}
+
+void ListBook::PlanEdit(std::int32_t lSlot, const Program::Site& aNew) {
+  aPlanned = aSites;
+  auto& aSite = (*aPlanned)[static_cast<std::size_t>(lSlot) - 1];
+  if (aNew.szUrl != aSite.aNow.szUrl || aNew.iStatus != aSite.aNow.iStatus) aSite.bAlerted = false;
+  aSite.aNow = aNew;
+  aSite.aStored = {Rules::KeyName(aNew.szUrl), aNew, lSlot};
+  bOrdered = true;
+  bForgetful = false;
+}
+
+// The rest is renumbered and read back, statuses and remarks with it.
+void ListBook::PlanDelete(std::int32_t lSlot) {
+  aPlanned = aSites;
+  aPlanned->erase(aPlanned->begin() + lSlot - 1);
+  for (auto& aSite : *aPlanned)
+    aSite.aNow = Loaded(aSite.aStored, true);
+  bOrdered = false;
+  bForgetful = false;
+}
+
+void ListBook::PlanImport(const std::vector<Program::Site>& aRecords, bool bReplace) {
+  aPlanned = aSites;
+  for (auto aRecord : aRecords) {
+    const auto szKey = Rules::KeyName(aRecord.szUrl);
+    auto* pSite = Find(*aPlanned, szKey);
+    aRecord.szRemark = pSite == nullptr ? "Import New"
+                       : bReplace       ? "Import Replace"
+                                        : pSite->aStored.aSite.szRemark;
+    if (pSite == nullptr) pSite = &aPlanned->emplace_back();
+    pSite->aStored = {szKey, aRecord, lImported};
+    pSite->bAlerted = false;
+  }
+  for (auto& aSite : *aPlanned)
+    aSite.aNow = Loaded(aSite.aStored, true);
+  bOrdered = false;
+  bForgetful = false;
+}
+
+bool ListBook::IsTaken(const std::string& szUrl, std::int32_t lExcept) const {
+  for (std::size_t i = 0; i < aSites.size(); ++i)
+    if (static_cast<std::int32_t>(i) + 1 != lExcept && aSites[i].aStored.szKey == Rules::KeyName(szUrl))
+      return true;
+  return false;
+}
+
+// The program's order decides among sites of one number; else they go by their numbers.
+void ListBook::Renumber() {
+  std::vector<BookedSite> aOrder;
+  for (std::int32_t lSlot = 1; lSlot <= Program::SiteCount(); ++lSlot) {
+    const auto aSite = Program::SiteIn(lSlot);
+    auto* const pBooked = Find(*aPlanned, Rules::KeyName(aSite.szUrl));
+    if (pBooked == nullptr) Violate("the list has a site that is not known: " + Shown(aSite));
+    if (!aOrder.empty() && aOrder.back().aStored.lIndex > pBooked->aStored.lIndex)
+      Violate("site " + Shown(aSite) + " has changed places");
+    aOrder.push_back(*pBooked);
+  }
+  RequireSame("the number of sites", static_cast<std::int64_t>(aOrder.size()),
+              static_cast<std::int64_t>(aPlanned->size()));
+  for (std::size_t i = 0; i < aOrder.size(); ++i)
+    if (!HasBackslash(aOrder[i].aStored)) aOrder[i].aStored.lIndex = static_cast<std::int32_t>(i) + 1;
+  aPlanned = std::move(aOrder);
+}
+
+void ListBook::Conclude() {
+  if (!bOrdered) Renumber();
+  aSites = std::move(*aPlanned);
+  aPlanned.reset();
+  SetLights();
+  CompareMemory();
+  CompareStore();
+  CompareNumbers();
+}
+
+void ListBook::SetLights() {
+  for (auto& aSite : aSites)
+    aSite.iLight = aSite.aNow.iEnabled == 1 && aSite.aNow.iStatus <= 3 ? aSite.aNow.iStatus : 0;
+}
+
+void ListBook::CompareMemory() const {
+  RequireSame("the number of sites in memory", Program::SiteCount(),
+              static_cast<std::int64_t>(aSites.size()));
+  for (std::size_t i = 0; i < aSites.size(); ++i) {
+    const auto aSite = Program::SiteIn(static_cast<std::int32_t>(i) + 1);
+    if (aSite != aSites[i].aNow)
+      RequireSame("site " + std::to_string(i + 1) + " in memory", Shown(aSite), Shown(aSites[i].aNow));
+  }
+}
+
+void ListBook::CompareStore() const {
+  if (bStoreUnsure) return;
+  std::map<std::string, const BookedSite*> aByKey;
+  for (const auto& aSite : aSites)
+    aByKey[aSite.aStored.szKey] = &aSite;
+  const auto aStore = ReadStore();
+  for (const auto& aStored : aStore) {
+    const auto pBooked = aByKey.find(aStored.szKey);
+    if (pBooked == aByKey.end()) Violate("the store has a site too many: " + Shown(aStored.aSite));
+    const auto& aMust = pBooked->second->aStored;
+    if (aStored.aSite != aMust.aSite) RequireSame("a stored site", Shown(aStored.aSite), Shown(aMust.aSite));
+    if (aStored.lIndex != aMust.lIndex)
+      RequireSame("the number of " + aStored.szKey, aStored.lIndex, aMust.lIndex);
+  }
+  RequireSame("the number of stored sites", static_cast<std::int64_t>(aStore.size()),
+              static_cast<std::int64_t>(aSites.size()));
+}
+
+// 1 to n without a gap, each naming its site's key.
+void ListBook::CompareNumbers() const {
+  const auto& aValues = Store::Values(hRoot, szIndex);
+  RequireSame("the number of index values", static_cast<std::int64_t>(aValues.size()),
+              static_cast<std::int64_t>(aSites.size()));
+  for (const auto& aValue : aValues) {
+    const auto lSlot = static_cast<std::size_t>(std::stoi(aValue.szName.substr(6)));
+    Require(lSlot >= 1 && lSlot <= aSites.size(), "the index has a number that no site has");
+    RequireSame(aValue.szName, aValue.Text(), aSites[lSlot - 1].aStored.szKey);
+  }
+  const auto* const pCount = Store::Find(hRoot, szAddress, "NumActualDomain");
+  RequireSame("the stored number of sites", pCount == nullptr ? 0 : pCount->Number(),
+              static_cast<std::int64_t>(aSites.size()));
+}
+
+// What keeps the store from holding the list; empty where it does.
+std::string ListBook::Difference(const std::vector<StoredSite>& aStore,
+                                 const std::vector<BookedSite>& aList) const {
+  if (aStore.size() != aList.size())
+    return std::to_string(aStore.size()) + " instead of " + std::to_string(aList.size()) + " sites";
+  for (const auto& aStored : aStore) {
+    const auto pBooked = std::find_if(
+        aList.begin(), aList.end(), [&](const auto& aSite) { return aSite.aStored.szKey == aStored.szKey; });
+    if (pBooked == aList.end()) return Shown(aStored.aSite) + " too many";
+    const auto& aMust = pBooked->aStored.aSite;
+    const auto iStatus = aStored.aSite.iStatus;
+    const bool bStatus =
+        iStatus == aMust.iStatus || iStatus == pBooked->aNow.iStatus || (bForgetful && iStatus == iNotKnown);
+    if (!SameEntry(aStored.aSite, aMust) || !bStatus)
+      return Shown(aStored.aSite) + " instead of " + Shown(aMust);
+  }
+  return {};
+}
+
+void ListBook::ConcludeAfterTrouble() {
+  const auto aStore = ReadStore();
+  const auto szToBefore = Difference(aStore, aSites);
+  const auto szToPlanned = aPlanned && !szToBefore.empty() ? Difference(aStore, *aPlanned) : szToBefore;
+  if (!szToPlanned.empty())
+    Violate("the store has neither the list before (" + szToBefore + ") nor the list after (" + szToPlanned +
+            ")");
+  aPlanned.reset();
+  bStoreUnsure = false;
+  std::vector<BookedSite> aKept;
+  for (const auto& aStored : aStore) {
+    const auto* const pKnown = Find(aSites, aStored.szKey);
+    aKept.push_back({aStored.aSite, aStored, 0, pKnown != nullptr && pKnown->bAlerted});
+  }
+  aSites = std::move(aKept);
+}
+
+void ListBook::TakeStatuses() {
+  for (const auto& aStored : ReadStore()) {
+    auto* const pBooked = Find(aSites, aStored.szKey);
+    if (pBooked == nullptr) Violate("the store has a site too many: " + Shown(aStored.aSite));
+    const auto& aBefore = pBooked->aStored.aSite;
+    const auto& aNow = pBooked->aNow;
+    const auto& aIs = aStored.aSite;
+    const bool bKnown = (SameEntry(aIs, aBefore) || SameEntry(aIs, aNow)) &&
+                        (aIs.iStatus == aBefore.iStatus || aIs.iStatus == aNow.iStatus) &&
+                        (aIs.szRemark == aBefore.szRemark || aIs.szRemark == aNow.szRemark);
+    if (!bKnown) Violate("a stored site is " + Shown(aIs) + " and was " + Shown(aBefore));
+    pBooked->aStored = aStored;
+  }
+}
+
+}  // namespace Simulated

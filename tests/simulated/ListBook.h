@@ -1,0 +1,67 @@
+// ListBook: what the site list must be, in memory and in the store. The commands change the book first; what
+// the program then has is held against it.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "simulated/Program.h"
+
+namespace Simulated {
+
+// A site as it lies in the store.
+struct StoredSite {
+  std::string szKey;  // name of its key, lower case
+  Program::Site aSite;
+  std::int32_t lIndex = 0;
+};
+
+struct BookedSite {
+  Program::Site aNow;  // in memory
+  StoredSite aStored;
+  int iLight = 0;         // 1 to 3; 0: none
+  bool bAlerted = false;  // a mail was tried for the outage that lasts
+};
+
+class ListBook {
+ public:
+  std::vector<BookedSite> aSites;  // by slot - 1
+  bool bStoreUnsure = false;       // a save failed, and nobody has looked since
+
+  static std::vector<StoredSite> ReadStore();
+
+  // The rules of the commands; aPlanned is what must come of it.
+  void PlanLoad(bool bKeep);
+  void PlanAdd(const Program::Site& aNew);
+  void PlanEdit(std::int32_t lSlot, const Program::Site& aNew);
+  void PlanDelete(std::int32_t lSlot);
+  void PlanImport(const std::vector<Program::Site>& aRecords, bool bReplace);
+  bool IsTaken(const std::string& szUrl, std::int32_t lExcept) const;
+
+  // The planned list holds: in memory and in the store.
+  void Conclude();
+  // A call failed or the machine was killed meanwhile: the store has the list before or the planned one,
+  // whole. Statuses and remarks may be a pass old. The book then knows nothing until the next load.
+  void ConcludeAfterTrouble();
+  void Abandon() { aPlanned.reset(); }  // nothing was done
+
+  // After a pass in which saves failed: what is stored is as it was, or as it is in memory.
+  void TakeStatuses();
+
+  void CompareMemory() const;
+  void CompareStore() const;
+  void CompareNumbers() const;
+  void SetLights();
+
+ private:
+  void Renumber();
+  BookedSite* Find(std::vector<BookedSite>& aList, const std::string& szKey) const;
+  std::string Difference(const std::vector<StoredSite>& aStore, const std::vector<BookedSite>& aList) const;
+
+  std::optional<std::vector<BookedSite>> aPlanned;
+  bool bOrdered = false;    // the slots of aPlanned are known; else the sites go by their old numbers
+  bool bForgetful = false;  // statuses and remarks may have been reset
+};
+
+}  // namespace Simulated

@@ -1,0 +1,184 @@
+#include "simulated/LogBook.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "history/LogHistory.h"
+#include "history/LogSummary.h"
+#include "simulated/Disk.h"
+#include "simulated/Machine.h"
+#include "simulated/Rules.h"
+#include "simulated/Violation.h"
+
+namespace Simulated {
+
+namespace {
+
+constexpr double dSecondsPerDay = 86400;
+
+// Logs tell whole seconds.
+DateTime Rounded(DateTime dtMoment) {
+  return std::round(dtMoment * dSecondsPerDay) / dSecondsPerDay;
+}
+
+std::string FolderOf(const std::string& szPath) {
+  return szPath.substr(0, szPath.rfind('/'));
+}
+
+}  // namespace
+
+// What is known of one site's outages.
+struct LogBook::Tally {
+  struct Outage {
+    std::uint32_t lFailures = 0, lSent = 0, lFailed = 0;
+    bool bOver = false;
+  };
+  std::uint32_t lChecks = 0, lSuccesses = 0;
+  std::vector<Outage> aOutages;
+
+  void Count(const Line& aLine);
+};
+
+void LogBook::Tally::Count(const Line& aLine) {
+  if (aLine.iKind == Kind::Up) {
+    ++lChecks;
+    ++lSuccesses;
+    if (!aOutages.empty()) aOutages.back().bOver = true;
+  } else if (aLine.iKind == Kind::Warning || aLine.iKind == Kind::Down) {
+    ++lChecks;
+    if (aOutages.empty() || aOutages.back().bOver) aOutages.emplace_back();
+    ++aOutages.back().lFailures;
+    aOutages.back().lSent += aLine.bSent ? 1 : 0;
+    aOutages.back().lFailed += aLine.bFailed ? 1 : 0;
+  }
+}
+
+void LogBook::BeginPass(const Program::Options& aOptions) {
+  szFolder = aOptions.szLogPath;
+  auto dtDay = The().Wall();
+  if (aOptions.lLogPeriod != 1) dtDay = AddDays(dtDay, 1 - SplitDateTime(dtDay).lWeekday);
+  szCurrent = szFolder + (aOptions.lLogPeriod == 1 ? "/D-" : "/W-") + FormatDay(dtDay) + ".kvl";
+  lMostFiles = aOptions.lLogPeriod != 0 && aOptions.lLimitFiles == 1 ? aOptions.lMostFiles : 0;
+}
+
+// The first by name goes, never the one in use, and none while there is room.
+void LogBook::Deleted(const std::string& szFile) {
+  if (lMostFiles == 0) Violate("a log file was deleted though there is no limit: " + szFile);
+  std::vector<std::string> aOthers;
+  for (const auto& [szPath, szText] : Disk::The().aFiles)
+    if (FolderOf(szPath) == szFolder && szPath.ends_with(".kvl") && szPath != szCurrent)
+      aOthers.push_back(szPath);
+  if (static_cast<std::int32_t>(aOthers.size()) + 1 <= lMostFiles)
+    Violate("a log file was deleted though there is room: " + szFile);
+  RequireSame("the log file that is deleted", szFile, aOthers.front());
+  aFiles.erase(szFile);
+}
+
+void LogBook::RequirePruned() const {
+  if (lMostFiles == 0) return;
+  std::int64_t lFiles = 0;
+  for (const auto& [szPath, szText] : Disk::The().aFiles)
+    lFiles += FolderOf(szPath) == szFolder && szPath.ends_with(".kvl") ? 1 : 0;
+  if (lFiles > lMostFiles) RequireSame("the number of log files", lFiles, lMostFiles);
+}
+
+void LogBook::Add(const std::string& szFile, const Line& aLine) {
+  aFiles[szFile].aLines.push_back(aLine);
+  aFiles[szFile].aLines.back().dtMoment = Rounded(aLine.dtMoment);
+  ++lAdded;
+}
+
+std::int64_t LogBook::LineCount() const {
+  std::int64_t lLines = 0;
+  for (const auto& [szPath, aFile] : aFiles)
+    lLines += static_cast<std::int64_t>(aFile.aLines.size());
+  return lLines;
+}
+
+void LogBook::ForgetAll() {
+  auto& aOnDisk = Disk::The().aFiles;
+  std::erase_if(aOnDisk, [](const auto& aFile) { return aFile.first.ends_with(".kvl"); });
+  aFiles.clear();
+  Disk::The().bTorn = false;
+}
+
+// The passes of all files by their times; a time that runs back within a file counts as the latest before it.
+std::vector<const LogBook::Line*> LogBook::Merged(const std::string& szOf) const {
+  struct Pass {
+    DateTime dtKey = 0;
+    std::size_t lFile = 0, lPass = 0;
+    std::vector<const Line*> aLines;
+  };
+  std::vector<Pass> aPasses;
+  std::size_t lFile = 0;
+  for (const auto& [szPath, aFile] : aFiles) {
+    if (FolderOf(szPath) != szOf) continue;
+    bool bOpen = false;
+    DateTime dtLatest = 0;
+    std::size_t lPass = 0;
+    for (const auto& aLine : aFile.aLines) {
+      if (!bOpen || aLine.iKind == Kind::Start) {
+        if (aLine.iKind != Kind::End) dtLatest = std::max(dtLatest, aLine.dtMoment);
+        aPasses.push_back({dtLatest, lFile, lPass++, {}});
+      }
+      bOpen = aLine.iKind != Kind::End;
+      aPasses.back().aLines.push_back(&aLine);
+    }
+    ++lFile;
+  }
+  std::stable_sort(aPasses.begin(), aPasses.end(), [](const Pass& aOne, const Pass& aOther) {
+    return aOne.dtKey != aOther.dtKey ? aOne.dtKey < aOther.dtKey : aOne.lFile < aOther.lFile;
+  });
+  std::vector<const Line*> aAll;
+  for (const auto& aPass : aPasses)
+    aAll.insert(aAll.end(), aPass.aLines.begin(), aPass.aLines.end());
+  return aAll;
+}
+
+bool LogBook::ReadBack(bool bNow) {
+  std::int64_t lLines = 0;
+  for (const auto& [szPath, aFile] : aFiles)
+    lLines += FolderOf(szPath) == szFolder ? static_cast<std::int64_t>(aFile.aLines.size()) : 0;
+  if (lLines == 0 || (!bNow && lAdded < 300 + 2 * lLines)) return false;
+  lAdded = 0;
+  ++lReadBacks;
+
+  LogHistory aHistory;
+  aHistory.Open({szFolder});
+  const auto aSummary = Summarise(aHistory);
+  if (Disk::The().bTorn) {
+    Require(aSummary.lUnread <= 1, "one torn line makes more than one line unreadable");
+    return true;
+  }
+  RequireSame("the number of unreadable log lines", aSummary.lUnread, 0);
+  RequireSame("the number of log lines", static_cast<std::int64_t>(aHistory.Lines().size()), lLines);
+
+  std::map<std::string, Tally> aTallies;
+  for (const auto* const pLine : Merged(szFolder))
+    if (!pLine->szSite.empty()) aTallies[pLine->szSite].Count(*pLine);
+  RequireSame("the number of sites in the log", static_cast<std::int64_t>(aSummary.aSites.size()),
+              static_cast<std::int64_t>(aTallies.size()));
+  for (const auto& aSite : aSummary.aSites) {
+    const auto pTally = aTallies.find(Rules::Lower(aSite.szSite));
+    if (pTally == aTallies.end()) Violate("the log names a site that was never checked: " + aSite.szSite);
+    const auto& aTally = pTally->second;
+    RequireSame("the checks that the log tells of " + aSite.szSite, aSite.lChecks, aTally.lChecks);
+    RequireSame("the successes that the log tells of " + aSite.szSite, aSite.lSuccesses, aTally.lSuccesses);
+    RequireSame("the outages that the log tells of " + aSite.szSite,
+                static_cast<std::int64_t>(aSite.aOutages.size()),
+                static_cast<std::int64_t>(aTally.aOutages.size()));
+    for (std::size_t i = 0; i < aTally.aOutages.size(); ++i) {
+      const auto& aIs = aSite.aOutages[i];
+      const auto& aMust = aTally.aOutages[i];
+      const auto szOutage = "outage " + std::to_string(i + 1) + " of " + aSite.szSite + ": ";
+      RequireSame(szOutage + "failures", aIs.lFailures, aMust.lFailures);
+      RequireSame(szOutage + "mails sent", aIs.lMailsSent, aMust.lSent);
+      RequireSame(szOutage + "mails failed", aIs.lMailsFailed, aMust.lFailed);
+      RequireSame(szOutage + "over", aIs.iEnd == OutageEnd::Recovered ? 1 : 0, aMust.bOver ? 1 : 0);
+      ++lOutages;
+    }
+  }
+  return true;
+}
+
+}  // namespace Simulated

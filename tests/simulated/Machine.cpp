@@ -1,0 +1,100 @@
+#include "simulated/Machine.h"
+
+#include "simulated/Disk.h"
+#include "simulated/Store.h"
+
+namespace Simulated {
+
+namespace {
+
+constexpr double dHour = 3600;
+
+// The last Sunday of that month at 1:00 universal time, when central Europe sets its clocks.
+DateTime Changeover(std::int32_t lYear, std::int32_t lMonth) {
+  const auto dtLast = JoinDateTime({.lYear = lYear, .lMonth = lMonth, .lDay = 31, .lHour = 1});
+  return AddDays(dtLast, 1 - SplitDateTime(dtLast).lWeekday);
+}
+
+bool IsSummer(DateTime dtUtc) {
+  struct Year {
+    DateTime dtFrom = 0, dtTo = 0, dtSpring = 0, dtAutumn = 0;
+  };
+  static Year aYear;
+  if (dtUtc < aYear.dtFrom || dtUtc >= aYear.dtTo) {
+    const auto lYear = SplitDateTime(dtUtc - 0.5 / 86400).lYear;  // a split rounds
+    aYear = {JoinDateTime({.lYear = lYear, .lMonth = 1, .lDay = 1}),
+             JoinDateTime({.lYear = lYear + 1, .lMonth = 1, .lDay = 1}), Changeover(lYear, 3),
+             Changeover(lYear, 10)};
+  }
+  return dtUtc >= aYear.dtSpring && dtUtc < aYear.dtAutumn;
+}
+
+}  // namespace
+
+Machine& The() {
+  static Machine aMachine;
+  return aMachine;
+}
+
+void Machine::Reset(std::uint64_t lSeed, DateTime dtStart) {
+  *this = Machine();
+  aRandom = Random(lSeed);
+  dtStartUtc = AddSeconds(dtStart, -dHour);
+  dBoot = 100;
+  Store::Clear();
+  Disk::Clear();
+}
+
+DateTime Machine::Wall() const {
+  const auto dtUtc = AddSeconds(dtStartUtc, dBoot - dSetBack);
+  return AddSeconds(dtUtc, IsSummer(dtUtc) ? 2 * dHour : dHour);
+}
+
+// Where the hour comes twice, the first of the two.
+std::int32_t Machine::MinutesEastOfUtc(DateTime dtLocal) {
+  return IsSummer(AddSeconds(dtLocal, -2 * dHour)) ? 120 : 60;
+}
+
+void Machine::PowerOn() {
+  bDead = false;
+  lKillAt = 0;
+  Store::LosePower();
+  Disk::LosePower();
+}
+
+bool Machine::Fails(Access iAccess) {
+  const auto Happens = [this](std::int32_t lOfThousand, std::int64_t& lCount) {
+    const bool bFails = lOfThousand > 0 && aRandom.Below(1000) < lOfThousand;
+    lCount += bFails ? 1 : 0;
+    return bFails;
+  };
+  switch (iAccess) {
+    case Access::StoreRead:
+      return Happens(aTroubles.lStoreRead, lStoreFaults);
+    case Access::StoreWrite:
+      return Happens(aTroubles.lStoreWrite, lStoreFaults);
+    case Access::StoreCommit:
+      return Happens(aTroubles.lStoreCommit, lStoreFaults);
+    case Access::FileRead:
+      return Happens(aTroubles.lFileRead, lFileFaults);
+    case Access::FileWrite:
+      return Happens(aTroubles.lFileWrite, lFileFaults);
+    default:
+      return false;
+  }
+}
+
+Call::Call(Access iAccess) {
+  auto& aMachine = The();
+  const bool bHit = ++aMachine.lCalls == aMachine.lKillAt;
+  if (bHit && !aMachine.bKillAfter) aMachine.bDead = true;
+  bGone = aMachine.bDead;
+  bTheLast = bHit && !bGone;
+  bFails = bGone || aMachine.Fails(iAccess);
+}
+
+Call::~Call() {
+  if (bTheLast) The().bDead = true;
+}
+
+}  // namespace Simulated

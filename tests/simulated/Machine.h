@@ -1,0 +1,139 @@
+// Machine: the computer that the simulated platform runs on. It owns the three clocks, the power, what goes
+// wrong with single calls, and who is told of what the program does. One for the whole process.
+//
+// A kill takes the machine away at one call: that call and all later ones of the program have no effect and
+// are told to nobody, until Boot. The program's code runs on, as a ghost, until it comes back to whoever
+// started it. That needs no exception, which the program might catch, and lets destructors run without harm.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "base/DateTime.h"
+#include "simulated/Random.h"
+
+namespace Simulated {
+
+// One GET as the network answers it.
+struct Conversation {
+  struct Step {
+    double dAt = 0;  // seconds after the request, on the clock that counts sleep
+    std::int16_t iState = 0;
+  };
+  std::vector<Step> aSteps;  // in order; the last one is 11 or 12, or the server stays silent behind it
+  std::string szHeader;
+  std::int32_t lCode = 0;  // the client's error number
+  std::string szInfo;
+
+  // When the outcome is there; negative for never.
+  double EndsAt() const { return !aSteps.empty() && aSteps.back().iState > 10 ? aSteps.back().dAt : -1; }
+};
+
+struct Mail {
+  std::string szServer;
+  std::int32_t lPort = 0;
+  std::string szSender, szFrom, szRecipient, szSubject, szBody;
+};
+struct Delivery {
+  double dSeconds = 0;
+  std::int32_t lResult = 0;
+  std::string szReply, szError;
+};
+
+// What lies beyond the machine.
+class Surroundings {
+ public:
+  virtual ~Surroundings() = default;
+  virtual Conversation Answer(const std::string& szURL) = 0;
+  virtual Delivery Deliver(const Mail& aMail) = 0;
+};
+
+// Is told of every effect, right before the program sees it.
+class Witness {
+ public:
+  virtual ~Witness() = default;
+  virtual void Requested(const std::string& szURL, const Conversation& aAnswer) = 0;
+  // 11 or 12. bLimit: the client's own limit ended it.
+  virtual void Answered(std::int16_t iState, bool bLimit) = 0;
+  virtual void Cancelled() = 0;
+  virtual void Mailed(const Mail& aMail, std::int32_t lResult) = 0;
+  virtual void Appended(const std::string& szFile, const std::string& szBytes, bool bKept) = 0;
+  virtual void Deleted(const std::string& szFile) = 0;
+};
+
+enum class Access : std::uint8_t { Other, StoreRead, StoreWrite, StoreCommit, FileRead, FileWrite };
+
+// How often calls fail, of a thousand.
+struct Troubles {
+  std::int32_t lStoreRead = 0, lStoreWrite = 0, lStoreCommit = 0;
+  std::int32_t lFileRead = 0, lFileWrite = 0;
+};
+
+class Machine {
+ public:
+  // Everything as new, at that local time.
+  void Reset(std::uint64_t lSeed, DateTime dtStart);
+
+  // The clocks. Seconds pass on all three; asleep, the steady one stands still.
+  void Pass(double dSeconds) { dBoot += dSeconds; }
+  void Sleep(double dSeconds) {
+    dBoot += dSeconds;
+    dSlept += dSeconds;
+  }
+  void SetBack(double dSeconds) { dSetBack += dSeconds; }  // by hand; negative: forward
+  double Boot() const { return dBoot; }
+  double Steady() const { return dBoot - dSlept; }
+  DateTime Wall() const;
+  static std::int32_t MinutesEastOfUtc(DateTime dtLocal);  // with daylight saving
+
+  // Until when a wait on the network may take, at most: the next tick of the program's timers.
+  double dNextTick = 0;
+
+  // Power. lCalls: the kill comes with that one of the calls from now on; 0: none.
+  void KillAt(std::int64_t lCallsFromNow, bool bAfter) {
+    lKillAt = lCallsFromNow > 0 ? lCalls + lCallsFromNow : 0;
+    bKillAfter = bAfter;
+  }
+  void Kill() { bDead = true; }
+  bool Dead() const { return bDead; }
+  void PowerOn();  // what was not committed is gone, nothing is open any more
+  std::int64_t Calls() const { return lCalls; }
+
+  // Single calls that fail.
+  Troubles aTroubles;
+  std::int64_t lStoreFaults = 0, lFileFaults = 0;  // so many did
+
+  Surroundings* pSurroundings = nullptr;
+  Witness* pWitness = nullptr;  // may be nullptr
+
+ private:
+  friend class Call;
+  bool Fails(Access iAccess);
+
+  Random aRandom{0};
+  DateTime dtStartUtc = 0;
+  double dBoot = 0, dSlept = 0, dSetBack = 0;
+  std::int64_t lCalls = 0, lKillAt = 0;
+  bool bKillAfter = false, bDead = false;
+};
+
+Machine& The();
+
+// One call of the program into the platform, as long as it lasts.
+class Call {
+ public:
+  explicit Call(Access iAccess = Access::Other);
+  ~Call();
+  Call(const Call&) = delete;
+  Call& operator=(const Call&) = delete;
+
+  bool Gone() const { return bGone; }          // no effect, nobody is told
+  bool Fails() const { return bFails; }        // or gone
+  bool IsTheLast() const { return bTheLast; }  // the kill comes at its end
+
+ private:
+  bool bGone = false, bFails = false, bTheLast = false;
+};
+
+}  // namespace Simulated

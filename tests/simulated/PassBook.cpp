@@ -1,0 +1,382 @@
+#include "simulated/PassBook.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "simulated/Violation.h"
+
+namespace Simulated {
+
+namespace {
+
+constexpr double dSecondsPerDay = 86400;
+constexpr double dHair = 1e-5;    // seconds: what is lost in adding up days
+constexpr double dTolerance = 2;  // a time-out comes at most so many seconds late
+
+constexpr int iUp = 1, iWarning = 2, iDown = 3;
+const std::string szAgent = "http://";
+
+bool IsNumber(const std::string& szCode) {
+  return szCode.find_first_not_of("0123456789") == std::string::npos;
+}
+
+std::string Both(const std::string& szFirst, const std::string& szSecond) {
+  return "(1) " + szFirst + "<BR>(2) " + szSecond;
+}
+
+}  // namespace
+
+void PassBook::SetNext(std::int32_t lMinutes) {
+  dtNextWall = AddMinutes(The().Wall(), lMinutes);
+  dNextBoot = The().Boot() + 60.0 * lMinutes;
+}
+
+// By the wall clock, or when that time has really gone by, whichever comes first.
+double PassBook::SecondsToDue() const {
+  return std::min((dtNextWall - The().Wall()) * dSecondsPerDay, dNextBoot - The().Boot());
+}
+
+bool PassBook::IsDue() const {
+  return SecondsToDue() <= 0;
+}
+
+void PassBook::CompareNext() const {
+  if (std::abs(Program::NextCheck() - dtNextWall) > 1e-8)
+    RequireSame("the time of the next pass", FormatGeneral(Program::NextCheck()), FormatGeneral(dtNextWall));
+}
+
+void PassBook::Begin(bool bByHand) {
+  Require(iPhase == Phase::Idle, "a pass begins while one is running");
+  ++lPasses;
+  bManual = bByHand;
+  bStopped = bQuit = bFailureSeen = bEndWritten = bInFlight = bBackup = bSilent = false;
+  lBells = 0;
+  lSlot = 0;
+  lLast = static_cast<std::int32_t>(aList.aSites.size());
+  lPassStoreFaults = The().lStoreFaults;
+  aLog.BeginPass(aOptions.aNow);
+  SetNext(std::max(1, aOptions.aNow.lInterval));
+  for (auto& aSite : aList.aSites)
+    aSite.aNow.szRemark.clear();
+  iPhase = aOptions.aNow.lLogPeriod != 0 ? Phase::Starting : Phase::Walking;
+}
+
+void PassBook::End() {
+  if (Traced())
+    Trace("end; calls of the store that failed: " + std::to_string(The().lStoreFaults - lPassStoreFaults));
+  Require(iPhase == Phase::Walking, "a pass ends before its site is recorded");
+  Require(!bInFlight, "a pass ends with a request in flight");
+  Require(bEndWritten || !GoOn(), "a pass ends before its last site");
+  Require(bEndWritten == (aOptions.aNow.lLogPeriod != 0), "the end line is missing or one too many");
+  RequireSame("the number of bells", lBells, bFailureSeen && !bQuit ? 1 : 0);
+  iPhase = Phase::Idle;
+  aList.CompareMemory();
+  CompareNext();
+  // What could not be saved in one pass is saved in the next.
+  const bool bFaults = The().lStoreFaults != lPassStoreFaults;
+  if (bFaults || aList.bStoreUnsure) aList.TakeStatuses();
+  aList.bStoreUnsure = bFaults;
+  if (bFaults) return;
+  aList.CompareStore();
+  aOptions.RequireOwnCookies();
+}
+
+void PassBook::Forget() {
+  iPhase = Phase::Idle;
+  bInFlight = false;
+}
+
+// To the next site that is asked, or whose being disabled is logged. Sites added meanwhile wait.
+bool PassBook::GoOn() {
+  if (bStopped) return false;
+  while (lSlot < std::min(lLast, static_cast<std::int32_t>(aList.aSites.size()))) {
+    ++lSlot;
+    if (Site().aNow.iEnabled == 1 || LogsDisabled()) return true;
+  }
+  return false;
+}
+
+void PassBook::Requested(const std::string& szURL, const Conversation& aComing) {
+  if (Traced()) Trace(szURL + " is asked, answer after " + std::to_string(aComing.EndsAt()));
+  Require(!bInFlight, "a request begins while another is in flight");
+  if (iPhase == Phase::BackupDue) {
+    ++lBackups;
+    bBackup = true;
+    RequireSame("the second request", szURL, szAgent + Rules::Trimmed(Site().aNow.szIp));
+  } else {
+    Require(iPhase == Phase::Walking, "a request begins before the outcome of the one before is recorded");
+    Require(!bEndWritten && GoOn() && Site().aNow.iEnabled == 1, "a request that is nobody's turn");
+    RequireSame("the request", szURL, szAgent + Rules::Trimmed(Site().aNow.szUrl));
+    bBackup = false;
+    aEntry = {The().Wall(), szAgent + Site().aNow.szUrl, "", "", 0, LogBook::Kind::Up};
+    ++Where().lChecks;
+  }
+  if (The().lStoreFaults == lPassStoreFaults) aOptions.RequireProgramCookies();
+  iPhase = Phase::Asked;
+  bInFlight = true;
+  bSilent = false;
+  aAnswer = aComing;
+  dAsked = The().Boot();
+  dDeadline = The().Steady() + Site().aNow.lTimeOut;
+}
+
+void PassBook::Answered(std::int16_t iState, bool bLimit) {
+  if (Traced()) Trace("state " + std::to_string(iState) + (bLimit ? " by the client's limit" : ""));
+  bInFlight = false;
+  if (iPhase == Phase::Recording && bLimit) return;  // the time-out is recorded already
+  Require(iPhase == Phase::Asked, "an answer to no request");
+  Require(The().Steady() <= std::max(dDeadline, dAwake) + dTolerance, "a time-out is overdue");
+  if (iState == 12) return Outcome(Rules::OfHeader(aAnswer.szHeader));
+  if (!bLimit) return Outcome(Rules::OfError(aAnswer.lCode, aAnswer.szInfo));
+  Require(The().Steady() >= dDeadline - dHair, "the client gave up before the time");
+  ++lTimeOuts;
+  Outcome(Rules::OfTimeOut());
+}
+
+void PassBook::Cancelled() {
+  if (Traced()) Trace("cancelled");
+  Require(bInFlight, "a cancel of no request");
+  bInFlight = false;
+  if (bSilent || iPhase == Phase::Recording || iPhase == Phase::BackupDue) return;
+  Violate("a request is given up before its time");
+}
+
+// What has arrived is heard before the time is judged.
+void PassBook::BeforeTick() {
+  if (iPhase != Phase::Asked) return;
+  if (std::abs(The().Steady() - dDeadline) < 10 * dHair) The().Pass(20 * dHair);  // no rounding shall decide
+  if (The().Steady() < dDeadline) return;
+  if (aAnswer.EndsAt() >= 0 && dAsked + aAnswer.EndsAt() <= The().Boot()) return;
+  ++lTimeOuts;
+  Outcome(Rules::OfTimeOut());
+}
+
+void PassBook::AfterTick() {
+  Require(iPhase != Phase::Recording && iPhase != Phase::BackupDue, "a time-out is not recorded");
+}
+
+void PassBook::Awake() {
+  dAwake = The().Steady();
+}
+
+void PassBook::Outcome(const Rules::Verdict& aVerdict) {
+  iPhase = Phase::Recording;
+  bLineWritten = bMailDue = bMailTried = false;
+  bSaved = true;
+  iLightShown = 0;
+  szRemarkShown = szRemark = "";
+  lStoreFaultsBefore = The().lStoreFaults;
+  lFileFaultsBefore = The().lFileFaults;
+  if (bBackup)
+    BackupOutcome(aVerdict);
+  else
+    FirstOutcome(aVerdict);
+}
+
+void PassBook::FirstOutcome(const Rules::Verdict& aVerdict) {
+  auto& aSite = Site();
+  auto& aNow = aSite.aNow;
+  if (aVerdict.bUp) {
+    aEntry.szStatus = szRemark = aNow.szRemark = "Site OK";
+    aEntry.iClass = 1;
+    aNow.iStatus = aSite.iLight = iUp;
+    aSite.bAlerted = false;
+    return;
+  }
+  aEntry.szStatus = aVerdict.szLogText.empty() ? aVerdict.szText : aVerdict.szLogText;
+  if (aNow.iStatus == iWarning && !Rules::Trimmed(aNow.szIp).empty()) {
+    szFirstCode = aVerdict.szCode;
+    szFirstText = aVerdict.szText;
+    aEntry.szAddress = Both(aEntry.szAddress, szAgent + aNow.szIp);
+    iPhase = Phase::BackupDue;
+    return;
+  }
+  szRemark = aNow.szRemark = aVerdict.szText;
+  aEntry.iClass = 2;
+  aEntry.iKind = LogBook::Kind::Down;
+  if (aNow.iStatus == iWarning) {
+    aNow.iStatus = aSite.iLight = iDown;
+    bFailureSeen = true;
+    Alert(aVerdict.szCode);
+  } else if (aNow.iStatus == iDown) {
+    bFailureSeen = true;
+  } else {
+    aNow.iStatus = aSite.iLight = iWarning;
+    aEntry.iClass = 4;
+    aEntry.iKind = LogBook::Kind::Warning;
+    SetNext(std::max(1, aOptions.aNow.lWarning));
+  }
+}
+
+void PassBook::BackupOutcome(const Rules::Verdict& aVerdict) {
+  auto& aSite = Site();
+  const auto szSecond = aVerdict.bUp ? szFirstText : aVerdict.szText;
+  aEntry.szStatus = Both(szFirstText, szSecond);
+  aEntry.iClass = 2;
+  aEntry.iKind = LogBook::Kind::Down;
+  AddComment("<SPAN class=\"Emphasis\">IP Check Performed</SPAN>");
+  szRemark = szFirstText + (aVerdict.bUp ? " (IP Check: OK)" : " (IP Check: Error)");
+  aSite.aNow.iStatus = aSite.iLight = iDown;
+  bFailureSeen = true;
+  Alert(szFirstCode);
+  if (bSaved) aSite.aNow.szRemark = szFirstText + " (IP Check Status: " + szSecond + ")";
+}
+
+// At the second failure in a row, and only there. A class of results without a text of its own makes no mail,
+// and then the rest of the recording is left out too.
+void PassBook::Alert(const std::string& szCode) {
+  const auto& a = aOptions.aNow;
+  if (a.szServer.empty() || a.szEmail.empty()) {
+    AddComment(a.szServer.empty() && a.szEmail.empty()
+                   ? "E-mail Notification Failed (Missing e-mail address and SMTP)"
+               : a.szEmail.empty() ? "E-mail Notification Failed (Missing e-mail address)"
+                                   : "E-mail Notification Failed (Missing SMTP)");
+    return;
+  }
+  if (!IsNumber(szCode) && !bUnknownTemplate) {
+    bSaved = false;
+    return;
+  }
+  bMailDue = true;
+  szMailCode = szCode;
+}
+
+void PassBook::Mailed(const Mail& aMail, std::int32_t lResult) {
+  if (Traced()) Trace("mail, answer " + std::to_string(lResult));
+  Require(iPhase == Phase::Recording && bMailDue, "a mail that is not due");
+  Require(!bMailTried, "a mail is tried twice");
+  bMailTried = true;
+  ++lMails;
+  const auto& a = aOptions.aNow;
+  RequireSame("the mail's server", aMail.szServer, a.szServer);
+  RequireSame("the mail's port", aMail.lPort, a.lPort);
+  RequireSame("the mail's recipient", aMail.szRecipient, a.szEmail);
+  RequireSame("the mail's sender", aMail.szSender, a.szEmail);
+  RequireSame("the mail's from line", aMail.szFrom, "Kestrova <" + a.szEmail + ">");
+  RequireSame("the mail's subject", aMail.szSubject, "Kestrova Alert");
+  std::string szBody;
+  for (const char ch : aMail.szBody)
+    if (ch != '\r' && ch != '\n') szBody += ch;
+  if (szBody.find(szAgent + Site().aNow.szUrl) == std::string::npos)
+    Violate("the mail does not name the site " + Site().aNow.szUrl + ": " + aMail.szBody);
+  if (bBackup && szBody.find(szAgent + Site().aNow.szIp) == std::string::npos)
+    Violate("the mail does not name the IP address: " + aMail.szBody);
+  if (Site().bAlerted) ++lRepeats;
+  Site().bAlerted = true;
+  if (lResult != 0) aEntry.iClass = 2;
+  AddComment(lResult == 0 ? "E-mail Notification Sent" : "E-mail Notification Failed");
+}
+
+void PassBook::AddComment(const std::string& szText) {
+  aEntry.szComment += (aEntry.szComment.empty() ? "" : "; ") + szText;
+}
+
+std::string PassBook::LineOf(const Entry& aOf) const {
+  const auto lElapsed = std::max<std::int64_t>(0, SecondsBetween(aOf.dtChecked, The().Wall())) % 60;
+  return FormatGeneral(aOf.dtChecked) + "," + aOf.szAddress + "," + aOf.szStatus + "," +
+         std::to_string(lElapsed) + "," + aOf.szComment + "," + std::to_string(aOf.iClass);
+}
+
+void PassBook::TakeLine(const std::string& szBytes, const std::string& szMustBe, const LogBook::Line& aLine,
+                        bool bKept) {
+  RequireSame("a log line", szBytes, szMustBe + "\r\n");
+  if (bKept) aLog.Add(aLog.CurrentFile(), aLine);
+}
+
+void PassBook::Appended(const std::string& szFile, const std::string& szBytes, bool bKept) {
+  ++lAppends;
+  if (Traced()) Trace((bKept ? "" : "LOST ") + szBytes);
+  Require(aOptions.aNow.lLogPeriod != 0, "a log line though no log is kept");
+  RequireSame("the log file", szFile, aLog.CurrentFile());
+  const auto dtNow = The().Wall();
+  if (iPhase == Phase::Starting) {
+    iPhase = Phase::Walking;
+    return TakeLine(
+        szBytes,
+        std::string("[START CHECK: ") + (bManual ? "MANUAL" : "AUTO") + " - " + FormatGeneral(dtNow) + "]",
+        {LogBook::Kind::Start, dtNow, "", false, false}, bKept);
+  }
+  if (iPhase == Phase::Recording) {
+    Require(!bLineWritten, "a log line is written twice");
+    bLineWritten = true;
+    const bool bSent = aEntry.szComment.find("Notification Sent") != std::string::npos;
+    const bool bFailed = aEntry.szComment.find("Notification Failed") != std::string::npos;
+    return TakeLine(
+        szBytes, LineOf(aEntry),
+        {aEntry.iKind, aEntry.dtChecked, Rules::Lower(Rules::Trimmed(Site().aNow.szUrl)), bSent, bFailed},
+        bKept);
+  }
+  Require(iPhase == Phase::Walking && !bEndWritten, "a log line that is not due");
+  if (GoOn()) {
+    Require(Site().aNow.iEnabled != 1, "a log line instead of a request");
+    const auto szUrl = Site().aNow.szUrl;
+    return TakeLine(
+        szBytes, LineOf({dtNow, szAgent + szUrl, "Unknown Site: Site #", "", 3, LogBook::Kind::Disabled}),
+        {LogBook::Kind::Disabled, dtNow, Rules::Lower(Rules::Trimmed(szUrl)), false, false}, bKept);
+  }
+  bEndWritten = true;
+  TakeLine(szBytes, "[END CHECK]", {LogBook::Kind::End, dtNow, "", false, false}, bKept);
+}
+
+void PassBook::ShowsLight(std::int32_t lOf, std::int16_t iIcon) {
+  Require(iPhase == Phase::Recording && lOf == lSlot, "a light of another site");
+  iLightShown = iIcon;
+}
+
+void PassBook::ShowsRemark(std::int32_t lOf, const std::string& szText) {
+  Require(iPhase == Phase::Recording && lOf == lSlot, "a remark on another site");
+  szRemarkShown = szText;
+}
+
+// The operator stops the pass, or ends the program.
+void PassBook::Stop(bool bQuitting) {
+  if (iPhase == Phase::Idle) return;
+  bStopped = true;
+  bQuit = bQuitting;
+  if (iPhase != Phase::Asked) return;
+  bSilent = true;
+  iPhase = Phase::Recording;
+  bLineWritten = bMailDue = bMailTried = bSaved = false;
+  iLightShown = 0;
+  szRemark = "Manually Stopped.";
+  AddComment("Manually Stopped.");
+  aEntry.iClass = 2;
+  aEntry.iKind = LogBook::Kind::Stopped;
+}
+
+void PassBook::Drop(std::int32_t lOf) {
+  if (iPhase != Phase::Asked || lOf != lSlot) return;
+  bSilent = true;
+  iPhase = Phase::Walking;
+}
+
+// All that was owed for this site has been done.
+void PassBook::Recorded(std::int32_t lOf) {
+  RequireSame("the site that is recorded", lOf, lSlot);
+  Require(iPhase == Phase::Recording, "a site is recorded twice");
+  const bool bFilesFailed = The().lFileFaults != lFileFaultsBefore;
+  if (bMailDue && !bMailTried && !bFilesFailed)
+    Violate("the mail about " + Site().aNow.szUrl + " was not tried");
+  Require(bLineWritten == (aOptions.aNow.lLogPeriod != 0), "the log line is missing");
+  RequireSame("the remark shown", szRemarkShown, szRemark);
+  if (aEntry.iKind != LogBook::Kind::Stopped && iLightShown != 0)
+    RequireSame("the light shown", iLightShown, Site().iLight);
+  iPhase = Phase::Walking;
+  if (bMailDue && !bMailTried) {  // the alert's text could not be read
+    bSaved = false;
+    if (bBackup) Site().aNow.szRemark.clear();
+  }
+  if (bSaved) Keep();
+}
+
+void PassBook::Keep() {
+  auto& aSite = Site();
+  if (The().lStoreFaults != lStoreFaultsBefore) {
+    aList.bStoreUnsure = true;
+    return;
+  }
+  aSite.aStored.aSite = aSite.aNow;
+  aSite.aStored.lIndex = lSlot;
+}
+
+}  // namespace Simulated

@@ -1,0 +1,25 @@
+// Rules: what an answer means, in the model's own words. Written from what the program promises, without a
+// look at how it keeps it; so its texts stand here once more.
+#pragma once
+
+#include <string>
+
+namespace Simulated::Rules {
+
+struct Verdict {
+  bool bUp = false;
+  std::string szCode = {}, szText = {};
+  std::string szLogText = {};  // where the log says it otherwise
+  bool bAnswered = false;      // a server was there, though its answer is a failure
+};
+
+Verdict OfHeader(const std::string& szHeader);
+Verdict OfError(int lCode, const std::string& szInfo);
+Verdict OfTimeOut();
+
+std::string Trimmed(const std::string& szText);
+std::string Lower(std::string szText);
+// The name of a site's key.
+std::string KeyName(const std::string& szUrl);
+
+}  // namespace Simulated::Rules

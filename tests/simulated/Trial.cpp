@@ -1,0 +1,293 @@
+#include "simulated/Trial.h"
+
+#include <algorithm>
+
+#include "platform/MsgBox.h"
+#include "simulated/Commands.h"
+#include "simulated/Disk.h"
+#include "simulated/Violation.h"
+
+namespace Simulated {
+
+namespace {
+
+constexpr std::int64_t lMostLogLines = 6000;
+
+void PrepareDisk(bool bUnknownTemplate) {
+  auto& aDisk = Disk::The();
+  for (const char* const szFolder : {"/program", "/program/Logs", "/program/Messages", "/home/operator",
+                                     "/home/operator/data", "/home/operator/logs"})
+    aDisk.aFolders.insert(szFolder);
+  aDisk.aFiles["/program/Messages/HTTP-404.txt"] =
+      "Dear %MGRNAME%,\r\n\r\n%url% was not found.\r\n\r\n%HEADER%\r\n";
+  if (bUnknownTemplate)
+    aDisk.aFiles["/program/Messages/Unknown.txt"] = "%URL% failed: %ERRORINFO% (%ERRORCODE%)\r\n%HEADER%";
+}
+
+}  // namespace
+
+void Totals::Add(const Totals& a) {
+  lChecks += a.lChecks;
+  lPasses += a.lPasses;
+  lMails += a.lMails;
+  lTimeOuts += a.lTimeOuts;
+  lBackups += a.lBackups;
+  lLives += a.lLives;
+  lKills += a.lKills;
+  lFaults += a.lFaults;
+  lCommands += a.lCommands;
+  lActsInPasses += a.lActsInPasses;
+  lReadBacks += a.lReadBacks;
+  lOutages += a.lOutages;
+  lRepeats += a.lRepeats;
+  dDays += a.dDays;
+}
+
+Trial::Trial(std::uint64_t lSeed) : aRandom(lSeed), aWorld(lSeed ^ 0xA5A5A5A5U) {
+  Where() = {lSeed, 0, 0, "starting", Where().lTraceFrom};
+  const auto dtStart = JoinDateTime({.lYear = aRandom.Between(1999, 2060),
+                                     .lMonth = aRandom.Between(1, 12),
+                                     .lDay = aRandom.Between(1, 28),
+                                     .lHour = aRandom.Below(24),
+                                     .lMinute = aRandom.Below(60),
+                                     .lSecond = aRandom.Below(60)});
+  auto& aMachine = The();
+  aMachine.Reset(lSeed, dtStart);
+  aMachine.pSurroundings = &aWorld;
+  aMachine.pWitness = &aBook;
+  aBook.bUnknownTemplate = aRandom.Chance(0.7);
+  PrepareDisk(aBook.bUnknownTemplate);
+  Disk::The().bTears = aRandom.Chance(0.3);
+  if (aRandom.Chance(0.8)) aBook.aOptions.SetCookies(aRandom.Below(3));
+  MsgBox_SetPresenter([](const std::string&) {});
+}
+
+Trial::~Trial() {
+  pDesk.reset();
+  The().pSurroundings = nullptr;
+  The().pWitness = nullptr;
+  MsgBox_SetPresenter({});
+}
+
+Totals Trial::Run(std::int64_t lChecks) {
+  while (Where().lChecks < lChecks)
+    LiveOnce();
+  aTotals.lChecks = Where().lChecks;
+  aTotals.lPasses = aBook.lPasses;
+  aTotals.lMails = aBook.lMails;
+  aTotals.lTimeOuts = aBook.lTimeOuts;
+  aTotals.lBackups = aBook.lBackups;
+  aTotals.lReadBacks = aBook.aLog.lReadBacks;
+  aTotals.lOutages = aBook.aLog.lOutages;
+  aTotals.lRepeats = aBook.lRepeats;
+  aTotals.lFaults = The().lStoreFaults + The().lFileFaults;
+  aTotals.dDays = The().Boot() / 86400;
+  return aTotals;
+}
+
+// One process, from its start to its end or to the next kill.
+void Trial::LiveOnce() {
+  ++Where().lLives;
+  ++aTotals.lLives;
+  auto& aMachine = The();
+  bTrouble = false;
+  const bool bKeep = aRandom.Chance(0.3);
+  if (aRandom.Chance(0.05)) aMachine.KillAt(aRandom.Between(1, 400), aRandom.Chance(0.5));
+  if (Boot(bKeep)) {
+    if (aRandom.Chance(0.3))
+      aMachine.KillAt(aRandom.Between(1, aRandom.Chance(0.5) ? 300 : 20000), aRandom.Chance(0.5));
+    if (bKeep)
+      OnePass(true);
+    else
+      Watch();
+  }
+  aMachine.aTroubles = {};
+  if (pDesk) aTotals.lActsInPasses += pDesk->lActsInPasses;
+  pDesk.reset();
+  if (aMachine.Dead()) return AfterPowerCut();
+  aMachine.KillAt(0, false);
+  aBook.Forget();
+  if (bTrouble) {
+    aBook.aList.ConcludeAfterTrouble();
+    aBook.aOptions.ConcludeAfterTrouble(true);
+  }
+}
+
+void Trial::AfterPowerCut() {
+  Where().szStep = "after a kill";
+  if (Traced()) Trace("killed");
+  ++aTotals.lKills;
+  The().PowerOn();
+  aBook.Forget();
+  aBook.aList.ConcludeAfterTrouble();
+  aBook.aOptions.ConcludeAfterTrouble(false);
+}
+
+bool Trial::Boot(bool bKeep) {
+  Where().szStep = "the program starts";
+  if (Traced()) Trace(bKeep ? "one pass" : "to stay");
+  auto& aMachine = The();
+  const auto lFaults = aMachine.lStoreFaults;
+  if (aRandom.Chance(0.05)) aMachine.aTroubles = {.lStoreRead = 20, .lStoreWrite = 5, .lStoreCommit = 200};
+  aBook.aOptions.PlanLoad();
+  aBook.aList.PlanLoad(bKeep);
+  Program::Begin();
+  Program::Load(bKeep);
+  aMachine.aTroubles = {};
+  if (aMachine.Dead()) return false;
+  if (aMachine.lStoreFaults != lFaults) {
+    // Not one site may be lost over a store that could not be read for a moment.
+    aBook.aList.ConcludeAfterTrouble();
+    aBook.aOptions.ConcludeAfterTrouble(false);
+    return false;
+  }
+  aBook.aOptions.Conclude();
+  aBook.aOptions.RequireOwnCookies();
+  aBook.aList.Conclude();
+  if (!bKeep) aBook.SetNext(aBook.aOptions.aNow.lWarning);
+  pDesk = std::make_unique<Desk>(aBook, aRandom);
+  pDesk->Refill();
+  aMachine.dNextTick = aMachine.Boot() + aRandom.Real();
+  return true;
+}
+
+void Trial::Watch() {
+  for (int i = aRandom.Between(1, 120); i > 0 && !The().Dead() && !bTrouble && !pDesk->bExited; --i) {
+    if (aRandom.Chance(0.3)) Operate();
+    if (The().Dead() || bTrouble || pDesk->bExited) return;
+    Where().szStep = "waiting for a pass";
+    WaitForPass();
+    if (!The().Dead()) RequireNothingGrew();
+  }
+}
+
+// Ticks now and then, which must start nothing, then right before and right after the moment.
+void Trial::WaitForPass() {
+  PlanPass();
+  auto& aMachine = The();
+  for (int i = aRandom.Below(3); i > 0 && !aMachine.Dead() && !pDesk->bExited; --i) {
+    const auto dLeft = aBook.SecondsToDue();
+    if (dLeft > 2) aMachine.Pass((dLeft - 1) * aRandom.Real());
+    pDesk->Tick();
+  }
+  if (aMachine.Dead() || pDesk->bExited) return;
+  const auto dLeft = aBook.SecondsToDue();
+  if (dLeft > 0.5) aMachine.Pass(dLeft - 0.3);
+  pDesk->Tick();
+  if (aMachine.Dead() || pDesk->bExited) return;
+  aMachine.Pass(aRandom.Between(0.35, 1.3));
+  pDesk->Tick();
+  aMachine.aTroubles = {};
+}
+
+// What may go wrong in the pass that comes, and when its operator acts.
+void Trial::PlanPass() {
+  pDesk->lEventsToAct = aRandom.Chance(0.15) ? aRandom.Between(1, 200) : 0;
+  if (aRandom.Chance(0.03)) The().aTroubles = {.lStoreRead = 5, .lStoreWrite = 20, .lStoreCommit = 100};
+  if (aRandom.Chance(0.03)) The().aTroubles.lFileWrite = 100;
+  if (aRandom.Chance(0.03)) The().aTroubles.lFileRead = 100;
+  Disk::The().lRoom = aRandom.Chance(0.02) ? aRandom.Between(0, 2000) : -1;
+  Disk::The().aLocked.clear();
+  if (aRandom.Chance(0.01)) Disk::The().aLocked.insert(aBook.aOptions.aNow.szLogPath);
+}
+
+void Trial::OnePass(bool bByHand) {
+  Where().szStep = "a pass by hand";
+  PlanPass();
+  if (bByHand) pDesk->ClickStart();
+  The().aTroubles = {};
+  if (!The().Dead()) RequireNothingGrew();
+}
+
+void Trial::Operate() {
+  for (int i = aRandom.Between(1, 3); i > 0 && !The().Dead() && !bTrouble && !pDesk->bExited; --i) {
+    The().Pass(aRandom.Between(0.2, 20.0));
+    switch (aRandom.Below(10)) {
+      case 0:
+        OnePass(true);
+        break;
+      case 1:
+        pDesk->ClickStop();
+        break;
+      case 2:
+        ChangeClocks();
+        break;
+      case 3:
+        if (aRandom.Chance(0.1)) pDesk->ClickExit();
+        break;
+      case 4:
+        aBook.aOptions.SetCookies(aRandom.Chance(0.8) ? std::optional(aRandom.Below(3)) : std::nullopt);
+        break;
+      default:
+        Command();
+        break;
+    }
+  }
+  ForgetOldLogs();
+}
+
+void Trial::Command() {
+  Where().szStep = "a command";
+  ++aTotals.lCommands;
+  auto& aMachine = The();
+  const auto lFaults = aMachine.lStoreFaults;
+  const bool bFew = aBook.aList.aSites.size() < 4;
+  if (aRandom.Chance(0.05)) aMachine.KillAt(aRandom.Between(1, 200), aRandom.Chance(0.5));
+  if (aRandom.Chance(0.05)) aMachine.aTroubles = {.lStoreRead = 10, .lStoreWrite = 30, .lStoreCommit = 300};
+  switch (aRandom.Below(8)) {
+    case 0:
+    case 1:
+      Commands::Add(aBook, aRandom);
+      break;
+    case 2:
+      if (bFew) Commands::Import(aBook, aRandom);
+      if (!bFew) Commands::Delete(aBook, aRandom);
+      break;
+    case 3:
+      Commands::Import(aBook, aRandom);
+      break;
+    case 4:
+      Commands::Export(aBook, aRandom);
+      break;
+    case 5:
+      Commands::ChangeOptions(aBook, aRandom);
+      break;
+    default:
+      if (!aBook.aList.aSites.empty())
+        Commands::Edit(aBook, aRandom,
+                       aRandom.Between(1, static_cast<std::int32_t>(aBook.aList.aSites.size())));
+      break;
+  }
+  aMachine.aTroubles = {};
+  bTrouble = aMachine.lStoreFaults != lFaults;
+  if (!aMachine.Dead() && !bTrouble) pDesk->Refill();
+}
+
+void Trial::ChangeClocks() {
+  auto& aMachine = The();
+  if (aRandom.Chance(0.5))
+    return aMachine.SetBack(aRandom.Between(-3.0, 3.0) * (aRandom.Chance(0.3) ? 86400 : 3600));
+  aMachine.Sleep(aRandom.Between(60.0, 200000.0));
+}
+
+// Without a limit the operator makes room; and a log that a kill has torn is read once more and then put
+// away.
+void Trial::ForgetOldLogs() {
+  if (The().Dead()) return;
+  Where().szStep = "the log is read back";
+  aBook.aLog.ReadBack(false);
+  if (aBook.aLog.LineCount() < lMostLogLines && !(Disk::The().bTorn && aRandom.Chance(0.2))) return;
+  aBook.aLog.ReadBack(true);
+  aBook.aLog.ForgetAll();
+}
+
+void Trial::RequireNothingGrew() {
+  const auto aSize = Store::Measure();
+  RequireSame("the number of open keys", static_cast<std::int64_t>(aSize.lOpenKeys), 0);
+  RequireSame("the number of open brackets", aSize.lBrackets, 0);
+  const auto lSites = aBook.aList.aSites.size();
+  if (aSize.lKeys > 40 + lSites || aSize.lValues > 40 + 8 * lSites) Violate("the store grows");
+  if (Disk::The().aFiles.size() > 2000) Violate("the number of files grows");
+}
+
+}  // namespace Simulated

@@ -1,0 +1,55 @@
+// Trial: one simulated machine through its life: processes that start, watch, are used, fail, are killed and
+// start again.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "simulated/Desk.h"
+#include "simulated/PassBook.h"
+#include "simulated/Random.h"
+#include "simulated/Store.h"
+#include "simulated/World.h"
+
+namespace Simulated {
+
+struct Totals {
+  std::int64_t lChecks = 0, lPasses = 0, lMails = 0, lTimeOuts = 0, lBackups = 0, lLives = 0, lKills = 0,
+               lFaults = 0, lCommands = 0, lActsInPasses = 0, lReadBacks = 0, lOutages = 0, lRepeats = 0;
+  double dDays = 0;
+  void Add(const Totals& aOther);
+};
+
+class Trial {
+ public:
+  explicit Trial(std::uint64_t lSeed);
+  ~Trial();
+  Trial(const Trial&) = delete;
+  Trial& operator=(const Trial&) = delete;
+
+  // Lives on until that many sites were checked.
+  Totals Run(std::int64_t lChecks);
+
+ private:
+  void LiveOnce();
+  bool Boot(bool bKeep);  // false when the machine went away meanwhile
+  void AfterPowerCut();
+  void Watch();
+  void WaitForPass();
+  void OnePass(bool bByHand);
+  void PlanPass();
+  void Operate();
+  void Command();
+  void ChangeClocks();
+  void ForgetOldLogs();
+  void RequireNothingGrew();
+
+  Random aRandom;
+  World aWorld;
+  PassBook aBook;
+  std::unique_ptr<Desk> pDesk;
+  Totals aTotals;
+  bool bTrouble = false;  // a call failed in a command: the process is to be started again
+};
+
+}  // namespace Simulated
