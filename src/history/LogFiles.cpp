@@ -91,6 +91,18 @@ std::vector<std::string> LogFiles::Recent(const std::string& szFolder, std::int3
   return aRecent;
 }
 
+std::vector<std::string> LogFiles::Later(const std::string& szLog) {
+  std::vector<std::string> aLater;
+  const auto aOwn = SpanOf(NameOf(szLog));
+  if (!aOwn) return aLater;
+  const auto aFolder = std::filesystem::path(szLog).parent_path();
+  for (const auto& szName : Files::List(aFolder.string(), szEnding))
+    if (const auto aSpan = SpanOf(szName); aSpan && aSpan->dtFirst > aOwn->dtFirst)
+      aLater.push_back((aFolder / szName).string());
+  std::sort(aLater.begin(), aLater.end());
+  return aLater;
+}
+
 std::string LogFiles::MonitorFolder() {
   RegistryAccess::Variant aValue;
   std::int32_t lType = 0;

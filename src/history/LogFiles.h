@@ -22,6 +22,10 @@ Arguments Read(const std::vector<std::string>& aPaths);
 // the newest of them. In name order; empty where no name tells its time.
 std::vector<std::string> Recent(const std::string& szFolder, std::int32_t lDays);
 
+// The logs of that log's folder whose names tell of a later time than its own, in name order; none where its
+// name tells no time.
+std::vector<std::string> Later(const std::string& szLog);
+
 // The folder that the monitor writes its logs to; empty where it is not known.
 std::string MonitorFolder();
 

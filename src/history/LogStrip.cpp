@@ -27,12 +27,23 @@ std::string Shape(SiteState iState, int lFirst, int lPast) {
          szPlace + "/>";
 }
 
-std::string Run(const LogStrip::Scale& aScale, SiteState iState, int lFirst, int lPast) {
+std::string Run(const LogStrip::Scale& aScale, const SiteSummary& aSite, SiteState iState, int lFirst,
+                int lPast) {
   if (iState == SiteState::Up) return Shape(iState, lFirst, lPast);
-  const auto szTitle = FillResString(
-      IDS_LOG_STRIP_PART, {LoadResString(LogWords::StateName(iState)),
-                           LogWords::Moment(aScale.Moment(lFirst)), LogWords::Moment(aScale.Moment(lPast))});
-  return "<g><title>" + LogHtml::Escape(szTitle) + "</title>" + Shape(iState, lFirst, lPast) + "</g>";
+  return "<g><title>" + LogHtml::Escape(LogStrip::Words(aScale, aSite, iState, lFirst, lPast)) + "</title>" +
+         Shape(iState, lFirst, lPast) + "</g>";
+}
+
+struct ColumnRange {
+  int lFirst, lLast;
+};
+
+// The columns that a stretch is painted on; a failure on enough of them to be seen.
+ColumnRange ColumnsOf(const LogStrip::Scale& aScale, const StateInterval& aInterval) {
+  const bool bFailure = aInterval.iState == SiteState::Warning || aInterval.iState == SiteState::Down;
+  const auto lFirst = aScale.Column(aInterval.dtFrom);
+  const auto lLast = std::max(lFirst, aScale.Column(aInterval.dtTo));
+  return {bFailure ? std::max(0, std::min(lFirst, lLast + 1 - lNarrowest)) : lFirst, lLast};
 }
 
 std::string Percent(double dPart) {
@@ -61,14 +72,26 @@ std::vector<SiteState> LogStrip::Columns(const Scale& aScale, const SiteSummary&
   for (const auto iState : aWorstLast)
     for (const auto& aInterval : aSite.aStates) {
       if (aInterval.iState != iState) continue;
-      const bool bFailure = iState == SiteState::Warning || iState == SiteState::Down;
-      const auto lLast = std::max(aScale.Column(aInterval.dtFrom), aScale.Column(aInterval.dtTo));
-      const auto lFirst = bFailure
-                              ? std::max(0, std::min(aScale.Column(aInterval.dtFrom), lLast + 1 - lNarrowest))
-                              : aScale.Column(aInterval.dtFrom);
+      const auto [lFirst, lLast] = ColumnsOf(aScale, aInterval);
       std::fill(aColumns.begin() + lFirst, aColumns.begin() + lLast + 1, iState);
     }
   return aColumns;
+}
+
+std::string LogStrip::Words(const Scale& aScale, const SiteSummary& aSite, SiteState iState, int lFirst,
+                            int lPast) {
+  std::size_t lCount = 0;
+  StateInterval aWhole;
+  for (const auto& aInterval : aSite.aStates) {
+    const auto aColumns = ColumnsOf(aScale, aInterval);
+    if (aInterval.iState != iState || aColumns.lLast < lFirst || aColumns.lFirst >= lPast) continue;
+    if (++lCount == 1) aWhole = aInterval;
+    aWhole.dtTo = aInterval.dtTo;
+  }
+  const auto szState = LoadResString(LogWords::StateName(iState));
+  if (lCount == 0) return szState;  // before the first check of the site
+  return FillResString(IDS_LOG_STRIP_PART,
+                       {szState, LogWords::Moment(aWhole.dtFrom), LogWords::Moment(aWhole.dtTo)});
 }
 
 std::vector<DateTime> LogStrip::Midnights(const LogSummary& aSummary) {
@@ -133,7 +156,7 @@ std::string LogStrip::Picture(const LogSummary& aSummary, const SiteSummary& aSi
     const auto iState = aColumns[static_cast<std::size_t>(lFirst)];
     while (lPast < lColumns && aColumns[static_cast<std::size_t>(lPast)] == iState)
       ++lPast;
-    szPicture += Run(aScale, iState, lFirst, lPast);
+    szPicture += Run(aScale, aSite, iState, lFirst, lPast);
   }
   std::string szDays;
   for (const auto dtDay : Midnights(aSummary))

@@ -27,6 +27,10 @@ class Scale {
 // a column the worst of them shows.
 std::vector<SiteState> Columns(const Scale& aScale, const SiteSummary& aSite);
 
+// What the columns from lFirst on, before lPast, show, in words: the state and when it really was so, to the
+// minute of the checks, not of the columns. Of several stretches of that state, from the first to the last.
+std::string Words(const Scale& aScale, const SiteSummary& aSite, SiteState iState, int lFirst, int lPast);
+
 // Midnights within the log's time, at most eight of them, evenly chosen.
 std::vector<DateTime> Midnights(const LogSummary& aSummary);
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <sstream>
 
+#include "history/LogStrip.h"
 #include "history/LogSummary.h"
 #include "support/LogScript.h"
 
@@ -69,6 +70,21 @@ TEST(LogSummary, TellsEachSitesStory) {
     EXPECT_TRUE(aSite.lChecks == aCase.lChecks && aSite.lSuccesses == aCase.lSuccesses);
     EXPECT_EQ("?UWDX"[static_cast<std::size_t>(aSite.iCurrent)], aCase.chCurrent);
   }
+}
+
+// Told to the minute of the checks, however wide a minute is painted.
+TEST(LogStrip, TellsTheRealTimes) {
+  const auto aSummary = Of(Passes("UUUUWDDUUUUUUUUUUUU|UUUUUUUUUU"));
+  const LogStrip::Scale aScale(aSummary, 40);  // half an hour and more a column
+  const auto& aSite = *std::ranges::find(aSummary.aSites, "a", &SiteSummary::szSite);
+  const auto aColumns = LogStrip::Columns(aScale, aSite);
+  const auto At = [&](double dMinutes) {
+    const auto lColumn = aScale.Column(AddMinutes(dtMonday, dMinutes));
+    return LogStrip::Words(aScale, aSite, aColumns[static_cast<std::size_t>(lColumn)], lColumn, lColumn + 1);
+  };
+  EXPECT_EQ(At(10), "Up: Mon Jan 5 2026, 8:00 AM to Mon Jan 5 2026, 10:00 AM");
+  EXPECT_EQ(At(200), "Down: Mon Jan 5 2026, 10:30 AM to Mon Jan 5 2026, 11:30 AM");
+  EXPECT_EQ(At(900), "Not watched: Mon Jan 5 2026, 5:00 PM to Tue Jan 6 2026, 3:30 AM");
 }
 
 TEST(LogSummary, FindsGapsByTheUsualDistance) {

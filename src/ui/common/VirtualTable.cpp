@@ -3,6 +3,7 @@
 #include <wx/settings.h>
 #include <wx/sizer.h>
 #include <wx/stattext.h>
+#include <wx/utils.h>
 
 #include <algorithm>
 
@@ -101,10 +102,67 @@ VirtualTable::VirtualTable(wxWindow* pParent, const std::vector<Column>& aColumn
     if (Activated && aEvent.GetIndex() >= 0) Activated(static_cast<std::size_t>(aEvent.GetIndex()));
   });
   for (const auto& iEvent : {wxEVT_LIST_ITEM_SELECTED, wxEVT_LIST_ITEM_FOCUSED})
-    lvwRows->Bind(iEvent, [this](wxListEvent& aEvent) {
+    lvwRows->Bind(iEvent, [this, bFocus = iEvent == wxEVT_LIST_ITEM_FOCUSED](wxListEvent& aEvent) {
       aEvent.Skip();
+      if (bExtending) return;
+      if (bFocus && !wxGetKeyState(WXK_SHIFT)) lAnchor = aEvent.GetIndex();
       if (Selected) Selected();
     });
+  lvwRows->Bind(wxEVT_KEY_DOWN, [this](wxKeyEvent& aEvent) {
+    if (!ExtendByKey(aEvent)) aEvent.Skip();
+  });
+  lvwRows->Bind(wxEVT_LEFT_DOWN, [this](wxMouseEvent& aEvent) {
+    int lWhere = 0;
+    const long lRow = lvwRows->HitTest(aEvent.GetPosition(), lWhere);
+    if (lRow >= 0 && aEvent.ShiftDown() && !aEvent.ControlDown()) {
+      lvwRows->SetFocus();
+      ExtendTo(lRow);
+      return;
+    }
+    if (lRow >= 0) lAnchor = lRow;
+    aEvent.Skip();
+  });
+}
+
+bool VirtualTable::ExtendByKey(const wxKeyEvent& aEvent) {
+  if (aEvent.GetModifiers() != wxMOD_SHIFT || Rows() == 0) return false;
+  const long lLast = static_cast<long>(Rows()) - 1, lPage = std::max(1, lvwRows->GetCountPerPage());
+  const long lFrom = std::max(0L, Focused());
+  long lTo = 0;
+  switch (aEvent.GetKeyCode()) {
+    case WXK_UP:
+      lTo = lFrom - 1;
+      break;
+    case WXK_DOWN:
+      lTo = lFrom + 1;
+      break;
+    case WXK_PAGEUP:
+      lTo = lFrom - lPage;
+      break;
+    case WXK_PAGEDOWN:
+      lTo = lFrom + lPage;
+      break;
+    case WXK_HOME:
+      break;
+    case WXK_END:
+      lTo = lLast;
+      break;
+    default:
+      return false;
+  }
+  ExtendTo(std::clamp(lTo, 0L, lLast));
+  return true;
+}
+
+void VirtualTable::ExtendTo(long lRow) {
+  if (lAnchor < 0 || static_cast<std::size_t>(lAnchor) >= Rows()) lAnchor = std::max(0L, Focused());
+  bExtending = true;
+  SelectNone();
+  for (long lAt = std::min(lAnchor, lRow); lAt <= std::max(lAnchor, lRow); ++lAt)
+    lvwRows->Select(lAt);
+  lvwRows->Focus(lRow);  // scrolls to it
+  bExtending = false;
+  if (Selected) Selected();
 }
 
 bool VirtualTable::Layout() {
@@ -159,11 +217,14 @@ void VirtualTable::ShowHint(const wxString& szText) {
   pixHint->Layout();
 }
 
-void VirtualTable::GoTo(std::size_t lRow) {
+void VirtualTable::GoTo(std::size_t lRow, Place iPlace) {
   SelectNone();
-  lvwRows->Select(static_cast<long>(lRow));
-  lvwRows->Focus(static_cast<long>(lRow));
-  lvwRows->EnsureVisible(static_cast<long>(lRow));
+  lAnchor = static_cast<long>(lRow);
+  lvwRows->Select(lAnchor);
+  lvwRows->Focus(lAnchor);
+  const auto lThird = static_cast<std::size_t>(std::max(0, lvwRows->GetCountPerPage() / 3));
+  if (iPlace == Place::UpperThird) ScrollToTop(lRow > lThird ? lRow - lThird : 0);
+  lvwRows->EnsureVisible(lAnchor);
 }
 
 void VirtualTable::SelectAll() {
@@ -176,7 +237,9 @@ void VirtualTable::SelectNone() {
 
 std::string VirtualTable::CopyText() const {
   std::string szText;
-  for (long lRow = lvwRows->GetFirstSelected(); lRow >= 0; lRow = lvwRows->GetNextSelected(lRow)) {
+  const long lFirst = lvwRows->GetFirstSelected() >= 0 ? lvwRows->GetFirstSelected() : Focused();
+  for (long lRow = lFirst; lRow >= 0 && lRow < lvwRows->GetItemCount();
+       lRow = lvwRows->GetNextSelected(lRow)) {
     for (std::size_t i = 0; i < aColumns.size(); ++i)
       szText += (i > 0 ? "\t" : "") + Cell(static_cast<std::size_t>(lRow), static_cast<int>(i));
     szText += '\n';

@@ -39,11 +39,13 @@ class VirtualTable : public wxPanel {
   void ShowHint(const wxString& szText);  // while there are no rows
 
   long Focused() const { return lvwRows->GetFocusedItem(); }  // -1 none
-  // Selects that row alone and scrolls to it.
-  void GoTo(std::size_t lRow);
+  // Selects that row alone and scrolls to it; into the upper third where what follows it matters more than
+  // what is before.
+  enum class Place { Seen, UpperThird };
+  void GoTo(std::size_t lRow, Place iPlace = Place::Seen);
   void SelectAll();
   void SelectNone();
-  // The selected rows, cells parted by tabs, lines by the system's line end.
+  // The selected rows, or the one in focus where none is; cells parted by tabs, lines ended by "\n".
   std::string CopyText() const;
 
   // Where the view stands, for a refill that should not move it.
@@ -64,9 +66,14 @@ class VirtualTable : public wxPanel {
  private:
   class Rows_;
   void FitColumns();
+  // Shift with a key or a click. The lists' own anchors do not follow a row that was gone to by command.
+  bool ExtendByKey(const wxKeyEvent& aEvent);
+  void ExtendTo(long lRow);
 
   std::vector<Column> aColumns;
   bool bWidthsChosen = false;
+  long lAnchor = -1;  // where a selection that is extended begins; -1 none yet
+  bool bExtending = false;
   wxListView* lvwRows;
   wxPanel* pixHint;
   wxStaticText* lblHint;

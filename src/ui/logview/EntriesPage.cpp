@@ -270,11 +270,11 @@ void EntriesPage::ShowSite(const std::string& szSite) {
 
 void EntriesPage::ShowFailure(const std::string& szSite, DateTime dtMoment) {
   ShowSite(szSite);
-  if (const auto lRow = aRows.RowOf(szSite, dtMoment)) GoTo(*lRow);
+  if (const auto lRow = aRows.RowOf(szSite, dtMoment)) GoTo(*lRow, VirtualTable::Place::UpperThird);
 }
 
-void EntriesPage::GoTo(std::size_t lRow) {
-  lvwEntries->GoTo(lRow);
+void EntriesPage::GoTo(std::size_t lRow, VirtualTable::Place iPlace) {
+  lvwEntries->GoTo(lRow, iPlace);
   ShowDetails();
 }
 
@@ -282,6 +282,8 @@ void EntriesPage::ShowFindBar() {
   fraFind->Show();
   lblFound->SetLabel("");
   Layout();
+  // The bar takes the last rows' place.
+  if (lvwEntries->Focused() >= 0) lvwEntries->List()->EnsureVisible(lvwEntries->Focused());
   txtFind->SetFocus();
   txtFind->SelectAll();
 }

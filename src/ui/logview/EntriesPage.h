@@ -63,7 +63,7 @@ class EntriesPage : public wxPanel {
   void ShowDetails();
   wxString Hint() const;
   VirtualTable::Light LightOf(std::size_t lRow, int iColumn) const;
-  void GoTo(std::size_t lRow);
+  void GoTo(std::size_t lRow, VirtualTable::Place iPlace = VirtualTable::Place::Seen);
 
   const LogHistory* pHistory = nullptr;
   LogFilter aFilter;

@@ -133,15 +133,7 @@ wxString StripView::TipAt(const wxPoint& aPoint) const {
   const auto aScale = MakeScale();
   const auto aColumns = LogStrip::Columns(aScale, aSite);
   const auto iState = aColumns[static_cast<std::size_t>(lColumn)];
-  int lFirst = lColumn, lPast = lColumn;
-  while (lFirst > 0 && aColumns[static_cast<std::size_t>(lFirst - 1)] == iState)
-    --lFirst;
-  while (lPast < lStripWidth && aColumns[static_cast<std::size_t>(lPast)] == iState)
-    ++lPast;
-  return ToWx(szSite + "\n" +
-              FillResString(IDS_LOG_STRIP_PART, {LoadResString(LogWords::StateName(iState)),
-                                                 LogWords::Moment(aScale.Moment(lFirst)),
-                                                 LogWords::Moment(aScale.Moment(lPast))}));
+  return ToWx(szSite + "\n" + LogStrip::Words(aScale, aSite, iState, lColumn, lColumn + 1));
 }
 
 void StripView::OnPaint(wxDC& aDC) {

@@ -137,9 +137,12 @@ bool frmLogView::OpenLogs(const std::vector<std::string>& aPaths) {
   if (!pNew) return false;
   aOpened = aPaths;
   aFolderNames = NamesInFolders();
+  aLaterLogs = LaterLogs();
   pixEntries->Open(pNew.get());  // lets go of the old one
   pHistory = std::move(pNew);
   bSummaryShown = false;
+  // Of a folder one wants to know first how things went.
+  if (Files::FolderExists(aPaths.front())) tabPages->SetSelection(1);
   ShowSummary();
   ShowTitle();
   ShowCounts();
@@ -173,6 +176,7 @@ std::vector<std::string> frmLogView::NamesInFolders() const {
 
 void frmLogView::tmrFollow_Timer() {
   if (!pHistory || !bFollow) return;
+  if (GoOnToNextLog()) return;
   if (auto aNames = NamesInFolders(); aNames != aFolderNames && !aNames.empty()) {
     ReadAgain();  // a new day's log, or one that is gone
     return;
@@ -183,6 +187,27 @@ void frmLogView::tmrFollow_Timer() {
     ShowCounts();
   }
   ShowSummary();
+}
+
+// A log that is followed ends when its day or week does; its story goes on in the next file.
+std::vector<std::string> frmLogView::LaterLogs() const {
+  if (aOpened.empty() || Files::FolderExists(aOpened.back())) return {};
+  return LogFiles::Later(aOpened.back());
+}
+
+bool frmLogView::GoOnToNextLog() {
+  const auto aNow = LaterLogs();
+  if (aNow == aLaterLogs) return false;
+  const bool bWasNewest = aLaterLogs.empty();
+  aLaterLogs = aNow;
+  if (!bWasNewest) return false;
+  // One whose time is over may have been deleted since.
+  std::erase_if(aOpened, [](const std::string& szPath) { return !Files::FileExists(szPath); });
+  aOpened.insert(aOpened.end(), aNow.begin(), aNow.end());
+  aLaterLogs.clear();
+  ReadAgain();
+  ShowTitle();
+  return true;
 }
 
 const LogSummary& frmLogView::Summary() {

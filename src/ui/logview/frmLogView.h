@@ -96,6 +96,8 @@ class frmLogView : public wxFrame {
   bool Writable(const std::string& szPath);
   bool Written(bool bDone, const std::string& szPath, std::int32_t lNotice);
   std::vector<std::string> NamesInFolders() const;
+  std::vector<std::string> LaterLogs() const;
+  bool GoOnToNextLog();
   const LogSummary& Summary();
   void ShowSummary();
   void ShowCounts();
@@ -110,6 +112,7 @@ class frmLogView : public wxFrame {
   std::unique_ptr<LogSummary> pSummary;  // made when it is looked at
   std::vector<std::string> aOpened;
   std::vector<std::string> aFolderNames;  // of the logs in the opened folders
+  std::vector<std::string> aLaterLogs;    // than the last one opened, that were there when it was
   bool bFollow = true;
   bool bSummaryShown = false;     // what the pages show is of pSummary
   std::int64_t lSummaryCost = 0;  // milliseconds it took last

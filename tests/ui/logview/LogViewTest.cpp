@@ -4,6 +4,7 @@
 #include <wx/notebook.h>
 #include <wx/textctrl.h>
 
+#include <algorithm>
 #include <filesystem>
 
 #include "support/ChildProcess.h"
@@ -112,6 +113,8 @@ TEST(LogView, ShowsFiltersFindsSavesAndLeadsFromAnOutageToItsEntry) {
   ASSERT_EQ(aOutages.Rows(), 1U);
   aOutages.Activated(0);
   EXPECT_EQ(aViewer.pWindow->tabPages->GetSelection(), 0);
+  const auto lBelowTop = aList.Focused() - static_cast<long>(aList.TopRow());
+  EXPECT_LE(lBelowTop, aList.List()->GetCountPerPage() / 3) << "in the upper third";
   EXPECT_EQ(aViewer.Row(aList.Focused()),
             "1/5/2026 11:30:01 PM|Failed once|http://shop.example.com|500 Internal Server Error|9|");
   const auto aBuilt = std::filesystem::path(ChildProcess::BuiltProgram("LogView")).parent_path();
@@ -152,6 +155,49 @@ TEST(LogView, FollowsAFileThatGrowsAndIsCutAndAFolder) {
   aFolder.aHome.Write("D-20260109.kvl", Day(9));
   aFolder.pWindow->tmrFollow_Timer();
   EXPECT_EQ(aFolder.Status(0), "3 entries in 3 passes");
+}
+
+TEST(LogView, KeysSelectFromTheRowThatWasGoneTo) {
+  Viewer aViewer({{"W-20260104.kvl", TwoDays()}}, {"W-20260104.kvl"});
+  auto& aList = *aViewer.Entries().lvwEntries;
+  const auto Copied = [&] {
+    const auto szText = aViewer.pWindow->CopyText();
+    return std::to_string(std::count(szText.begin(), szText.end(), '\n')) + " from " +
+           szText.substr(0, szText.find('\t'));
+  };
+  ASSERT_TRUE(Focused(aList.List()));
+  EXPECT_EQ(Copied(), "1 from 1/7/2026 9:30:01 AM") << "a fresh window";
+  Key(WXK_UP, wxMOD_SHIFT);
+  ASSERT_TRUE(Until([&] { return Copied() == "2 from 1/7/2026 9:30:00 AM"; })) << Copied();
+  aViewer.pWindow->RunCommand(Command::mE_NextFailure);
+  EXPECT_EQ(Copied(), "1 from 1/5/2026 11:30:01 PM");
+  Key(WXK_DOWN, wxMOD_SHIFT);
+  Key(WXK_DOWN, wxMOD_SHIFT);
+  ASSERT_TRUE(Until([&] { return Copied() == "3 from 1/5/2026 11:30:01 PM"; })) << Copied();
+  Key(WXK_DOWN);
+  ASSERT_TRUE(Until([&] { return Copied().starts_with("1 from"); })) << Copied();
+  const auto lFrom = aList.Focused();
+  Key(WXK_UP, wxMOD_SHIFT);
+  EXPECT_TRUE(Until([&] { return Copied().starts_with("2 from") && aList.Focused() == lFrom - 1; }))
+      << Copied();
+}
+
+TEST(LogView, GoesOnToTheNextDaysFile) {
+  const auto Day = [](int lDay) {
+    return LogScript{AddDays(dtMonday, lDay)}.Start().Up("a.com").End().szText;
+  };
+  Viewer aNewest({{"D-20260105.kvl", Day(0)}, {"D-20260104.kvl", Day(-1)}}, {"D-20260105.kvl"});
+  aNewest.aHome.Write("D-20260106.kvl", Day(1));
+  aNewest.pWindow->tmrFollow_Timer();
+  EXPECT_EQ(aNewest.Status(0), "2 entries in 2 passes") << "midnight";
+  aNewest.aHome.Write("D-20260107.kvl", Day(2));
+  std::filesystem::remove(aNewest.aHome.Path("D-20260105.kvl"));  // pruned
+  aNewest.pWindow->tmrFollow_Timer();
+  EXPECT_EQ(aNewest.Status(0), "2 entries in 2 passes") << "of the two days that are left";
+  Viewer aOld({{"D-20260105.kvl", Day(0)}, {"D-20260106.kvl", Day(1)}}, {"D-20260105.kvl"});
+  aOld.aHome.Write("D-20260107.kvl", Day(2));
+  aOld.pWindow->tmrFollow_Timer();
+  EXPECT_EQ(aOld.Status(0), "1 entry in 1 pass") << "an old day was opened to be looked at";
 }
 
 TEST(LogView, HostileMissingAndNoFilesGetPlainWords) {
