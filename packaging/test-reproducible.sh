@@ -51,7 +51,14 @@ for program in "$there"/bin/*; do
 done
 (cd "$build" && quietly cpack -B "$folder/here")
 (cd "$there" && quietly cpack -B "$folder/there")
-for package in "$folder"/here/Kestrova-*.* "$folder"/here/kestrova*.*; do
+for package in "$folder"/here/Kestrova-*.* "$folder"/here/kestrova_*.*; do
   [ ! -f "$package" ] || same "$package" "$folder/there/${package##*/}"
+done
+# Of the package of symbols only what it installs: cpack writes the folder it was made in into its list of sums.
+for package in "$folder"/here/kestrova-dbgsym_*; do
+  [ -f "$package" ] || continue
+  dpkg-deb -x "$package" "$folder/here-symbols"
+  dpkg-deb -x "$folder/there/${package##*/}" "$folder/there-symbols"
+  diff -r "$folder/here-symbols" "$folder/there-symbols" || { echo "differs: ${package##*/}"; differs=1; }
 done
 [ $differs = 0 ] || fail "two builds of one state of the sources differ"

@@ -12,10 +12,5 @@ foreach(PROGRAM IN LISTS CPACK_KESTROVA_PROGRAMS)
   list(APPEND FILES ${NAME}.debug)
 endforeach()
 set(ZIP ${CPACK_PACKAGE_DIRECTORY}/Kestrova-${CPACK_PACKAGE_VERSION}-windows-symbols.zip)
-set(MTIME "")
-if(DEFINED ENV{SOURCE_DATE_EPOCH})
-  string(TIMESTAMP TIME "%Y-%m-%d %H:%M:%S UTC" UTC)  # of SOURCE_DATE_EPOCH, as the command has it
-  set(MTIME "--mtime=${TIME}")
-endif()
-execute_process(COMMAND ${CMAKE_COMMAND} -E tar cf ${ZIP} --format=zip ${MTIME} -- ${FILES}
+execute_process(COMMAND ${CMAKE_COMMAND} -E tar cf ${ZIP} --format=zip -- ${FILES}
   WORKING_DIRECTORY ${STAGE} COMMAND_ERROR_IS_FATAL ANY)
