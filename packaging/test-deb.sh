@@ -44,7 +44,7 @@ for program in "$root"/usr/lib/kestrova/{kestrova,kestrova-cli,LogView,KVTour}; 
   id=$(readelf -n "$program" | sed -n 's/^ *Build ID: //p')
   if grep -qw '.debug_info' <<<"$(readelf -S -W "$program")"; then fail "${program##*/} is not stripped"; fi
   symbols=$folder/symbols/usr/lib/debug/.build-id/${id:0:2}/${id:2}.debug
-  has "$(addr2line -e "$symbols" "$(nm "$symbols" | sed -n 's/ T main$//p')")" '/main\.cpp:[0-9]+$'
+  has "$(addr2line -e "$symbols" "$(nm "$symbols" | sed -n 's/ T main$//p')")" '/main\.cpp:[0-9]+'
 done
 
 # Used by somebody who may not write to the program folder.
