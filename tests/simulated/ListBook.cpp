@@ -260,9 +260,11 @@ void ListBook::TakeStatuses() {
     const auto& aBefore = pBooked->aStored.aSite;
     const auto& aNow = pBooked->aNow;
     const auto& aIs = aStored.aSite;
-    const bool bKnown = (SameEntry(aIs, aBefore) || SameEntry(aIs, aNow)) &&
-                        (aIs.iStatus == aBefore.iStatus || aIs.iStatus == aNow.iStatus) &&
-                        (aIs.szRemark == aBefore.szRemark || aIs.szRemark == aNow.szRemark);
+    // Saved again after a failure in the middle of the next pass, which begins with no remarks: none.
+    const bool bKnown =
+        (SameEntry(aIs, aBefore) || SameEntry(aIs, aNow)) &&
+        (aIs.iStatus == aBefore.iStatus || aIs.iStatus == aNow.iStatus) &&
+        (aIs.szRemark.empty() || aIs.szRemark == aBefore.szRemark || aIs.szRemark == aNow.szRemark);
     if (!bKnown) Violate("a stored site is " + Shown(aIs) + " and was " + Shown(aBefore));
     pBooked->aStored = aStored;
   }

@@ -151,7 +151,7 @@ std::optional<std::int32_t> OptionsBook::CookiesNow() {
 }
 
 void OptionsBook::SetCookies(std::optional<std::int32_t> aPolicy) {
-  if (CookiesNow() != aCookies) return;
+  if (bCookiesOwed) return;
   aCookies = aPolicy;
   if (aPolicy)
     Store::PutNumber(Registry::HKEY_CURRENT_USER, szInternet, szAllow, *aPolicy);

@@ -11,7 +11,8 @@ namespace Simulated {
 
 class OptionsBook {
  public:
-  Program::Options aNow;  // in memory
+  Program::Options aNow;      // in memory
+  bool bCookiesOwed = false;  // calls failed in a pass: the user's policy may not be back yet
 
   void PlanLoad();
   void PlanSave(const Program::Options& aNew);

@@ -75,7 +75,7 @@ void PassBook::End() {
   // What could not be saved in one pass is saved in the next.
   const bool bFaults = The().lStoreFaults != lPassStoreFaults;
   if (bFaults || aList.bStoreUnsure) aList.TakeStatuses();
-  aList.bStoreUnsure = bFaults;
+  aList.bStoreUnsure = aOptions.bCookiesOwed = bFaults;
   if (bFaults) return;
   aList.CompareStore();
   aOptions.RequireOwnCookies();

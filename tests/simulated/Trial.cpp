@@ -143,6 +143,7 @@ bool Trial::Boot(bool bKeep) {
   }
   aBook.aOptions.Conclude();
   aBook.aOptions.RequireOwnCookies();
+  aBook.aOptions.bCookiesOwed = false;
   aBook.aList.Conclude();
   if (!bKeep) aBook.SetNext(aBook.aOptions.aNow.lWarning);
   pDesk = std::make_unique<Desk>(aBook, aRandom);
