@@ -27,8 +27,7 @@ bool Load(const SingleInstance& /*aHeld*/, bool bRestart) {
   CookiePolicy::RestoreAfterKill();
   LoadSettings();
   // A rebuild that was killed half-way is healed by the next one.
-  modAddress::RebuildSiteIndex();
-  return modAddress::LoadSites(!bRestart, !bRestart) == 0;
+  return Report::LoadRebuilt(!bRestart);
 }
 
 // After a pass: what could not be stored meanwhile is tried once more, and what could not be kept is said.

@@ -16,8 +16,7 @@ int CliCommands::Import(const std::string& szFile, bool bReplace) {
   SingleInstance aInstance;
   if (!aInstance.TryLock()) return Report::Fail(FillResString(IDS_CLI_IN_USE, {Registry::StoreName()}));
   LoadSettings();
-  modAddress::RebuildSiteIndex();
-  if (modAddress::LoadSites(true, true) != 0) return Report::iFailed;
+  if (!Report::LoadRebuilt(true)) return Report::iFailed;
 
   if (modBasic::HasControlCharacters(szFile) == 1)
     return Report::Fail(FillResString(IDS_CLI_LIST_NO_TEXT, {szFile}));

@@ -1,8 +1,5 @@
 // registry export and import: everything the product remembers, as a file for another machine; and share: who
 // may use it on this one.
-#include <algorithm>
-#include <vector>
-
 #include "base/Strings.h"
 #include "cli/CliCommands.h"
 #include "cli/Report.h"
@@ -48,19 +45,10 @@ int CliCommands::RegistryImport(const std::string& szFile) {
   if (!RegFile::Apply(*szBytes, szError))
     return Report::Fail(FillResString(IDS_CLI_REGISTRY_WRONG, {szFile, szError}));
   // A file that was written by hand may bring sites without their index.
-  std::vector<std::string> aBrought, aLeft;
-  modAddress::ListKeyNames(aBrought);
   {
     const Registry::Transaction aEntered(Registry::Written::ByTheOperator);
-    modAddress::RebuildSiteIndex();
+    if (!Report::LoadRebuilt(true)) return Report::iFailed;
   }
-  if (modAddress::LoadSites(true, true) != 0) return Report::iFailed;
-  modAddress::ListKeyNames(aLeft);
   Report::Say(FillResString(IDS_CLI_REGISTRY_IMPORTED, {szFile, Report::SiteNumber(lSiteCount)}));
-  std::string szDropped;
-  for (const auto& szName : aBrought)
-    if (std::find(aLeft.begin(), aLeft.end(), szName) == aLeft.end())
-      szDropped += (szDropped.empty() ? "" : ", ") + szName;
-  if (!szDropped.empty()) return Report::Fail(FillResString(IDS_CLI_REGISTRY_DROPPED, {szDropped}));
   return Report::iAllUp;
 }

@@ -1,6 +1,8 @@
 #include "cli/Report.h"
 
+#include <algorithm>
 #include <iostream>
+#include <vector>
 
 #include "base/Strings.h"
 #include "base/Text.h"
@@ -57,6 +59,22 @@ bool Report::OpenToLook() {
 
 bool Report::ListMayBeIncomplete() {
   return bIncomplete;
+}
+
+bool Report::LoadRebuilt(bool bKeepResults) {
+  std::vector<std::string> aBefore, aAfter;
+  modAddress::ListKeyNames(aBefore);
+  modAddress::RebuildSiteIndex();
+  if (modAddress::LoadSites(bKeepResults, bKeepResults) != 0) return false;
+  modAddress::ListKeyNames(aAfter);
+  std::string szDropped;
+  for (const auto& szName : aBefore)
+    if (std::find(aAfter.begin(), aAfter.end(), szName) == aAfter.end())
+      szDropped += (szDropped.empty() ? "" : ", ") + szName;
+  if (szDropped.empty()) return true;
+  bIncomplete = true;
+  Complain(FillResString(IDS_CLI_REGISTRY_DROPPED, {szDropped}));
+  return true;
 }
 
 bool Report::LoadAll() {

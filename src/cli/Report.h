@@ -32,6 +32,9 @@ bool OpenStore(bool bBeginAnew = false);
 bool OpenToLook();
 // The store was damaged and something may be missing in it: the exit code is 2 then, whatever else was done.
 bool ListMayBeIncomplete();
+// Renumbers the sites and loads them. Keys that turn out to be no sites are deleted by that; they are named,
+// and the exit code is 2. False when the list cannot be loaded.
+bool LoadRebuilt(bool bKeepResults);
 // Opens the store to look and loads settings and sites as they are, for commands that only look.
 bool LoadAll();
 

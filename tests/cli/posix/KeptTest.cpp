@@ -79,6 +79,10 @@ TEST_F(Kept, RegistryFilesWithTooManyOrUselessSitesAreNotTakenInSilence) {
   EXPECT_EQ(aUseless.iCode, 2);
   EXPECT_THAT(aUseless.szErrors, AllOf(HasSubstr("left out: bad.invalid"), Not(HasSubstr("good.invalid"))));
   EXPECT_THAT(Run({"list"}).szOutput, AllOf(HasSubstr("one.invalid"), HasSubstr("good.invalid")));
+  Stored::Put(Stored::SiteKey("good.invalid"), "URL", "gooe.invalid");  // as a turned bit leaves it
+  const Result aTurned = Run({"import", "--add", aHome.Path("list.kvd")});
+  EXPECT_EQ(aTurned.iCode, 2);
+  EXPECT_THAT(aTurned.szErrors, HasSubstr("left out: good.invalid"));
 }
 
 TEST_F(Kept, AnImportThatDoesNotFitIsNone) {
