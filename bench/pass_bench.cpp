@@ -151,9 +151,9 @@ void CompareWithBareLoop() {
   auto aUnsaved = aStored;
   for (std::size_t i = 1; i < aUnsaved.size(); ++i)
     std::swap(aUnsaved[i].IP, aUnsaved[i].URL);
-  const auto TakeList = [](const std::vector<SiteRecord>& aRecords) {
+  const auto TakeList = [](const std::vector<SiteRecord>& aNew) {
     for (std::int32_t n = 1; n <= lSiteCount; ++n)
-      modAddress::ReplaceSite(n, aRecords[static_cast<std::size_t>(n)]);
+      modAddress::ReplaceSite(n, aNew[static_cast<std::size_t>(n)]);
   };
 
   Runner aRunner;

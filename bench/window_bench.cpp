@@ -17,6 +17,7 @@
 #include "servers/FaultServer.h"
 #include "support/Stored.h"
 #include "support/TestHome.h"
+#include "ui/common/EventPump.h"
 #include "ui/common/VirtualTable.h"
 #include "ui/logview/EntriesPage.h"
 #include "ui/logview/LogView.h"
@@ -55,7 +56,7 @@ class GapWatch : public wxTimer {
 void Pump(double dSeconds) {
   const auto aStart = Steady::now();
   while (MillisecondsSince(aStart) < dSeconds * 1000) {
-    modMain::PumpEvents();
+    EventPump::Run();
     wxMilliSleep(1);
   }
 }
@@ -69,7 +70,7 @@ void RefillRows(frmMain& aMain) {
   const auto aNoticeStart = Steady::now();
   for (int i = 0; i < lTimes; ++i) {
     aMain.Display_lvwMain(500);
-    modMain::PumpEvents();
+    EventPump::Run();
   }
   std::printf("%-66s %9.2f ms\n", "  the same with the busy notice",
               MillisecondsSince(aNoticeStart) / lTimes);
@@ -111,10 +112,10 @@ void OpenLongLog(const TestHome& aHome, double dToolkit) {
   auto aStart = Steady::now();
   frmLogView& aViewer = *LogView::Start({aHome.Path("long.kvl")});
   while (!aViewer.History())
-    modMain::PumpEvents();
+    EventPump::Run();
   VirtualTable& aList = *aViewer.pixEntries->lvwEntries;
   const auto Drawn = [&] {
-    modMain::PumpEvents();
+    EventPump::Run();
     aList.List()->Update();
   };
   Drawn();
@@ -129,7 +130,7 @@ void OpenLongLog(const TestHome& aHome, double dToolkit) {
   }
   Report("  from there to the first line, the middle and the end", MillisecondsSince(aStart), 200, "ms");
   aViewer.Destroy();
-  modMain::PumpEvents();
+  EventPump::Run();
 }
 
 int Run(double dIdleSeconds, double dToolkit) {
