@@ -124,6 +124,14 @@ VirtualTable::VirtualTable(wxWindow* pParent, const std::vector<Column>& aColumn
   });
 }
 
+// The list tells of its focus while it goes. It goes while there is a table to tell, and who would listen
+// beyond it may be gone already.
+VirtualTable::~VirtualTable() {
+  Activated = nullptr;
+  Selected = nullptr;
+  DestroyChildren();
+}
+
 bool VirtualTable::ExtendByKey(const wxKeyEvent& aEvent) {
   if (aEvent.GetModifiers() != wxMOD_SHIFT || Rows() == 0) return false;
   const long lLast = static_cast<long>(Rows()) - 1, lPage = std::max(1, lvwRows->GetCountPerPage());

@@ -25,6 +25,9 @@ class VirtualTable : public wxPanel {
   enum Light { lNone = -1, lGreen, lYellow, lRed, lGrey };
 
   VirtualTable(wxWindow* pParent, const std::vector<Column>& aColumnList);
+  ~VirtualTable() override;
+  VirtualTable(const VirtualTable&) = delete;
+  VirtualTable& operator=(const VirtualTable&) = delete;
 
   // How the rows look; Cell answers UTF-8.
   std::function<std::string(std::size_t lRow, int iColumn)> Cell;
