@@ -9,8 +9,11 @@
 #include <string>
 #include <vector>
 
-// Handles events until the condition holds. False when the time ran out first.
-bool Until(const std::function<bool()>& aHolds, double dSeconds = 5);
+// Handles events until the condition holds. False when it does not come to pass: the bound is far beyond what
+// a busy machine needs and only ends a run that has failed.
+bool Until(const std::function<bool()>& aHolds, double dSeconds = 60);
+// Handles all that has been sent or asked for by now: before a test says that something did not happen.
+void Settle();
 void PumpFor(double dSeconds);
 
 // The open window of a class, nullptr for none.
@@ -25,14 +28,14 @@ Window* Open() {
 
 // Waits until the control has the focus of the keyboard.
 bool Focused(wxWindow* pControl);
+// Keys and clicks are the screen's own. Each returns when the program has received it and dealt with it.
 void Key(int lKey, int lModifiers = wxMOD_NONE);
 void Type(const std::string& szLettersAndDigits);
 void Click(wxWindow* pControl);
 std::string TextOf(const wxTextCtrl* pBox);
 
-// The message over a dialog; empty when there is none. Waits a moment for one that is only due.
-std::string NoticeText();
-std::string CloseNotice();  // with Enter
+std::string NoticeText();   // of the message over a dialog; empty when there is none
+std::string CloseNotice();  // waits for one and closes it with Enter
 
 // Answers boxes and file windows in order: "ok", "yes", "no", "cancel", or the path to choose. One that
 // nobody expects is cancelled and fails the test, as does one that does not come.

@@ -24,7 +24,7 @@ std::string Boxes(const frmAddress* pEditor) {
 }
 
 bool Closed(Program& aProgram) {
-  return Until([&] { return !Open<frmAddress>() && aProgram.Main().IsEnabled(); }, 2);
+  return Until([&] { return !Open<frmAddress>() && aProgram.Main().IsEnabled(); });
 }
 
 }  // namespace

@@ -25,7 +25,7 @@ frmOptions* OpenOptions(Program& aProgram) {
 }
 
 bool Closed(Program& aProgram) {
-  return Until([&] { return !Open<frmOptions>() && aProgram.Main().IsEnabled(); }, 2) &&
+  return Until([&] { return !Open<frmOptions>() && aProgram.Main().IsEnabled(); }) &&
          aProgram.Main().TimerAutoCheck.IsRunning();
 }
 
@@ -38,7 +38,6 @@ TEST(Options, PagesTurnByKeysAndOKStoresAndStartsTheScheduleAgain) {
   Type("90");
   const auto TurnPage = [&] {
     Key(WXK_PAGEDOWN, wxMOD_CONTROL);
-    PumpFor(0.1);
     aTopics.push_back(pOptions->lHelpContext);
   };
   TurnPage();
@@ -79,14 +78,16 @@ TEST(Options, LeavingAFieldChecksIt) {
       {2, pOptions->txtLogPath, pOptions->txtMaxLogFiles, szFolder, szCreate, "yes", szFolder, false}};
   for (const auto& aCase : aCases) {
     pOptions->tabOptions->SetSelection(aCase.iPage);
-    PumpFor(0.05);
+    Settle();
     aCase.pLeft->SetFocus();
-    PumpFor(0.05);
+    ASSERT_TRUE(Focused(aCase.pLeft));
+    Settle();
     const auto szBefore = aCase.pLeft->GetValue();
     aCase.pLeft->ChangeValue(ToWx(aCase.szTyped));
     Answers aAnswers({aCase.szAnswer});
     aCase.pNext->SetFocus();
-    PumpFor(0.1);
+    EXPECT_TRUE(Until([&] { return !aAnswers.aSaid.empty(); }));
+    Settle();
     EXPECT_EQ(aAnswers.aSaid, Texts{aCase.szMessage});
     EXPECT_EQ(TextOf(aCase.pLeft), aCase.szCorrected) << aCase.szMessage;
     EXPECT_TRUE(!aCase.bHeld || Focused(aCase.pLeft)) << aCase.szMessage;
@@ -94,7 +95,7 @@ TEST(Options, LeavingAFieldChecksIt) {
   }
   EXPECT_TRUE(Files::FolderExists(szFolder));
   pOptions->cmdCancel->SetFocus();  // asks nothing
-  PumpFor(0.1);
+  ASSERT_TRUE(Focused(pOptions->cmdCancel));
   Key(WXK_SPACE);
   EXPECT_TRUE(Closed(aProgram));
   EXPECT_EQ(Settings.Email, "");

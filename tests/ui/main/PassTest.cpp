@@ -45,7 +45,8 @@ TEST(Pass, EachKeyRunsItsCommandOnce) {
                                                         {'S', wxMOD_NONE, 2}};
   for (const auto& [lKey, lModifiers, lPasses] : aPresses) {
     Key(lKey, lModifiers);
-    PumpFor(0.3);
+    EXPECT_TRUE(Until(
+        [&, lDue = lPasses] { return aServer.Count() >= lDue && !aProgram.Main().Engine().PassRunning(); }));
     EXPECT_EQ(aServer.Count(), lPasses) << lKey << " " << lModifiers;
   }
 }
