@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 #include <wx/dirdlg.h>
-#include <wx/eventfilter.h>
 #include <wx/evtloop.h>
 #include <wx/filedlg.h>
 #include <wx/msgdlg.h>
@@ -111,9 +110,8 @@ std::string NoticeText() {
 
 std::string CloseNotice() {
   const auto bReady = [] {
-    const auto* pNotice = Open<frmNotice>();
-    return pNotice && const_cast<frmNotice*>(pNotice)->IsActive() &&
-           pNotice->IsDescendant(wxWindow::FindFocus());
+    auto* pNotice = Open<frmNotice>();
+    return pNotice && pNotice->IsActive() && pNotice->IsDescendant(wxWindow::FindFocus());
   };
   EXPECT_TRUE(Until(bReady));
   const auto szText = NoticeText();

@@ -1,6 +1,8 @@
 // What an operator does with the windows: waits, presses keys, clicks, and answers the boxes that come.
 #pragma once
 
+#include <wx/eventfilter.h>
+#include <wx/menu.h>
 #include <wx/modalhook.h>
 #include <wx/textctrl.h>
 #include <wx/toplevel.h>
@@ -33,6 +35,20 @@ void Key(int lKey, int lModifiers = wxMOD_NONE);
 void Type(const std::string& szLettersAndDigits);
 void Click(wxWindow* pControl);
 std::string TextOf(const wxTextCtrl* pBox);
+
+// Counts the menus that open while it lives.
+class OpenedMenus : public wxEventFilter {
+ public:
+  OpenedMenus() { wxEvtHandler::AddFilter(this); }
+  ~OpenedMenus() override { wxEvtHandler::RemoveFilter(this); }
+  OpenedMenus(const OpenedMenus&) = delete;
+  OpenedMenus& operator=(const OpenedMenus&) = delete;
+  int FilterEvent(wxEvent& aEvent) override {
+    lOpened += aEvent.GetEventType() == wxEVT_MENU_OPEN ? 1 : 0;
+    return Event_Skip;
+  }
+  int lOpened = 0;
+};
 
 std::string NoticeText();   // of the message over a dialog; empty when there is none
 std::string CloseNotice();  // waits for one and closes it with Enter

@@ -63,12 +63,19 @@ void frmDialog::Child_Focus(wxChildFocusEvent& aEvent) {
   aEvent.Skip();
   wxWindow* pNext = aEvent.GetWindow();
   if (pNext == pFocused || Leaving()) return;
-  const bool bUnchecked = pNext == cmdCancel || (pPressed && pNext == pPressed);
+  const bool bUnchecked = pNext == cmdCancel || pNext == pMovingTo || (pPressed && pNext == pPressed);
+  pMovingTo = nullptr;
   if (pFocused && !bUnchecked) {
     aSteps.push_back({pFocused, pNext});
     if (aSteps.size() == 1) CallAfter(&frmDialog::DeliverSteps);
   }
   pFocused = pNext;
+}
+
+// The focus may come only later, when the window is active.
+void frmDialog::MoveFocus(wxWindow* pTo) {
+  pMovingTo = pTo == pFocused ? nullptr : pTo;
+  pTo->SetFocus();
 }
 
 void frmDialog::DeliverSteps() {

@@ -77,10 +77,13 @@ class frmOptions : public frmDialog {
   OptionsRules::Answer Ask(const OptionsRules::Finding& aFinding);
   wxTextCtrl* BoxOf(OptionsRules::Field iField) const;
   OptionsRules::Field FieldOf(const wxWindow* pBox) const;
+  static void EnterBox(wxTextCtrl* pBox);
+  // Turns to the box's page; the field that loses the focus is not checked.
   void FocusOn(wxTextCtrl* pBox, bool bSelectAll);
 
   std::unique_ptr<AutoTimerHold> pTimer;
   const std::int32_t lOpeningInterval, lOpeningWarning;
   OptionsRules::Checks aChecks;
   std::vector<NumberBox> aNumbers;
+  const wxTextCtrl* pEdited = nullptr;  // the number box that was changed last
 };
