@@ -36,7 +36,7 @@ void Type(const std::string& szLettersAndDigits);
 void Click(wxWindow* pControl);
 std::string TextOf(const wxTextCtrl* pBox);
 
-// Counts the menus that open while it lives.
+// Counts the menus that open and close while it lives.
 class OpenedMenus : public wxEventFilter {
  public:
   OpenedMenus() { wxEvtHandler::AddFilter(this); }
@@ -45,9 +45,11 @@ class OpenedMenus : public wxEventFilter {
   OpenedMenus& operator=(const OpenedMenus&) = delete;
   int FilterEvent(wxEvent& aEvent) override {
     lOpened += aEvent.GetEventType() == wxEVT_MENU_OPEN ? 1 : 0;
+    lClosed += aEvent.GetEventType() == wxEVT_MENU_CLOSE ? 1 : 0;
     return Event_Skip;
   }
   int lOpened = 0;
+  int lClosed = 0;
 };
 
 std::string NoticeText();   // of the message over a dialog; empty when there is none

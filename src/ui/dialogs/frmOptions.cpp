@@ -62,7 +62,7 @@ void frmOptions::BindControls() {
   tabOptions->Bind(wxEVT_NOTEBOOK_PAGE_CHANGED, [this](wxBookCtrlEvent& aEvent) {
     aEvent.Skip();
     // The toolkit gives the tab itself the focus when this event is over.
-    CallAfter(&frmOptions::tabOptions_Click);
+    CallAfter(&frmOptions::EnterPage);
   });
 }
 
@@ -72,7 +72,7 @@ void frmOptions::EnterBox(wxTextCtrl* pBox) {
   pBox->SelectAll();
 }
 
-void frmOptions::tabOptions_Click() {
+void frmOptions::EnterPage() {
   if (Leaving()) return;
   lHelpContext = HelpContext::lTimer + tabOptions->GetSelection();
   switch (tabOptions->GetSelection()) {
@@ -194,13 +194,17 @@ Field frmOptions::FieldOf(const wxWindow* pBox) const {
   return Field::None;
 }
 
+void frmOptions::TurnTo(std::size_t iPage) {
+  tabOptions->ChangeSelection(iPage);
+  lHelpContext = HelpContext::lTimer + static_cast<std::int32_t>(iPage);
+}
+
 void frmOptions::FocusOn(wxTextCtrl* pBox, bool bSelectAll) {
-  for (std::size_t i = 0; i < tabOptions->GetPageCount(); ++i) {
-    if (!tabOptions->GetPage(i)->IsDescendant(pBox)) continue;
-    tabOptions->ChangeSelection(i);
-    lHelpContext = HelpContext::lTimer + static_cast<std::int32_t>(i);
-  }
-  MoveFocus(pBox);
+  MoveUnchecked([&] {
+    for (std::size_t i = 0; i < tabOptions->GetPageCount(); ++i)
+      if (tabOptions->GetPage(i)->IsDescendant(pBox)) TurnTo(i);
+    pBox->SetFocus();
+  });
   if (bSelectAll) pBox->SelectAll();
 }
 
@@ -226,9 +230,11 @@ bool frmOptions::CheckField(Field iField, bool bConfirm, wxWindow* pNext) {
   FocusOn(pBox, true);
   const auto GoOn = [&] {
     if (!pNext) return true;
-    tabOptions->ChangeSelection(static_cast<std::size_t>(lPage));
-    lHelpContext = HelpContext::lTimer + lPage;
-    MoveFocus(pNext);
+    MoveUnchecked([&] {
+      if (lPage == tabOptions->GetSelection()) return pNext->SetFocus();
+      TurnTo(static_cast<std::size_t>(lPage));
+      EnterPage();
+    });
     return true;
   };
   const auto iAnswer = Ask(aFinding);

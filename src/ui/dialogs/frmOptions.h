@@ -65,7 +65,6 @@ class frmOptions : public frmDialog {
 
   void BindControls();
   void txtNumber_Change(NumberBox& aBox);
-  void tabOptions_Click();
   void cmdLogDirBrowse_Click();
   void EnableLogControls();
 
@@ -78,6 +77,8 @@ class frmOptions : public frmDialog {
   wxTextCtrl* BoxOf(OptionsRules::Field iField) const;
   OptionsRules::Field FieldOf(const wxWindow* pBox) const;
   static void EnterBox(wxTextCtrl* pBox);
+  void EnterPage();  // the focus goes where it belongs on the page in front
+  void TurnTo(std::size_t iPage);
   // Turns to the box's page; the field that loses the focus is not checked.
   void FocusOn(wxTextCtrl* pBox, bool bSelectAll);
 

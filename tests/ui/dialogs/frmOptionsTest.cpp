@@ -131,10 +131,12 @@ TEST(Options, OKAsksOnceAboutWhatWasEdited) {
   auto* pOptions = OpenOptions(aProgram);
   pOptions->txtTimerWarning->SetFocus();
   ASSERT_TRUE(Focused(pOptions->txtTimerWarning));
+  Settle();
   pOptions->txtTimerWarning->SetValue("70");
   {
     Answers aAnswers({"ok"});
     Key(WXK_RETURN);
+    EXPECT_TRUE(Until([&] { return !aAnswers.aSaid.empty(); }));
     EXPECT_TRUE(Focused(pOptions->txtTimerWarning));
     Settle();
     EXPECT_EQ(aAnswers.aSaid, Texts{"The Warning Interval must be less than the Timer Interval."});
@@ -152,7 +154,9 @@ TEST(Options, OKAsksOnceAboutWhatWasEdited) {
     Settle();
     EXPECT_EQ(pOptions->tabOptions->GetSelection(), 0);
     Key(WXK_RETURN);
+    EXPECT_TRUE(Until([&] { return aAnswers.aSaid.size() == 2; }));
     EXPECT_TRUE(Focused(pOptions->txtLogPath));
+    Settle();
     EXPECT_EQ(aAnswers.aSaid.size(), 2U);
   }
   EXPECT_EQ(pOptions->tabOptions->GetSelection(), 2);
