@@ -5,11 +5,24 @@
 #include <string>
 #include <vector>
 
+#include "persistence/KeptFiles.h"
+
+// What check and watch are asked for beside the pass itself.
+struct PassOptions {
+  bool bRestart = false;          // check: earlier results do not count
+  bool bJson = false;             // one JSON object a line
+  bool bPlugin = false;           // check: as a monitoring plugin
+  std::string szMetrics, szPage;  // files of this run alone
+};
+
 namespace CliCommands {
 
 // One pass now, or passes on the schedule until interrupted. Both hold the single-instance lock.
-int Check(bool bRestart);
-int Watch();
+int Check(const PassOptions& aOptions = {});
+int Watch(const PassOptions& aOptions = {});
+
+// The file of that kind that every pass writes. Empty and not bOff: says which.
+int Keep(KeptFiles::Kind iKind, const std::string& szFile, bool bOff);
 
 int List(bool bJson);
 

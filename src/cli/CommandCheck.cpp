@@ -1,14 +1,15 @@
 // check and watch: the engine in a terminal.
 #include <algorithm>
 #include <iostream>
+#include <sstream>
 
 #include "base/Strings.h"
 #include "check/CheckEngine.h"
 #include "check/CookiePolicy.h"
 #include "check/Schedule.h"
 #include "cli/CliCommands.h"
+#include "cli/PassView.h"
 #include "cli/Report.h"
-#include "cli/TerminalView.h"
 #include "log/CheckLog.h"
 #include "persistence/Settings.h"
 #include "persistence/modAddress.h"
@@ -48,41 +49,73 @@ int OutcomeOfSites() {
   return bAllUp ? Report::iAllUp : Report::iNotAllUp;
 }
 
-}  // namespace
-
-int CliCommands::Check(bool bRestart) {
+// A pass for a script or a person: its exit code.
+int CheckOnce(const PassOptions& aOptions, PassView& aView) {
   if (!Report::OpenStore()) return Report::iFailed;
   SingleInstance aInstance;
   if (!aInstance.TryLock()) return Report::Fail(FillResString(IDS_CLI_IN_USE, {Registry::StoreName()}));
-  if (!Load(aInstance, bRestart)) return Report::iFailed;
+  if (!Load(aInstance, aOptions.bRestart)) return Report::iFailed;
 
   Terminal::CatchInterrupt();
-  TerminalView aView;
   CheckEngine aEngine(aView);
   aView.Attach(aEngine);
   aEngine.mF_StartCheck_Click();
   const bool bKept = AllWasKept();
-  if (aView.PassesStarted() > 0) aView.ShowSummary();
+  const bool bWritten = aView.PassesStarted() == 0 || aView.EndPass();
   if (aView.WasStopped() && Terminal::InterruptSignal() != 0)
     return Report::iSignalBase + Terminal::InterruptSignal();
   if (aView.WasStopped()) return Report::Fail(LoadResString(IDS_CLI_OUTPUT_CLOSED));
-  return bKept ? OutcomeOfSites() : Report::iFailed;
+  return bKept && bWritten ? OutcomeOfSites() : Report::iFailed;
 }
 
-int CliCommands::Watch() {
+// While it lives standard error goes nowhere but into the text: who calls a plugin reads standard output
+// alone.
+class ErrorsKept {
+ public:
+  explicit ErrorsKept(std::string& szText) : szKept(szText), pBefore(std::cerr.rdbuf(aErrors.rdbuf())) {}
+  ~ErrorsKept() {
+    std::cerr.rdbuf(pBefore);
+    szKept = aErrors.str();
+  }
+  ErrorsKept(const ErrorsKept&) = delete;
+  ErrorsKept& operator=(const ErrorsKept&) = delete;
+
+ private:
+  std::ostringstream aErrors;
+  std::string& szKept;
+  std::streambuf* const pBefore;
+};
+
+}  // namespace
+
+int CliCommands::Check(const PassOptions& aOptions) {
+  PassView aView(aOptions);
+  if (!aOptions.bPlugin) return CheckOnce(aOptions, aView);
+  std::string szErrors;
+  {
+    const ErrorsKept aErrors(szErrors);
+    CheckOnce(aOptions, aView);
+  }
+  return aView.AnswerAsPlugin(szErrors.substr(0, szErrors.find('\n')));
+}
+
+int CliCommands::Watch(const PassOptions& aOptions) {
   if (!Report::OpenStore()) return Report::iFailed;
   SingleInstance aInstance;
   if (!aInstance.TryLock()) return Report::Fail(FillResString(IDS_CLI_IN_USE, {Registry::StoreName()}));
   if (!Load(aInstance, false)) return Report::iFailed;
 
   Terminal::CatchInterrupt();
-  TerminalView aView;
+  PassView aView(aOptions);
   CheckEngine aEngine(aView);
   aView.Attach(aEngine);
-  aView.bHeadline = true;
+  aView.bHeadline = !aOptions.bJson;
+  const auto Say = [&](const std::string& szText) {
+    if (!aOptions.bJson) Report::Say(szText);
+    std::cout.flush();
+  };
   Schedule::SetNextCheck(WarningMinutes());
-  Report::Say(FillResString(IDS_CLI_WATCHING, {Report::SiteNumber(lSiteCount), Schedule::NextPanelText()}));
-  std::cout.flush();
+  Say(FillResString(IDS_CLI_WATCHING, {Report::SiteNumber(lSiteCount), Schedule::NextPanelText()}));
   if (Settings.LogPeriod != 0 && !Files::FolderExists(Settings.LogPath))
     Report::Complain(FillResString(IDS_CLI_NO_LOG_FOLDER, {Settings.LogPath}));
   bool bKept = true;
@@ -92,9 +125,8 @@ int CliCommands::Watch() {
     aEngine.TimerAutoCheck_Timer();
     if (aView.PassesStarted() != lPassesBefore) {
       bKept = AllWasKept();
-      aView.ShowSummary();
-      Report::Say(Schedule::NextPanelText());
-      std::cout.flush();
+      aView.EndPass();
+      Say(Schedule::NextPanelText());
     }
     if (!Terminal::Interrupted()) Clock::Wait(dIdleSeconds);
   }

@@ -11,19 +11,6 @@
 
 namespace {
 
-std::string StatusWord(std::uint8_t iStatus) {
-  switch (iStatus) {
-    case SiteStatus::iUp:
-      return LoadResString(IDS_CLI_UP);
-    case SiteStatus::iWarning:
-      return LoadResString(IDS_CLI_WARNING);
-    case SiteStatus::iDown:
-      return LoadResString(IDS_CLI_DOWN);
-    default:
-      return LoadResString(IDS_CLI_UNKNOWN);
-  }
-}
-
 void ListAsJson() {
   nlohmann::ordered_json aList = nlohmann::ordered_json::array();
   for (std::int32_t i = 1; i <= lSiteCount; ++i) {
@@ -31,7 +18,7 @@ void ListAsJson() {
     aList.push_back({{"number", i},
                      {"url", aSite.URL},
                      {"ip", aSite.IP},
-                     {"status", StatusWord(aSite.Status)},
+                     {"status", Report::StatusWord(aSite.Status)},
                      {"enabled", aSite.TakesPart()},
                      {"timeOut", aSite.TimeOut},
                      {"remark", aSite.Comments}});
@@ -48,10 +35,11 @@ void ListAsTable() {
        LoadResString(IDS_CLI_LIST_HEAD_TIMEOUT), LoadResString(IDS_CLI_LIST_HEAD_REMARK)}};
   for (std::int32_t i = 1; i <= lSiteCount; ++i) {
     const SiteRecord& aSite = modAddress::Site(i);
-    aRows.push_back(
-        {std::to_string(i), aSite.TakesPart() ? StatusWord(aSite.Status) : LoadResString(IDS_CLI_DISABLED),
-         LoadResString(IDS_AGENT) + Text::Printable(aSite.URL), Text::Printable(aSite.IP),
-         FillResString(IDS_CLI_SECONDS, {std::to_string(aSite.TimeOut)}), Text::Printable(aSite.Comments)});
+    aRows.push_back({std::to_string(i),
+                     aSite.TakesPart() ? Report::StatusWord(aSite.Status) : LoadResString(IDS_CLI_DISABLED),
+                     LoadResString(IDS_AGENT) + Text::Printable(aSite.URL), Text::Printable(aSite.IP),
+                     FillResString(IDS_CLI_SECONDS, {std::to_string(aSite.TimeOut)}),
+                     Text::Printable(aSite.Comments)});
   }
   std::vector<std::size_t> aWidths(aRows.front().size(), 0);
   for (const auto& aRow : aRows)

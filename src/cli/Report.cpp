@@ -28,6 +28,19 @@ std::string Report::SiteNumber(std::int32_t lNumber) {
                       : FillResString(IDS_CLI_SITE_MANY, {std::to_string(lNumber)});
 }
 
+std::string Report::StatusWord(std::uint8_t iStatus) {
+  switch (iStatus) {
+    case SiteStatus::iUp:
+      return LoadResString(IDS_CLI_UP);
+    case SiteStatus::iWarning:
+      return LoadResString(IDS_CLI_WARNING);
+    case SiteStatus::iDown:
+      return LoadResString(IDS_CLI_DOWN);
+    default:
+      return LoadResString(IDS_CLI_UNKNOWN);
+  }
+}
+
 void Report::Say(std::string_view szText) {
   std::cout << szText << '\n';
 }

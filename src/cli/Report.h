@@ -18,6 +18,9 @@ inline constexpr int iSignalBase = 128;
 // "1 site", "12 sites"
 std::string SiteNumber(std::int32_t lNumber);
 
+// "up", "warning", "down", "unknown"
+std::string StatusWord(std::uint8_t iStatus);
+
 // One line on standard output.
 void Say(std::string_view szText);
 // One line on standard error, behind the program's name; line breaks within it become blanks.

@@ -15,7 +15,9 @@ namespace {
 
 // What the arguments fill in.
 struct Arguments {
-  bool bRestart = false, bJson = false, bReplace = false, bAdd = false, bSummary = false, bTest = false;
+  PassOptions aPass;
+  bool bJson = false, bOff = false, bShow = false, bReplace = false, bAdd = false, bSummary = false,
+       bTest = false;
   std::string szFile, szHtml, szCsv, szCode, szFolder, szFrom;
   std::vector<std::string> aFiles;
   std::int32_t lSite = 0, lShards = 1;
@@ -28,13 +30,39 @@ CLI::App* AddVerb(CLI::App& aParent, const char* szName, std::int32_t lAbout, st
   return pVerb;
 }
 
+void AddPassFiles(CLI::App* pVerb, PassOptions& aPass) {
+  pVerb->add_option("--metrics", aPass.szMetrics, LoadResString(IDS_CLI_PASS_METRICS))->type_name("FILE");
+  pVerb->add_option("--page", aPass.szPage, LoadResString(IDS_CLI_PASS_PAGE))->type_name("FILE");
+}
+
 void AddChecking(CLI::App& aApp, Arguments& a) {
   CLI::App* pCheck = AddVerb(aApp, "check", IDS_CLI_CHECK, IDS_CLI_CHECK_EXAMPLES);
-  pCheck->add_flag("--restart", a.bRestart, LoadResString(IDS_CLI_CHECK_RESTART));
-  pCheck->callback([&a] { a.aCommand = [&a] { return CliCommands::Check(a.bRestart); }; });
-  AddVerb(aApp, "watch", IDS_CLI_WATCH, IDS_CLI_WATCH_EXAMPLES)->callback([&a] {
-    a.aCommand = [] { return CliCommands::Watch(); };
-  });
+  pCheck->add_flag("--restart", a.aPass.bRestart, LoadResString(IDS_CLI_CHECK_RESTART));
+  auto* pJson = pCheck->add_flag("--json", a.aPass.bJson, LoadResString(IDS_CLI_PASS_JSON));
+  pCheck->add_flag("--plugin", a.aPass.bPlugin, LoadResString(IDS_CLI_CHECK_PLUGIN))->excludes(pJson);
+  AddPassFiles(pCheck, a.aPass);
+  pCheck->callback([&a] { a.aCommand = [&a] { return CliCommands::Check(a.aPass); }; });
+  CLI::App* pWatch = AddVerb(aApp, "watch", IDS_CLI_WATCH, IDS_CLI_WATCH_EXAMPLES);
+  pWatch->add_flag("--json", a.aPass.bJson, LoadResString(IDS_CLI_PASS_JSON));
+  AddPassFiles(pWatch, a.aPass);
+  pWatch->callback([&a] { a.aCommand = [&a] { return CliCommands::Watch(a.aPass); }; });
+}
+
+// What every pass leaves for other tools.
+void AddKeeping(CLI::App& aApp, Arguments& a) {
+  const auto Add = [&](const char* szName, KeptFiles::Kind iKind, std::int32_t lAbout, std::int32_t lExamples,
+                       std::int32_t lFile) {
+    CLI::App* pVerb = AddVerb(aApp, szName, lAbout, lExamples);
+    auto* pWhat = pVerb->add_option_group("what");
+    pWhat->add_option("FILE", a.szFile, LoadResString(lFile));
+    pWhat->add_flag("--off", a.bOff, LoadResString(IDS_CLI_KEEP_OFF));
+    pWhat->add_flag("--show", a.bShow, LoadResString(IDS_CLI_KEEP_SHOW));
+    pWhat->require_option(1);
+    pVerb->callback(
+        [&a, iKind] { a.aCommand = [&a, iKind] { return CliCommands::Keep(iKind, a.szFile, a.bOff); }; });
+  };
+  Add("metrics", KeptFiles::Kind::Metrics, IDS_CLI_METRICS, IDS_CLI_METRICS_EXAMPLES, IDS_CLI_METRICS_FILE);
+  Add("page", KeptFiles::Kind::Page, IDS_CLI_PAGE, IDS_CLI_PAGE_EXAMPLES, IDS_CLI_PAGE_FILE);
 }
 
 void AddListing(CLI::App& aApp, Arguments& a) {
@@ -133,6 +161,7 @@ int Run(int iCount, char** aValues) {
   AddRegistry(aApp, aArguments);
   AddLog(aApp, aArguments);
   AddAlert(aApp, aArguments);
+  AddKeeping(aApp, aArguments);
   try {
     aApp.parse(iCount, aValues);
   } catch (const CLI::Success& aAnswer) {  // --help, --version

@@ -308,6 +308,10 @@ std::int32_t UnsavedSites() {
   return static_cast<std::int32_t>(aUnsaved.size());
 }
 
+bool IsUnsaved(std::int32_t n) {
+  return IsSite(n) && aUnsaved.contains(KeyName(Site(n).URL));
+}
+
 std::string SaveAgain() {
   if (aUnsaved.empty()) return {};
   auto szSaid = StoreMessages::Compose(Registry::OpenStore());

@@ -80,6 +80,7 @@ void SaveSite(std::int32_t n, bool bIsNew);
 
 // The sites whose last SaveSite failed: what is stored of them is older than what is in the list.
 std::int32_t UnsavedSites();
+bool IsUnsaved(std::int32_t n);  // site n is one of them
 // Tries once more to save them, as long as the store lets itself be waited for. Where the store has lost the
 // sites meanwhile (its file was deleted), the whole list and the settings are written anew. Answers what is
 // to be said of it, empty where there is nothing.

@@ -55,3 +55,10 @@ void Clock::Replace(Source* pSource) {
   pReplaced = pSource;
   aStart.reset();
 }
+
+double Clock::UnixNow() {
+  constexpr std::int64_t lMinute = 60;
+  const DateTime dtNow = Now();
+  const DateTime dtEpoch = JoinDateTime({.lYear = 1970, .lMonth = 1, .lDay = 1});
+  return static_cast<double>(SecondsBetween(dtEpoch, dtNow) - MinutesEastOfUtc(dtNow) * lMinute);
+}

@@ -26,6 +26,7 @@ std::int32_t MinutesEastOfUtc(DateTime dtLocal);
 DateTime SteadyNow();  // wall time at the first use plus steady seconds since
 DateTime BootNow();    // wall time at the first use plus boot seconds since
 void Wait(double dSeconds);
+double UnixNow();  // Now as whole seconds since 1970, UTC, for other tools
 
 // Puts another source in place (not owned); nullptr puts the system's own back. SteadyNow and BootNow start
 // anew.

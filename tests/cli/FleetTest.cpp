@@ -1,5 +1,9 @@
 // What kestrova-cli gives to other tools.
+#include <nlohmann/json.hpp>
+#include <sstream>
+
 #include "cli/Cli.h"
+#include "platform/Environment.h"
 
 namespace {
 
@@ -50,6 +54,66 @@ TEST_F(Fleet, ExportForPrometheusSaysWhatIsWrong) {
     EXPECT_EQ(std::ranges::count(aResult.szErrors, '\n'), 1) << aResult.szErrors;
   }
   EXPECT_EQ(aHome.Read("file"), "x");
+}
+
+TEST_F(Fleet, PassesAsJsonLinesAndAsAPlugin) {
+  aServer.Serve("/bad", Fault::Status("404 \x1b[31m"));
+  ImportList(ListOf({aServer.Site("/good"), aServer.Site("/bad")}));
+  Result aResult = Run({"check", "--json"});
+  EXPECT_EQ(aResult.iCode, 1) << aResult.szErrors;
+  std::vector<nlohmann::json> aLines;
+  std::istringstream aOutput(aResult.szOutput);
+  for (std::string szLine; std::getline(aOutput, szLine);)
+    aLines.push_back(nlohmann::json::parse(szLine));
+  ASSERT_EQ(aLines.size(), 4U);
+  EXPECT_EQ(aLines[0]["event"], "pass-begins");
+  EXPECT_EQ(aLines[3]["event"], "pass-ends");
+  EXPECT_EQ(aLines[3]["warning"], 1);
+  EXPECT_EQ(aLines[3]["up"], 1);
+  for (const int i : {1, 2}) {
+    const bool bGood = aLines[static_cast<std::size_t>(i)]["url"] == aServer.Site("/good");
+    EXPECT_EQ(aLines[static_cast<std::size_t>(i)]["status"], bGood ? "up" : "warning");
+    EXPECT_GE(aLines[static_cast<std::size_t>(i)]["seconds"], 0);
+  }
+
+  aResult = Run({"check", "--plugin"});  // the second failure in a row
+  EXPECT_EQ(aResult.iCode, 2);
+  EXPECT_THAT(aResult.szOutput,
+              HasPattern("^KESTROVA CRITICAL - 1 up, 0 warning, 1 down, 0 disabled; 127[^|]*/bad \\| "
+                         "up=1 warning=0;0 down=1;;0 time=[0-9.]+s\n$"));
+  aServer.Serve("/bad", Fault::Ok());
+  EXPECT_EQ(Run({"check", "--plugin"}).iCode, 0);
+  EXPECT_EQ(Run({"check", "--plugin", "--json"}).iCode, 2);
+
+  aHome.Write("no.db", std::string(5000, 'x'));
+  Environment::Set("KESTROVA_REGISTRY", aHome.Folder());  // a folder is no store
+  aResult = Run({"check", "--plugin"});
+  EXPECT_EQ(aResult.iCode, 3);
+  EXPECT_THAT(aResult.szOutput, HasPattern("^KESTROVA UNKNOWN - .*\n$"));
+  EXPECT_EQ(aResult.szErrors, "");
+}
+
+TEST_F(Fleet, FilesForOtherToolsAreKept) {
+  ImportList(ListOf({aServer.Site("/good")}));
+  const std::string szMetrics = aHome.Path("k.prom");
+  EXPECT_THAT(Run({"metrics", "--show"}).szOutput, testing::HasSubstr("No such file"));
+  EXPECT_EQ(Run({"metrics", szMetrics}).iCode, 0);
+  EXPECT_EQ(Run({"page", aHome.Path("p.htm")}).iCode, 0);
+  EXPECT_EQ(Run({"metrics", "--show"}).szOutput, szMetrics + "\n");
+  EXPECT_EQ(Run({"check"}).iCode, 0);
+  EXPECT_THAT(aHome.Read("k.prom"),
+              testing::HasSubstr("kestrova_site_up{site=\"" + aServer.Site("/good") + "\"} 1"));
+  EXPECT_THAT(aHome.Read("p.htm"), testing::HasSubstr("The one site is up"));
+
+  // A file that cannot be written costs a line, not the pass.
+  const Result aResult = Run({"check", "--metrics", aHome.Path("no/m.prom")});
+  EXPECT_EQ(aResult.iCode, 2);
+  EXPECT_EQ(std::ranges::count(aResult.szErrors, '\n'), 1) << aResult.szErrors;
+  EXPECT_THAT(aResult.szOutput, testing::HasSubstr("1 up"));
+  EXPECT_EQ(Run({"metrics", aHome.Path("no/m.prom")}).iCode, 2);
+  EXPECT_EQ(Run({"metrics", aHome.Folder()}).iCode, 2);
+  EXPECT_EQ(Run({"metrics", "--off"}).iCode, 0);
+  EXPECT_THAT(Run({"metrics", "--show"}).szOutput, testing::HasSubstr("No such file"));
 }
 
 }  // namespace

@@ -9,7 +9,6 @@
 #include <wx/textctrl.h>
 
 #include <algorithm>
-#include <iterator>
 
 #include "check/Schedule.h"
 #include "ui/common/Boxes.h"
@@ -62,22 +61,16 @@ void frmOptions::BindControls() {
   tabOptions->Bind(wxEVT_NOTEBOOK_PAGE_CHANGED, [this](wxBookCtrlEvent& aEvent) {
     aEvent.Skip();
     // The toolkit gives the tab itself the focus when this event is over.
-    CallAfter(&frmOptions::EnterPage);
+    CallAfter(&frmOptions::tabOptions_Click);
   });
 }
 
-// The field that loses the focus is left.
-void frmOptions::EnterBox(wxTextCtrl* pBox) {
-  pBox->SetFocus();
-  pBox->SelectAll();
-}
-
-void frmOptions::EnterPage() {
+void frmOptions::tabOptions_Click() {
   if (Leaving()) return;
   lHelpContext = HelpContext::lTimer + tabOptions->GetSelection();
   switch (tabOptions->GetSelection()) {
     case 0:
-      EnterBox(txtTimerInterval);
+      FocusOn(txtTimerInterval, true);
       break;
     case lManagerTab:
       txtMgrName->SetFocus();
@@ -87,17 +80,14 @@ void frmOptions::EnterPage() {
       if (optNoLogs->GetValue())
         optNoLogs->SetFocus();
       else
-        EnterBox(txtLogPath);
+        FocusOn(txtLogPath, true);
       break;
     default:
-      // The control that had it is hidden now, and the toolkit would go on to one of the new page: it stays
-      // with the tabs. Not the notebook's own SetFocus, which passes it on to the page.
-      tabOptions->wxWindow::SetFocus();
+      break;
   }
 }
 
 void frmOptions::txtNumber_Change(NumberBox& aBox) {
-  pEdited = aBox.pBox;
   const auto szNew = Get(aBox.pBox);
   const auto aChange = ChangeNumber(aBox.iField, szNew);
   if (!aChange.bRejected) {
@@ -194,23 +184,19 @@ Field frmOptions::FieldOf(const wxWindow* pBox) const {
   return Field::None;
 }
 
-void frmOptions::TurnTo(std::size_t iPage) {
-  tabOptions->ChangeSelection(iPage);
-  lHelpContext = HelpContext::lTimer + static_cast<std::int32_t>(iPage);
-}
-
 void frmOptions::FocusOn(wxTextCtrl* pBox, bool bSelectAll) {
-  MoveUnchecked([&] {
-    for (std::size_t i = 0; i < tabOptions->GetPageCount(); ++i)
-      if (tabOptions->GetPage(i)->IsDescendant(pBox)) TurnTo(i);
-    pBox->SetFocus();
-  });
+  for (std::size_t i = 0; i < tabOptions->GetPageCount(); ++i) {
+    if (!tabOptions->GetPage(i)->IsDescendant(pBox)) continue;
+    tabOptions->ChangeSelection(i);
+    lHelpContext = HelpContext::lTimer + static_cast<std::int32_t>(i);
+  }
+  pBox->SetFocus();
   if (bSelectAll) pBox->SelectAll();
 }
 
 Answer frmOptions::Ask(const Finding& aFinding) {
   if (aFinding.iButtons == Buttons::OK) {
-    Boxes::Say(this, aFinding.szMessage, aFinding.szMore);
+    Boxes::Say(this, aFinding.szMessage);
     return Answer::OK;
   }
   const long lButtons = aFinding.iButtons == Buttons::YesNo ? wxYES_NO : wxYES_NO | wxCANCEL;
@@ -224,25 +210,17 @@ bool frmOptions::CheckField(Field iField, bool bConfirm, wxWindow* pNext) {
   PutNumbers(aForm);
   Put(txtLogPath, aForm.szLogPath);
   if (aFinding.szMessage.empty()) return true;
-  // The page of the field first: a box about what is not to be seen is a riddle.
   wxTextCtrl* pBox = BoxOf(iField);
-  const int lPage = tabOptions->GetSelection();
-  FocusOn(pBox, true);
-  const auto GoOn = [&] {
-    if (!pNext) return true;
-    MoveUnchecked([&] {
-      if (lPage == tabOptions->GetSelection()) return pNext->SetFocus();
-      TurnTo(static_cast<std::size_t>(lPage));
-      EnterPage();
-    });
-    return true;
-  };
+  if (bConfirm) FocusOn(pBox, true);
   const auto iAnswer = Ask(aFinding);
   if (Leaving()) return false;
   const bool bOther = FieldOf(pNext) == Field::TimerInterval || FieldOf(pNext) == Field::TimerWarning;
-  if (aFinding.bRelation && bOther) return GoOn();
+  if (aFinding.bRelation && bOther) {
+    pNext->SetFocus();
+    return true;
+  }
   Finding aFurther;
-  if (aChecks.Answered(iField, bConfirm, iAnswer, aForm, aFurther)) return GoOn();
+  if (aChecks.Answered(iField, iAnswer, aForm, aFurther)) return true;
   if (!aFurther.szMessage.empty()) Ask(aFurther);
   if (!Leaving()) FocusOn(pBox, true);
   return false;
@@ -253,11 +231,8 @@ bool frmOptions::LeaveField(wxWindow* pLeft, wxWindow* pNext) {
   return iField == Field::None || CheckField(iField, false, pNext);
 }
 
-// The field that was edited last comes first: of two that disagree it is the one that the operator thinks of.
 void frmOptions::cmdOK_Click() {
-  std::vector<Field> aOrder(std::begin(aConfirmOrder), std::end(aConfirmOrder));
-  std::ranges::stable_partition(aOrder, [this](Field iField) { return BoxOf(iField) == pEdited; });
-  for (const Field iField : aOrder)
+  for (const Field iField : aConfirmOrder)
     if (!CheckField(iField, true, nullptr)) return;
   if (Store(ReadForm(), lOpeningInterval, lOpeningWarning)) Host.ShowPanel(2, Schedule::NextPanelText());
   Leave();

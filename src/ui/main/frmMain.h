@@ -18,8 +18,8 @@
 
 #include "check/CheckEngine.h"
 #include "check/CheckView.h"
+#include "fleet/PassFiles.h"
 #include "ui/common/MainHost.h"
-#include "ui/main/CountStrip.h"
 #include "ui/main/SiteList.h"
 #include "ui/main/frmCheckAnim.h"
 
@@ -61,7 +61,7 @@ class frmMain : public wxFrame, public CheckView, public MainHost {
   bool HasMinimised() const { return bMinimised; }
   // The program is ending: no window of ours stays in sight, a running pass unwinds.
   void PrepareExit();
-  // Sees to what had to wait for the end of a pass.
+  // Shows what had to wait for the end of a pass.
   void AfterPass();
 
   // CheckView
@@ -71,6 +71,7 @@ class frmMain : public wxFrame, public CheckView, public MainHost {
   void ShowLight(std::int32_t lSlot, std::int16_t iIcon) override;
   void ShowLightText(std::int32_t lSlot, const std::string& szText) override;
   void ShowRemark(std::int32_t lSlot, const std::string& szText) override;
+  void SiteRecorded(std::int32_t lSlot) override { aPassFiles.SiteRecorded(lSlot); }
   bool IsMinimised() override { return bMinimised; }
   void OpenProgress() override;
   void CloseProgress() override;
@@ -93,7 +94,6 @@ class frmMain : public wxFrame, public CheckView, public MainHost {
 
   SiteList* lvwMain;
   wxPanel* pixClient;  // carries the controls
-  CountStrip* pixCounts;
   wxPanel* fraCurView;
   wxStaticText* lblCurView;
   PictureBox* imgColors;
@@ -109,17 +109,15 @@ class frmMain : public wxFrame, public CheckView, public MainHost {
   // frmMainMenus
   void BuildMenus();
   void Menu_Click(wxCommandEvent& aEvent);
+  void EndPassFiles();
   void RunEngine(void (CheckEngine::*pStarter)());
 
   // frmMainList
   void BuildList();
   void ShowFilterPictures();
-  void ShowCounts();
   bool FitsFilters(std::int32_t i) const;
   void lvwMain_Activated();
   void lvwMain_ContextMenu(wxContextMenuEvent& aEvent);
-  void lvwMain_RightUp(wxMouseEvent& aEvent);
-  void OpenPopup(bool bByKey);
 
   // frmMainLayout
   void BuildStatusBar();
@@ -133,29 +131,22 @@ class frmMain : public wxFrame, public CheckView, public MainHost {
   void LeaveMinimised();
   void KeepReachable();
 
-  wxPoint FirstProgressPlace(const wxSize& aProgress) const;
-
   void Form_Load();
   void Form_Close(wxCloseEvent& aEvent);
   void TimerAutoCheck_Timer();
   void TimerMain_Timer();
 
   void ShowPending();
-  void KeepMessage(const std::string& szText);
   void SayNow(const std::string& szText);
-  void ShowWaitingMessages();
 
   const ProgramExit aProgramExit;
   CheckEngine aEngine;
+  PassFiles aPassFiles;         // what every pass leaves for other tools
+  bool bToldUnwritten = false;  // said once until it succeeds again
   std::vector<std::string> aWaitingMessages;
   std::string szProgressSite, szProgressStatus;
   std::int32_t lSlotToShow = 0;  // 0 none
-  bool bCountsDue = false;
-  wxPoint aProgressPlace = wxDefaultPosition;  // where the progress window was last
-  DateTime dtLastPump = 0;                     // steady
-  bool bPopupDue = false;                      // asked for with the button still down
-  bool bInTimer = false;                       // the stack is that of TimerAutoCheck or TimerMain
-  bool bShowingMessages = false;
+  DateTime dtLastPump = 0;       // steady
   bool bMinimised = false;
   bool bExiting = false;
   bool bLayingOut = false;

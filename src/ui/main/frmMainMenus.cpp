@@ -43,12 +43,13 @@ void frmMain::BuildMenus() {
     pMenu->Append(aCommand.iNumber, szText, "", aCommand.Has(Commands::Radio) ? wxITEM_RADIO : wxITEM_NORMAL);
   }
   SetMenuBar(pBar);
+  pBar->Enable(mF_StopCheck, false);
 }
 
 void frmMain::LockCommands(bool bLock) {
   for (const Command& aCommand : Commands::All())
     if (aCommand.Has(Commands::Locked)) GetMenuBar()->Enable(aCommand.iNumber, !bLock);
-  if (!bLock) lvwMain->GiveBackPlace();
+  GetMenuBar()->Enable(mF_StopCheck, bLock);
 }
 
 void frmMain::Menu_Click(wxCommandEvent& aEvent) {
@@ -85,6 +86,7 @@ void frmMain::RunEngine(void (CheckEngine::*pStarter)()) {
   (aEngine.*pStarter)();
   if (!bOutermost) return;
   tmrServe.Stop();
+  EndPassFiles();
   AfterPass();
 }
 

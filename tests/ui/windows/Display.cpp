@@ -7,9 +7,6 @@ bool Display::Start() {
 void Display::Stop() {
 }
 
-void Display::Sync() {
-}
-
 bool Display::StartTray() {
   return true;
 }
