@@ -169,12 +169,11 @@ class BenchApp : public App {
 
 }  // namespace
 
-wxIMPLEMENT_APP_NO_MAIN(BenchApp);
-
 // The argument: how many seconds to watch the idle program (60).
 int main(int lCount, char** aArguments) {
   const double dIdleSeconds = lCount > 1 ? std::atof(aArguments[1]) : 60;
   const auto aStart = Steady::now();
+  wxApp::SetInstance(new BenchApp);
   if (!wxEntryStart(lCount, aArguments) || !wxTheApp->CallOnInit()) return 2;
   const double dToolkit = MillisecondsSince(aStart);
   int lResult = 0;

@@ -38,7 +38,7 @@ struct FaultServer::State {
     if (aRequests.size() > 100) aRequests.pop_front();
     aChanged.notify_all();
     auto& aOrder = aAnswers.contains(szPath) ? aAnswers[szPath] : aAnswers["*"];
-    const Fault::Answer aChosen = aOrder.front();
+    Fault::Answer aChosen = aOrder.front();
     if (aOrder.size() > 1) aOrder.pop_front();
     return aChosen;
   }
