@@ -1,5 +1,5 @@
-// What std::filesystem does alike on every system. Writing and reading, where systems differ in locks,
-// sharing and renaming, stand in posix/ and windows/.
+// What is alike on every system, by std::filesystem. Where systems differ in locks, sharing and renaming,
+// what writes and reads stands in posix/ and windows/.
 #include "platform/Files.h"
 
 #include <algorithm>
@@ -91,4 +91,16 @@ Files::Deletion Files::Delete(const std::string& szPath) {
   const bool bGone =
       !aFailed || aFailed == std::errc::no_such_file_or_directory || aFailed == std::errc::not_a_directory;
   return bGone ? Deletion::Gone : Deletion::Failed;
+}
+
+std::optional<std::string> Files::ReadWhole(const std::string& szPath, std::uint64_t lMost) {
+  auto szBytes = ReadPiece(szPath, 0, lMost < UINT64_MAX ? lMost + 1 : lMost);
+  if (szBytes && szBytes->size() > lMost) return {};
+  return szBytes;
+}
+
+bool Files::WriteWhole(const std::string& szPath, std::string_view szBytes) {
+  Replacement aNew(szPath);
+  aNew.Write(szBytes);
+  return aNew.Commit();
 }

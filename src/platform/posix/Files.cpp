@@ -112,14 +112,6 @@ bool Files::Append(const std::string& szPath, std::string_view szBytes) {
   return false;
 }
 
-std::optional<std::string> Files::ReadWhole(const std::string& szPath, std::uint64_t lMost) {
-  const auto aFile = OpenRegular(szPath, O_RDONLY);
-  if (!aFile) return {};
-  auto szBytes = ReadUpTo(aFile.Number(), lMost < UINT64_MAX ? lMost + 1 : lMost);
-  if (szBytes && szBytes->size() > lMost) return {};
-  return szBytes;
-}
-
 std::optional<std::string> Files::ReadPiece(const std::string& szPath, std::uint64_t lFrom,
                                             std::uint64_t lMost) {
   const auto aFile = OpenRegular(szPath, O_RDONLY);
@@ -167,10 +159,4 @@ bool Files::Replacement::Commit() {
              a.aFile.Close() && rename(a.szBeside.c_str(), a.szTarget.c_str()) == 0;
   if (a.bWhole) a.szBeside.clear();
   return a.bWhole;
-}
-
-bool Files::WriteWhole(const std::string& szPath, std::string_view szBytes) {
-  Replacement aNew(szPath);
-  aNew.Write(szBytes);
-  return aNew.Commit();
 }

@@ -47,25 +47,6 @@ bool WriteAll(HANDLE hFile, std::string_view szBytes, OVERLAPPED* pWhere = nullp
   return true;
 }
 
-std::optional<std::string> ReadFrom(const std::string& szPath, std::uint64_t lFrom, std::uint64_t lMost) {
-  const Handle aFile(CreateFileA(szPath.c_str(), GENERIC_READ, lShareAll, nullptr, OPEN_EXISTING,
-                                 FILE_ATTRIBUTE_NORMAL, nullptr));
-  LARGE_INTEGER aFrom;
-  aFrom.QuadPart = static_cast<LONGLONG>(lFrom);
-  if (!aFile || !SetFilePointerEx(aFile.Get(), aFrom, nullptr, FILE_BEGIN)) return std::nullopt;
-  std::string szBytes;
-  while (szBytes.size() < lMost) {
-    const std::size_t lHave = szBytes.size();
-    const auto lPiece = static_cast<DWORD>(std::min<std::uint64_t>(lMost - lHave, 1 << 20));
-    DWORD lRead = 0;
-    szBytes.resize(lHave + lPiece);
-    if (!ReadFile(aFile.Get(), szBytes.data() + lHave, lPiece, &lRead, nullptr)) return std::nullopt;
-    szBytes.resize(lHave + lRead);
-    if (lRead == 0) break;
-  }
-  return szBytes;
-}
-
 }  // namespace
 
 const char Files::chSeparator = '\\';
@@ -92,15 +73,24 @@ bool Files::Append(const std::string& szPath, std::string_view szBytes) {
   return false;
 }
 
-std::optional<std::string> Files::ReadWhole(const std::string& szPath, std::uint64_t lMost) {
-  auto szBytes = ReadFrom(szPath, 0, lMost + 1);
-  if (szBytes && szBytes->size() > lMost) return std::nullopt;
-  return szBytes;
-}
-
 std::optional<std::string> Files::ReadPiece(const std::string& szPath, std::uint64_t lFrom,
                                             std::uint64_t lMost) {
-  return ReadFrom(szPath, lFrom, lMost);
+  const Handle aFile(CreateFileA(szPath.c_str(), GENERIC_READ, lShareAll, nullptr, OPEN_EXISTING,
+                                 FILE_ATTRIBUTE_NORMAL, nullptr));
+  LARGE_INTEGER aFrom;
+  aFrom.QuadPart = static_cast<LONGLONG>(lFrom);
+  if (!aFile || !SetFilePointerEx(aFile.Get(), aFrom, nullptr, FILE_BEGIN)) return std::nullopt;
+  std::string szBytes;
+  while (szBytes.size() < lMost) {
+    const std::size_t lHave = szBytes.size();
+    const auto lPiece = static_cast<DWORD>(std::min<std::uint64_t>(lMost - lHave, 1 << 20));
+    DWORD lRead = 0;
+    szBytes.resize(lHave + lPiece);
+    if (!ReadFile(aFile.Get(), szBytes.data() + lHave, lPiece, &lRead, nullptr)) return std::nullopt;
+    szBytes.resize(lHave + lRead);
+    if (lRead == 0) break;
+  }
+  return szBytes;
 }
 
 struct Files::Replacement::State {
@@ -137,10 +127,4 @@ bool Files::Replacement::Commit() {
                                      MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
   if (a.bWhole) a.szBeside.clear();
   return a.bWhole;
-}
-
-bool Files::WriteWhole(const std::string& szPath, std::string_view szBytes) {
-  Replacement aNew(szPath);
-  aNew.Write(szBytes);
-  return aNew.Commit();
 }
