@@ -2,13 +2,17 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <initializer_list>
 #include <utility>
 
+#include "base/Embedded.h"
 #include "base/Strings.h"
 #include "base/Text.h"
 #include "base/Utf8.h"
 #include "fleet/TargetFiles.h"
+
+extern const Embedded::Files aFleetFileTexts;  // the folder files/
 
 namespace {
 
@@ -16,10 +20,7 @@ using Values = std::initializer_list<std::pair<std::string_view, std::string_vie
 
 // The text of files/ with each %NAME% of the values replaced, in one go; any other "%" stays.
 std::string Fill(std::string_view szName, const Values& aValues) {
-  const auto* const pEnd = aFleetFiles + lFleetFileCount;
-  const auto* const pFile =
-      std::find_if(aFleetFiles, pEnd, [&](const auto& a) { return a.szName == szName; });
-  const std::string_view szText = pFile == pEnd ? std::string_view() : pFile->szText;
+  const std::string_view szText = Embedded::Bytes(aFleetFileTexts, szName);
   std::string szFilled;
   for (std::size_t lAt = 0; lAt < szText.size();) {
     const auto pValue = std::ranges::find_if(aValues, [&](const auto& aValue) {

@@ -2,7 +2,6 @@
 // folder.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <set>
 #include <string>
@@ -10,13 +9,6 @@
 #include <vector>
 
 #include "fleet/FleetPlan.h"
-
-// What the folder files/ holds, by file name; made while the program is built.
-struct FleetFileText {
-  std::string_view szName, szText;
-};
-extern const FleetFileText aFleetFiles[];
-extern const std::size_t lFleetFileCount;
 
 namespace FleetFiles {
 

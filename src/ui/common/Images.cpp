@@ -2,10 +2,15 @@
 
 #include <wx/icon.h>
 
+#include <string>
+
+#include "base/Embedded.h"
+
+extern const Embedded::Files aImageFiles;
+
 wxBitmapBundle Images::Bundle(std::string_view szName, wxSize aSize) {
-  for (std::size_t i = 0; i < lImageCount; ++i)
-    if (szName == aImageData[i].szName) return wxBitmapBundle::FromSVG(aImageData[i].szSVG, aSize);
-  return {};
+  const auto szSVG = Embedded::Bytes(aImageFiles, std::string(szName) + ".svg");
+  return szSVG.empty() ? wxBitmapBundle() : wxBitmapBundle::FromSVG(szSVG.data(), aSize);
 }
 
 wxIconBundle Images::ProgramIcons() {

@@ -5,20 +5,12 @@
 #include <wx/bmpbndl.h>
 #include <wx/iconbndl.h>
 
-#include <cstddef>
 #include <string_view>
-
-struct ImageData {
-  const char* szName;  // the file's base name, also the key in the image lists
-  const char* szSVG;
-};
-extern const ImageData aImageData[];
-extern const std::size_t lImageCount;
 
 namespace Images {
 
-// The picture by its name, as a square (or of the given proportions) with this side in device-independent
-// pixels. An unknown name gives an empty picture.
+// The picture by its name (its file's, without ".svg"), as a square (or of the given proportions) with this
+// side in device-independent pixels. An unknown name gives an empty picture.
 wxBitmapBundle Bundle(std::string_view szName, wxSize aSize);
 inline wxBitmapBundle Bundle(std::string_view szName, int iSide = 16) {
   return Bundle(szName, wxSize(iSide, iSide));

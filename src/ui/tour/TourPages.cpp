@@ -3,7 +3,12 @@
 #include <wx/imagpng.h>
 #include <wx/mstream.h>
 
+#include <string>
+
+#include "base/Embedded.h"
 #include "base/Strings.h"
+
+extern const Embedded::Files aPictureFiles;
 
 const TourPage aTourPages[] = {
     {IDS_TOUR_HEAD_WELCOME, IDS_TOUR_TEXT_WELCOME, "main", {}},
@@ -23,10 +28,8 @@ const std::size_t lTourPages = sizeof(aTourPages) / sizeof(aTourPages[0]);
 wxImage TourPicture(std::string_view szName) {
   if (!wxImage::FindHandler(wxBITMAP_TYPE_PNG)) wxImage::AddHandler(new wxPNGHandler);
   wxImage aImage;
-  for (std::size_t i = 0; i < lPictureCount; ++i)
-    if (szName == aPictureData[i].szName) {
-      wxMemoryInputStream aStream(aPictureData[i].aBytes, aPictureData[i].lBytes);
-      aImage.LoadFile(aStream, wxBITMAP_TYPE_PNG);
-    }
+  const auto szBytes = Embedded::Bytes(aPictureFiles, std::string(szName) + ".png");
+  wxMemoryInputStream aStream(szBytes.data(), szBytes.size());
+  if (!szBytes.empty()) aImage.LoadFile(aStream, wxBITMAP_TYPE_PNG);
   return aImage;
 }

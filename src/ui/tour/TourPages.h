@@ -17,14 +17,5 @@ struct TourPage {
 extern const TourPage aTourPages[];
 extern const std::size_t lTourPages;
 
-// A PNG file's bytes, made at build time.
-struct PictureData {
-  const char* szName;
-  const unsigned char* aBytes;
-  std::size_t lBytes;
-};
-extern const PictureData aPictureData[];
-extern const std::size_t lPictureCount;
-
-// The picture of that name; an unknown one gives an image that is not Ok.
+// The picture of that name (its file's, without ".png"); an unknown one gives an image that is not Ok.
 wxImage TourPicture(std::string_view szName);
