@@ -58,7 +58,7 @@ def key_of(command, made_of, version):
     """Neither the folder of the checkout is part of it nor how the compiler optimises, warns and watches over."""
     text = version + " ".join(word for word in command if word != "-D_GLIBCXX_ASSERTIONS").replace(str(SOURCES), "")
     digest = hashlib.sha256(text.encode())
-    for path in [SOURCES / ".clang-tidy", *sorted(made_of)]:
+    for path in [SOURCES / ".clang-tidy", SOURCES / "tests" / ".clang-tidy", *sorted(made_of)]:
         digest.update(hashlib.sha256(path.read_bytes() if path.exists() else b"").digest())
     return digest.hexdigest()
 

@@ -37,17 +37,20 @@ class BrokenImportTest : public testing::Test {
 
 TEST_F(BrokenImportTest, KilledOrOnAFullDiskItChangesNothing) {
   constexpr rlim_t lNoLimit = RLIM_INFINITY;
-  const std::pair<std::int32_t, rlim_t> aCases[] = {{1, lNoLimit}, {450, lNoLimit}, {901, lNoLimit},
-                                                    {0, 0},        {0, 60'000},     {0, 400'000}};
-  for (const auto& [lLast, lBytes] : aCases) {
+  struct Case {
+    std::int32_t lLast;  // the site after which it is killed, 0: it is not
+    rlim_t lBytes;       // how long a file may become
+  };
+  for (const Case& a : {Case{1, lNoLimit}, Case{450, lNoLimit}, Case{901, lNoLimit}, Case{0, 0},
+                        Case{0, 60'000}, Case{0, 400'000}}) {
     const int iEnd = InChild([&] {
-      LimitFiles(lBytes);
+      LimitFiles(a.lBytes);
       ListExchange::Import(aRecords, true,
-                           [&](std::int32_t lDone) { return lDone == lLast ? raise(SIGKILL) : 0; });
+                           [&](std::int32_t lDone) { return lDone == a.lLast ? raise(SIGKILL) : 0; });
       return 0;
     });
-    EXPECT_EQ(iEnd, lLast == 0 ? 0 : -SIGKILL);
-    EXPECT_EQ(SitesAfterStart(), 20) << lLast << " " << lBytes;
+    EXPECT_EQ(iEnd, a.lLast == 0 ? 0 : -SIGKILL);
+    EXPECT_EQ(SitesAfterStart(), 20) << a.lLast << " " << a.lBytes;
   }
   ListExchange::Import(aRecords, true, {});
   EXPECT_EQ(SitesAfterStart(), 920);
