@@ -22,7 +22,7 @@ package_packages=(dpkg-dev file)
 # The cross compiler, the sources and headers that are built with it, Wine with its fonts, the installer's compiler.
 windows_packages=(
   g++-mingw-w64-x86-64-posix libz-mingw-w64-dev googletest dpkg-dev make
-  wine wine64 fonts-wine fonts-liberation nsis unzip x11-utils
+  wine wine64 fonts-wine fonts-liberation nsis unzip x11-utils clang-tidy
 )
 # A real mail server that one test sends through; that test says so and steps aside where it is missing.
 server_packages=(exim4-daemon-light)
