@@ -65,7 +65,7 @@ std::string NoticeText() {
 }
 
 std::string CloseNotice() {
-  const auto szText = NoticeText();
+  auto szText = NoticeText();
   if (szText.empty()) return szText;
   PumpFor(0.05);
   Key(WXK_RETURN);
