@@ -108,6 +108,10 @@ UrlChange ChangeURL(const std::string& szText) {
   }
 }
 
+bool IsHttps(const std::string& szURL) {
+  return Text::LowerCase(Text::Trim(szURL)).starts_with("https:");
+}
+
 OctetChange ChangeOctet(const std::string& szText) {
   OctetChange aChange{szText, false, false};
   const bool bDot = Remove(aChange.szText, [](char ch) { return ch == '.'; });

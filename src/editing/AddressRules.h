@@ -32,6 +32,10 @@ struct UrlChange {
 };
 UrlChange ChangeURL(const std::string& szText);
 
+// The address has the scheme that is never asked in front. It is stored as it stands; whoever enters it is
+// told.
+bool IsHttps(const std::string& szURL);
+
 struct OctetChange {
   std::string szText;  // digits only
   bool bBeep;

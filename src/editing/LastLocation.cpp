@@ -19,11 +19,15 @@ std::string ReadFolder(Registry::Key hRoot, const char* szKey, const char* szNam
 
 }  // namespace
 
-std::string LastLocation::StartFolder(const char* szValue) {
-  auto szFolder = ReadFolder(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szLastLoc, szValue);
-  if (Text::Trim(szFolder).empty() || !Files::FolderExists(szFolder))
-    szFolder = ReadFolder(Registry::HKEY_CURRENT_USER, ProductKeys::szShellFolders, "Desktop");
-  return !szFolder.empty() && Files::FolderExists(szFolder) ? szFolder : Shell::HomeFolder();
+std::string LastLocation::StartFolder(const char* szValue, const std::string& szGone) {
+  const auto IsThere = [](const std::string& szFolder) {
+    return !Text::IsBlank(szFolder) && Files::FolderExists(szFolder);
+  };
+  const auto szRemembered = ReadFolder(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szLastLoc, szValue);
+  if (IsThere(szRemembered)) return szRemembered;
+  if (!Text::IsBlank(szRemembered) && IsThere(szGone)) return szGone;
+  const auto szDesktop = ReadFolder(Registry::HKEY_CURRENT_USER, ProductKeys::szShellFolders, "Desktop");
+  return IsThere(szDesktop) ? szDesktop : Shell::HomeFolder();
 }
 
 void LastLocation::Remember(const char* szValue, const std::string& szFile) {

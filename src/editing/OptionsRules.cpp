@@ -24,19 +24,21 @@ Finding Found(std::int32_t lMessage) {
 }
 
 Finding FoundRelation(std::int32_t lMessage) {
-  return {LoadResString(lMessage), Buttons::OK, false, true};
+  Finding aFinding = Found(lMessage);
+  aFinding.bRelation = true;
+  return aFinding;
 }
 
 Finding FoundPath(std::int32_t lMessage, const std::string& szPath, Buttons iButtons = Buttons::OK) {
-  return {FillResString(lMessage, {szPath}), iButtons};
+  return {FillResString(lMessage, {szPath}), "", iButtons};
 }
 
-// Sets the number to a bound that it passes. True when it did.
-bool Bound(std::string& szField, std::int32_t lLeast, std::int32_t lMost) {
+// Sets the number to a bound that it passes, and says so.
+Finding Bound(std::string& szField, std::int32_t lLeast, std::int32_t lMost, std::int32_t lMessage) {
   const auto lNumber = Text::LeadingNumber(szField);
-  if (lNumber >= lLeast && lNumber <= lMost) return false;
+  if (lNumber >= lLeast && lNumber <= lMost) return {};
   szField = std::to_string(std::clamp(lNumber, lLeast, lMost));
-  return true;
+  return {LoadResString(lMessage), FillResString(IDS_SET_TO, {szField})};
 }
 
 bool WarningIsGreater(const Form& aForm) {
@@ -66,68 +68,69 @@ Change ChangeNumber(Field iField, const std::string& szNew) {
   return {true, iField == Field::MaxLogFiles ? IDS_FILES_INTEGER : 0};
 }
 
-// A high number that is stored already was insisted on once.
-Checks::Checks(const Form& aOpening) : lAcceptedFiles(Text::LeadingNumber(aOpening.szMaxLogFiles)) {
+Checks::Checks(const Form& aOpening) : lOpeningFiles(Text::LeadingNumber(aOpening.szMaxLogFiles)) {
 }
 
 Finding Checks::Leave(Field iField, Form& aForm) {
+  return Check(iField, false, aForm);
+}
+
+Finding Checks::Check(Field iField, bool bConfirm, Form& aForm) const {
   switch (iField) {
     case Field::TimerInterval:
       if (WarningIsGreater(aForm)) return FoundRelation(IDS_INTERVAL_RELATION);
-      return Bound(aForm.szTimerInterval, lLeastMinutes, lMostInterval) ? Found(IDS_INTERVAL_RANGE)
-                                                                        : Finding{};
+      return Bound(aForm.szTimerInterval, lLeastMinutes, lMostInterval, IDS_INTERVAL_RANGE);
     case Field::TimerWarning:
       if (WarningIsGreater(aForm)) return FoundRelation(IDS_WARNING_RELATION);
-      return Bound(aForm.szTimerWarning, lLeastMinutes, lMostWarning) ? Found(IDS_WARNING_RANGE) : Finding{};
-    case Field::MgrEmail:
-      if (aForm.szMgrEmail.empty() || (aForm.szMgrEmail.find('@') != std::string::npos &&
-                                       aForm.szMgrEmail.find('.') != std::string::npos))
-        return {};
-      return {LoadResString(IDS_EMAIL_INVALID), Buttons::OK, true};
+      return Bound(aForm.szTimerWarning, lLeastMinutes, lMostWarning, IDS_WARNING_RANGE);
+    case Field::MgrEmail: {
+      const auto Has = [&](char ch) { return aForm.szMgrEmail.find(ch) != std::string::npos; };
+      if (aForm.szMgrEmail.empty() || (Has('@') && Has('.'))) return {};
+      return {LoadResString(IDS_EMAIL_INVALID), "", Buttons::OK, true};
+    }
     case Field::LogPath:
       return LeaveLogPath(aForm);
     case Field::MaxLogFiles:
-      return LeaveMaxLogFiles(aForm);
+      return LeaveMaxLogFiles(aForm, bConfirm);
     default:
       return {};
   }
 }
 
-Finding Checks::LeaveLogPath(Form& aForm) const {
+Finding Checks::LeaveLogPath(Form& aForm) {
   if (!aForm.FolderEnabled()) return {};
   aForm.szLogPath = Text::Trim(Plain(aForm.szLogPath));
   if (Files::FolderExists(aForm.szLogPath)) return {};
   return FoundPath(IDS_FOLDER_CREATE, aForm.szLogPath, Buttons::YesNoCancel);
 }
 
-Finding Checks::LeaveMaxLogFiles(Form& aForm) const {
+Finding Checks::LeaveMaxLogFiles(Form& aForm, bool bConfirm) const {
   if (!aForm.CountEnabled()) return {};
   const auto lFiles = Text::LeadingNumber(aForm.szMaxLogFiles);
-  if (Bound(aForm.szMaxLogFiles, 1, lMostFiles))
-    return Found(lFiles < 1 ? IDS_FILES_MINIMUM : IDS_FILES_MAXIMUM);
-  if (lFiles <= lManyFiles || lFiles == lAcceptedFiles) return {};
-  return {LoadResString(IDS_FILES_MANY), Buttons::YesNo};
+  auto aBound = Bound(aForm.szMaxLogFiles, 1, lMostFiles, lFiles < 1 ? IDS_FILES_MINIMUM : IDS_FILES_MAXIMUM);
+  if (!aBound.szMessage.empty()) return aBound;
+  const bool bUntouched = bConfirm && lFiles == lOpeningFiles;
+  if (lFiles <= lManyFiles || lFiles == lAcceptedFiles || bUntouched) return {};
+  return {LoadResString(IDS_FILES_MANY), "", Buttons::YesNo};
 }
 
 Finding Checks::Confirm(Field iField, Form& aForm) {
-  auto aFinding = Leave(iField, aForm);
+  auto aFinding = Check(iField, true, aForm);
   if (iField != Field::LogPath || !aForm.FolderEnabled()) return aFinding;
   if (aForm.szLogPath.empty()) return Found(IDS_FOLDER_BLANK);
   if (!IsWhole(aForm.szLogPath)) return FoundPath(IDS_FOLDER_NOT_WHOLE, aForm.szLogPath);
-  return aForm.szLogPath == szDeclinedFolder ? Finding{} : aFinding;
+  return aFinding;
 }
 
-bool Checks::Answered(Field iField, Answer iAnswer, Form& aForm, Finding& aFurther) {
+bool Checks::Answered(Field iField, bool bConfirm, Answer iAnswer, Form& aForm, Finding& aFurther) {
   aFurther = {};
   if (iField == Field::MaxLogFiles && iAnswer == Answer::No) {
     lAcceptedFiles = Text::LeadingNumber(aForm.szMaxLogFiles);
     return true;
   }
   if (iField != Field::LogPath) return false;
-  if (iAnswer == Answer::No) {
-    szDeclinedFolder = aForm.szLogPath;
-    return true;
-  }
+  // The folder may yet be made by other means; what is stored must be there, or logs are lost in silence.
+  if (iAnswer == Answer::No) return !bConfirm;
   if (iAnswer != Answer::Yes) return false;
   switch (modBasic::MakeFolderPath(aForm.szLogPath)) {
     case 0:

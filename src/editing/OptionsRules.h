@@ -40,13 +40,14 @@ enum class Answer { OK, Yes, No, Cancel };
 // What a check found. Empty message: nothing.
 struct Finding {
   std::string szMessage;
+  std::string szMore = {};  // what was done about it; may be empty
   Buttons iButtons = Buttons::OK;
   bool bSelectAll = false;  // the field's text is to be selected
   // The two timer fields disagree. Either of them may be the wrong one, so going to the other is allowed.
   bool bRelation = false;
 };
 
-// One dialog's checks. It remembers what the operator has insisted on, so that nothing is asked twice.
+// One dialog's checks. They remember what the operator has insisted on, so that it is asked once.
 class Checks {
  public:
   explicit Checks(const Form& aOpening);
@@ -56,16 +57,17 @@ class Checks {
   // The same at OK, where nothing may pass that would lose logs silently.
   Finding Confirm(Field iField, Form& aForm);
 
-  // The operator's answer to a finding. True: the field may be left. aFurther: another message to show; the
-  // field then keeps the focus.
-  bool Answered(Field iField, Answer iAnswer, Form& aForm, Finding& aFurther);
+  // The operator's answer to a finding; bConfirm: to one of OK. True: the field may be left. aFurther:
+  // another message to show; the field then keeps the focus.
+  bool Answered(Field iField, bool bConfirm, Answer iAnswer, Form& aForm, Finding& aFurther);
 
  private:
-  Finding LeaveLogPath(Form& aForm) const;
-  Finding LeaveMaxLogFiles(Form& aForm) const;
+  static Finding LeaveLogPath(Form& aForm);
+  Finding LeaveMaxLogFiles(Form& aForm, bool bConfirm) const;
+  Finding Check(Field iField, bool bConfirm, Form& aForm) const;
 
-  std::int32_t lAcceptedFiles;   // a high number that was insisted on
-  std::string szDeclinedFolder;  // one that is not to be created
+  const std::int32_t lOpeningFiles;  // stored already: asked about when the field is left, not at OK
+  std::int32_t lAcceptedFiles = 0;   // a high number that was insisted on
 };
 
 // The checks of OK, in tab order.

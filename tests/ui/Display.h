@@ -7,6 +7,8 @@ namespace Display {
 // A screen with a window manager, before the toolkit starts. False when it cannot be had.
 bool Start();
 void Stop();
+// Returns when the screen has dealt with all that was sent to it, so that its answers lie in our queue.
+void Sync();
 // A notification area in the bottom left corner.
 bool StartTray();
 void StopTray();

@@ -2,16 +2,47 @@
 
 #include <gtest/gtest.h>
 #include <wx/dirdlg.h>
+#include <wx/evtloop.h>
 #include <wx/filedlg.h>
 #include <wx/msgdlg.h>
 #include <wx/stopwatch.h>
 #include <wx/uiaction.h>
 
+#include <algorithm>
 #include <map>
+#include <utility>
 
+#include "ui/Display.h"
 #include "ui/common/EventPump.h"
 #include "ui/common/TextGlue.h"
 #include "ui/common/frmNotice.h"
+
+namespace {
+
+// Waits until an event of these types has reached the program.
+class Arrival : public wxEventFilter {
+ public:
+  explicit Arrival(std::vector<wxEventType> aTypes) : aAwaited(std::move(aTypes)) {
+    wxEvtHandler::AddFilter(this);
+  }
+  ~Arrival() override { wxEvtHandler::RemoveFilter(this); }
+  Arrival(const Arrival&) = delete;
+  Arrival& operator=(const Arrival&) = delete;
+
+  int FilterEvent(wxEvent& aEvent) override {
+    bCame = bCame || std::ranges::count(aAwaited, aEvent.GetEventType()) > 0;
+    return Event_Skip;
+  }
+  bool Came() {
+    return Until([this] { return bCame; });
+  }
+
+ private:
+  const std::vector<wxEventType> aAwaited;
+  bool bCame = false;
+};
+
+}  // namespace
 
 bool Until(const std::function<bool()>& aHolds, double dSeconds) {
   wxStopWatch aWatch;
@@ -23,24 +54,35 @@ bool Until(const std::function<bool()>& aHolds, double dSeconds) {
   return true;
 }
 
+void Settle() {
+  // What is handled asks for more: a relayed call, the idle work behind it, the display's answer to that.
+  constexpr int lRounds = 3;
+  for (int i = 0; i < lRounds; ++i) {
+    Display::Sync();
+    EventPump::Run();
+    if (wxEventLoopBase* pLoop = wxEventLoopBase::GetActive()) pLoop->ProcessIdle();
+  }
+}
+
 void PumpFor(double dSeconds) {
   Until([] { return false; }, dSeconds);
 }
 
 bool Focused(wxWindow* pControl) {
   auto* pTop = dynamic_cast<wxTopLevelWindow*>(wxGetTopLevelParent(pControl));
-  return Until(
-      [&] {
-        // A list's focus is in a window within it.
-        wxWindow* pFocus = wxWindow::FindFocus();
-        return pTop->IsActive() && (pFocus == pControl || (pFocus && pControl->IsDescendant(pFocus)));
-      },
-      2);
+  return Until([&] {
+    // A list's focus is in a window within it.
+    wxWindow* pFocus = wxWindow::FindFocus();
+    return pTop->IsActive() && (pFocus == pControl || (pFocus && pControl->IsDescendant(pFocus)));
+  });
 }
 
 void Key(int lKey, int lModifiers) {
+  // A menu's own key comes as the command.
+  Arrival aArrival({wxEVT_CHAR_HOOK, wxEVT_KEY_DOWN, wxEVT_MENU});
   wxUIActionSimulator().Char(lKey, lModifiers);
-  PumpFor(0.03);
+  EXPECT_TRUE(aArrival.Came()) << "key " << lKey;
+  Settle();
 }
 
 void Type(const std::string& szLettersAndDigits) {
@@ -49,11 +91,12 @@ void Type(const std::string& szLettersAndDigits) {
 }
 
 void Click(wxWindow* pControl) {
+  Arrival aArrival({wxEVT_LEFT_UP});
   wxUIActionSimulator aMouse;
   aMouse.MouseMove(pControl->GetScreenPosition() + pControl->GetSize() / 2);
-  PumpFor(0.03);
   aMouse.MouseClick();
-  PumpFor(0.05);
+  EXPECT_TRUE(aArrival.Came());
+  Settle();
 }
 
 std::string TextOf(const wxTextCtrl* pBox) {
@@ -61,13 +104,18 @@ std::string TextOf(const wxTextCtrl* pBox) {
 }
 
 std::string NoticeText() {
-  return Until([] { return Open<frmNotice>() != nullptr; }, 0.5) ? Open<frmNotice>()->szMessage : "";
+  const auto* pNotice = Open<frmNotice>();
+  return pNotice ? pNotice->szMessage : "";
 }
 
 std::string CloseNotice() {
-  auto szText = NoticeText();
+  const auto bReady = [] {
+    auto* pNotice = Open<frmNotice>();
+    return pNotice && pNotice->IsActive() && pNotice->IsDescendant(wxWindow::FindFocus());
+  };
+  EXPECT_TRUE(Until(bReady));
+  const auto szText = NoticeText();
   if (szText.empty()) return szText;
-  PumpFor(0.05);
   Key(WXK_RETURN);
   EXPECT_TRUE(Until([] { return !Open<frmNotice>(); })) << szText;
   return szText;
@@ -106,7 +154,7 @@ int Answers::Enter(wxDialog* pDialog) {
   // GTK's choosers read the folder before they know the path.
   const auto Choose = [&](auto* pChooser) {
     pChooser->SetPath(ToWx(szAnswer));
-    EXPECT_TRUE(Until([&] { return FromWx(pChooser->GetPath()) == szAnswer; }, 2)) << szAnswer;
+    EXPECT_TRUE(Until([&] { return FromWx(pChooser->GetPath()) == szAnswer; })) << szAnswer;
   };
   if (pFile) Choose(pFile);
   if (pFolder) Choose(pFolder);

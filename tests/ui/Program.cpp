@@ -20,13 +20,13 @@ Program::Program(const std::vector<SiteRecord>& aStored, Start iStart) : aClock(
   pMain->Display_lvwMainEx(0);
   EventPump::Run();
   // A window manager gives it the keyboard a moment later, and would take it from what opens meanwhile.
-  if (iStart == Start::Later) Until([this] { return pMain->IsActive(); }, 1);
+  if (iStart == Start::Later) Until([this] { return pMain->IsActive(); });
 }
 
 Program::~Program() {
   if (pMain) modMain::RequestExit();
   Until([this] { return !pMain; });
-  PumpFor(0.02);
+  Settle();
 }
 
 std::string Program::Panel(int iPanel) {

@@ -23,6 +23,8 @@ void ReportAssert(const wxString& szFile, int lLine, const wxString&, const wxSt
 
 }  // namespace
 
+wxIMPLEMENT_APP_NO_MAIN(TestApp);
+
 int main(int lCount, char** aArguments) {
   testing::InitGoogleTest(&lCount, aArguments);
   if (GTEST_FLAG_GET(list_tests)) return RUN_ALL_TESTS();
@@ -31,7 +33,6 @@ int main(int lCount, char** aArguments) {
     return 2;
   }
   int lResult = 2;
-  wxApp::SetInstance(new TestApp);
   if (wxEntryStart(lCount, aArguments) && wxTheApp->CallOnInit()) {
     wxSetAssertHandler(ReportAssert);
     wxEventLoop aLoop;

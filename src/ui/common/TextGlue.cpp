@@ -34,3 +34,18 @@ wxString ResText(std::int32_t lNumber) {
 wxString ToWxLabel(std::string_view szText) {
   return wxControl::EscapeMnemonics(ToWx(szText));
 }
+
+wxString BreakLongWords(const wxString& szText) {
+  constexpr std::size_t lLongest = 80;
+  wxString szResult;
+  std::size_t lWord = 0;
+  for (const wxUniChar ch : szText) {
+    lWord = ch == ' ' || ch == '\n' ? 0 : lWord + 1;
+    if (lWord > lLongest) {
+      szResult << '\n';
+      lWord = 1;
+    }
+    szResult << ch;
+  }
+  return szResult;
+}

@@ -21,3 +21,7 @@ wxString ToWxLines(std::string_view szText);
 
 // Text that an operator or a server supplied, for a label: "&" would otherwise become an underline.
 wxString ToWxLabel(std::string_view szText);
+
+// Breaks words of more than 80 characters: an address of 200 has no blank at which a line could break, and
+// would make a box wider than the screen.
+wxString BreakLongWords(const wxString& szText);

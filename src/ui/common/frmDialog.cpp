@@ -63,12 +63,20 @@ void frmDialog::Child_Focus(wxChildFocusEvent& aEvent) {
   aEvent.Skip();
   wxWindow* pNext = aEvent.GetWindow();
   if (pNext == pFocused || Leaving()) return;
-  const bool bUnchecked = pNext == cmdCancel || (pPressed && pNext == pPressed);
+  const bool bUnchecked = bMoving || pNext == cmdCancel || (pPressed && pNext == pPressed);
   if (pFocused && !bUnchecked) {
     aSteps.push_back({pFocused, pNext});
     if (aSteps.size() == 1) CallAfter(&frmDialog::DeliverSteps);
   }
   pFocused = pNext;
+}
+
+// The focus may come only later, when the window is active again; it has been moved all the same.
+void frmDialog::MoveUnchecked(const std::function<void()>& Move) {
+  bMoving = true;
+  Move();
+  bMoving = false;
+  if (wxWindow* pNow = FindFocus(); pNow && IsDescendant(pNow)) pFocused = pNow;
 }
 
 void frmDialog::DeliverSteps() {

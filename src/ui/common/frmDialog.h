@@ -45,6 +45,9 @@ class frmDialog : public wxDialog {
   // A click on this button leaves the focused field unchecked.
   void ClickWithoutCheck(wxButton* pButton);
 
+  // Moves the focus, and whatever moves it by being hidden, without a field being told of as left.
+  void MoveUnchecked(const std::function<void()>& Move);
+
   // Selects the whole text whenever the box gets the focus.
   void SelectOnFocus(wxTextCtrl* pBox);
   // Gives the box the focus with the caret behind its text.
@@ -70,6 +73,7 @@ class frmDialog : public wxDialog {
   wxTimer tmrLeave;
   wxWindow* pFocused = nullptr;
   wxWindow* pPressed = nullptr;  // the button on which the mouse is down and that is clicked without a check
+  bool bMoving = false;
   std::vector<Step> aSteps;
   wxTextCtrl* pAtEnd = nullptr;  // a box whose text is not selected when the focus comes
 };

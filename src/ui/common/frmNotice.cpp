@@ -19,17 +19,7 @@ frmNotice::frmNotice(wxWindow* pOwner, const std::string& szText, std::function<
       aAfter(std::move(aClosed)) {
   pOwner->Disable();
   auto* pText = new wxStaticText(this, wxID_ANY, wxString());
-  // A URL has no blanks at which a line could break, so long ones are cut in pieces.
-  wxString szLines;
-  std::size_t lColumn = 0;
-  for (const wxUniChar ch : ToWxLines(szText)) {
-    lColumn = ch == '\n' ? 0 : lColumn + 1;
-    szLines << ch;
-    if (lColumn < lWidestText + 20) continue;
-    szLines << '\n';
-    lColumn = 0;
-  }
-  pText->SetLabel(wxControl::EscapeMnemonics(szLines));
+  pText->SetLabel(wxControl::EscapeMnemonics(BreakLongWords(ToWxLines(szText))));
   pText->Wrap(lWidestText * GetCharWidth());
   auto* cmdOK = new wxButton(this, wxID_ANY, ResText(IDS_OK));
   auto* pRow = new wxBoxSizer(wxHORIZONTAL);

@@ -3,10 +3,13 @@
 #include <wx/filedlg.h>
 #include <wx/frame.h>
 
+#include <algorithm>
 #include <vector>
 
 #include "base/Text.h"
+#include "editing/AddressRules.h"
 #include "editing/ListExchange.h"
+#include "persistence/modBasic.h"
 #include "platform/Files.h"
 #include "ui/common/Boxes.h"
 #include "ui/common/TextGlue.h"
@@ -33,6 +36,10 @@ void SayCorrupt(MainHost& aHost, std::int32_t lBadLine) {
 }
 
 bool ReadFile(MainHost& aHost, const std::string& szFile, std::vector<SiteRecord>& aRecords) {
+  if (modBasic::HasControlCharacters(szFile) == 1) {
+    aHost.ShowMessage(LoadResString(IDS_IMPORT_CORRUPT));
+    return false;
+  }
   std::int32_t lBadLine = 0;
   switch (ListExchange::Read(szFile, aRecords, lBadLine)) {
     case ListExchange::Reading::Fine:
@@ -89,5 +96,12 @@ void ExchangeCommands::ImportList(MainHost& aHost) {
     bStored = ListExchange::Import(aRecords, bReplace, [&](std::int32_t lDone) { aNotice.Progress(lDone); });
     aHost.Display_lvwMainEx(0);
   }
-  aHost.ShowMessage(LoadResString(bStored ? IDS_IMPORTED : IDS_STORE_NOT_IMPORTED));
+  if (!bStored) {
+    aHost.ShowMessage(LoadResString(IDS_STORE_NOT_IMPORTED));
+    return;
+  }
+  const auto lHttps = std::ranges::count_if(
+      aRecords, [](const SiteRecord& aRecord) { return AddressRules::IsHttps(aRecord.URL); });
+  Boxes::Say(aHost.Frame(), LoadResString(IDS_IMPORTED),
+             lHttps == 0 ? "" : About(IDS_IMPORT_HTTPS, std::to_string(lHttps)));
 }

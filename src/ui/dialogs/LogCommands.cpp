@@ -47,7 +47,7 @@ std::string ChooseLog(MainHost& aHost) {
 // replace the log, and for one that had to be completed and then names a file that is there, so that the
 // dialog itself asks before that file is replaced.
 std::string ChoosePage(MainHost& aHost, const std::string& szLog) {
-  wxFileName aName(ToWx(LastLocation::StartFolder(LastLocation::szPages)),
+  wxFileName aName(ToWx(LastLocation::StartFolder(LastLocation::szPages, Settings.LogPath)),
                    ToWx("KV_Log-" + FormatDay(Clock::Now()) + szPageEnding));
   for (;;) {
     wxFileDialog aDialog(aHost.Frame(), ResText(IDS_SAVE_HTML_TITLE), aName.GetPath(), aName.GetFullName(),

@@ -26,6 +26,8 @@ constexpr int lURLCharacters = 44;
 frmAddress::frmAddress(MainHost& aHost)
     : frmDialog(aHost, AddressRules::AddressMode == 1 ? IDS_EDIT_SITE : IDS_NEW_SITE,
                 HelpContext::lSiteEditor) {
+  // The slot that log, terminal and list know the site by.
+  if (AddressRules::AddressMode == 1) SetTitle(GetTitle() + " " + std::to_string(AddressRules::AddressIndex));
   BuildControls();
   LayOut();
   ShowForm(AddressRules::OpeningForm());
@@ -142,10 +144,13 @@ void frmAddress::BindOctet(int iBox) {
 void frmAddress::txtURL_Change() {
   const auto aChange = AddressRules::ChangeURL(Get(txtURL));
   Put(txtURL, aChange.szText);
-  if (!aChange.bAgent) return;
-  CallAfter([this] {
+  const bool bHttps = AddressRules::IsHttps(aChange.szText);
+  const bool bNew = bHttps && !bHttpsBefore;
+  bHttpsBefore = bHttps;
+  if (!aChange.bAgent && !bNew) return;
+  CallAfter([this, lMessage = aChange.bAgent ? IDS_NO_AGENT : IDS_HTTPS_HINT] {
     if (Leaving() || !IsEnabled()) return;
-    new frmNotice(this, LoadResString(IDS_NO_AGENT), [this] { FocusAtEnd(txtURL); });
+    new frmNotice(this, LoadResString(lMessage), [this] { FocusAtEnd(txtURL); });
   });
 }
 

@@ -9,6 +9,7 @@
 #include <wx/textctrl.h>
 
 #include <algorithm>
+#include <iterator>
 
 #include "check/Schedule.h"
 #include "ui/common/Boxes.h"
@@ -61,16 +62,22 @@ void frmOptions::BindControls() {
   tabOptions->Bind(wxEVT_NOTEBOOK_PAGE_CHANGED, [this](wxBookCtrlEvent& aEvent) {
     aEvent.Skip();
     // The toolkit gives the tab itself the focus when this event is over.
-    CallAfter(&frmOptions::tabOptions_Click);
+    CallAfter(&frmOptions::EnterPage);
   });
 }
 
-void frmOptions::tabOptions_Click() {
+// The field that loses the focus is left.
+void frmOptions::EnterBox(wxTextCtrl* pBox) {
+  pBox->SetFocus();
+  pBox->SelectAll();
+}
+
+void frmOptions::EnterPage() {
   if (Leaving()) return;
   lHelpContext = HelpContext::lTimer + tabOptions->GetSelection();
   switch (tabOptions->GetSelection()) {
     case 0:
-      FocusOn(txtTimerInterval, true);
+      EnterBox(txtTimerInterval);
       break;
     case lManagerTab:
       txtMgrName->SetFocus();
@@ -80,14 +87,17 @@ void frmOptions::tabOptions_Click() {
       if (optNoLogs->GetValue())
         optNoLogs->SetFocus();
       else
-        FocusOn(txtLogPath, true);
+        EnterBox(txtLogPath);
       break;
     default:
-      break;
+      // The control that had it is hidden now, and the toolkit would go on to one of the new page: it stays
+      // with the tabs. Not the notebook's own SetFocus, which passes it on to the page.
+      tabOptions->wxWindow::SetFocus();
   }
 }
 
 void frmOptions::txtNumber_Change(NumberBox& aBox) {
+  pEdited = aBox.pBox;
   const auto szNew = Get(aBox.pBox);
   const auto aChange = ChangeNumber(aBox.iField, szNew);
   if (!aChange.bRejected) {
@@ -184,19 +194,23 @@ Field frmOptions::FieldOf(const wxWindow* pBox) const {
   return Field::None;
 }
 
+void frmOptions::TurnTo(std::size_t iPage) {
+  tabOptions->ChangeSelection(iPage);
+  lHelpContext = HelpContext::lTimer + static_cast<std::int32_t>(iPage);
+}
+
 void frmOptions::FocusOn(wxTextCtrl* pBox, bool bSelectAll) {
-  for (std::size_t i = 0; i < tabOptions->GetPageCount(); ++i) {
-    if (!tabOptions->GetPage(i)->IsDescendant(pBox)) continue;
-    tabOptions->ChangeSelection(i);
-    lHelpContext = HelpContext::lTimer + static_cast<std::int32_t>(i);
-  }
-  pBox->SetFocus();
+  MoveUnchecked([&] {
+    for (std::size_t i = 0; i < tabOptions->GetPageCount(); ++i)
+      if (tabOptions->GetPage(i)->IsDescendant(pBox)) TurnTo(i);
+    pBox->SetFocus();
+  });
   if (bSelectAll) pBox->SelectAll();
 }
 
 Answer frmOptions::Ask(const Finding& aFinding) {
   if (aFinding.iButtons == Buttons::OK) {
-    Boxes::Say(this, aFinding.szMessage);
+    Boxes::Say(this, aFinding.szMessage, aFinding.szMore);
     return Answer::OK;
   }
   const long lButtons = aFinding.iButtons == Buttons::YesNo ? wxYES_NO : wxYES_NO | wxCANCEL;
@@ -210,17 +224,25 @@ bool frmOptions::CheckField(Field iField, bool bConfirm, wxWindow* pNext) {
   PutNumbers(aForm);
   Put(txtLogPath, aForm.szLogPath);
   if (aFinding.szMessage.empty()) return true;
+  // The page of the field first: a box about what is not to be seen is a riddle.
   wxTextCtrl* pBox = BoxOf(iField);
-  if (bConfirm) FocusOn(pBox, true);
+  const int lPage = tabOptions->GetSelection();
+  FocusOn(pBox, true);
+  const auto GoOn = [&] {
+    if (!pNext) return true;
+    MoveUnchecked([&] {
+      if (lPage == tabOptions->GetSelection()) return pNext->SetFocus();
+      TurnTo(static_cast<std::size_t>(lPage));
+      EnterPage();
+    });
+    return true;
+  };
   const auto iAnswer = Ask(aFinding);
   if (Leaving()) return false;
   const bool bOther = FieldOf(pNext) == Field::TimerInterval || FieldOf(pNext) == Field::TimerWarning;
-  if (aFinding.bRelation && bOther) {
-    pNext->SetFocus();
-    return true;
-  }
+  if (aFinding.bRelation && bOther) return GoOn();
   Finding aFurther;
-  if (aChecks.Answered(iField, iAnswer, aForm, aFurther)) return true;
+  if (aChecks.Answered(iField, bConfirm, iAnswer, aForm, aFurther)) return GoOn();
   if (!aFurther.szMessage.empty()) Ask(aFurther);
   if (!Leaving()) FocusOn(pBox, true);
   return false;
@@ -231,8 +253,11 @@ bool frmOptions::LeaveField(wxWindow* pLeft, wxWindow* pNext) {
   return iField == Field::None || CheckField(iField, false, pNext);
 }
 
+// The field that was edited last comes first: of two that disagree it is the one that the operator thinks of.
 void frmOptions::cmdOK_Click() {
-  for (const Field iField : aConfirmOrder)
+  std::vector<Field> aOrder(std::begin(aConfirmOrder), std::end(aConfirmOrder));
+  std::ranges::stable_partition(aOrder, [this](Field iField) { return BoxOf(iField) == pEdited; });
+  for (const Field iField : aOrder)
     if (!CheckField(iField, true, nullptr)) return;
   if (Store(ReadForm(), lOpeningInterval, lOpeningWarning)) Host.ShowPanel(2, Schedule::NextPanelText());
   Leave();

@@ -65,7 +65,6 @@ class frmOptions : public frmDialog {
 
   void BindControls();
   void txtNumber_Change(NumberBox& aBox);
-  void tabOptions_Click();
   void cmdLogDirBrowse_Click();
   void EnableLogControls();
 
@@ -77,10 +76,15 @@ class frmOptions : public frmDialog {
   OptionsRules::Answer Ask(const OptionsRules::Finding& aFinding);
   wxTextCtrl* BoxOf(OptionsRules::Field iField) const;
   OptionsRules::Field FieldOf(const wxWindow* pBox) const;
+  static void EnterBox(wxTextCtrl* pBox);
+  void EnterPage();  // the focus goes where it belongs on the page in front
+  void TurnTo(std::size_t iPage);
+  // Turns to the box's page; the field that loses the focus is not checked.
   void FocusOn(wxTextCtrl* pBox, bool bSelectAll);
 
   std::unique_ptr<AutoTimerHold> pTimer;
   const std::int32_t lOpeningInterval, lOpeningWarning;
   OptionsRules::Checks aChecks;
   std::vector<NumberBox> aNumbers;
+  const wxTextCtrl* pEdited = nullptr;  // the number box that was changed last
 };

@@ -55,7 +55,7 @@ constexpr Command aCommands[] = {
     {mF_Import, lFile, IDS_IMPORT_LIST, "Ctrl+I", "", lNoPop, Locked, By<ExchangeCommands::ImportList>},
     {mF_Export, lFile, IDS_EXPORT_LIST, "Ctrl+E", "", lNoPop, Locked, By<ExchangeCommands::ExportList>},
     {mF_StartCheck, lFile, IDS_START_CHECK, "Ctrl+S", "F5", IDS_POP_CHECK, Locked | Separated, StartCheck},
-    {mF_StopCheck, lFile, IDS_STOP_CHECK, "", "", lNoPop, None, StopCheck},
+    {mF_StopCheck, lFile, IDS_STOP_CHECK, "Ctrl+.", "", lNoPop, None, StopCheck},
     {mF_Exit, lFile, IDS_EXIT, "", "", lNoPop, Locked | Separated, Exit},
     {mE_EditAddress, lEdit, IDS_EDIT_ADDRESS, "", "Enter", IDS_POP_EDIT, Locked,
      By<SiteCommands::EditAddress>},

@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "base/Text.h"
+#include "platform/Clock.h"
 #include "ui/common/Images.h"
 #include "ui/common/TextGlue.h"
 #include "ui/system/WindowScale.h"
@@ -32,11 +33,11 @@ constexpr int lHintMargin = 12;
 SiteList::SiteList(wxWindow* pParent)
     : wxListView(pParent, wxID_ANY, wxDefaultPosition, wxDefaultSize,
                  wxLC_REPORT | wxLC_VIRTUAL | wxLC_SINGLE_SEL) {
-  const int lSide = std::min(WindowScale::FromTwips(*this, lImageTwips),
-                             WindowScale::FromTwips(*this, lImageColumnTwips) - lCellGap);
+  lImageSide = std::min(WindowScale::FromTwips(*this, lImageTwips),
+                        WindowScale::FromTwips(*this, lImageColumnTwips) - lCellGap);
   wxVector<wxBitmapBundle> aBundles;
   for (const char* szImage : aImages)
-    aBundles.push_back(Images::Bundle(szImage, lSide));
+    aBundles.push_back(Images::Bundle(szImage, lImageSide));
   SetSmallImages(aBundles);
   AppendColumn("", wxLIST_FORMAT_LEFT);
   AppendColumn(ResText(IDS_COLUMN_ADDRESS), wxLIST_FORMAT_LEFT);
@@ -60,7 +61,20 @@ SiteList::SiteList(wxWindow* pParent)
   });
   Bind(wxEVT_MOTION, [this](wxMouseEvent& aEvent) {
     aEvent.Skip();
-    ShowWholeText(aEvent.GetPosition());
+    ShowWholeRow(aEvent.GetPosition());
+  });
+  for (const auto& aType : {wxEVT_LEFT_DOWN, wxEVT_RIGHT_DOWN})
+    Bind(aType, [this](wxMouseEvent& aEvent) {
+      aEvent.Skip();
+      Touched();
+    });
+  Bind(wxEVT_MOUSEWHEEL, [this](wxMouseEvent& aEvent) {
+    aEvent.Skip();
+    Touched();
+  });
+  Bind(wxEVT_KEY_DOWN, [this](wxKeyEvent& aEvent) {
+    aEvent.Skip();
+    Touched();
   });
   Bind(wxEVT_LIST_BEGIN_LABEL_EDIT, [](wxListEvent& aEvent) { aEvent.Veto(); });
   Bind(wxEVT_LIST_COL_CLICK, [this](wxListEvent& aEvent) { ClickHeader(aEvent.GetColumn() + 1); });
@@ -70,6 +84,7 @@ void SiteList::Fill(std::vector<Row> aNew) {
   Freeze();
   SelectSlot(0);
   aRows = std::move(aNew);
+  lOperatorsTop = -1;
   Sort();
   SetItemCount(RowCount());
   Refresh();
@@ -160,8 +175,26 @@ void SiteList::ClearRemarks() {
   if (!aRows.empty()) RefreshItems(0, RowCount() - 1);
 }
 
+void SiteList::Touched() {
+  dtTouched = Clock::SteadyNow();
+  lOperatorsTop = -1;
+}
+
 void SiteList::EnsureRowVisible(std::int32_t lSlot) {
-  if (const std::int32_t lPosition = PositionOf(lSlot); lPosition >= 0) EnsureVisible(lPosition);
+  constexpr double dReading = 10;  // seconds
+  const std::int32_t lPosition = PositionOf(lSlot);
+  if (lPosition < 0 || Clock::SteadyNow() < AddSeconds(dtTouched, dReading)) return;
+  if (lOperatorsTop < 0) lOperatorsTop = GetTopItem();
+  EnsureVisible(lPosition);
+}
+
+// The last row first: what is then made visible comes up at the top.
+void SiteList::GiveBackPlace() {
+  if (lOperatorsTop >= 0 && lOperatorsTop < RowCount() && GetTopItem() != lOperatorsTop) {
+    EnsureVisible(RowCount() - 1);
+    EnsureVisible(lOperatorsTop);
+  }
+  lOperatorsTop = -1;
 }
 
 void SiteList::ClickHeader(int iColumn) {
@@ -204,11 +237,20 @@ std::string SiteList::CellText(const Row& aRow, int iColumn) {
   }
 }
 
-// Beside a picture the texts have no room; Windows would draw the dots of a text that is cut.
+// Beside a picture a text is shown as far as the column has room: at the width that the window gives these
+// columns there is none, and the toolkit would draw the dots of a text that is cut. A number that is cut
+// would be another number.
 wxString SiteList::OnGetItemText(long lItem, long lColumn) const {
-  if (lColumn == 0 || lColumn == 3) return {};
   const Row* pRow = RowAt(static_cast<std::int32_t>(lItem));
-  return pRow ? ToWx(CellText(*pRow, static_cast<int>(lColumn) + 1)) : wxString();
+  if (!pRow) return {};
+  wxString szText = ToWx(CellText(*pRow, static_cast<int>(lColumn) + 1));
+  if (lColumn != 0 && lColumn != 3) return szText;
+  const int lRoom = GetColumnWidth(static_cast<int>(lColumn)) - 2 * lCellGap -
+                    (OnGetItemColumnImage(lItem, lColumn) < 0 ? 0 : lImageSide);
+  if (lColumn == 0 && GetTextExtent(szText).x > lRoom) return {};
+  while (!szText.empty() && GetTextExtent(szText).x > lRoom)
+    szText.RemoveLast();
+  return szText;
 }
 
 int SiteList::OnGetItemImage(long lItem) const {
@@ -243,21 +285,22 @@ void SiteList::PlaceHint() {
   pixHint->Raise();
 }
 
-// A text that its column cuts stands whole in the tool tip.
-void SiteList::ShowWholeText(const wxPoint& aAt) {
+wxString SiteList::Tip(const Row& aRow) {
+  std::string szTip = FillResString(IDS_TIP_ROW, {std::to_string(aRow.lSlot), aRow.szAddress});
+  for (const std::string* pText : {&aRow.szIP, &aRow.szLightText, &aRow.szRemark})
+    if (!pText->empty() && (pText != &aRow.szRemark || aRow.szRemark != aRow.szLightText))
+      szTip += "\n" + *pText;
+  return BreakLongWords(ToWx(szTip));
+}
+
+// The whole row, with its number: columns cut their texts.
+void SiteList::ShowWholeRow(const wxPoint& aAt) {
   int lFlags = 0;
-  const long lItem = HitTest(aAt, lFlags);
-  wxString szWhole;
-  for (const int iColumn : {1, 2, 4}) {
-    wxRect aCell;
-    if (lItem < 0 || !GetSubItemRect(lItem, iColumn, aCell)) break;
-    if (aAt.x < aCell.GetLeft() || aAt.x > aCell.GetRight()) continue;
-    const wxString szText = OnGetItemText(lItem, iColumn);
-    if (GetTextExtent(szText).x > aCell.GetWidth() - lCellGap) szWhole = szText;
-  }
-  if (szWhole == GetToolTipText()) return;
-  if (szWhole.empty())
+  const Row* pRow = RowAt(static_cast<std::int32_t>(HitTest(aAt, lFlags)));
+  const wxString szTip = pRow ? Tip(*pRow) : wxString();
+  if (szTip == GetToolTipText()) return;
+  if (szTip.empty())
     UnsetToolTip();
   else
-    SetToolTip(szWhole);
+    SetToolTip(szTip);
 }

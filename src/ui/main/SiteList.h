@@ -1,5 +1,5 @@
 // SiteList: the report list of the main window. It owns its rows' texts and lights and draws them on demand,
-// so that a thousand rows fill at once and no cell text is ever cut. Rows are found by slot, never by
+// so that a thousand rows fill at once and texts of any length stay whole. Rows are found by slot, never by
 // position: filters and sorting move them. Kept sorted by the text of one column, without regard to letter
 // case.
 #pragma once
@@ -9,6 +9,8 @@
 #include <cstdint>
 #include <string>
 #include <vector>
+
+#include "base/DateTime.h"
 
 class wxPanel;
 class wxStaticText;
@@ -41,7 +43,11 @@ class SiteList : public wxListView {
   void ShowLightText(std::int32_t lSlot, const std::string& szText);
   void ShowRemark(std::int32_t lSlot, const std::string& szText);
   void ClearRemarks();
+  // For a pass, which goes through the rows: does nothing while the operator reads (has used keys, wheel or
+  // mouse here in the last ten seconds).
   void EnsureRowVisible(std::int32_t lSlot);
+  // The place in the list that the operator had before the pass moved it.
+  void GiveBackPlace();
 
   // A click on the header of a column (1 to 5).
   void ClickHeader(int iColumn);
@@ -54,9 +60,13 @@ class SiteList : public wxListView {
 
   // Text of a cell, columns 1 to 5.
   static std::string CellText(const Row& aRow, int iColumn);
+  // The whole row in words, with its number.
+  static wxString Tip(const Row& aRow);
+
+  // What a cell shows at its column's present width; positions and columns from 0.
+  wxString OnGetItemText(long lItem, long lColumn) const override;
 
  protected:
-  wxString OnGetItemText(long lItem, long lColumn) const override;
   int OnGetItemImage(long lItem) const override;
   int OnGetItemColumnImage(long lItem, long lColumn) const override;
 
@@ -65,12 +75,17 @@ class SiteList : public wxListView {
   Row* Find(std::int32_t lSlot);
   void Sort();
   void PlaceHint();
-  void ShowWholeText(const wxPoint& aAt);
+  void Touched();
+  void ShowWholeRow(const wxPoint& aAt);
 
   std::vector<Row> aRows;                // in the order shown
   std::vector<std::int32_t> aPositions;  // by slot; -1 for no row
   int iSortColumn = 1;
   bool bAscending = true;
+  int lImageSide = 0;      // pixels
+  DateTime dtTouched = 0;  // by the operator; steady
+  long lOperatorsTop =
+      -1;  // the top row that the operator had; -1: the list stands where the operator left it
   wxPanel* pixHint;
   wxStaticText* lblHint;
   wxString szHint;

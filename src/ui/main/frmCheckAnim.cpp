@@ -23,6 +23,14 @@ constexpr int lFieldHeight = 1260;
 
 constexpr int lTextWidth = 5700;
 
+// 1,000
+std::string Grouped(std::int32_t lNumber) {
+  std::string szDigits = std::to_string(lNumber);
+  for (auto i = static_cast<std::ptrdiff_t>(szDigits.size()) - 3; i > 0; i -= 3)
+    szDigits.insert(static_cast<std::size_t>(i), 1, ',');
+  return szDigits;
+}
+
 }  // namespace
 
 frmCheckAnim::frmCheckAnim(wxWindow* pOwner, std::function<void()> StopAll)
@@ -46,14 +54,18 @@ frmCheckAnim::frmCheckAnim(wxWindow* pOwner, std::function<void()> StopAll)
   const wxSize aTextSize(Twips(lTextWidth), -1);
   lblSiteName = new wxStaticText(pBox, wxID_ANY, " ", wxDefaultPosition, aTextSize, lStyle);
   lblSiteStatus = new wxStaticText(pBox, wxID_ANY, " ", wxDefaultPosition, aTextSize, lStyle);
+  lblSiteCount = new wxStaticText(pBox, wxID_ANY, " ", wxDefaultPosition, aTextSize, lStyle);
   fraStatus->Add(lblSiteName, wxSizerFlags().Expand().Border(wxALL, Twips(90)));
-  fraStatus->Add(lblSiteStatus, wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, Twips(90)));
+  for (wxStaticText* pLine : {lblSiteStatus, lblSiteCount})
+    fraStatus->Add(pLine, wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, Twips(90)));
 
   cmdStopAll = new wxButton(pPanel, wxID_ANY, ResText(IDS_STOP));
   cmdStopAll->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { cmdStopAll_Click(); });
   Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& aEvent) {
     if (aEvent.GetKeyCode() == WXK_ESCAPE)
       Close();
+    else if (aEvent.GetKeyCode() == '.' && aEvent.GetModifiers() == wxMOD_CONTROL)
+      cmdStopAll_Click();
     else
       aEvent.Skip();
   });
@@ -68,11 +80,18 @@ frmCheckAnim::frmCheckAnim(wxWindow* pOwner, std::function<void()> StopAll)
   SetSizerAndFit(pFill);
   lblSiteName->SetLabel("");
   lblSiteStatus->SetLabel("");
+  lblSiteCount->SetLabel("");
 
   ResetRayForward();
   ResetRayBack();
   tmrCheckAnim.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { tmrCheckAnim_Timer(); });
   tmrCheckAnim.Start(lTick);
+}
+
+void frmCheckAnim::ShowCount(std::int32_t lSite, std::int32_t lSites) {
+  const wxString szCount =
+      lSite < 1 ? wxString() : ToWx(FillResString(IDS_SITE_OF, {Grouped(lSite), Grouped(lSites)}));
+  if (lblSiteCount->GetLabel() != szCount) lblSiteCount->SetLabel(szCount);
 }
 
 void frmCheckAnim::cmdStopAll_Click() {

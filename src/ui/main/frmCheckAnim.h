@@ -30,6 +30,9 @@ class frmCheckAnim : public wxFrame {
     wxBitmapBundle aImage = {};
   };
 
+  // "12 of 1,000"; nothing before the first site.
+  void ShowCount(std::int32_t lSite, std::int32_t lSites);
+
   void cmdStopAll_Click();
   void tmrCheckAnim_Timer();
 
@@ -41,6 +44,7 @@ class frmCheckAnim : public wxFrame {
   wxStaticBoxSizer* fraStatus;
   wxStaticText* lblSiteName;
   wxStaticText* lblSiteStatus;
+  wxStaticText* lblSiteCount;
   wxButton* cmdStopAll;
   wxTimer tmrCheckAnim;
   std::int16_t iDirection = 1;  // 1 the back ray travels, 0 the forward ray

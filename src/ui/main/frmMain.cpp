@@ -10,8 +10,23 @@
 #include "ui/common/TextGlue.h"
 
 namespace {
-constexpr int lSecond = 1000;
-}
+
+constexpr int lSecond = 1000;  // milliseconds
+
+// Set while it lives; timers run within one another.
+class InTimer {
+ public:
+  explicit InTimer(bool& bFlag) : Flag(bFlag), bBefore(bFlag) { Flag = true; }
+  ~InTimer() { Flag = bBefore; }
+  InTimer(const InTimer&) = delete;
+  InTimer& operator=(const InTimer&) = delete;
+
+ private:
+  bool& Flag;
+  const bool bBefore;
+};
+
+}  // namespace
 
 frmMain::frmMain(ProgramExit aExit)
     : wxFrame(nullptr, wxID_ANY, ResText(IDS_APP_TITLE)), aProgramExit(std::move(aExit)), aEngine(*this) {
@@ -58,10 +73,12 @@ void frmMain::EnableTimers() {
 }
 
 void frmMain::TimerAutoCheck_Timer() {
+  const InTimer aMark(bInTimer);
   RunEngine(&CheckEngine::TimerAutoCheck_Timer);
 }
 
 void frmMain::TimerMain_Timer() {
+  const InTimer aMark(bInTimer);
   aEngine.TimerMain_Timer();
   KeepReachable();
   if (Terminal::Interrupted()) aProgramExit.Request();

@@ -20,6 +20,7 @@
 #include "check/CheckView.h"
 #include "fleet/PassFiles.h"
 #include "ui/common/MainHost.h"
+#include "ui/main/CountStrip.h"
 #include "ui/main/SiteList.h"
 #include "ui/main/frmCheckAnim.h"
 
@@ -61,7 +62,7 @@ class frmMain : public wxFrame, public CheckView, public MainHost {
   bool HasMinimised() const { return bMinimised; }
   // The program is ending: no window of ours stays in sight, a running pass unwinds.
   void PrepareExit();
-  // Shows what had to wait for the end of a pass.
+  // Sees to what had to wait for the end of a pass.
   void AfterPass();
 
   // CheckView
@@ -94,6 +95,7 @@ class frmMain : public wxFrame, public CheckView, public MainHost {
 
   SiteList* lvwMain;
   wxPanel* pixClient;  // carries the controls
+  CountStrip* pixCounts;
   wxPanel* fraCurView;
   wxStaticText* lblCurView;
   PictureBox* imgColors;
@@ -115,9 +117,12 @@ class frmMain : public wxFrame, public CheckView, public MainHost {
   // frmMainList
   void BuildList();
   void ShowFilterPictures();
+  void ShowCounts();
   bool FitsFilters(std::int32_t i) const;
   void lvwMain_Activated();
   void lvwMain_ContextMenu(wxContextMenuEvent& aEvent);
+  void lvwMain_RightUp(wxMouseEvent& aEvent);
+  void OpenPopup(bool bByKey);
 
   // frmMainLayout
   void BuildStatusBar();
@@ -131,13 +136,17 @@ class frmMain : public wxFrame, public CheckView, public MainHost {
   void LeaveMinimised();
   void KeepReachable();
 
+  wxPoint FirstProgressPlace(const wxSize& aProgress) const;
+
   void Form_Load();
   void Form_Close(wxCloseEvent& aEvent);
   void TimerAutoCheck_Timer();
   void TimerMain_Timer();
 
   void ShowPending();
+  void KeepMessage(const std::string& szText);
   void SayNow(const std::string& szText);
+  void ShowWaitingMessages();
 
   const ProgramExit aProgramExit;
   CheckEngine aEngine;
@@ -146,7 +155,12 @@ class frmMain : public wxFrame, public CheckView, public MainHost {
   std::vector<std::string> aWaitingMessages;
   std::string szProgressSite, szProgressStatus;
   std::int32_t lSlotToShow = 0;  // 0 none
-  DateTime dtLastPump = 0;       // steady
+  bool bCountsDue = false;
+  wxPoint aProgressPlace = wxDefaultPosition;  // where the progress window was last
+  DateTime dtLastPump = 0;                     // steady
+  bool bPopupDue = false;                      // asked for with the button still down
+  bool bInTimer = false;                       // the stack is that of TimerAutoCheck or TimerMain
+  bool bShowingMessages = false;
   bool bMinimised = false;
   bool bExiting = false;
   bool bLayingOut = false;

@@ -11,6 +11,7 @@
 
 #include "ui/common/PictureBox.h"
 #include "ui/common/TextGlue.h"
+#include "ui/main/Commands.h"
 #include "ui/main/frmMain.h"
 #include "ui/main/modSysTray.h"
 #include "ui/system/WindowScale.h"
@@ -26,6 +27,7 @@ constexpr int lViewFromRight = 2100;
 constexpr int lViewTop = 90;
 constexpr int lViewWidth = 2040;
 constexpr int lViewHeight = 450;
+constexpr int lCountsLeft = 120;
 constexpr int lListTop = 600;
 constexpr int lPictureSide = 240;
 
@@ -65,6 +67,13 @@ void frmMain::LayOutStatusBar() {
 }
 
 void frmMain::BuildCurrentView() {
+  // Only what has a light is counted, so the number's own sites are the enabled ones.
+  pixCounts = new CountStrip(pixClient, [this](std::int16_t iResult) {
+    if (!CommandAllowed(mV_All + iResult))
+      SoundBell();
+    else
+      ShowOnly(iResult, iResult == 0 ? std::int16_t{0} : std::int16_t{1});
+  });
   fraCurView = new wxPanel(pixClient, wxID_ANY, wxDefaultPosition,
                            wxSize(Twips(*this, lViewWidth), Twips(*this, lViewHeight)));
   lblCurView = new wxStaticText(fraCurView, wxID_ANY, ResText(IDS_CURRENT_VIEW));
@@ -119,6 +128,10 @@ void frmMain::LayOut() {
   pixClient->SetSize(aClient);
   LayOutStatusBar();
   fraCurView->Move(aClient.x - Twips(*this, lViewFromRight), Twips(*this, lViewTop));
+
+  const int lViewLeft = aClient.x - Twips(*this, lViewFromRight);
+  pixCounts->SetSize(Twips(*this, lCountsLeft), Twips(*this, lViewTop),
+                     std::max(0, lViewLeft - Twips(*this, 2 * lCountsLeft)), Twips(*this, lViewHeight));
 
   const int lWidth = To(aClient.x);
   const int lOuter = To(GetSize().y);

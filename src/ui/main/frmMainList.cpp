@@ -1,6 +1,8 @@
 // The main window's list: which sites it shows, and how the two filters are cycled.
 #include <wx/menu.h>
 #include <wx/panel.h>
+#include <wx/statusbr.h>
+#include <wx/utils.h>
 
 #include <memory>
 
@@ -16,6 +18,7 @@ void frmMain::BuildList() {
   lvwMain->Bind(wxEVT_KEY_DOWN, &frmMain::lvwMain_KeyDown, this);
   lvwMain->Bind(wxEVT_LIST_ITEM_ACTIVATED, [this](wxListEvent&) { lvwMain_Activated(); });
   lvwMain->Bind(wxEVT_CONTEXT_MENU, &frmMain::lvwMain_ContextMenu, this);
+  lvwMain->Bind(wxEVT_RIGHT_UP, &frmMain::lvwMain_RightUp, this);
   lvwMain->Bind(wxEVT_LEFT_UP, [this](wxMouseEvent& aEvent) {
     aEvent.Skip();
     lvwMain->Refresh();
@@ -28,11 +31,25 @@ void frmMain::lvwMain_Activated() {
   if (SelectedSlot() != 0) RunCommand(mE_EditAddress);
 }
 
+// GTK asks for the menu when the button goes down, Windows when it comes up. It opens when it comes up.
 void frmMain::lvwMain_ContextMenu(wxContextMenuEvent& aEvent) {
+  const bool bByKey = aEvent.GetPosition() == wxDefaultPosition;
+  bPopupDue = !bByKey && wxGetMouseState().RightIsDown();
+  if (!bPopupDue) OpenPopup(bByKey);
+}
+
+void frmMain::lvwMain_RightUp(wxMouseEvent& aEvent) {
+  aEvent.Skip();
+  if (!bPopupDue) return;
+  bPopupDue = false;
+  OpenPopup(false);
+}
+
+void frmMain::OpenPopup(bool bByKey) {
   const std::unique_ptr<wxMenu> pMenu(MakePopup());
   // From the keyboard there is no position: open at the selected row, or at the top of the list.
   wxPoint aAt = wxDefaultPosition;
-  if (aEvent.GetPosition() == wxDefaultPosition) {
+  if (bByKey) {
     wxRect aRow;
     if (const long lRow = lvwMain->GetFirstSelected(); lRow >= 0) {
       lvwMain->EnsureVisible(lRow);
@@ -66,10 +83,23 @@ void frmMain::Display_lvwMainEx(std::int32_t SelectNumber) {
     aRow.szRemark = aSite.Comments;
     aRows.push_back(std::move(aRow));
   }
+  if (lSiteCount > 0 && sbrMain->GetStatusText(2) == ResText(IDS_NO_SITES)) ShowPanel(3, "");
   const bool bEmpty = aRows.empty();
   lvwMain->Fill(std::move(aRows));
   lvwMain->SelectSlot(SelectNumber);
+  ShowCounts();
   lvwMain->ShowHint(!bEmpty ? wxString() : ResText(lSiteCount == 0 ? IDS_HINT_EMPTY : IDS_HINT_FILTERED));
+}
+
+// The lights that the list would show without filters.
+void frmMain::ShowCounts() {
+  bCountsDue = false;
+  CountStrip::Counts aCounts{lSiteCount, lvwMain->RowCount(), {}};
+  for (std::int32_t i = 1; modAddress::IsSite(i); ++i) {
+    const SiteRecord& aSite = aSites[static_cast<std::size_t>(i)];
+    if (aSite.Enabled == 1 && aSite.Status >= 1 && aSite.Status <= 3) ++aCounts.aLights[aSite.Status - 1U];
+  }
+  pixCounts->Show(aCounts);
 }
 
 void frmMain::Display_lvwMain(std::int32_t SelectNumber) {

@@ -43,13 +43,12 @@ void frmMain::BuildMenus() {
     pMenu->Append(aCommand.iNumber, szText, "", aCommand.Has(Commands::Radio) ? wxITEM_RADIO : wxITEM_NORMAL);
   }
   SetMenuBar(pBar);
-  pBar->Enable(mF_StopCheck, false);
 }
 
 void frmMain::LockCommands(bool bLock) {
   for (const Command& aCommand : Commands::All())
     if (aCommand.Has(Commands::Locked)) GetMenuBar()->Enable(aCommand.iNumber, !bLock);
-  GetMenuBar()->Enable(mF_StopCheck, bLock);
+  if (!bLock) lvwMain->GiveBackPlace();
 }
 
 void frmMain::Menu_Click(wxCommandEvent& aEvent) {

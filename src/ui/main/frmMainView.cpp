@@ -1,6 +1,8 @@
 // What the check engine shows through the main window.
 #include <wx/stattext.h>
 
+#include <algorithm>
+
 #include "base/Strings.h"
 #include "platform/Clock.h"
 #include "ui/common/Boxes.h"
@@ -24,6 +26,7 @@ void frmMain::EnsureRowVisible(std::int32_t lSlot) {
 
 void frmMain::ShowLight(std::int32_t lSlot, std::int16_t iIcon) {
   lvwMain->ShowLight(lSlot, iIcon);
+  bCountsDue = true;
 }
 
 void frmMain::ShowLightText(std::int32_t lSlot, const std::string& szText) {
@@ -40,17 +43,29 @@ void frmMain::OpenProgress() {
   if (bExiting) return;
   if (!pProgress || pProgress->IsBeingDeleted()) {
     pProgress = new frmCheckAnim(this, [this] { aEngine.StopCheck(); });
-    pProgress->CentreOnParent();
+    pProgress->Move(aProgressPlace == wxDefaultPosition ? FirstProgressPlace(pProgress->GetSize())
+                                                        : aProgressPlace);
     pProgress->ShowWithoutActivating();
   }
   szProgressSite.clear();
   szProgressStatus.clear();
 }
 
+// Beside the columns that tell the results, where there is room; else in the middle.
+wxPoint frmMain::FirstProgressPlace(const wxSize& aProgress) const {
+  int lResults = 0;
+  for (const int lColumn : {0, 1, 2})
+    lResults += lvwMain->GetColumnWidth(lColumn);
+  const wxRect aList = lvwMain->GetScreenRect();
+  const int lWidth = lResults >= aProgress.x ? lResults : aList.width;
+  return {aList.x + (lWidth - aProgress.x) / 2, aList.y + (aList.height - aProgress.y) / 2};
+}
+
 void frmMain::CloseProgress() {
   ShowPending();
   if (!pProgress) return;
   frmCheckAnim* pClosing = pProgress.get();
+  aProgressPlace = pClosing->GetPosition();
   pProgress.Release();
   pClosing->Destroy();
 }
@@ -69,18 +84,28 @@ void frmMain::ShowProgressStatus(const std::string& szText) {
 void frmMain::ShowPending() {
   if (lSlotToShow != 0) lvwMain->EnsureRowVisible(lSlotToShow);
   lSlotToShow = 0;
+  if (bCountsDue) ShowCounts();
   if (!pProgress) return;
   const wxString szSite = ToWxLabel(szProgressSite), szStatus = ToWxLabel(szProgressStatus);
   if (pProgress->lblSiteName->GetLabel() != szSite) pProgress->lblSiteName->SetLabel(szSite);
   if (pProgress->lblSiteStatus->GetLabel() != szStatus) pProgress->lblSiteStatus->SetLabel(szStatus);
+  pProgress->ShowCount(aEngine.CheckIndex(), lSiteCount);
 }
 
+// A box waits for its operator. On the stack of a pass it would hold the pass up; on that of a timer, the
+// timer: the toolkit does not run a timer within itself, and the schedule would stand still until somebody
+// comes.
 void frmMain::ShowMessage(const std::string& szText) {
-  if (aEngine.PassRunning()) {
-    aWaitingMessages.push_back(szText);
-    return;
-  }
-  SayNow(szText);
+  if (aEngine.PassRunning() || bInTimer)
+    KeepMessage(szText);
+  else
+    SayNow(szText);
+}
+
+// What is waiting already is not said twice: a fault that every pass meets would fill the screen overnight.
+void frmMain::KeepMessage(const std::string& szText) {
+  if (std::ranges::count(aWaitingMessages, szText) == 0) aWaitingMessages.push_back(szText);
+  CallAfter(&frmMain::ShowWaitingMessages);
 }
 
 void frmMain::SayNow(const std::string& szText) {
@@ -90,16 +115,23 @@ void frmMain::SayNow(const std::string& szText) {
 void frmMain::EndPassFiles() {
   const auto aUnwritten = aPassFiles.PassEnds();
   if (!aUnwritten.empty() && !bToldUnwritten && !bExiting)
-    aWaitingMessages.push_back(FillResString(IDS_PASS_FILE_UNWRITTEN, {aUnwritten.front()}));
+    KeepMessage(FillResString(IDS_PASS_FILE_UNWRITTEN, {aUnwritten.front()}));
   bToldUnwritten = !aUnwritten.empty();
 }
 
-void frmMain::AfterPass() {
+// One after the other. Passes go on meanwhile, and what they have to say waits for its turn.
+void frmMain::ShowWaitingMessages() {
+  if (bShowingMessages) return;
+  bShowingMessages = true;
   while (!aWaitingMessages.empty() && !bExiting && !aEngine.PassRunning()) {
-    const std::string szText = aWaitingMessages.front();
+    SayNow(aWaitingMessages.front());
     aWaitingMessages.erase(aWaitingMessages.begin());
-    SayNow(szText);
   }
+  bShowingMessages = false;
+}
+
+void frmMain::AfterPass() {
+  if (!aWaitingMessages.empty()) CallAfter(&frmMain::ShowWaitingMessages);
   aProgramExit.GoOn();
 }
 

@@ -24,7 +24,7 @@ std::string Boxes(const frmAddress* pEditor) {
 }
 
 bool Closed(Program& aProgram) {
-  return Until([&] { return !Open<frmAddress>() && aProgram.Main().IsEnabled(); }, 2);
+  return Until([&] { return !Open<frmAddress>() && aProgram.Main().IsEnabled(); });
 }
 
 }  // namespace
@@ -72,8 +72,12 @@ TEST(Editor, RefusalsKeepItOpenAtTheirField) {
   EXPECT_EQ(pEditor->txtURL->GetStringSelection(), "TAKEN.test");
   pEditor->txtURL->WriteText("HTTP://a.test/http:");
   EXPECT_EQ(CloseNotice(), "Do not enter the agent, \"http://\".");
+  Settle();
   EXPECT_EQ(NoticeText(), "") << "said once";
   EXPECT_EQ(TextOf(pEditor->txtURL), "a.test/");
+  pEditor->txtURL->SetValue("https://a.test/");
+  EXPECT_TRUE(CloseNotice().starts_with("Only http is checked"));
+  EXPECT_EQ(TextOf(pEditor->txtURL), "https://a.test/") << "kept as it was entered";
   // Enter is OK from within the box, Tab leaves it, and the click on OK does both: there is one message each.
   const std::function<void()> aWays[] = {[] { Key(WXK_RETURN); }, [] { Key(WXK_TAB); },
                                          [&] { Click(pEditor->cmdOK); }};
@@ -83,6 +87,7 @@ TEST(Editor, RefusalsKeepItOpenAtTheirField) {
     pEditor->txtTimeOut->ChangeValue("5000");
     Leave();
     EXPECT_EQ(CloseNotice(), "Time Out values must be from 1 to 1800 seconds.");
+    Settle();
     EXPECT_EQ(NoticeText(), "");
     EXPECT_EQ(pEditor->txtTimeOut->GetStringSelection(), "1800");
   }

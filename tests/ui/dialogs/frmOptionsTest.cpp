@@ -25,7 +25,7 @@ frmOptions* OpenOptions(Program& aProgram) {
 }
 
 bool Closed(Program& aProgram) {
-  return Until([&] { return !Open<frmOptions>() && aProgram.Main().IsEnabled(); }, 2) &&
+  return Until([&] { return !Open<frmOptions>() && aProgram.Main().IsEnabled(); }) &&
          aProgram.Main().TimerAutoCheck.IsRunning();
 }
 
@@ -38,7 +38,6 @@ TEST(Options, PagesTurnByKeysAndOKStoresAndStartsTheScheduleAgain) {
   Type("90");
   const auto TurnPage = [&] {
     Key(WXK_PAGEDOWN, wxMOD_CONTROL);
-    PumpFor(0.1);
     aTopics.push_back(pOptions->lHelpContext);
   };
   TurnPage();
@@ -72,21 +71,24 @@ TEST(Options, LeavingAFieldChecksIt) {
     bool bHeld;
   } aCases[] = {
       {0, pOptions->txtTimerInterval, pOptions->txtMgrName, "2000",
-       "Time Interval has to be between 5 minutes and 1425 minutes.", "ok", "1425", true},
+       "Time Interval has to be between 5 minutes and 1425 minutes.|The field now says 1425.", "ok", "1425",
+       true},
       {2, pOptions->txtMaxLogFiles, pOptions->txtLogPath, "30", szHigh, "yes", "30", true},
       {2, pOptions->txtMaxLogFiles, pOptions->txtLogPath, "30", szHigh, "no", "30", false},
       {2, pOptions->txtLogPath, pOptions->txtMaxLogFiles, szFolder, szCreate, "cancel", szFolder, true},
       {2, pOptions->txtLogPath, pOptions->txtMaxLogFiles, szFolder, szCreate, "yes", szFolder, false}};
   for (const auto& aCase : aCases) {
     pOptions->tabOptions->SetSelection(aCase.iPage);
-    PumpFor(0.05);
+    Settle();
     aCase.pLeft->SetFocus();
-    PumpFor(0.05);
+    ASSERT_TRUE(Focused(aCase.pLeft));
+    Settle();
     const auto szBefore = aCase.pLeft->GetValue();
     aCase.pLeft->ChangeValue(ToWx(aCase.szTyped));
     Answers aAnswers({aCase.szAnswer});
     aCase.pNext->SetFocus();
-    PumpFor(0.1);
+    EXPECT_TRUE(Until([&] { return !aAnswers.aSaid.empty(); }));
+    Settle();
     EXPECT_EQ(aAnswers.aSaid, Texts{aCase.szMessage});
     EXPECT_EQ(TextOf(aCase.pLeft), aCase.szCorrected) << aCase.szMessage;
     EXPECT_TRUE(!aCase.bHeld || Focused(aCase.pLeft)) << aCase.szMessage;
@@ -94,7 +96,7 @@ TEST(Options, LeavingAFieldChecksIt) {
   }
   EXPECT_TRUE(Files::FolderExists(szFolder));
   pOptions->cmdCancel->SetFocus();  // asks nothing
-  PumpFor(0.1);
+  ASSERT_TRUE(Focused(pOptions->cmdCancel));
   Key(WXK_SPACE);
   EXPECT_TRUE(Closed(aProgram));
   EXPECT_EQ(Settings.Email, "");
@@ -121,6 +123,44 @@ TEST(Options, OKShowsThePageThatFailsAndStoresNothing) {
   Press("yes");
   EXPECT_TRUE(Closed(aProgram));
   EXPECT_EQ(Settings.LogPath + Settings.Name, aProgram.aHome.Path("new") + "Ann");
+}
+
+// One box, about the field that was edited, with its page in front; the answer No is asked about again at OK.
+TEST(Options, OKAsksOnceAboutWhatWasEdited) {
+  Program aProgram;
+  auto* pOptions = OpenOptions(aProgram);
+  pOptions->txtTimerWarning->SetFocus();
+  ASSERT_TRUE(Focused(pOptions->txtTimerWarning));
+  Settle();
+  pOptions->txtTimerWarning->SetValue("70");
+  {
+    Answers aAnswers({"ok"});
+    Key(WXK_RETURN);
+    EXPECT_TRUE(Until([&] { return !aAnswers.aSaid.empty(); }));
+    EXPECT_TRUE(Focused(pOptions->txtTimerWarning));
+    Settle();
+    EXPECT_EQ(aAnswers.aSaid, Texts{"The Warning Interval must be less than the Timer Interval."});
+  }
+  pOptions->txtTimerWarning->SetValue("15");
+  pOptions->tabOptions->SetSelection(2);
+  ASSERT_TRUE(Focused(pOptions->txtLogPath));
+  const auto szMissing = aProgram.aHome.Path("missing");
+  pOptions->txtLogPath->ChangeValue(ToWx(szMissing));
+  {
+    Answers aAnswers({"no", "no"});
+    pOptions->tabOptions->SetSelection(0);
+    EXPECT_TRUE(Focused(pOptions->txtTimerInterval)) << "No leaves the field";
+    EXPECT_TRUE(Until([&] { return aAnswers.aSaid.size() == 1; }));
+    Settle();
+    EXPECT_EQ(pOptions->tabOptions->GetSelection(), 0);
+    Key(WXK_RETURN);
+    EXPECT_TRUE(Until([&] { return aAnswers.aSaid.size() == 2; }));
+    EXPECT_TRUE(Focused(pOptions->txtLogPath));
+    Settle();
+    EXPECT_EQ(aAnswers.aSaid.size(), 2U);
+  }
+  EXPECT_EQ(pOptions->tabOptions->GetSelection(), 2);
+  EXPECT_NE(Settings.LogPath, szMissing);
 }
 
 TEST(Options, LogControlsFollowThePeriodAndEveryWayOutStartsTheSchedule) {

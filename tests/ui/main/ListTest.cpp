@@ -1,5 +1,7 @@
 // The list: which rows stand in it, in which order, and the commands that change it.
 #include <gtest/gtest.h>
+#include <wx/arrstr.h>
+#include <wx/uiaction.h>
 
 #include "support/Stored.h"
 #include "ui/Program.h"
@@ -55,6 +57,85 @@ TEST(List, SortsAsTextFromTheStartAndByHeaders) {
   EXPECT_EQ(aProgram.Slots(), "5 1 2 3* 4 6 7 8 9 10 11") << "a refill keeps the order that was chosen";
 }
 
+TEST(List, NumberAndStopStandWhereThereIsRoomAndTheTipHasTheWholeRow) {
+  Program aProgram({Site("a", 1, 3, "10.0.0.1"), Site(std::string(200, 'b'))});
+  SiteList& aList = *aProgram.Main().lvwMain;
+  aList.ShowLightText(1, "Manually Stopped.");
+  aList.ShowRemark(1, "Manually Stopped.");
+  EXPECT_EQ(aList.OnGetItemText(0, 0) + aList.OnGetItemText(0, 3), "") << "no room at the usual width";
+  for (const int lColumn : {0, 3})
+    aList.SetColumnWidth(lColumn, 80);
+  EXPECT_EQ(aList.OnGetItemText(1, 0), "2");
+  const wxString szStopped = aList.OnGetItemText(0, 3);
+  EXPECT_TRUE(!szStopped.empty() && wxString("Manually Stopped.").StartsWith(szStopped)) << szStopped;
+  EXPECT_EQ(SiteList::Tip(*aList.RowOf(1)), "1. http://a\n10.0.0.1\nManually Stopped.");
+  for (const wxString& szLine : wxSplit(SiteList::Tip(*aList.RowOf(2)), '\n'))
+    EXPECT_LE(szLine.length(), 90U);
+}
+
+TEST(List, LightsAreCountedAndEachNumberShowsItsSites) {
+  Program aProgram({Site("a", 1, 1), Site("b", 1, 3), Site("c", 1, 3), Site("d", 0, 3), Site("e", 1, 4)});
+  CountStrip& aStrip = *aProgram.Main().pixCounts;
+  EXPECT_EQ(aStrip.Text(), "5 sites: 1 up, 2 down");
+  const auto ClickOn = [&](const char* szPiece) {
+    const wxString szText = aStrip.Text();
+    const int lLeft = aStrip.GetTextExtent(szText.Left(szText.find(szPiece))).x;
+    aStrip.Click(wxPoint(lLeft + aStrip.GetTextExtent(szPiece).x / 2, 5));
+  };
+  ClickOn("2 down");
+  EXPECT_EQ(aProgram.Slots(), "2 3");
+  EXPECT_EQ(aStrip.Text(), "5 sites (2 shown): 1 up, 2 down");
+  ClickOn("5 sites");
+  EXPECT_EQ(aProgram.Slots(), "1 2 3 4 5");
+}
+
+TEST(List, APassDoesNotScrollWhatTheOperatorReads) {
+  Program aProgram;
+  SiteList& aList = *aProgram.Main().lvwMain;
+  std::vector<SiteList::Row> aRows(200);
+  for (std::size_t i = 0; i < aRows.size(); ++i)
+    aRows[i].lSlot = static_cast<std::int32_t>(i) + 1;
+  aList.Fill(aRows);
+  aList.ShowHint("");
+  aList.EnsureVisible(100);
+  Settle();
+  const long lTop = aList.GetTopItem();
+  ASSERT_GT(lTop, 0);
+  aList.EnsureRowVisible(1);
+  EXPECT_EQ(aList.GetTopItem(), 0) << "shown by the pass";
+  aList.GiveBackPlace();
+  EXPECT_NEAR(static_cast<double>(aList.GetTopItem()), static_cast<double>(lTop), 1);
+  Click(&aList);
+  const long lRead = aList.GetTopItem();
+  aList.EnsureRowVisible(1);
+  EXPECT_EQ(aList.GetTopItem(), lRead);
+  aProgram.aClock.Advance(11);
+  aList.EnsureRowVisible(1);
+  EXPECT_EQ(aList.GetTopItem(), 0);
+}
+
+TEST(List, ThePopupOpensWhenTheRightButtonComesUp) {
+  Program aProgram({Site("a")});
+  OpenedMenus aMenus;
+  bool bDown = false;
+  aProgram.Main().lvwMain->Bind(wxEVT_RIGHT_DOWN, [&](wxMouseEvent& aEvent) {
+    aEvent.Skip();
+    bDown = true;
+  });
+  During aAct([&] {
+    // An open menu runs its own event loop. Keys that nobody waits for would keep the event pump busy.
+    if (aMenus.lOpened > aMenus.lClosed) wxUIActionSimulator().Char(WXK_ESCAPE);
+  });
+  wxUIActionSimulator aMouse;
+  aMouse.MouseMove(aProgram.Main().lvwMain->GetScreenPosition() + wxPoint(60, 60));
+  aMouse.MouseDown(wxMOUSE_BTN_RIGHT);
+  EXPECT_TRUE(Until([&] { return bDown; }));
+  Settle();
+  EXPECT_EQ(aMenus.lOpened, 0);
+  aMouse.MouseUp(wxMOUSE_BTN_RIGHT);
+  EXPECT_TRUE(Until([&] { return aMenus.lOpened == 1 && aMenus.lClosed == 1; }));
+}
+
 TEST(List, DeletesInAFilteredViewAndRefusesWithoutASelection) {
   Program aProgram({Site("a"), Site("b", 1, 2), Site("c", 0, 2), Site("d", 1, 2)});
   for (std::int32_t n = 1; n <= 4; ++n)
@@ -87,7 +168,7 @@ TEST(List, DeletesInAFilteredViewAndRefusesWithoutASelection) {
 TEST(List, KeysOpenTheDialogsAndEscClosesThem) {
   Program aProgram({Site("a"), Site("b")});
   aProgram.Main().lvwMain->SelectSlot(2);
-  const std::tuple<int, int, const char*> aKeys[] = {{WXK_RETURN, wxMOD_NONE, "Edit Site"},
+  const std::tuple<int, int, const char*> aKeys[] = {{WXK_RETURN, wxMOD_NONE, "Edit Site 2"},
                                                      {'N', wxMOD_CONTROL, "New Site"},
                                                      {'O', wxMOD_CONTROL, "Options"}};
   for (const auto& [lKey, lModifiers, szTitle] : aKeys) {

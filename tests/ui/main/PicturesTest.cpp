@@ -2,6 +2,7 @@
 // shows are the book's. GDK_DPI_SCALE=1.5 shows the windows at 150 per cent.
 #include <gtest/gtest.h>
 #include <wx/dialog.h>
+#include <wx/imagpng.h>
 #include <wx/notebook.h>
 #include <wx/stattext.h>
 
@@ -31,8 +32,14 @@ namespace {
 
 void Save(const std::string& szName, const wxRect& aPart) {
   PumpFor(0.5);
-  EXPECT_TRUE(Screen::Save(std::string(std::getenv("KESTROVA_PICTURES")) + "/" + szName + ".png", aPart))
-      << szName;
+  const auto szFile = std::string(std::getenv("KESTROVA_PICTURES")) + "/" + szName + ".png";
+  ASSERT_TRUE(Screen::Save(szFile, aPart)) << szName;
+  // A window that was covered, or not yet drawn, is a plain area.
+  if (!wxImage::FindHandler(wxBITMAP_TYPE_PNG)) wxImage::AddHandler(new wxPNGHandler);
+  wxImage aTaken;
+  ASSERT_TRUE(aTaken.LoadFile(ToWx(szFile), wxBITMAP_TYPE_PNG)) << szName;
+  constexpr unsigned long lPlain = 8;
+  EXPECT_GT(aTaken.CountColours(lPlain + 1), lPlain) << szName;
 }
 
 void Save(const std::string& szName, wxWindow* pWindow) {

@@ -1,5 +1,7 @@
 #include "ui/Display.h"
 
+#include <dlfcn.h>
+
 #include <memory>
 #include <string>
 #include <vector>
@@ -28,6 +30,13 @@ bool Display::Start() {
   Environment::Set("GSETTINGS_BACKEND", "memory");  // the user's own desktop settings stay as they are
   pManager = StartHelper({"metacity", "--sm-disable", "--no-composite"});
   return true;
+}
+
+// wxWidgets has loaded GDK but does not pass this on.
+void Display::Sync() {
+  const auto aDefault = reinterpret_cast<void* (*)()>(dlsym(RTLD_DEFAULT, "gdk_display_get_default"));
+  const auto aSync = reinterpret_cast<void (*)(void*)>(dlsym(RTLD_DEFAULT, "gdk_display_sync"));
+  if (aDefault && aSync) aSync(aDefault());
 }
 
 bool Display::StartTray() {

@@ -19,7 +19,6 @@ bool Screen::Save(const std::string& szFile, const wxRect& aPart) {
 void Screen::ClickTrayIcon(bool bRight) {
   wxUIActionSimulator aMouse;
   aMouse.MouseMove(12, wxGetDisplaySize().y - 12);
-  PumpFor(0.2);
   aMouse.MouseClick(bRight ? wxMOUSE_BTN_RIGHT : wxMOUSE_BTN_LEFT);
-  PumpFor(0.3);
+  Settle();
 }

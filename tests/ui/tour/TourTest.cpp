@@ -20,8 +20,7 @@ TEST(Tour, KeysAndClicksTurnThePages) {
                                                {WXK_RIGHT, lLast}, {WXK_LEFT, lLast - 1}, {WXK_HOME, 0}};
   for (const auto& [lKey, lPage] : aKeys) {
     Key(lKey);
-    EXPECT_TRUE(Until([&, lNow = lPage] { return pTour->Page() == lNow; }, 2))
-        << lKey << " " << pTour->Page();
+    EXPECT_TRUE(Until([&, lNow = lPage] { return pTour->Page() == lNow; })) << lKey << " " << pTour->Page();
     EXPECT_EQ(pTour->cmdBack->IsEnabled(), lPage > 0);
     EXPECT_EQ(pTour->cmdNext->IsEnabled(), lPage < lLast);
     EXPECT_TRUE(TourPicture(aTourPages[lPage].szPicture).IsOk());
@@ -30,7 +29,7 @@ TEST(Tour, KeysAndClicksTurnThePages) {
       {pTour->cmdNext, 1}, {pTour->pixPage, 2}, {pTour->cmdBack, 1}};
   for (const auto& [pTarget, lPage] : aClicks) {
     Click(pTarget);
-    EXPECT_TRUE(Until([&, lNow = lPage] { return pTour->Page() == lNow; }, 2)) << pTour->Page();
+    EXPECT_TRUE(Until([&, lNow = lPage] { return pTour->Page() == lNow; })) << pTour->Page();
   }
   Key(WXK_ESCAPE);
   EXPECT_TRUE(Until([&] { return !pTour; }));

@@ -7,6 +7,9 @@ bool Display::Start() {
 void Display::Stop() {
 }
 
+void Display::Sync() {
+}
+
 bool Display::StartTray() {
   return true;
 }

@@ -23,8 +23,8 @@ bool Screen::Save(const std::string& szFile, const wxRect& aPart) {
 // window, by which the program tells the message from a move of the mouse.
 void Screen::ClickTrayIcon(bool bRight) {
   SetCursorPos(0, wxGetDisplaySize().y - 1);
-  PumpFor(0.1);
+  Settle();
   PostMessageA(static_cast<HWND>(modMain::MainWindow()->GetHWND()), WM_MOUSEMOVE, 1,
                bRight ? WM_RBUTTONUP : WM_LBUTTONUP);
-  PumpFor(0.3);
+  Settle();
 }
