@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "base/Text.h"
+#include "platform/RegistryReply.h"
 #include "simulated/Machine.h"
 
 namespace Simulated {
@@ -175,26 +176,6 @@ void Erase(const NodePtr& pNode, std::vector<Value>::iterator pValue) {
         static_cast<std::size_t>(pValue - pNode->aValues.begin()),
         *pValue});
   pNode->aValues.erase(pValue);
-}
-
-std::int32_t Deliver(std::uint32_t lType, std::string_view szData, std::uint32_t* pType, void* pData,
-                     std::uint32_t* pSize) {
-  if (pData != nullptr && pSize == nullptr) return lInvalidParameter;
-  if (pType != nullptr) *pType = lType;
-  if (pSize == nullptr) return lSuccess;
-  const auto lRoom = *pSize;
-  *pSize = static_cast<std::uint32_t>(szData.size());
-  if (pData == nullptr) return lSuccess;
-  if (lRoom < szData.size()) return lMoreData;
-  std::memcpy(pData, szData.data(), szData.size());
-  return lSuccess;
-}
-
-bool CopyName(std::string_view szName, char* szBuffer, std::uint32_t lRoom) {
-  if (szName.size() >= lRoom) return false;
-  std::memcpy(szBuffer, szName.data(), szName.size());
-  szBuffer[szName.size()] = '\0';
-  return true;
 }
 
 // A call that fails inside a bracket costs the whole bracket, as with a full or failing disk.

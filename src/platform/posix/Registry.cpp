@@ -2,9 +2,9 @@
 #include "platform/Registry.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "base/Text.h"
+#include "platform/RegistryReply.h"
 #include "platform/posix/Store.h"
 #include "platform/posix/UserFolders.h"
 
@@ -45,20 +45,6 @@ std::int32_t OpenBy(Walk pWalk, Key hKey, const char* szPath, Key& hResult) {
   return lCode;
 }
 
-// Hands a value's type and data to the caller's buffer, as far as they are asked for and fit.
-std::int32_t Deliver(std::uint32_t lType, std::string_view szData, std::uint32_t* pType, void* pData,
-                     std::uint32_t* pSize) {
-  if (pData != nullptr && pSize == nullptr) return lInvalidParameter;
-  if (pType != nullptr) *pType = lType;
-  if (pSize == nullptr) return lSuccess;
-  const auto lRoom = *pSize;
-  *pSize = static_cast<std::uint32_t>(szData.size());
-  if (pData == nullptr) return lSuccess;
-  if (lRoom < szData.size()) return lMoreData;
-  std::memcpy(pData, szData.data(), szData.size());
-  return lSuccess;
-}
-
 // What Windows keeps in the registry and the desktop keeps elsewhere: the user's desktop folder.
 bool IsDesktopFolder(Database& aDatabase, std::int64_t lId, std::string_view szName) {
   if (!Text::EqualNoCase(szName, "Desktop")) return false;
@@ -67,13 +53,6 @@ bool IsDesktopFolder(Database& aDatabase, std::int64_t lId, std::string_view szN
                         {"Software", "Microsoft", "Windows", "CurrentVersion", "Explorer", "Shell Folders"},
                         lFolders) == lSuccess &&
          lFolders == lId;
-}
-
-bool CopyName(std::string_view szName, char* szBuffer, std::uint32_t lRoom) {
-  if (szName.size() >= lRoom) return false;
-  std::memcpy(szBuffer, szName.data(), szName.size());
-  szBuffer[szName.size()] = '\0';
-  return true;
 }
 
 }  // namespace
