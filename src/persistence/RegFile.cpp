@@ -171,14 +171,14 @@ std::int32_t EmptyBase() {
 using RegFileParser::Change;
 
 std::int32_t Carry(const Change& aChange) {
-  if (aChange.aKind == Change::Kind::DeleteKey)
+  if (aChange.iKind == Change::Kind::DeleteKey)
     return Text::EqualNoCase(aChange.szPath, ProductKeys::szBase) ? EmptyBase() : DeleteTree(aChange.szPath);
   Key hKey = 0;
   auto lCode = RegCreateKeyExA(HKEY_LOCAL_MACHINE, aChange.szPath.c_str(), lFullAccess, hKey);
-  if (lCode == lSuccess && aChange.aKind == Change::Kind::SetValue)
+  if (lCode == lSuccess && aChange.iKind == Change::Kind::SetValue)
     lCode = RegSetValueExA(hKey, aChange.szName.c_str(), aChange.lType, aChange.szData.data(),
                            static_cast<std::uint32_t>(aChange.szData.size()));
-  if (lCode == lSuccess && aChange.aKind == Change::Kind::DeleteValue) {
+  if (lCode == lSuccess && aChange.iKind == Change::Kind::DeleteValue) {
     lCode = RegDeleteValueA(hKey, aChange.szName.c_str());
     if (lCode == lNotFound) lCode = lSuccess;
   }

@@ -105,7 +105,7 @@ std::int32_t ReadKeyLine(std::string_view szLine, Change& aChange) {
   const auto lEnd = szLine.rfind(']');
   if (lEnd == std::string_view::npos || !OnlyBlanks(szLine.substr(lEnd + 1))) return IDS_REGFILE_BAD_KEY;
   auto szPath = szLine.substr(1, lEnd - 1);
-  aChange.aKind = szPath.starts_with('-') ? Change::Kind::DeleteKey : Change::Kind::MakeKey;
+  aChange.iKind = szPath.starts_with('-') ? Change::Kind::DeleteKey : Change::Kind::MakeKey;
   if (szPath.starts_with('-')) szPath.remove_prefix(1);
   const auto szBase = std::string("HKEY_LOCAL_MACHINE\\") + ProductKeys::szBase;
   if (!Text::EqualNoCase(szPath.substr(0, szBase.size()), szBase) ||
@@ -134,8 +134,8 @@ std::int32_t ReadValueLine(std::string_view szLine, Change& aChange) {
   }
   szLine.remove_prefix(1);
   SkipBlanks(szLine);
-  aChange.aKind = szLine.starts_with('-') ? Change::Kind::DeleteValue : Change::Kind::SetValue;
-  if (aChange.aKind == Change::Kind::DeleteValue)
+  aChange.iKind = szLine.starts_with('-') ? Change::Kind::DeleteValue : Change::Kind::SetValue;
+  if (aChange.iKind == Change::Kind::DeleteValue)
     return OnlyBlanks(szLine.substr(1)) ? 0 : IDS_REGFILE_BAD_DATA;
   return TakeData(szLine, aChange) ? 0 : IDS_REGFILE_BAD_DATA;
 }
@@ -198,7 +198,7 @@ bool RegFileParser::Parse(const std::string& szBytes, std::vector<Change>& aChan
     std::int32_t lReason = 0;
     if (szRest.starts_with('[')) {
       lReason = ReadKeyLine(szRest, aKey);
-      bHasKey = aKey.aKind == Change::Kind::MakeKey;
+      bHasKey = aKey.iKind == Change::Kind::MakeKey;
       aChanges.push_back(aKey);
     } else {
       Change aValue;

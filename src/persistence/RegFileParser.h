@@ -12,7 +12,7 @@ inline constexpr char szHeader[] = "Windows Registry Editor Version 5.00";
 
 struct Change {
   enum class Kind { MakeKey, DeleteKey, SetValue, DeleteValue };
-  Kind aKind = Kind::MakeKey;
+  Kind iKind = Kind::MakeKey;
   std::string szPath;  // below HKEY_LOCAL_MACHINE
   std::string szName;
   std::uint32_t lType = 0;

@@ -93,12 +93,12 @@ enum class StoreCondition {
   Full,         // its disk takes no more, or fails
   Foreign,      // the file is another program's, or of a newer version
   Damaged,      // damaged or gone, and no other could be put in its place
-  Lost,    // damaged, and neither a row of it nor a copy can be read; a new one begins with what is entered
-  Failed,  // anything else; szSystem says what
-  KeyRefused,  // Windows: the product's key may not be written
-  KeyFailed,   // Windows: nor can it be opened; szSystem says why
-  NotShared,   // Windows: what may be done to the key could not be changed; szSystem says why
-  Private      // where each user has a store of their own, none is shared
+  Lost,         // damaged, neither a row nor a copy of it can be read; a new one begins with what is entered
+  Failed,       // anything else; szSystem says what
+  KeyRefused,   // Windows: the product's key may not be written
+  KeyFailed,    // Windows: nor can it be opened; szSystem says why
+  NotShared,    // Windows: what may be done to the key could not be changed; szSystem says why
+  Private       // where each user has a store of their own, none is shared
 };
 
 struct StoreState {
