@@ -37,7 +37,7 @@ constexpr double Hour(int lDay, int lHour, int lMinute) {
 }
 
 // What a site does instead of answering well, between two hours of the week; where they are the same, in one
-// round only, the next one. lSeconds: how long the answer takes.
+// pass only, the next one. lSeconds: how long the answer takes.
 struct Trouble {
   std::string szSite;
   double dFrom, dTo;
@@ -83,9 +83,9 @@ class Week : QuietView {
         GoTo(dSwitchedOn);
         SwitchOn();
       } else if (lByHand < std::size(dByHand) && dByHand[lByHand] < dDue) {
-        Round(dByHand[lByHand++], &CheckEngine::mF_StartCheck_Click);
+        Pass(dByHand[lByHand++], &CheckEngine::mF_StartCheck_Click);
       } else if (dDue < dEnd) {
-        Round(dDue, &CheckEngine::TimerAutoCheck_Timer);
+        Pass(dDue, &CheckEngine::TimerAutoCheck_Timer);
       } else {
         break;
       }
@@ -94,7 +94,7 @@ class Week : QuietView {
     Registry::RemoveOwnStore();
     for (const char* szName : {"http_proxy", "no_proxy"})
       Environment::Unset(szName);
-    return lRounds;
+    return lPasses;
   }
 
  private:
@@ -121,7 +121,7 @@ class Week : QuietView {
     modAddress::RebuildSiteIndex();
   }
 
-  // As the monitor starts: nothing is remembered but the list, and the first round comes soon.
+  // As the monitor starts: nothing is remembered but the list, and the first pass comes soon.
   void SwitchOn() {
     LoadSettings();
     if (modAddress::LoadSites(false, false) != 0) throw std::runtime_error("cannot load the list");
@@ -129,7 +129,7 @@ class Week : QuietView {
     Schedule::SetNextCheck(WarningMinutes());
   }
 
-  void Round(double dNow, void (CheckEngine::*Start)()) {
+  void Pass(double dNow, void (CheckEngine::*Start)()) {
     GoTo(dNow);
     aPresent.clear();
     for (const auto& aSite : aList)
@@ -145,7 +145,7 @@ class Week : QuietView {
     aMailServer.At(SmtpServer::Stage::Recipient, Smtp::Say(bMail ? "250 ok" : "451 4.3.0 try again later"));
     (*pEngine.*Start)();
     dLast = dNow;
-    ++lRounds;
+    ++lPasses;
   }
 
   void GoTo(double dHours) {
@@ -177,8 +177,8 @@ class Week : QuietView {
   std::map<std::string, const Trouble*> aPresent;  // by site
   bool bSilent = false;
   std::int32_t lPolls = 0;
-  double dLast = 0;  // hour of the last round
-  std::size_t lRounds = 0, lByHand = 0;
+  double dLast = 0;  // hour of the last pass
+  std::size_t lPasses = 0, lByHand = 0;
 };
 
 }  // namespace

@@ -1,6 +1,6 @@
-// DemoWeek: a week of the monitor's work in a few seconds. The check engine itself runs every round of its
+// DemoWeek: a week of the monitor's work in a few seconds. The check engine itself runs every pass of its
 // schedule, over real connections to a server on this machine, writes its daily logs and mails its alerts;
-// only the clock is another: it leaps from one round to the next.
+// only the clock is another: it leaps from one pass to the next.
 #pragma once
 
 #include <cstddef>
@@ -14,7 +14,7 @@ namespace DemoWeek {
 DateTime LastMonday();
 
 // Plays the week that begins with that Monday. Into the folder, which must be new, it puts the logs (Logs/),
-// the mails (mails/) and a store of its own. Throws std::runtime_error when it cannot. Returns the rounds
+// the mails (mails/) and a store of its own. Throws std::runtime_error when it cannot. Returns the passes
 // played.
 std::size_t Play(const std::string& szFolder, DateTime dtMonday);
 

@@ -36,9 +36,13 @@ int RegistryExport(const std::string& szFile);
 int RegistryImport(const std::string& szFile);
 int RegistryShare();
 
-// Empty names: not asked for.
-int Log(const std::vector<std::string>& aFiles, const std::string& szHtml, const std::string& szCsv,
-        bool bSummary);
+struct LogArguments {
+  std::vector<std::string> aFiles;  // "-": standard input; none: the folder of the settings
+  std::string szHtml, szCsv;        // empty: not asked for; "-": standard output
+  std::string szSite;               // empty: all
+  bool bSummary = false, bOutages = false, bFailures = false, bJson = false, bEntries = false;
+};
+int Log(LogArguments a);
 
 // lSite 0: any.
 int AlertPreview(const std::string& szCode, std::int32_t lSite);

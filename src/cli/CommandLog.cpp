@@ -1,66 +1,209 @@
 // log: check logs as lines, as a summary, as a page and as a table.
-#include <filesystem>
+#include <algorithm>
+#include <iostream>
+#include <iterator>
+#include <nlohmann/json.hpp>
 
 #include "base/Strings.h"
 #include "base/Text.h"
 #include "cli/CliCommands.h"
 #include "cli/Report.h"
 #include "history/LogCsv.h"
+#include "history/LogFiles.h"
+#include "history/LogFilter.h"
 #include "history/LogHistory.h"
 #include "history/LogHtml.h"
 #include "history/LogSummary.h"
 #include "history/LogSummaryText.h"
+#include "history/LogWords.h"
+#include "platform/Clock.h"
 #include "platform/Files.h"
+#include "platform/Terminal.h"
 
 namespace {
 
-bool SameFile(const std::string& szOne, const std::string& szOther) {
-  std::error_code aMissing;
-  return szOne == szOther || std::filesystem::equivalent(szOne, szOther, aMissing);
-}
+using CliCommands::LogArguments;
+
+constexpr std::string_view szStandard = "-";
 
 // What is wrong with the names, as a sentence; empty when nothing is. Checked before anything is written.
-std::string WrongNames(const std::vector<std::string>& aFiles, const std::string& szHtml,
-                       const std::string& szCsv) {
-  for (const auto& szFile : aFiles) {
-    if (!Files::FileExists(szFile) && !Files::FolderExists(szFile))
+std::string WrongNames(const LogArguments& a) {
+  for (const auto& szFile : a.aFiles) {
+    if (szFile != szStandard && !Files::FileExists(szFile) && !Files::FolderExists(szFile))
       return FillResString(IDS_CLI_CANNOT_READ, {szFile});
-    for (const auto& szOutput : {szHtml, szCsv})
-      if (!szOutput.empty() && SameFile(szFile, szOutput))
+    for (const auto& szOutput : {a.szHtml, a.szCsv})
+      if (!szOutput.empty() && szOutput != szStandard && LogFiles::Same(szFile, szOutput))
         return FillResString(IDS_CLI_SAME_FILE, {szOutput});
   }
-  if (!szHtml.empty() && SameFile(szHtml, szCsv)) return FillResString(IDS_CLI_SAME_OUTPUT, {szHtml});
+  if (!a.szHtml.empty() && LogFiles::Same(a.szHtml, a.szCsv))
+    return FillResString(IDS_CLI_SAME_OUTPUT, {a.szHtml});
   return {};
+}
+
+// A sentence that says why the logs cannot be used; empty when they can.
+std::string Read(const std::vector<std::string>& aNames, LogHistory& aHistory) {
+  std::vector<std::string> aFiles;
+  for (const auto& szName : aNames)
+    if (szName != szStandard) aFiles.push_back(szName);
+  aHistory.Open(aFiles);
+  // A history with a hole in it would count wrongly, so one file that cannot be read is enough to give up.
+  if (!aHistory.Problems().empty())
+    return FillResString(IDS_CLI_CANNOT_READ, {aHistory.Problems().front().szPath});
+  if (aFiles.size() < aNames.size())
+    aHistory.Add(std::string(szStandard), {std::istreambuf_iterator<char>(std::cin), {}});
+  if (aHistory.FileCount() == 0) return FillResString(IDS_CLI_NO_LOGS, {aNames.front()});
+  for (std::uint32_t lFile = 0; lFile < aHistory.FileCount(); ++lFile) {
+    const auto& aLines = aHistory.File(lFile).Lines();
+    if (!aLines.empty() &&
+        std::ranges::count(aLines, LineKind::Unread, &LogLine::iKind) == std::ssize(aLines))
+      return FillResString(IDS_CLI_LOG_NOT_A_LOG, {aHistory.File(lFile).Path()});
+  }
+  return {};
+}
+
+// Which of the log's sites are asked for, by their numbers; none where no address holds the text.
+std::vector<bool> Wanted(const LogHistory& aHistory, const std::string& szSite) {
+  std::vector<bool> aWanted;
+  const auto szLowered = Text::LowerCase(SiteOfAddress(szSite));
+  for (const auto& szKnown : aHistory.Sites())
+    aWanted.push_back(Text::LowerCase(szKnown).find(szLowered) != std::string::npos);
+  return aWanted;
+}
+
+std::string SitesOf(const LogHistory& aHistory) {
+  constexpr std::size_t lMostNamed = 10;
+  std::string szAll;
+  for (std::size_t i = 0; i < std::min(aHistory.Sites().size(), lMostNamed); ++i)
+    szAll += (i > 0 ? ", " : "") + aHistory.Sites()[i];
+  return szAll + (aHistory.Sites().size() > lMostNamed ? ", ..." : "");
+}
+
+bool Write(const std::string& szName, const std::string& szText) {
+  if (szName == szStandard) {
+    std::cout << szText;
+    return true;
+  }
+  if (!Files::WriteWhole(szName, szText)) return false;
+  Report::Say(FillResString(IDS_CLI_FILE_WRITTEN, {Text::Printable(szName)}));
+  return true;
+}
+
+nlohmann::ordered_json JsonOf(const Outage& aOutage) {
+  nlohmann::ordered_json aMails = nlohmann::ordered_json::array();
+  for (const auto& aMail : aOutage.aMails)
+    aMails.push_back({{"time", LogWords::MomentForSorting(aMail.dtMoment)}, {"sent", aMail.bSent}});
+  return {{"from", LogWords::MomentForSorting(aOutage.dtFrom)},
+          {"to", LogWords::MomentForSorting(aOutage.dtTo)},
+          {"over", aOutage.iEnd == OutageEnd::Recovered},
+          {"outage", aOutage.bDown},
+          {"seconds", aOutage.lSeconds},
+          {"secondsNotWatched", aOutage.lUnwatched},
+          {"failedChecks", aOutage.lFailures},
+          {"answer", aOutage.szText},
+          {"mails", aMails}};
+}
+
+nlohmann::ordered_json JsonOf(const SiteSummary& aSite) {
+  auto aAvailable = nlohmann::ordered_json::array();
+  for (std::size_t i = 0; i < aAvailabilityDays.size(); ++i)
+    aAvailable.push_back({{"days", aAvailabilityDays[i]},  // 0: the whole log
+                          {"secondsUp", aSite.aAvailability[i].lUp},
+                          {"secondsWatched", aSite.aAvailability[i].lWatched}});
+  auto aFailures = nlohmann::ordered_json::array();
+  for (const auto* pRuns : {&aSite.aOutages, &aSite.aHiccups})
+    for (const auto& aRun : *pRuns)
+      aFailures.push_back(JsonOf(aRun));
+  return {
+      {"site", aSite.szSite},
+      {"state", LogWords::State(aSite)},
+      {"since", aSite.dtSince > 0 ? LogWords::MomentForSorting(aSite.dtSince) : std::string()},
+      {"lastCheck", aSite.dtLastCheck > 0 ? LogWords::MomentForSorting(aSite.dtLastCheck) : std::string()},
+      {"checks", aSite.lChecks},
+      {"answeredWell", aSite.lSuccesses},
+      {"availability", aAvailable},
+      {"failures", aFailures}};
+}
+
+void SayJson(const nlohmann::ordered_json& aValue, int iIndent) {
+  // ASCII alone, so that no control character a terminal knows gets out.
+  Report::Say(aValue.dump(iIndent, ' ', true, nlohmann::json::error_handler_t::replace));
+}
+
+void SayEntryAsJson(const LogHistory& aHistory, LogHistory::LineRef aRef) {
+  const auto& aLine = aHistory.Line(aRef);
+  const auto aFields = aHistory.Fields(aRef);
+  SayJson({{"time", aLine.bTimeKnown ? LogWords::MomentForSorting(aLine.dtMoment) : std::string()},
+           {"site", aHistory.Sites()[aLine.lSite]},
+           {"outcome", LoadResString(LogWords::OutcomeName(aLine.iOutcome))},
+           {"answer", LogWords::PlainField(aFields.StatusText)},
+           {"remarks", LogWords::PlainField(aFields.Comment)}},
+          -1);
+}
+
+// The lines of the log; of some sites, or for a script, only its entries.
+void SayLines(const LogArguments& a, const LogHistory& aHistory, const std::vector<bool>& aWanted) {
+  LogFilter aFilter;
+  if (a.bFailures) aFilter.lOutcomes = LogFilter::Bit(Outcome::Down) | LogFilter::Bit(Outcome::Warning);
+  for (const auto aRef : aFilter.Apply(aHistory)) {
+    const auto& aLine = aHistory.Line(aRef);
+    const bool bEntry = aLine.iKind == LineKind::Entry;
+    if (bEntry ? !aWanted[aLine.lSite] : a.bJson || !a.szSite.empty()) continue;
+    if (a.bJson)
+      SayEntryAsJson(aHistory, aRef);
+    else
+      Report::Say(Text::Printable(aHistory.Text(aRef)));
+  }
+}
+
+// What goes to the terminal, if anything is asked for or no file is.
+void Show(const LogArguments& a, const LogHistory& aHistory, const LogSummary& aSummary,
+          const std::vector<bool>& aWanted) {
+  const auto lColumns = static_cast<std::size_t>(std::max(0, Terminal::Columns()));
+  const bool bSummary = a.bSummary || a.bOutages;
+  if (bSummary && a.bJson) {
+    auto aSites = nlohmann::ordered_json::array();
+    for (const auto& aSite : aSummary.aSites)
+      aSites.push_back(JsonOf(aSite));
+    SayJson(aSites, 2);
+  } else if (a.bSummary) {
+    Report::Say(LogSummaryText::Compose(aSummary, Clock::Now(), lColumns));
+  } else if (a.bOutages) {
+    const auto szTable = LogSummaryText::Outages(aSummary, LogTables::Runs::Outages, lColumns);
+    Report::Say(szTable.empty() ? std::string(LoadResString(IDS_CLI_LOG_NO_OUTAGES))
+                                : szTable.substr(0, szTable.size() - 1));
+  }
+  const bool bAnyFile = !a.szHtml.empty() || !a.szCsv.empty();
+  if (a.bFailures || (!bSummary && (a.bJson || !bAnyFile))) SayLines(a, aHistory, aWanted);
 }
 
 }  // namespace
 
-int CliCommands::Log(const std::vector<std::string>& aFiles, const std::string& szHtml,
-                     const std::string& szCsv, bool bSummary) {
-  const std::string szWrong = WrongNames(aFiles, szHtml, szCsv);
+int CliCommands::Log(LogArguments a) {
+  if (a.aFiles.empty()) {
+    if (!Report::OpenToLook()) return Report::iFailed;
+    a.aFiles.push_back(LogFiles::MonitorFolder());
+    if (a.aFiles.front().empty()) return Report::Fail(LoadResString(IDS_CLI_LOG_NO_FOLDER));
+  }
+  std::string szWrong = WrongNames(a);
   if (!szWrong.empty()) return Report::Fail(szWrong);
   LogHistory aHistory;
-  aHistory.Open(aFiles);
-  // A history with a hole in it would count wrongly, so one file that cannot be read is enough to give up.
-  if (!aHistory.Problems().empty())
-    return Report::Fail(FillResString(IDS_CLI_CANNOT_READ, {aHistory.Problems().front().szPath}));
-  if (aHistory.FileCount() == 0) return Report::Fail(FillResString(IDS_CLI_NO_LOGS, {aFiles.front()}));
+  szWrong = Read(a.aFiles, aHistory);
+  if (!szWrong.empty()) return Report::Fail(szWrong);
 
-  const LogSummary aSummary = Summarise(aHistory);
-  if (!szHtml.empty()) {
-    if (!LogHtml::Write(szHtml, aHistory, aSummary))
-      return Report::Fail(FillResString(IDS_CLI_CANNOT_WRITE, {szHtml}));
-    Report::Say(FillResString(IDS_CLI_FILE_WRITTEN, {Text::Printable(szHtml)}));
-  }
-  if (!szCsv.empty()) {
-    if (!LogCsv::Write(szCsv, aHistory)) return Report::Fail(FillResString(IDS_CLI_CANNOT_WRITE, {szCsv}));
-    Report::Say(FillResString(IDS_CLI_FILE_WRITTEN, {Text::Printable(szCsv)}));
-  }
-  if (bSummary) {
-    Report::Say(LogSummaryText::Compose(aSummary));
-  } else if (szHtml.empty() && szCsv.empty()) {
-    for (const auto aLine : aHistory.Lines())
-      Report::Say(Text::Printable(aHistory.Text(aLine)));
-  }
+  LogSummary aSummary = Summarise(aHistory);
+  const auto aWanted = Wanted(aHistory, a.szSite);
+  if (!a.szSite.empty() && std::ranges::count(aWanted, true) == 0)
+    return Report::Fail(FillResString(IDS_CLI_LOG_NO_SITE, {a.szSite, SitesOf(aHistory)}));
+  std::erase_if(aSummary.aSites, [&](const auto& aSite) {
+    const auto aFound = std::ranges::find(aHistory.Sites(), aSite.szSite);
+    return !aWanted[static_cast<std::size_t>(aFound - aHistory.Sites().begin())];
+  });
+  LogHtml::Limits aLimits;
+  aLimits.bEveryEntry = a.bEntries;
+  if (!a.szHtml.empty() && !Write(a.szHtml, LogHtml::Compose(aHistory, aSummary, aLimits)))
+    return Report::Fail(FillResString(IDS_CLI_CANNOT_WRITE, {a.szHtml}));
+  if (!a.szCsv.empty() && !Write(a.szCsv, LogCsv::Compose(aHistory)))
+    return Report::Fail(FillResString(IDS_CLI_CANNOT_WRITE, {a.szCsv}));
+  Show(a, aHistory, aSummary, aWanted);
   return Report::iAllUp;
 }

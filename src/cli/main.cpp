@@ -16,10 +16,9 @@ namespace {
 // What the arguments fill in.
 struct Arguments {
   PassOptions aPass;
-  bool bJson = false, bOff = false, bShow = false, bReplace = false, bAdd = false, bSummary = false,
-       bTest = false;
-  std::string szFile, szHtml, szCsv, szCode, szFolder, szFrom;
-  std::vector<std::string> aFiles;
+  CliCommands::LogArguments aLog;
+  bool bJson = false, bOff = false, bShow = false, bReplace = false, bAdd = false, bTest = false;
+  std::string szFile, szCode, szFolder, szFrom;
   std::int32_t lSite = 0, lShards = 1;
   std::function<int()> aCommand;
 };
@@ -115,12 +114,17 @@ void AddRegistry(CLI::App& aApp, Arguments& a) {
 
 void AddLog(CLI::App& aApp, Arguments& a) {
   CLI::App* pLog = AddVerb(aApp, "log", IDS_CLI_LOG, IDS_CLI_LOG_EXAMPLES);
-  pLog->add_option("FILE", a.aFiles, LoadResString(IDS_CLI_LOG_FILES))->required();
-  pLog->add_option("--html", a.szHtml, LoadResString(IDS_CLI_LOG_HTML))->type_name("FILE");
-  pLog->add_option("--csv", a.szCsv, LoadResString(IDS_CLI_LOG_CSV))->type_name("FILE");
-  pLog->add_flag("--summary", a.bSummary, LoadResString(IDS_CLI_LOG_SUMMARY));
-  pLog->callback(
-      [&a] { a.aCommand = [&a] { return CliCommands::Log(a.aFiles, a.szHtml, a.szCsv, a.bSummary); }; });
+  auto& aLog = a.aLog;
+  pLog->add_option("FILE", aLog.aFiles, LoadResString(IDS_CLI_LOG_FILES));
+  pLog->add_flag("--summary", aLog.bSummary, LoadResString(IDS_CLI_LOG_SUMMARY));
+  pLog->add_flag("--outages", aLog.bOutages, LoadResString(IDS_CLI_LOG_OUTAGES));
+  pLog->add_flag("--failures", aLog.bFailures, LoadResString(IDS_CLI_LOG_FAILURES));
+  pLog->add_option("--site", aLog.szSite, LoadResString(IDS_CLI_LOG_SITE))->type_name("ADDRESS");
+  pLog->add_flag("--json", aLog.bJson, LoadResString(IDS_CLI_LOG_AS_JSON));
+  pLog->add_option("--html", aLog.szHtml, LoadResString(IDS_CLI_LOG_HTML))->type_name("FILE");
+  pLog->add_flag("--entries", aLog.bEntries, LoadResString(IDS_CLI_LOG_ENTRIES));
+  pLog->add_option("--csv", aLog.szCsv, LoadResString(IDS_CLI_LOG_CSV))->type_name("FILE");
+  pLog->callback([&a] { a.aCommand = [&a] { return CliCommands::Log(a.aLog); }; });
 }
 
 void AddAlert(CLI::App& aApp, Arguments& a) {

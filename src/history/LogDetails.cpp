@@ -74,11 +74,11 @@ std::vector<LogRows::Detail> LogRows::Details(std::size_t lRow) const {
   const auto aRef = aRefs[lRow];
   const auto& aLine = pHistory->Line(aRef);
   const auto& aPass = PassOf(aRef);
-  if (aKinds[lRow] == Kind::Round) {
+  if (aKinds[lRow] == Kind::Pass) {
     if (aPass.dtStart > 0) Add(IDS_LOG_COL_TIME, Words(LogWords::MomentToSecond(aPass.dtStart)));
-    Add(IDS_VIEW_DETAIL_ROUND, Words(RoundName(aPass)));
-    Add(IDS_VIEW_COL_RESULT, Words(RoundCount(aRef)));
-    Add(IDS_LOG_COL_REMARKS, Words(RoundRemark(aPass)));
+    Add(IDS_VIEW_DETAIL_PASS, Words(PassName(aPass)));
+    Add(IDS_VIEW_COL_RESULT, Words(PassCount(lRow)));
+    Add(IDS_LOG_COL_REMARKS, Words(PassRemark(aPass)));
   } else if (aLine.iKind != LineKind::Entry) {
     Add(IDS_LOG_UNREAD, Words(LoadResString(IDS_VIEW_DETAIL_UNREAD_NOTE), true));
     const auto szLine = pHistory->Text(aRef);

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "base/Strings.h"
 #include "base/Text.h"
 
 namespace {
@@ -49,6 +50,18 @@ std::uint32_t FindSite(const LogHistory& aHistory, const std::string& szSite) {
   return lNoSite;
 }
 
+bool Remarks(const LogHistory& aHistory, LogHistory::LineRef aRef, LogFilter::Remark iWanted) {
+  using enum LogFilter::Remark;
+  if (iWanted == Any) return true;
+  if (aHistory.Line(aRef).iKind != LineKind::Entry) return false;
+  const auto szComment = aHistory.Fields(aRef).Comment;
+  const auto Tells = [&](StringId iText) {
+    return szComment.find(LoadResString(iText)) != std::string_view::npos;
+  };
+  if (iWanted == IPCheck) return Tells(IDS_IP_CHECK_PERFORMED);
+  return Tells(IDS_MAIL_FAILED) || (iWanted == Mail && Tells(IDS_MAIL_SENT));
+}
+
 std::optional<std::size_t> Step(const LogHistory& aHistory, const std::vector<LogHistory::LineRef>& aLines,
                                 std::size_t lFrom, bool bForward, std::string_view szWords) {
   const auto aWords = SplitWords(szWords);
@@ -64,7 +77,7 @@ std::optional<std::size_t> Step(const LogHistory& aHistory, const std::vector<Lo
 }  // namespace
 
 bool LogFilter::Empty() const {
-  return szSite.empty() && (lOutcomes & lEvery) == lEvery && Text::IsBlank(szWords);
+  return szSite.empty() && (lOutcomes & lEvery) == lEvery && iRemark == Remark::Any && Text::IsBlank(szWords);
 }
 
 std::vector<LogHistory::LineRef> LogFilter::Apply(const LogHistory& aHistory) const {
@@ -85,7 +98,7 @@ std::vector<LogHistory::LineRef> LogFilter::Apply(const LogHistory& aHistory) co
     }
     if ((lOutcomes & Bit(aLine.iOutcome)) == 0) continue;
     if (lSite != lAnySite && (aLine.iKind != LineKind::Entry || aLine.lSite != lSite)) continue;
-    if (!ContainsAll(aHistory.Text(aRef), aWords)) continue;
+    if (!Remarks(aHistory, aRef, iRemark) || !ContainsAll(aHistory.Text(aRef), aWords)) continue;
     if (aStart && aHistory.Line(*aStart).lPass == aLine.lPass && aStart->lFile == aRef.lFile)
       aFound.push_back(*aStart);
     aStart.reset();

@@ -16,7 +16,9 @@ struct LogFilter {
 
   std::string szSite;                // as in LogHistory::Sites, letter case ignored; empty: all
   std::uint32_t lOutcomes = lEvery;  // bits of the outcomes wanted
-  std::string szWords;               // every blank-separated word must occur in the line, letter case ignored
+  enum class Remark : std::uint8_t { Any, Mail, FailedMail, IPCheck };
+  Remark iRemark = Remark::Any;  // what an entry's comment must tell of
+  std::string szWords;           // every blank-separated word must occur in the line, letter case ignored
 
   bool Empty() const;
 

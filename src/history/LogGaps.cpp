@@ -17,25 +17,28 @@ struct Distance {
   std::int64_t lSeconds;
 };
 
-std::int64_t LongestPause(const std::vector<Distance>& aAll, std::size_t lNext) {
+// Seconds; 0 where too few passes are around.
+std::int64_t UsualDistance(const std::vector<Distance>& aAll, std::size_t lNext) {
   const auto lFrom = lNext > lAround ? lNext - lAround : 0;
   const auto lTo = std::min(aAll.size(), lNext + lAround);
-  if (lTo - lFrom < lEnough) return lWithoutSchedule;
+  if (lTo - lFrom < lEnough) return 0;
   std::vector<std::int64_t> aSeconds;
   for (auto lAt = lFrom; lAt < lTo; ++lAt)
     aSeconds.push_back(aAll[lAt].lSeconds);
   const auto aUsual = aSeconds.begin() + static_cast<std::ptrdiff_t>((aSeconds.size() - 1) * 6 / 10);
   std::nth_element(aSeconds.begin(), aUsual, aSeconds.end());
-  return std::max(2 * *aUsual, lShortest);
+  return std::max<std::int64_t>(*aUsual, 1);
 }
 
-}  // namespace
+std::int64_t LongestPause(const std::vector<Distance>& aAll, std::size_t lNext) {
+  const auto lUsual = UsualDistance(aAll, lNext);
+  return lUsual == 0 ? lWithoutSchedule : std::max(2 * lUsual, lShortest);
+}
 
-std::vector<StateInterval> LogGaps::Find(const LogHistory& aHistory) {
+// The passes with a time, and the distances of the automatic ones among them.
+void Measure(const LogHistory& aHistory, std::vector<std::size_t>& aTimed,
+             std::vector<Distance>& aDistances) {
   const auto& aOrder = aHistory.Passes();
-  std::vector<StateInterval> aGaps(aOrder.size());
-  std::vector<std::size_t> aTimed;  // passes with a time
-  std::vector<Distance> aDistances;
   for (std::size_t lPass = 0; lPass < aOrder.size(); ++lPass) {
     const auto& aPass = aHistory.Pass(aOrder[lPass]);
     if (aPass.dtStart <= 0) continue;
@@ -44,6 +47,16 @@ std::vector<StateInterval> LogGaps::Find(const LogHistory& aHistory) {
           {lPass, SecondsBetween(aHistory.Pass(aOrder[aTimed.back()]).dtStart, aPass.dtStart)});
     aTimed.push_back(lPass);
   }
+}
+
+}  // namespace
+
+std::vector<StateInterval> LogGaps::Find(const LogHistory& aHistory) {
+  const auto& aOrder = aHistory.Passes();
+  std::vector<StateInterval> aGaps(aOrder.size());
+  std::vector<std::size_t> aTimed;
+  std::vector<Distance> aDistances;
+  Measure(aHistory, aTimed, aDistances);
   std::size_t lNext = 0;  // first distance at or behind the pause looked at
   for (std::size_t lAt = 1; lAt < aTimed.size(); ++lAt) {
     const auto& aBefore = aHistory.Pass(aOrder[aTimed[lAt - 1]]);
@@ -55,4 +68,15 @@ std::vector<StateInterval> LogGaps::Find(const LogHistory& aHistory) {
       aGaps[aTimed[lAt - 1]] = {aBefore.dtLast, aAfter.dtStart, SiteState::Unwatched};
   }
   return aGaps;
+}
+
+DateTime LogGaps::NextDue(const LogHistory& aHistory) {
+  constexpr double dGrace = 120;  // seconds
+  std::vector<std::size_t> aTimed;
+  std::vector<Distance> aDistances;
+  Measure(aHistory, aTimed, aDistances);
+  const auto lUsual = UsualDistance(aDistances, aDistances.size());
+  if (lUsual == 0) return 0;
+  const auto& aLast = aHistory.Pass(aHistory.Passes()[aTimed.back()]);
+  return AddSeconds(std::max(aLast.dtLast, AddSeconds(aLast.dtStart, static_cast<double>(lUsual))), dGrace);
 }

@@ -3,10 +3,16 @@
 
 #include <vector>
 
+#include "base/DateTime.h"
+
 struct StateInterval;
 class LogHistory;
 
 namespace LogGaps {
 // For each of LogHistory::Passes, the gap that follows it; dtTo 0 where none does.
 std::vector<StateInterval> Find(const LogHistory& aHistory);
+
+// When the pass after the last one should have begun at the latest: the usual distance, and a little more
+// because a slow pass is none that is missing. 0 where no schedule can be seen.
+DateTime NextDue(const LogHistory& aHistory);
 }  // namespace LogGaps

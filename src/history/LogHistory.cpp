@@ -55,6 +55,14 @@ bool LogHistory::Open(const std::vector<std::string>& aPaths) {
   return !aFiles.empty();
 }
 
+void LogHistory::Add(const std::string& szName, std::string szBytes) {
+  LogFile aFile;
+  aFile.pReader = std::make_unique<LogReader>(szName, std::move(szBytes));
+  aFiles.push_back(std::move(aFile));
+  GroupNewLines(aFiles.back());
+  PutInOrder();
+}
+
 void LogHistory::AddFile(const std::string& szPath) {
   for (const auto& aFile : aFiles)
     if (aFile.pReader->Path() == szPath) return;

@@ -48,6 +48,9 @@ class LogHistory {
   // the same content. False when not one file could be read.
   bool Open(const std::vector<std::string>& aPaths);
 
+  // Adds bytes that are in no file, such as a program's output; after Open.
+  void Add(const std::string& szName, std::string szBytes);
+
   // Reads what was added since. True when anything changed; line references from before are then void.
   bool Update();
 

@@ -1,12 +1,14 @@
 #include "history/LogHtml.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
+#include <vector>
 
 #include "base/Utf8.h"
+#include "history/LogFacts.h"
 #include "history/LogPageStyle.h"
 #include "history/LogStrip.h"
+#include "history/LogTables.h"
 #include "history/LogWords.h"
 #include "log/LogGrammar.h"
 #include "platform/Clock.h"
@@ -94,80 +96,61 @@ std::string Head(const LogSummary& aSummary) {
          LogStrip::Definitions();
 }
 
-SiteState WorstState(const LogSummary& aSummary) {
-  for (const auto iState : {SiteState::Down, SiteState::Warning, SiteState::Up, SiteState::Disabled})
-    if (aSummary.Count(iState) > 0) return iState;
-  return SiteState::Unwatched;
-}
-
-std::string Opening(const LogSummary& aSummary) {
+std::string Opening(const LogSummary& aSummary, DateTime dtNow) {
   std::string szOut = "<header>\n<p class=\"kind\">" + Words(IDS_LOG_PAGE_KIND);
   if (aSummary.dtFrom > 0)
     szOut += ", " + Words(IDS_LOG_SPAN, {LogWords::Day(aSummary.dtFrom), LogWords::Day(aSummary.dtTo)});
-  szOut += "</p>\n<h1>" + LogStrip::Icon(WorstState(aSummary)) + "<span>" +
-           Escape(LogWords::Headline(aSummary)) + "</span></h1>\n<div class=\"lead\">\n";
-  for (const auto& szSentence : LogWords::Lead(aSummary))
+  szOut += "</p>\n<h1>" + LogStrip::Icon(aSummary.Worst()) + "<span>" +
+           Escape(LogWords::Headline(aSummary, dtNow)) + "</span></h1>\n<div class=\"lead\">\n";
+  for (const auto& szSentence : LogWords::Lead(aSummary, dtNow))
     szOut += "<p>" + Isolated(Escape(szSentence)) + "</p>\n";
-  szOut += "</div>\n<p class=\"note\">";
-  if (aSummary.dtTo > 0) szOut += Words(IDS_LOG_AS_OF, {Moment(aSummary.dtTo)}) + " ";
-  return szOut + Words(IDS_LOG_HOW) + "</p>\n</header>\n";
+  return szOut + "</div>\n<p class=\"note\">" + Words(IDS_LOG_HOW) + "</p>\n</header>\n";
 }
 
-std::string Fact(StringId iName, const std::string& szMarkup) {
-  return "<dt>" + Words(iName) + "</dt><dd>" + szMarkup + "</dd>\n";
-}
-
-std::string GapList(const LogSummary& aSummary) {
-  if (aSummary.aGaps.empty()) return Words(IDS_LOG_FACT_GAPS_NONE);
-  std::string szList = "<ul>";
-  for (const auto& szGap : LogWords::Gaps(aSummary))
-    szList += "<li>" + Escape(szGap) + "</li>";
-  return szList + "</ul><span class=\"note\">" + Words(IDS_LOG_FACT_GAPS_NOTE) + "</span>";
+std::string FactOf(const LogFacts::Fact& aFact) {
+  std::string szValue;
+  for (const auto& szLine : aFact.aLines)
+    szValue += aFact.aLines.size() > 1 ? "<li>" + Isolated(Escape(szLine)) + "</li>" : Escape(szLine);
+  if (aFact.aLines.size() > 1) szValue = "<ul>" + szValue + "</ul>";
+  if (!aFact.szNote.empty()) szValue += " <span class=\"note\">" + Escape(aFact.szNote) + "</span>";
+  return "<dt>" + Words(aFact.iName) + "</dt><dd>" + szValue + "</dd>\n";
 }
 
 std::string Facts(const LogSummary& aSummary) {
   std::string szOut = "<dl>\n";
-  if (aSummary.dtFrom > 0)
-    szOut +=
-        Fact(IDS_LOG_FACT_COVERED, Words(IDS_LOG_SPAN, {Moment(aSummary.dtFrom), Moment(aSummary.dtTo)}));
-  szOut += Fact(IDS_LOG_FACT_PASSES,
-                Words(IDS_LOG_FACT_PASSES_VALUE, {Count(aSummary.lAutomatic + aSummary.lManual),
-                                                  Count(aSummary.lAutomatic), Count(aSummary.lManual)}));
-  szOut += Fact(IDS_LOG_FACT_CHECKS, Escape(LogWords::Checks(aSummary)));
-  szOut += Fact(IDS_LOG_FACT_MAILS,
-                Words(IDS_LOG_FACT_MAILS_VALUE, {Count(aSummary.lMailsSent), Count(aSummary.lMailsFailed)}));
-  if (aSummary.lEntries > 0) szOut += Fact(IDS_LOG_FACT_GAPS, GapList(aSummary));
-  if (aSummary.lEndless + aSummary.lStartless > 0)
-    szOut += Fact(IDS_LOG_FACT_BROKEN_OFF, Escape(LogWords::BrokenOff(aSummary)));
-  if (aSummary.lUnread > 0)
-    szOut += Fact(IDS_LOG_FACT_UNREAD, Words(IDS_LOG_FACT_UNREAD_VALUE, {Count(aSummary.lUnread)}));
+  for (const auto& aFact : LogFacts::Of(aSummary))
+    szOut += FactOf(aFact);
   return szOut + "</dl>\n";
 }
 
-std::string SinceCell(const SiteSummary& aSite) {
-  if (aSite.dtSince <= 0) return WhenCell({});
-  const auto szSince = Moment(aSite.dtSince);
-  const bool bExact = aSite.bSinceKnown || aSite.iCurrent == SiteState::Unwatched;
-  return WhenCell(bExact ? szSince : FillResString(IDS_LOG_SINCE_LEAST, {szSince}));
+std::string SiteCell(const SiteSummary& aSite, LogTables::SiteColumn iColumn) {
+  const auto szText = LogTables::Cell(aSite, iColumn);
+  switch (iColumn) {
+    case LogTables::SiteColumn::Site:
+      return "<th scope=\"row\" class=\"site\">" + SiteName(szText) + "</th>";
+    case LogTables::SiteColumn::State:
+      return StateCell(aSite.iCurrent, Escape(szText));
+    case LogTables::SiteColumn::Since:
+      return WhenCell(szText);
+    default:
+      return Cell("n", Escape(szText));
+  }
 }
 
 std::string SiteTable(const LogSummary& aSummary, const std::vector<std::size_t>& aShown) {
-  std::string szRows =
-      Heads({IDS_LOG_COL_SITE, IDS_LOG_COL_NOW, IDS_LOG_COL_SINCE, IDS_LOG_COL_CHECKS, IDS_LOG_COL_SHARE,
-             IDS_LOG_COL_OUTAGES, IDS_LOG_COL_LONGEST, IDS_LOG_COL_DOWN_TIME},
-            {IDS_LOG_COL_CHECKS, IDS_LOG_COL_SHARE, IDS_LOG_COL_OUTAGES, IDS_LOG_COL_LONGEST,
-             IDS_LOG_COL_DOWN_TIME}) +
-      "<tbody>\n";
+  const auto aColumns = LogTables::SiteColumns(aSummary);
+  std::vector<StringId> aTitles, aNumbers;
+  for (const auto iColumn : aColumns) {
+    aTitles.push_back(LogTables::Title(iColumn));
+    if (LogTables::IsNumber(iColumn)) aNumbers.push_back(aTitles.back());
+  }
+  auto szRows = Heads(aTitles, aNumbers) + "<tbody>\n";
   for (const auto lSite : aShown) {
     const auto& aSite = aSummary.aSites[lSite];
-    const auto* const pLongest = aSite.Longest();
-    szRows += std::string("<tr class=\"") + LogStrip::ClassOf(aSite.iCurrent) +
-              "\"><th scope=\"row\" class=\"site\">" + SiteName(aSite.szSite) + "</th>" +
-              StateCell(aSite.iCurrent, Escape(LogWords::State(aSite))) + SinceCell(aSite) +
-              Cell("n", Count(aSite.lChecks)) + Cell("n", LogWords::Share(aSite.lSuccesses, aSite.lChecks)) +
-              Cell("n", Count(aSite.aOutages.size())) +
-              Cell("n", pLongest ? Escape(LogWords::Length(pLongest->lSeconds)) : "-") +
-              Cell("n", pLongest ? Escape(LogWords::Length(aSite.lDownSeconds)) : "-") + "</tr>\n";
+    szRows += std::string("<tr class=\"") + LogStrip::ClassOf(aSite.iCurrent) + "\">";
+    for (const auto iColumn : aColumns)
+      szRows += SiteCell(aSite, iColumn);
+    szRows += "</tr>\n";
   }
   return TableOf("sites", IDS_LOG_SITES, szRows + "</tbody>\n");
 }
@@ -199,44 +182,44 @@ std::string Sites(const LogSummary& aSummary, const Limits& aLimits) {
   return szOut + LogStrip::Axis(aSummary) + "</div>\n</section>\n";
 }
 
-std::string MailWords(const Outage& aOutage) {
-  if (aOutage.lMailsSent > 0) return Words(IDS_LOG_MAIL_SENT);
-  return aOutage.lMailsFailed > 0 ? Words(IDS_LOG_MAIL_FAILED) : "-";
+std::string OutageCell(const LogTables::OutageRow& aRow, LogTables::OutageColumn iColumn,
+                       const Limits& aLimits) {
+  const auto szText = LogTables::Cell(aRow, iColumn);
+  switch (iColumn) {
+    case LogTables::OutageColumn::Site:
+      return "<th scope=\"row\" class=\"site\">" + SiteName(szText) + "</th>";
+    case LogTables::OutageColumn::From:
+    case LogTables::OutageColumn::To:
+      return WhenCell(szText);
+    case LogTables::OutageColumn::Answer:
+      return Cell("", Isolated(LogHtml::Field(Utf8::Shorten(szText, aLimits.lFieldBytes))));
+    default:
+      return Cell("", Escape(szText));
+  }
 }
 
-std::string Outages(const LogSummary& aSummary, const Limits& aLimits) {
-  struct Item {
-    const SiteSummary* pSite;
-    const Outage* pOutage;
-  };
-  std::vector<Item> aAll;
-  for (const auto& aSite : aSummary.aSites)
-    for (const auto& aOutage : aSite.aOutages)
-      aAll.push_back({&aSite, &aOutage});
+std::string Outages(const LogSummary& aSummary, LogTables::Runs iWanted, const Limits& aLimits) {
+  const bool bHiccups = iWanted == LogTables::Runs::Hiccups;
+  const auto aAll = LogTables::Outages(aSummary, iWanted);
   if (aAll.empty()) return {};
-  std::stable_sort(aAll.begin(), aAll.end(), [](const Item& aLeft, const Item& aRight) {
-    return aLeft.pOutage->dtFrom > aRight.pOutage->dtFrom;
-  });
+  const auto iTitle = bHiccups ? IDS_LOG_WARNING : IDS_LOG_OUTAGES;
   const auto lShown = std::min(aAll.size(), aLimits.lOutages);
-  std::string szOut = "<section>\n<h2>" + Words(IDS_LOG_OUTAGES) + "</h2>\n<p class=\"note\">" +
-                      Words(IDS_LOG_OUTAGE_NOTE) + "</p>\n";
+  std::string szOut = "<section>\n<h2>" + Words(iTitle) + "</h2>\n<p class=\"note\">" +
+                      Words(bHiccups ? IDS_LOG_HICCUP_NOTE : IDS_LOG_OUTAGE_NOTE) + "</p>\n";
   if (lShown < aAll.size())
     szOut += "<p class=\"note\">" + Words(IDS_LOG_OUTAGES_LEFT_OUT, {Count(lShown), Count(aAll.size())}) +
              "</p>\n";
-  std::string szRows = Heads({IDS_LOG_COL_SITE, IDS_LOG_COL_FROM, IDS_LOG_COL_TO, IDS_LOG_COL_LENGTH,
-                              IDS_LOG_COL_WHAT, IDS_LOG_COL_MAIL}) +
-                       "<tbody>\n";
-  for (std::size_t lItem = 0; lItem < lShown; ++lItem) {
-    const auto& aOutage = *aAll[lItem].pOutage;
-    const auto szFrom = Moment(aOutage.dtFrom);
-    szRows += "<tr><th scope=\"row\" class=\"site\">" + SiteName(aAll[lItem].pSite->szSite) + "</th>" +
-              WhenCell(aOutage.bStartKnown ? szFrom : FillResString(IDS_LOG_OR_EARLIER, {szFrom})) +
-              WhenCell(LogWords::OutageEndWords(aOutage)) +
-              Cell("", Escape(LogWords::OutageLength(aOutage))) +
-              Cell("", Isolated(LogHtml::Field(Utf8::Shorten(aOutage.szText, aLimits.lFieldBytes)))) +
-              Cell("", MailWords(aOutage)) + "</tr>\n";
+  std::vector<StringId> aTitles;
+  for (std::size_t i = 0; i < LogTables::lOutageColumns; ++i)
+    aTitles.push_back(LogTables::Title(static_cast<LogTables::OutageColumn>(i)));
+  auto szRows = Heads(aTitles) + "<tbody>\n";
+  for (std::size_t lRow = 0; lRow < lShown; ++lRow) {
+    szRows += "<tr>";
+    for (std::size_t i = 0; i < LogTables::lOutageColumns; ++i)
+      szRows += OutageCell(aAll[lRow], static_cast<LogTables::OutageColumn>(i), aLimits);
+    szRows += "</tr>\n";
   }
-  return szOut + TableOf("outages", IDS_LOG_OUTAGES, szRows + "</tbody>\n") + "</section>\n";
+  return szOut + TableOf("outages", iTitle, szRows + "</tbody>\n") + "</section>\n";
 }
 
 // A cell is a paragraph of its own, so its text cannot turn the direction of what is around it.
@@ -244,12 +227,6 @@ std::string FieldCell(std::string_view szField, const Limits& aLimits) {
   auto szMarkup = LogHtml::Field(Utf8::Shorten(szField, aLimits.lFieldBytes));
   if (szField.size() > aLimits.lFieldBytes) szMarkup += Words(IDS_LOG_CUT, {Count(szField.size())});
   return Cell("", szMarkup);
-}
-
-SiteState StateOf(Outcome iOutcome) {
-  constexpr std::array aStates{SiteState::Unwatched, SiteState::Up,      SiteState::Down,
-                               SiteState::Disabled,  SiteState::Warning, SiteState::Unwatched};
-  return aStates[static_cast<std::size_t>(iOutcome)];
 }
 
 // A log has hundreds of thousands of these: no element more than the cells themselves.
@@ -283,11 +260,6 @@ std::string PassHead(const LogPass& aPass, bool bLast) {
   if (aPass.bStarted && !aPass.bEnded && !bLast)
     szHead += " <span>(" + Words(IDS_LOG_PASS_ENDLESS) + ")</span>";
   return "<tbody>\n<tr><th colspan=\"6\" scope=\"rowgroup\">" + szHead + "</th></tr>\n";
-}
-
-std::string GapRow(const StateInterval& aGap) {
-  return "<tbody><tr class=\"gap\"><td colspan=\"6\">" + Words(IDS_LOG_FACT_GAPS) + ": " +
-         Escape(LogWords::Gap(aGap)) + "</td></tr></tbody>\n";
 }
 
 // The entries as many tables below each other, whole passes in each. A browser lays out only those that are
@@ -327,45 +299,102 @@ void EntryTables::Close() {
   lOpenLines = 0;
 }
 
-// Passes from the first that fits whole; of a last pass that alone is too long, its last lines.
-std::string EntryRows(const LogHistory& aHistory, const LogSummary& aSummary, const Limits& aLimits,
-                      std::size_t& lShown) {
+std::string NoteRow(const std::string& szMarkup) {
+  return "<tbody><tr class=\"gap\"><td colspan=\"6\">" + szMarkup + "</td></tr></tbody>\n";
+}
+
+// Writes the entries pass by pass. Of a log that is too long, the last passes; of a last pass that alone is
+// too long, its last lines.
+class EntryWriter {
+ public:
+  EntryWriter(const LogHistory& aTheHistory, const Limits& aTheLimits)
+      : aHistory(aTheHistory), aLimits(aTheLimits), aFailing(aTheHistory.Sites().size()) {}
+  std::string Write(const LogSummary& aSummary);
+  std::size_t lShown = 0;  // lines, start and end lines included where every entry is shown
+
+ private:
+  bool Wanted(LogHistory::LineRef aRef);
+  void AddPass(std::size_t lPass, std::size_t lFirst, std::size_t lPast);
+  void AddQuiet();
+
+  const LogHistory& aHistory;
+  const Limits& aLimits;
+  EntryTables aTables;
+  std::vector<bool> aFailing;  // by site: its last check failed
+  std::size_t lQuiet = 0;      // passes since the last that was shown
+};
+
+bool EntryWriter::Wanted(LogHistory::LineRef aRef) {
+  const auto& aLine = aHistory.Line(aRef);
+  if (aLimits.bEveryEntry || aLine.iKind == LineKind::Unread) return true;
+  if (aLine.iKind != LineKind::Entry || aLine.iOutcome == Outcome::Disabled) return false;
+  const bool bUp = aLine.iOutcome == Outcome::Up;
+  const bool bWanted = !bUp || aFailing[aLine.lSite];
+  aFailing[aLine.lSite] = !bUp;
+  return bWanted;
+}
+
+void EntryWriter::AddQuiet() {
+  if (lQuiet > 0)
+    aTables.Add(NoteRow(Words(lQuiet == 1 ? IDS_LOG_QUIET_ONE : IDS_LOG_QUIET, {Count(lQuiet)})), 1);
+  lQuiet = 0;
+}
+
+void EntryWriter::AddPass(std::size_t lPass, std::size_t lFirst, std::size_t lPast) {
+  std::string szRows;
+  std::size_t lLines = 0;
+  for (auto lRow = lFirst; lRow < lPast; ++lRow) {
+    const auto aRef = aHistory.Lines()[lRow];
+    if (!Wanted(aRef)) continue;
+    szRows += EntryRow(aHistory, aRef, aLimits);
+    ++lLines;
+  }
+  if (lLines == 0) {
+    ++lQuiet;
+    return;
+  }
+  AddQuiet();
+  const bool bLast = lPass + 1 == aHistory.Passes().size();
+  aTables.Add(PassHead(aHistory.Pass(aHistory.Passes()[lPass]), bLast) + szRows + "</tbody>\n", lLines);
+  lShown += lLines;
+}
+
+std::string EntryWriter::Write(const LogSummary& aSummary) {
   const auto& aPasses = aHistory.Passes();
   const auto lAll = aHistory.Lines().size();
   const auto lFrom = lAll > aLimits.lLines ? lAll - aLimits.lLines : 0;
-  EntryTables aTables;
   std::size_t lAt = 0;
   auto aGap = aSummary.aGaps.begin();
   for (std::size_t lPass = 0; lPass < aPasses.size(); ++lPass) {
     const auto& aPass = aHistory.Pass(aPasses[lPass]);
-    const bool bLast = lPass + 1 == aPasses.size();
     const auto lPast = lAt + aPass.lPast - aPass.lFirst;
     const bool bGap = aGap != aSummary.aGaps.end() && aPass.dtStart > 0 && aPass.dtStart == aGap->dtTo;
     const auto aPresentGap = bGap ? aGap++ : aGap;
-    if (lAt >= lFrom || bLast) {
-      std::string szRows = bGap && lShown > 0 ? GapRow(*aPresentGap) : std::string();
-      const auto lFirst = std::max(lAt, lFrom);
-      lShown += lPast - lFirst;
-      szRows += PassHead(aPass, bLast);
-      for (auto lRow = lFirst; lRow < lPast; ++lRow)
-        szRows += EntryRow(aHistory, aHistory.Lines()[lRow], aLimits);
-      aTables.Add(szRows + "</tbody>\n", lPast - lFirst);
+    if (lAt >= lFrom || lPass + 1 == aPasses.size()) {
+      if (bGap && lShown + lQuiet > 0) {
+        AddQuiet();
+        aTables.Add(NoteRow(Words(IDS_LOG_FACT_GAPS) + ": " + Escape(LogWords::Gap(*aPresentGap))), 1);
+      }
+      AddPass(lPass, std::max(lAt, lFrom), lPast);
     }
     lAt = lPast;
   }
+  AddQuiet();
   aTables.Close();
   return std::move(aTables.szTables);
 }
 
 std::string Entries(const LogHistory& aHistory, const LogSummary& aSummary, const Limits& aLimits) {
   if (aHistory.Lines().empty()) return {};
-  std::size_t lShown = 0;
-  const auto szTables = EntryRows(aHistory, aSummary, aLimits, lShown);
-  std::string szOut = "<section>\n<h2>" + Words(IDS_LOG_ENTRIES) + "</h2>\n";
-  if (lShown < aHistory.Lines().size())
-    szOut += "<p class=\"note\">" +
-             Words(IDS_LOG_ENTRIES_LEFT_OUT, {Count(lShown), Count(aHistory.Lines().size())}) + "</p>\n";
-  return szOut + Region(IDS_LOG_ENTRIES, szTables) + "<p class=\"note\">" + Words(IDS_LOG_FOOT_NOTE) +
+  EntryWriter aWriter(aHistory, aLimits);
+  const auto szTables = aWriter.Write(aSummary);
+  const auto iTitle = aLimits.bEveryEntry ? IDS_LOG_ENTRIES : IDS_LOG_ENTRIES_AROUND;
+  const auto iNote = aLimits.bEveryEntry ? IDS_LOG_ENTRIES_LEFT_OUT : IDS_LOG_ENTRIES_QUIET;
+  std::string szOut = "<section>\n<h2>" + Words(iTitle) + "</h2>\n";
+  if (aWriter.lShown < aHistory.Lines().size())
+    szOut += "<p class=\"note\">" + Words(iNote, {Count(aWriter.lShown), Count(aHistory.Lines().size())}) +
+             "</p>\n";
+  return szOut + Region(iTitle, szTables) + "<p class=\"note\">" + Words(IDS_LOG_FOOT_NOTE) +
          "</p>\n</section>\n";
 }
 
@@ -428,11 +457,15 @@ std::string LogHtml::Field(std::string_view szBytes) {
 }
 
 std::string LogHtml::Compose(const LogHistory& aHistory, const LogSummary& aSummary, const Limits& aLimits) {
-  return Head(aSummary) + Opening(aSummary) + "<main>\n" + Facts(aSummary) + Sites(aSummary, aLimits) +
-         Outages(aSummary, aLimits) + Entries(aHistory, aSummary, aLimits) + "</main>\n<footer>" +
-         Words(IDS_LOG_FOOT, {KESTROVA_VERSION, Moment(Clock::Now())}) + "</footer>\n</body>\n</html>\n";
+  const auto dtNow = Clock::Now();
+  return Head(aSummary) + Opening(aSummary, dtNow) + "<main>\n" + Facts(aSummary) + Sites(aSummary, aLimits) +
+         Outages(aSummary, LogTables::Runs::Outages, aLimits) +
+         Outages(aSummary, LogTables::Runs::Hiccups, aLimits) + Entries(aHistory, aSummary, aLimits) +
+         "</main>\n<footer>" + Words(IDS_LOG_FOOT, {KESTROVA_VERSION, Moment(dtNow)}) +
+         "</footer>\n</body>\n</html>\n";
 }
 
-bool LogHtml::Write(const std::string& szPath, const LogHistory& aHistory, const LogSummary& aSummary) {
-  return Files::WriteWhole(szPath, Compose(aHistory, aSummary));
+bool LogHtml::Write(const std::string& szPath, const LogHistory& aHistory, const LogSummary& aSummary,
+                    const Limits& aLimits) {
+  return Files::WriteWhole(szPath, Compose(aHistory, aSummary, aLimits));
 }

@@ -21,12 +21,15 @@ struct Limits {
   std::size_t lSites = 500;
   std::size_t lOutages = 500;      // the last ones
   std::size_t lFieldBytes = 2000;  // of one field or unread line
+  // Else only what failed, what could not be read, and the check with which a site was up again.
+  bool bEveryEntry = false;
 };
 
 std::string Compose(const LogHistory& aHistory, const LogSummary& aSummary, const Limits& aLimits = {});
 
 // Composes and writes beside the file, then renames. False: it could not be written, the old one stands.
-bool Write(const std::string& szPath, const LogHistory& aHistory, const LogSummary& aSummary);
+bool Write(const std::string& szPath, const LogHistory& aHistory, const LogSummary& aSummary,
+           const Limits& aLimits = {});
 
 // Text for an element or attribute: nothing in it is markup.
 std::string Escape(std::string_view szBytes);

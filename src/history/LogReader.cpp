@@ -17,7 +17,14 @@ bool LogReader::StillTheSame() const {
          Text().ends_with(*szTail) && szTail->size() == lLength;
 }
 
+LogReader::LogReader(std::string szName, std::string szBytes)
+    : szPath(std::move(szName)), szText(std::move(szBytes)), bReadOnce(true), bNoFile(true) {
+  if (szText.starts_with(szByteOrderMark)) lReadTo = szByteOrderMark.size();
+  ReadLines();
+}
+
 LogReader::Change LogReader::Update() {
+  if (bNoFile) return Change::None;
   const auto lSize = Files::FileSize(szPath);
   if (!lSize) return Change::Unreadable;
   if (*lSize > lMostBytes) return Change::TooLarge;

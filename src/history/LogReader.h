@@ -18,6 +18,8 @@ class LogReader {
   static constexpr std::uint64_t lMostBytes = 2'000'000'000;
 
   explicit LogReader(std::string szFile) : szPath(std::move(szFile)) {}
+  // Bytes that are in no file; it never changes.
+  LogReader(std::string szName, std::string szBytes);
 
   // Reads what is new; the first time, everything. After Unreadable and TooLarge what was read before stays.
   Change Update();
@@ -42,4 +44,5 @@ class LogReader {
   std::size_t lReadTo = 0;  // past the last whole line
   bool bUnfinished = false;
   bool bReadOnce = false;
+  bool bNoFile = false;
 };

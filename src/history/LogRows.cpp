@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t lMostCellBytes = 400;
 constexpr std::size_t lWeekdayLetters = 3;
-constexpr std::size_t lMostCounted = 20000;  // lines of a round that are counted each time it is drawn
+constexpr std::size_t lMostCounted = 20000;  // lines of a pass that are counted each time it is drawn
 
 bool IsStart(const LogLine& aLine) {
   return aLine.iKind == LineKind::StartManual || aLine.iKind == LineKind::StartAuto;
@@ -29,7 +29,7 @@ std::string DayAndTime(DateTime dtMoment) {
 
 }  // namespace
 
-void LogRows::Build(const LogHistory& aShown, const LogFilter& aFilter, bool bRounds) {
+void LogRows::Build(const LogHistory& aShown, const LogFilter& aFilter, bool bPasses) {
   pHistory = &aShown;
   aRefs.clear();
   aKinds.clear();
@@ -41,7 +41,8 @@ void LogRows::Build(const LogHistory& aShown, const LogFilter& aFilter, bool bRo
   aRefs.reserve(aUsed.size());
   aKinds.reserve(aUsed.size());
   // A list of failures, or of lines with a certain word, says nothing about the time between them.
-  const bool bGaps = aFilter.lOutcomes == LogFilter::lEvery && Text::IsBlank(aFilter.szWords);
+  const bool bGaps = aFilter.lOutcomes == LogFilter::lEvery && aFilter.iRemark == LogFilter::Remark::Any &&
+                     Text::IsBlank(aFilter.szWords);
   const auto& aPasses = aShown.Passes();
   std::size_t lPass = 0;
   bool bFirst = true;
@@ -53,7 +54,7 @@ void LogRows::Build(const LogHistory& aShown, const LogFilter& aFilter, bool bRo
       ++lPass;
     if (bFirst || lPass != lBefore) {
       if (bGaps && !bFirst) AddGaps(lBefore, lPass);
-      if (bRounds) Add(aRef, Kind::Round);
+      if (bPasses) Add(aRef, Kind::Pass);
       bFirst = false;
     }
     if (!IsStart(aLine)) {
@@ -87,7 +88,7 @@ const StateInterval& LogRows::GapOf(std::size_t lRow) const {
 }
 
 bool LogRows::IsLine(std::size_t lRow) const {
-  return aKinds[lRow] == Kind::Line || (aKinds[lRow] == Kind::Round && IsStart(pHistory->Line(aRefs[lRow])));
+  return aKinds[lRow] == Kind::Line || (aKinds[lRow] == Kind::Pass && IsStart(pHistory->Line(aRefs[lRow])));
 }
 
 Outcome LogRows::OutcomeOf(std::size_t lRow) const {
@@ -95,7 +96,7 @@ Outcome LogRows::OutcomeOf(std::size_t lRow) const {
 }
 
 std::string LogRows::Cell(std::size_t lRow, LogColumn iColumn) const {
-  if (aKinds[lRow] == Kind::Round) return RoundCell(lRow, iColumn);
+  if (aKinds[lRow] == Kind::Pass) return PassCell(lRow, iColumn);
   if (aKinds[lRow] == Kind::Gap) {
     const auto& aGap = GapOf(lRow);
     if (iColumn == LogColumn::Time) return DayAndTime(aGap.dtFrom);
@@ -122,7 +123,7 @@ std::string LogRows::Cell(std::size_t lRow, LogColumn iColumn) const {
   }
 }
 
-std::string LogRows::RoundCell(std::size_t lRow, LogColumn iColumn) const {
+std::string LogRows::PassCell(std::size_t lRow, LogColumn iColumn) const {
   const auto& aPass = PassOf(aRefs[lRow]);
   switch (iColumn) {
     case LogColumn::Time:
@@ -131,33 +132,30 @@ std::string LogRows::RoundCell(std::size_t lRow, LogColumn iColumn) const {
       return aPass.dtStart < 1 ? LoadResString(IDS_LOG_PASS_UNKNOWN_TIME)
                                : LogWords::Day(aPass.dtStart).substr(0, lWeekdayLetters);
     case LogColumn::Address:
-      return RoundName(aPass);
+      return PassName(aPass);
     case LogColumn::Answer:
-      return RoundCount(aRefs[lRow]);
+      return PassCount(lRow);
     case LogColumn::Remarks:
-      return RoundRemark(aPass);
+      return PassRemark(aPass);
     default:
       return {};
   }
 }
 
-std::string LogRows::RoundName(const LogPass& aPass) const {
+std::string LogRows::PassName(const LogPass& aPass) const {
   if (!aPass.bStarted)
     return LoadResString(aPass.lEntries > 0 ? IDS_LOG_PASS_STARTLESS : IDS_LOG_PASS_OUTSIDE);
-  return LoadResString(aPass.bManual ? IDS_VIEW_ROUND_MANUAL : IDS_VIEW_ROUND_AUTO);
+  return LoadResString(aPass.bManual ? IDS_VIEW_PASS_MANUAL : IDS_VIEW_PASS_AUTO);
 }
 
-// "2 Down, 4 Up", the worst first.
-std::string LogRows::RoundCount(LogHistory::LineRef aRef) const {
-  const auto& aPass = PassOf(aRef);
-  if (aPass.lPast - aPass.lFirst > lMostCounted)
-    return FillResString(IDS_VIEW_ENTRIES_MANY, {LogWords::Count(aPass.lEntries)});
+// "2 Down, 4 Up", the worst first, of the rows shown below it.
+std::string LogRows::PassCount(std::size_t lRow) const {
   std::array<std::uint32_t, 6> aCounts{};
-  for (auto lLine = aPass.lFirst; lLine < aPass.lPast; ++lLine) {
-    const auto& aLine = pHistory->Line({aRef.lFile, lLine});
-    if (aLine.iKind == LineKind::Entry || aLine.iKind == LineKind::Unread)
-      ++aCounts[static_cast<std::size_t>(aLine.iOutcome)];
-  }
+  std::size_t lNext = lRow + 1;
+  for (; lNext < Count() && aKinds[lNext] == Kind::Line && lNext - lRow <= lMostCounted; ++lNext)
+    ++aCounts[static_cast<std::size_t>(OutcomeOf(lNext))];
+  if (lNext - lRow > lMostCounted)
+    return FillResString(IDS_VIEW_ENTRIES_MANY, {LogWords::Count(PassOf(aRefs[lRow]).lEntries)});
   std::string szParts;
   for (const auto iOutcome :
        {Outcome::Down, Outcome::Warning, Outcome::Up, Outcome::Disabled, Outcome::None, Outcome::Unread})
@@ -168,9 +166,9 @@ std::string LogRows::RoundCount(LogHistory::LineRef aRef) const {
   return szParts;
 }
 
-std::string LogRows::RoundRemark(const LogPass& aPass) const {
+std::string LogRows::PassRemark(const LogPass& aPass) const {
   if (aPass.bStopped) return LoadResString(IDS_LOG_PASS_STOPPED);
-  // The last round may still be running.
+  // The last pass may still be running.
   const auto& aLast = pHistory->Passes().back();
   return aPass.bStarted && !aPass.bEnded && &aPass != &pHistory->Pass(aLast)
              ? LoadResString(IDS_LOG_PASS_ENDLESS)

@@ -1,5 +1,5 @@
-// LogRows: what the viewer's list shows, row by row: every round of checks as a row of its own, below it its
-// entries, and between rounds the time in which nobody watched. Rows hold positions only; their texts are
+// LogRows: what the viewer's list shows, row by row: every pass as a row of its own, below it its
+// entries, and between passes the time in which nobody watched. Rows hold positions only; their texts are
 // made when they are drawn. Void as soon as the history is opened anew or has changed: build again.
 #pragma once
 
@@ -19,7 +19,7 @@ enum class LogColumn { Time, Result, Address, Answer, Seconds, Remarks };
 
 class LogRows {
  public:
-  enum class Kind : std::uint8_t { Round, Line, Gap };
+  enum class Kind : std::uint8_t { Pass, Line, Gap };
   // A piece of a field, its breaks made line ends.
   struct Run {
     std::string szText;
@@ -31,13 +31,13 @@ class LogRows {
   };
 
   // The history has to stay as long as the rows are used.
-  void Build(const LogHistory& aShown, const LogFilter& aFilter, bool bRounds);
+  void Build(const LogHistory& aShown, const LogFilter& aFilter, bool bPasses);
 
   std::size_t Count() const { return aRefs.size(); }
   std::size_t Entries() const { return lEntries; }  // shown, unread lines with them
   Kind KindOf(std::size_t lRow) const { return aKinds[lRow]; }
   LogHistory::LineRef RefOf(std::size_t lRow) const { return aRefs[lRow]; }
-  Outcome OutcomeOf(std::size_t lRow) const;  // None for rounds and gaps
+  Outcome OutcomeOf(std::size_t lRow) const;  // None for passes and gaps
   // Valid UTF-8 without control characters, of bounded length.
   std::string Cell(std::size_t lRow, LogColumn iColumn) const;
   // The whole row: every field in full, as far as a window can sensibly hold it.
@@ -60,13 +60,13 @@ class LogRows {
   const LogPass& PassOf(LogHistory::LineRef aRef) const;
   const StateInterval& GapOf(std::size_t lRow) const;
   bool IsLine(std::size_t lRow) const;  // a line of the log, not a row made up by us
-  std::string RoundCell(std::size_t lRow, LogColumn iColumn) const;
-  std::string RoundName(const LogPass& aPass) const;
-  std::string RoundCount(LogHistory::LineRef aRef) const;
-  std::string RoundRemark(const LogPass& aPass) const;
+  std::string PassCell(std::size_t lRow, LogColumn iColumn) const;
+  std::string PassName(const LogPass& aPass) const;
+  std::string PassCount(std::size_t lRow) const;
+  std::string PassRemark(const LogPass& aPass) const;
 
   const LogHistory* pHistory = nullptr;
-  std::vector<LogHistory::LineRef> aRefs;  // a gap's: the line before it; a round's: its start line, or first
+  std::vector<LogHistory::LineRef> aRefs;  // a gap's: the line before it; a pass's: its start line, or first
   std::vector<Kind> aKinds;
   std::vector<StateInterval> aGaps;  // after each pass
   std::vector<std::pair<std::size_t, StateInterval>> aGapRows;

@@ -142,8 +142,7 @@ std::string LogStrip::Key(SiteState iState) {
 std::string LogStrip::Picture(const LogSummary& aSummary, const SiteSummary& aSite, const std::string& szId) {
   const Scale aScale(aSummary, lColumns);
   const auto szDescription = FillResString(
-      IDS_LOG_STRIP_DESC, {LogWords::State(aSite), LogWords::Count(aSite.lChecks),
-                           LogWords::Share(aSite.lSuccesses, aSite.lChecks),
+      IDS_LOG_STRIP_DESC, {LogWords::State(aSite), LogWords::Share(aSite.aAvailability.back()),
                            LogWords::Count(aSite.aOutages.size()), LogWords::Length(aSite.lDownSeconds)});
   std::string szPicture =
       "<svg class=\"strip\" viewBox=\"0 0 720 24\" preserveAspectRatio=\"none\" role=\"img\" "

@@ -17,25 +17,12 @@ bool IsWatched(SiteState iState) {
   return iState == SiteState::Up || IsFailure(iState);
 }
 
-SiteState StateOf(Outcome iOutcome) {
-  switch (iOutcome) {
-    case Outcome::Up:
-      return SiteState::Up;
-    case Outcome::Warning:
-      return SiteState::Warning;
-    case Outcome::Down:
-      return SiteState::Down;
-    default:
-      return SiteState::Disabled;
-  }
-}
-
 // One site while the passes go by.
 struct SiteProgress {
   SiteSummary aSite;
   std::uint32_t lLastPass = lNever;  // place in LogHistory::Passes; lNever: not seen yet
-  bool bOutage = false;              // the last outage is open
-  bool bWatchedBefore = false;       // an entry precedes, and nobody looked away since
+  bool bFailing = false;             // aRun is open
+  Outage aRun;                       // the failed checks since the last success
 };
 
 class Summariser {
@@ -49,11 +36,12 @@ class Summariser {
   void FindGaps();
   void CountPass(std::uint32_t lPass);
   void CountEntry(std::uint32_t lPass, LogHistory::LineRef aRef);
-  void CountFailure(SiteProgress& aSite, const LogLine& aLine, const LogFields& aFields, SiteState iBefore);
-  void CloseOutage(SiteProgress& aSite, DateTime dtUntil, OutageEnd iEnd, bool bEndKnown);
+  SiteState CountFailure(SiteProgress& aSite, const LogLine& aLine, const LogFields& aFields);
+  void CloseRun(SiteProgress& aSite, DateTime dtUntil, OutageEnd iEnd, bool bEndKnown);
   void LookAway(SiteProgress& aSite, std::uint32_t lPass, DateTime dtNow);
   void Enter(SiteProgress& aSite, SiteState iState, DateTime dtNow);
   DateTime UnwatchedSince(const SiteProgress& aSite, std::uint32_t lPass) const;
+  void MeasureAvailability(SiteSummary& aSite) const;
   void Finish(SiteProgress& aSite);
 
   const LogHistory& aHistory;
@@ -90,6 +78,7 @@ LogSummary Summariser::Run() {
       Finish(aSite);
       aSummary.aSites.push_back(std::move(aSite.aSite));
     }
+  aSummary.dtNextDue = LogGaps::NextDue(aHistory);
   return std::move(aSummary);
 }
 
@@ -117,53 +106,62 @@ void Summariser::CountEntry(std::uint32_t lPass, LogHistory::LineRef aRef) {
   if (aSite.lLastPass != lNever) LookAway(aSite, lPass, aLine.dtMoment);
   aSite.lLastPass = lPass;
   if (aLine.iOutcome == Outcome::None) return;
-  const auto iState = StateOf(aLine.iOutcome);
+  auto iState = StateOf(aLine.iOutcome);
   if (iState != SiteState::Disabled) {
     ++aSite.aSite.lChecks;
     aSite.aSite.dtLastCheck = aLine.dtMoment;
+    aSummary.dtLastCheck = std::max(aSummary.dtLastCheck, aLine.dtMoment);
   }
   const auto iBefore = aSite.aSite.aStates.empty() ? SiteState::Unwatched : aSite.aSite.aStates.back().iState;
+  if (IsFailure(iState)) {
+    if (!aSite.bFailing) aSite.aRun.bStartKnown = iBefore == SiteState::Up;
+    iState = CountFailure(aSite, aLine, aHistory.Fields(aRef));
+  }
   Enter(aSite, iState, aLine.dtMoment);
-  if (IsFailure(iState)) CountFailure(aSite, aLine, aHistory.Fields(aRef), iBefore);
   if (iState == SiteState::Up) {
     ++aSite.aSite.lSuccesses;
-    if (aSite.bOutage) CloseOutage(aSite, aLine.dtMoment, OutageEnd::Recovered, IsWatched(iBefore));
+    if (aSite.bFailing) CloseRun(aSite, aLine.dtMoment, OutageEnd::Recovered, IsWatched(iBefore));
   }
 }
 
-void Summariser::CountFailure(SiteProgress& aSite, const LogLine& aLine, const LogFields& aFields,
-                              SiteState iBefore) {
-  auto& aOutages = aSite.aSite.aOutages;
-  if (!aSite.bOutage) {
-    aOutages.emplace_back();
-    aOutages.back().dtFrom = aLine.dtMoment;
-    aOutages.back().bStartKnown = iBefore == SiteState::Up;
-    aSite.bOutage = true;
+// What the failure makes of the site.
+SiteState Summariser::CountFailure(SiteProgress& aSite, const LogLine& aLine, const LogFields& aFields) {
+  auto& aRun = aSite.aRun;
+  const bool bFirst = !aSite.bFailing;
+  if (bFirst) aRun.dtFrom = aLine.dtMoment;
+  aSite.bFailing = true;
+  ++aRun.lFailures;
+  aRun.szText = aFields.StatusText;
+  if (aLine.iOutcome == Outcome::Warning && !bFirst) aRun.dtRestarted = aLine.dtMoment;
+  if (!aRun.bDown && (aLine.iOutcome == Outcome::Down || !bFirst)) {
+    aRun.bDown = true;
+    // What looked like a hiccup was the beginning.
+    for (auto& aState : aSite.aSite.aStates)
+      if (aState.iState == SiteState::Warning && aState.dtFrom >= aRun.dtFrom)
+        aState.iState = SiteState::Down;
   }
-  auto& aOutage = aOutages.back();
-  ++aOutage.lFailures;
-  aOutage.szText = aFields.StatusText;
   const bool bSent = aFields.Comment.find(szMailSent) != std::string_view::npos;
   const bool bFailed = aFields.Comment.find(szMailFailed) != std::string_view::npos;
-  aOutage.lMailsSent += bSent ? 1 : 0;
-  aOutage.lMailsFailed += bFailed ? 1 : 0;
+  if (bSent || bFailed) aRun.aMails.push_back({aLine.dtMoment, bSent});
   aSummary.lMailsSent += bSent ? 1 : 0;
   aSummary.lMailsFailed += bFailed ? 1 : 0;
+  return aRun.bDown ? SiteState::Down : SiteState::Warning;
 }
 
-void Summariser::CloseOutage(SiteProgress& aSite, DateTime dtUntil, OutageEnd iEnd, bool bEndKnown) {
-  auto& aOutage = aSite.aSite.aOutages.back();
-  aOutage.iEnd = iEnd;
-  aOutage.bEndKnown = bEndKnown;
-  aOutage.dtTo = std::max(aOutage.dtFrom, dtUntil);
+void Summariser::CloseRun(SiteProgress& aSite, DateTime dtUntil, OutageEnd iEnd, bool bEndKnown) {
+  auto& aRun = aSite.aRun;
+  aRun.iEnd = iEnd;
+  aRun.bEndKnown = bEndKnown;
+  aRun.dtTo = std::max(aRun.dtFrom, dtUntil);
   const auto& aStates = aSite.aSite.aStates;
-  for (auto aAt = aStates.rbegin(); aAt != aStates.rend() && aAt->dtTo > aOutage.dtFrom; ++aAt)
-    if (!IsWatched(aAt->iState) && aAt->dtFrom < aOutage.dtTo)
-      aOutage.lUnwatched += SecondsBetween(aAt->dtFrom, std::min(aAt->dtTo, aOutage.dtTo));
-  aOutage.lSeconds =
-      std::max<std::int64_t>(0, SecondsBetween(aOutage.dtFrom, aOutage.dtTo) - aOutage.lUnwatched);
-  aSite.aSite.lDownSeconds += aOutage.lSeconds;
-  aSite.bOutage = false;
+  for (auto aAt = aStates.rbegin(); aAt != aStates.rend() && aAt->dtTo > aRun.dtFrom; ++aAt)
+    if (!IsWatched(aAt->iState) && aAt->dtFrom < aRun.dtTo)
+      aRun.lUnwatched += SecondsBetween(aAt->dtFrom, std::min(aAt->dtTo, aRun.dtTo));
+  aRun.lSeconds = std::max<std::int64_t>(0, SecondsBetween(aRun.dtFrom, aRun.dtTo) - aRun.lUnwatched);
+  (aRun.bDown ? aSite.aSite.lDownSeconds : aSite.aSite.lHiccupSeconds) += aRun.lSeconds;
+  (aRun.bDown ? aSite.aSite.aOutages : aSite.aSite.aHiccups).push_back(std::move(aRun));
+  aRun = {};
+  aSite.bFailing = false;
 }
 
 // The first moment after the site's last entry at which nobody watched it any more; 0 when somebody did.
@@ -193,40 +191,86 @@ void Summariser::Enter(SiteProgress& aSite, SiteState iState, DateTime dtNow) {
   aStates.push_back({dtNow, dtNow, iState});
 }
 
+void Summariser::MeasureAvailability(SiteSummary& aSite) const {
+  for (std::size_t i = 0; i < aAvailabilityDays.size(); ++i) {
+    const auto dtFrom = aAvailabilityDays[i] > 0 ? AddDays(aSummary.dtTo, -aAvailabilityDays[i]) : 0;
+    for (auto aAt = aSite.aStates.rbegin(); aAt != aSite.aStates.rend() && aAt->dtTo > dtFrom; ++aAt) {
+      if (!IsWatched(aAt->iState)) continue;
+      const auto lSeconds = SecondsBetween(std::max(aAt->dtFrom, dtFrom), aAt->dtTo);
+      aSite.aAvailability[i].lWatched += lSeconds;
+      if (aAt->iState == SiteState::Up) aSite.aAvailability[i].lUp += lSeconds;
+    }
+  }
+}
+
 void Summariser::Finish(SiteProgress& aProgress) {
   auto& aSite = aProgress.aSite;
   LookAway(aProgress, static_cast<std::uint32_t>(aHistory.Passes().size()), aSummary.dtTo);
   if (aSite.aStates.empty()) return;
   const auto iLast = aSite.aStates.back().iState;
   aSite.aStates.back().dtTo = std::max(aSite.aStates.back().dtTo, aSummary.dtTo);
-  if (aProgress.bOutage) {
+  MeasureAvailability(aSite);
+  if (aProgress.bFailing) {
     auto dtUntil = aSummary.dtTo;
     for (auto aAt = aSite.aStates.rbegin(); !IsWatched(aAt->iState); ++aAt)
       dtUntil = aAt->dtFrom;
-    CloseOutage(aProgress, dtUntil, IsWatched(iLast) ? OutageEnd::StillDown : OutageEnd::NoLongerWatched,
-                false);
+    CloseRun(aProgress, dtUntil, IsWatched(iLast) ? OutageEnd::StillDown : OutageEnd::NoLongerWatched, false);
   }
   aSite.iCurrent = iLast;
-  // A warning that became an outage is one stretch of failure.
-  auto aFirst = aSite.aStates.end() - 1;
-  while (IsFailure(iLast) && aFirst != aSite.aStates.begin() && IsFailure((aFirst - 1)->iState))
-    --aFirst;
-  aSite.dtSince = aFirst->dtFrom;
-  aSite.bSinceKnown = aFirst != aSite.aStates.begin() && (aFirst - 1)->iState != SiteState::Unwatched;
+  aSite.dtSince = aSite.aStates.back().dtFrom;
+  aSite.bSinceKnown = aSite.aStates.size() > 1 && (aSite.aStates.end() - 2)->iState != SiteState::Unwatched;
 }
 
 }  // namespace
 
+const MailAttempt* Outage::FirstSent() const {
+  const auto aFound = std::ranges::find_if(aMails, &MailAttempt::bSent);
+  return aFound == aMails.end() ? nullptr : &*aFound;
+}
+
+std::size_t Outage::MailsFailed() const {
+  return static_cast<std::size_t>(std::ranges::count(aMails, false, &MailAttempt::bSent));
+}
+
 const Outage* SiteSummary::Longest() const {
-  const auto aFound = std::max_element(
-      aOutages.begin(), aOutages.end(),
-      [](const auto& aLeft, const auto& aRight) { return aLeft.lSeconds < aRight.lSeconds; });
+  const auto aFound = std::ranges::max_element(aOutages, {}, &Outage::lSeconds);
   return aFound == aOutages.end() ? nullptr : &*aFound;
 }
 
+const Outage* SiteSummary::Current() const {
+  if (!IsFailure(iCurrent)) return nullptr;
+  return iCurrent == SiteState::Down ? &aOutages.back() : &aHiccups.back();
+}
+
+std::size_t SiteSummary::MostFailuresADay() const {
+  std::vector<DateTime> aBegun;
+  for (const auto* pList : {&aOutages, &aHiccups})
+    for (const auto& aRun : *pList)
+      aBegun.push_back(aRun.dtFrom);
+  std::ranges::sort(aBegun);
+  std::size_t lMost = 0;
+  for (std::size_t lFirst = 0, lPast = 0; lPast < aBegun.size(); ++lPast) {
+    while (aBegun[lPast] - aBegun[lFirst] > 1)
+      ++lFirst;
+    lMost = std::max(lMost, lPast + 1 - lFirst);
+  }
+  return lMost;
+}
+
 std::uint32_t LogSummary::Count(SiteState iState) const {
-  return static_cast<std::uint32_t>(std::count_if(
-      aSites.begin(), aSites.end(), [&](const auto& aSite) { return aSite.iCurrent == iState; }));
+  return static_cast<std::uint32_t>(std::ranges::count(aSites, iState, &SiteSummary::iCurrent));
+}
+
+SiteState LogSummary::Worst() const {
+  for (const auto iState : {SiteState::Down, SiteState::Warning, SiteState::Up, SiteState::Disabled})
+    if (Count(iState) > 0) return iState;
+  return SiteState::Unwatched;
+}
+
+SiteState StateOf(Outcome iOutcome) {
+  constexpr std::array aStates{SiteState::Unwatched, SiteState::Up,      SiteState::Down,
+                               SiteState::Disabled,  SiteState::Warning, SiteState::Unwatched};
+  return aStates[static_cast<std::size_t>(iOutcome)];
 }
 
 LogSummary Summarise(const LogHistory& aHistory) {

@@ -7,8 +7,13 @@
 //     three automatic passes are around, a gap is more than 2 hours.
 //   - a pass that ran to its end without the site: it was off the list, or disabled and not logged.
 // What lies there is neither up nor down.
+//
+// A site is down from its second failed check in a row, counted from the first of them, whatever the entries'
+// classes say: a restart of the monitor forgets the first, so that the second is logged as a first one again.
+// A single failed check with a success behind it is a hiccup, no outage.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -28,6 +33,12 @@ enum class OutageEnd : std::uint8_t {
   NoLongerWatched  // the site was taken off, or disabled, while it was down
 };
 
+// An alert mail that the monitor tried to send.
+struct MailAttempt {
+  DateTime dtMoment = 0;  // of the check that gave rise to it
+  bool bSent = false;
+};
+
 // From the first failed check to the next that succeeds.
 struct Outage {
   DateTime dtFrom = 0;
@@ -35,12 +46,25 @@ struct Outage {
   std::int64_t lSeconds = 0;    // from dtFrom to dtTo without the time in which nobody watched
   std::int64_t lUnwatched = 0;  // seconds
   std::uint32_t lFailures = 0;  // failed checks
-  std::uint32_t lMailsSent = 0, lMailsFailed = 0;
+  std::vector<MailAttempt> aMails;
+  DateTime dtRestarted =
+      0;               // the last check that was logged as a first failure though it was none; 0: none was
+  bool bDown = false;  // false: a hiccup
   bool bStartKnown = false;  // false: it may have begun earlier; no success was seen just before it
   bool bEndKnown = true;     // false: it may have ended earlier, while nobody watched
   OutageEnd iEnd = OutageEnd::StillDown;
   std::string szText;  // StatusText of its last failure, as logged
+
+  const MailAttempt* FirstSent() const;  // nullptr: no mail went out
+  std::size_t MailsFailed() const;
 };
+
+// How long a site was watched, and how much of that it was up.
+struct Availability {
+  std::int64_t lUp = 0, lWatched = 0;  // seconds
+};
+// The stretches of time it is told for, each up to the end of the log: days, 0 for the whole log.
+inline constexpr std::array<std::int32_t, 4> aAvailabilityDays{1, 7, 30, 0};
 
 struct SiteSummary {
   std::string szSite;
@@ -50,12 +74,22 @@ struct SiteSummary {
   DateTime dtSince = 0;                       // when that state began, as far as this log knows
   bool bSinceKnown = false;                   // false: it was so at its first check in the log
   DateTime dtLastCheck = 0;
-  std::int64_t lDownSeconds = 0;  // of all outages
+  std::int64_t lDownSeconds = 0;    // of all outages
+  std::int64_t lHiccupSeconds = 0;  // of all hiccups
   std::vector<Outage> aOutages;
+  std::vector<Outage> aHiccups;  // the last of them perhaps the beginning of an outage
+  std::array<Availability, aAvailabilityDays.size()> aAvailability;
   std::vector<StateInterval> aStates;  // without holes, from its first check to the end of the log
 
   const Outage* Longest() const;  // nullptr without outages
+  const Outage* Current()
+      const;  // what it is in at the end of the log; nullptr where it is up or not watched
+  // How often it failed within the 24 hours in which it failed most often, outages and hiccups.
+  std::size_t MostFailuresADay() const;
 };
+
+// So often within 24 hours, and a site is said to come and go.
+inline constexpr std::size_t lFlapping = 4;
 
 struct LogSummary {
   DateTime dtFrom = 0, dtTo = 0;  // first and last moment known; 0 when there is none
@@ -64,10 +98,16 @@ struct LogSummary {
   std::uint32_t lEndless = 0;    // passes without end line, the last one not counted
   std::uint32_t lEntries = 0, lUnread = 0;
   std::uint32_t lMailsSent = 0, lMailsFailed = 0;
+  DateTime dtLastCheck = 0;  // the newest check of any site; 0: none
+  DateTime dtNextDue = 0;  // when a pass should have begun at the latest, by the usual distance; 0: not known
   std::vector<StateInterval> aGaps;  // all Unwatched
   std::vector<SiteSummary> aSites;   // as in LogHistory::Sites, those without an entry left out
 
   std::uint32_t Count(SiteState iState) const;  // sites now in that state
+  SiteState Worst() const;                      // of all sites now; Unwatched where there are none
 };
+
+// What an entry's outcome says of the site on its own.
+SiteState StateOf(Outcome iOutcome);
 
 LogSummary Summarise(const LogHistory& aHistory);

@@ -2,14 +2,10 @@
 
 #include <algorithm>
 
-#include "base/Utf8.h"
+#include "history/LogFacts.h"
 #include "history/LogWords.h"
 
 namespace {
-
-using LogWords::Count;
-using LogWords::Length;
-using LogWords::Moment;
 
 // Characters, as far as a terminal shows one column for each.
 std::size_t Width(std::string_view szText) {
@@ -18,36 +14,28 @@ std::size_t Width(std::string_view szText) {
   }));
 }
 
-void AddFact(std::string& szOut, StringId iName, const std::string& szValue) {
-  szOut += LoadResString(iName) + szValue + "\n";
-}
-
+// Names in a column of their own; a second line of a fact stands below its first.
 std::string Facts(const LogSummary& aSummary) {
   std::string szOut;
-  if (aSummary.dtFrom > 0)
-    AddFact(szOut, IDS_SUM_COVERED,
-            FillResString(IDS_LOG_SPAN, {Moment(aSummary.dtFrom), Moment(aSummary.dtTo)}));
-  AddFact(szOut, IDS_SUM_ROUNDS,
-          FillResString(IDS_LOG_FACT_PASSES_VALUE, {Count(aSummary.lAutomatic + aSummary.lManual),
-                                                    Count(aSummary.lAutomatic), Count(aSummary.lManual)}));
-  AddFact(szOut, IDS_SUM_CHECKS, LogWords::Checks(aSummary));
-  AddFact(
-      szOut, IDS_SUM_MAILS,
-      FillResString(IDS_LOG_FACT_MAILS_VALUE, {Count(aSummary.lMailsSent), Count(aSummary.lMailsFailed)}));
-  if (aSummary.aGaps.empty() && aSummary.lEntries > 0)
-    AddFact(szOut, IDS_SUM_NOT_WATCHED, LoadResString(IDS_SUM_NO_GAPS));
-  for (const auto& szGap : LogWords::Gaps(aSummary))
-    AddFact(szOut, IDS_SUM_NOT_WATCHED, szGap);
-  if (aSummary.lEndless + aSummary.lStartless > 0)
-    AddFact(szOut, IDS_SUM_BROKEN_OFF, LogWords::BrokenOff(aSummary));
-  if (aSummary.lUnread > 0) AddFact(szOut, IDS_SUM_UNREAD, Count(aSummary.lUnread));
+  const auto aFacts = LogFacts::Of(aSummary);
+  std::size_t lNames = 0;
+  for (const auto& aFact : aFacts)
+    lNames = std::max(lNames, Width(LoadResString(aFact.iName)));
+  for (const auto& aFact : aFacts) {
+    auto szName = LoadResString(aFact.iName) + ":";
+    for (const auto& szLine : aFact.aLines) {
+      szName.resize(szName.size() + lNames + 2 - Width(szName), ' ');
+      szOut += szName + szLine + "\n";
+      szName.clear();
+    }
+  }
   return szOut;
 }
 
 using Row = std::vector<std::string>;
 
-// Columns as wide as their widest cell; all but the first two to the right.
-std::string Table(const std::vector<Row>& aRows) {
+// Columns as wide as their widest cell, those from lNumbers on to the right.
+std::string Table(const std::vector<Row>& aRows, std::size_t lNumbers) {
   std::vector<std::size_t> aWidths(aRows.front().size());
   for (const auto& aRow : aRows)
     for (std::size_t lCell = 0; lCell < aRow.size(); ++lCell)
@@ -57,37 +45,103 @@ std::string Table(const std::vector<Row>& aRows) {
     std::string szLine;
     for (std::size_t lCell = 0; lCell < aRow.size(); ++lCell) {
       const std::string szFill(aWidths[lCell] - Width(aRow[lCell]), ' ');
-      szLine += (lCell > 0 ? "  " : "") + (lCell < 2 ? aRow[lCell] + szFill : szFill + aRow[lCell]);
+      szLine += (lCell > 0 ? "  " : "") + (lCell < lNumbers ? aRow[lCell] + szFill : szFill + aRow[lCell]);
     }
+    szLine.resize(szLine.find_last_not_of(' ') + 1);
     szOut += szLine + "\n";
   }
   return szOut;
 }
 
-std::string Sites(const LogSummary& aSummary) {
-  constexpr std::size_t lLongestName = 60;  // bytes
-  std::vector<Row> aRows{{LoadResString(IDS_LOG_COL_SITE), LoadResString(IDS_LOG_COL_NOW),
-                          LoadResString(IDS_LOG_COL_CHECKS), LoadResString(IDS_LOG_COL_SHARE),
-                          LoadResString(IDS_LOG_COL_OUTAGES), LoadResString(IDS_LOG_COL_LONGEST),
-                          LoadResString(IDS_LOG_COL_DOWN_TIME)}};
-  for (const auto lSite : LogWords::ByInterest(aSummary)) {
-    const auto& aSite = aSummary.aSites[lSite];
-    const auto* const pLongest = aSite.Longest();
-    aRows.push_back({Utf8::Clean(Utf8::Shorten(aSite.szSite, lLongestName)), LogWords::State(aSite),
-                     Count(aSite.lChecks), LogWords::Share(aSite.lSuccesses, aSite.lChecks),
-                     Count(aSite.aOutages.size()), pLongest ? Length(pLongest->lSeconds) : "-",
-                     pLongest ? Length(aSite.lDownSeconds) : "-"});
+// Of bounded length; cut in the middle, as addresses differ at either end.
+std::string Fitted(std::string_view szText, std::size_t lMost) {
+  auto szClean = LogWords::PlainField(szText);
+  if (Width(szClean) <= lMost) return szClean;
+  const auto lTail = (lMost - 3) / 2, lHead = lMost - 3 - lTail;
+  const auto Past = [&](std::size_t lCharacters) {  // bytes of the first so many characters
+    std::size_t lAt = 0;
+    for (; lAt < szClean.size(); ++lAt)
+      if ((static_cast<unsigned char>(szClean[lAt]) & 0xC0U) != 0x80 && lCharacters-- == 0) break;
+    return lAt;
+  };
+  return szClean.substr(0, Past(lHead)) + "..." + szClean.substr(Past(Width(szClean) - lTail));
+}
+
+constexpr std::size_t lWidestName = 60, lNarrowestName = 20;
+
+// A table whose first column is names: it gives way first, then the columns that may be done without.
+std::string Fit(const std::vector<Row>& aWhole, std::vector<std::size_t> aSpare, std::size_t lNumbers,
+                std::size_t lColumns) {
+  auto aRows = aWhole;
+  for (std::size_t lName = lWidestName;; lName = std::max(lNarrowestName, lName - 4)) {
+    for (std::size_t lRow = 1; lRow < aRows.size(); ++lRow)
+      aRows[lRow][0] = Fitted(aWhole[lRow][0], lName);
+    const auto szTable = Table(aRows, lNumbers);
+    const bool bFits = lColumns == 0 || Width(szTable.substr(0, szTable.find('\n'))) <= lColumns;
+    if (bFits || (lName == lNarrowestName && aSpare.empty())) return szTable;
+    if (lName > lNarrowestName) continue;
+    for (auto& aRow : aRows)
+      aRow.erase(aRow.begin() + static_cast<std::ptrdiff_t>(aSpare.front()));
+    if (aSpare.front() < lNumbers) --lNumbers;
+    const auto lGone = aSpare.front();
+    aSpare.erase(aSpare.begin());
+    for (auto& lSpare : aSpare)
+      if (lSpare > lGone) --lSpare;
+    lName = lWidestName + 4;
   }
-  return Table(aRows);
 }
 
 }  // namespace
 
-std::string LogSummaryText::Compose(const LogSummary& aSummary) {
-  auto szOut = LogWords::Headline(aSummary) + "\n";
-  for (const auto& szSentence : LogWords::Lead(aSummary))
+std::string LogSummaryText::Sites(const LogSummary& aSummary, std::size_t lColumns) {
+  if (aSummary.aSites.empty()) return {};
+  using enum LogTables::SiteColumn;
+  // What is at the end of the second list is the last to go.
+  std::vector<LogTables::SiteColumn> aColumns,
+      aSpareColumns{Checks, UpMonth, UpWeek, Longest, Hiccups, UpDay, Share};
+  for (const auto iColumn : LogTables::SiteColumns(aSummary))
+    if (iColumn != Since) aColumns.push_back(iColumn);
+  std::vector<std::size_t> aSpare;
+  for (const auto iColumn : aSpareColumns)
+    if (const auto aAt = std::ranges::find(aColumns, iColumn); aAt != aColumns.end())
+      aSpare.push_back(static_cast<std::size_t>(aAt - aColumns.begin()));
+  std::vector<Row> aRows(1);
+  for (const auto iColumn : aColumns)
+    aRows.front().push_back(LoadResString(LogTables::Title(iColumn)));
+  for (const auto lSite : LogWords::ByInterest(aSummary)) {
+    aRows.emplace_back();
+    for (const auto iColumn : aColumns)
+      aRows.back().push_back(LogTables::Cell(aSummary.aSites[lSite], iColumn));
+  }
+  return Fit(aRows, aSpare, 2, lColumns);
+}
+
+std::string LogSummaryText::Outages(const LogSummary& aSummary, LogTables::Runs iWanted,
+                                    std::size_t lColumns) {
+  const auto aOutages = LogTables::Outages(aSummary, iWanted);
+  if (aOutages.empty()) return {};
+  constexpr std::size_t lAnswer = static_cast<std::size_t>(LogTables::OutageColumn::Answer);
+  constexpr std::size_t lMostAnswer = 40;
+  std::vector<Row> aRows(1);
+  for (std::size_t i = 0; i < LogTables::lOutageColumns; ++i)
+    aRows.front().push_back(LoadResString(LogTables::Title(static_cast<LogTables::OutageColumn>(i))));
+  for (const auto& aOutage : aOutages) {
+    aRows.emplace_back();
+    for (std::size_t i = 0; i < LogTables::lOutageColumns; ++i)
+      aRows.back().push_back(LogTables::Cell(aOutage, static_cast<LogTables::OutageColumn>(i)));
+    aRows.back()[lAnswer] = Fitted(aRows.back()[lAnswer], lMostAnswer);
+  }
+  return Fit(aRows, {lAnswer, static_cast<std::size_t>(LogTables::OutageColumn::To)},
+             LogTables::lOutageColumns, lColumns);
+}
+
+std::string LogSummaryText::Compose(const LogSummary& aSummary, DateTime dtNow, std::size_t lColumns) {
+  auto szOut = LogWords::Headline(aSummary, dtNow) + "\n";
+  for (const auto& szSentence : LogWords::Lead(aSummary, dtNow))
     szOut += szSentence + "\n";
   szOut += "\n" + Facts(aSummary);
-  if (!aSummary.aSites.empty()) szOut += "\n" + Sites(aSummary);
+  for (const auto& szTable :
+       {Sites(aSummary, lColumns), Outages(aSummary, LogTables::Runs::Outages, lColumns)})
+    if (!szTable.empty()) szOut += "\n" + szTable;
   return szOut;
 }

@@ -5,7 +5,12 @@
 #include <string>
 
 #include "history/LogSummary.h"
+#include "history/LogTables.h"
 
 namespace LogSummaryText {
-std::string Compose(const LogSummary& aSummary);
+// How things stand, the facts, the sites and the outages. lColumns: as wide as a table may be, 0 for as wide
+// as it gets; names are cut in the middle, then columns left out, until it fits or nothing more can go.
+std::string Compose(const LogSummary& aSummary, DateTime dtNow, std::size_t lColumns = 0);
+std::string Sites(const LogSummary& aSummary, std::size_t lColumns = 0);
+std::string Outages(const LogSummary& aSummary, LogTables::Runs iWanted, std::size_t lColumns = 0);
 }  // namespace LogSummaryText

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "base/Utf8.h"
+#include "history/LogTables.h"
 #include "log/LogGrammar.h"
 
 namespace {
@@ -22,10 +23,6 @@ std::string ClockTime(const DateParts& aParts, bool bSeconds) {
 
 std::string ThreeLetters(StringId iNames, std::int32_t lNumber) {
   return std::string(LoadResString(iNames).substr(static_cast<std::size_t>(lNumber - 1) * 3, 3));
-}
-
-std::string NameOf(const SiteSummary& aSite) {
-  return Utf8::Clean(Utf8::Shorten(aSite.szSite, 200));
 }
 
 std::string AnswerOf(const Outage& aOutage) {
@@ -90,6 +87,15 @@ std::string LogWords::Share(std::uint64_t lPart, std::uint64_t lWhole) {
   return szShare + "%";
 }
 
+std::string LogWords::Share(const Availability& aAvailability) {
+  return Share(static_cast<std::uint64_t>(aAvailability.lUp),
+               static_cast<std::uint64_t>(aAvailability.lWatched));
+}
+
+std::string LogWords::Name(const SiteSummary& aSite) {
+  return Utf8::Clean(Utf8::Shorten(aSite.szSite, 200));
+}
+
 StringId LogWords::StateName(SiteState iState) {
   constexpr std::array aNames{IDS_LOG_UNWATCHED, IDS_LOG_UP, IDS_LOG_WARNING, IDS_LOG_DOWN, IDS_LOG_DISABLED};
   return aNames[static_cast<std::size_t>(iState)];
@@ -118,6 +124,21 @@ std::string LogWords::OutageLength(const Outage& aOutage) {
   return aOutage.lUnwatched > 0
              ? FillResString(IDS_LOG_LENGTH_UNWATCHED, {szLength, Length(aOutage.lUnwatched)})
              : szLength;
+}
+
+// Commonly one mail, and it went out: then only how long that took.
+std::string LogWords::Mails(const Outage& aOutage) {
+  std::string szAll;
+  const auto After = [&](const MailAttempt& aMail) {
+    return Length(SecondsBetween(aOutage.dtFrom, aMail.dtMoment));
+  };
+  if (aOutage.aMails.size() == 1 && aOutage.aMails.front().bSent)
+    return FillResString(IDS_LOG_MAIL_SENT_AFTER, {After(aOutage.aMails.front())});
+  for (const auto& aMail : aOutage.aMails)
+    szAll += (szAll.empty() ? "" : "; ") +
+             (aMail.bSent ? FillResString(IDS_LOG_MAIL_SENT_AT, {Moment(aMail.dtMoment), After(aMail)})
+                          : FillResString(IDS_LOG_MAIL_FAILED_AT, {Moment(aMail.dtMoment)}));
+  return szAll.empty() ? "-" : szAll;
 }
 
 std::string LogWords::BrokenOff(const LogSummary& aSummary) {
@@ -157,76 +178,156 @@ std::vector<std::string> LogWords::Gaps(const LogSummary& aSummary) {
   return aLines;
 }
 
-std::string LogWords::Headline(const LogSummary& aSummary) {
+bool LogWords::Overdue(const LogSummary& aSummary, DateTime dtNow) {
+  constexpr double dWithoutSchedule = 2.0 / 24;
+  if (aSummary.dtLastCheck <= 0) return false;
+  return dtNow > (aSummary.dtNextDue > 0 ? aSummary.dtNextDue : aSummary.dtLastCheck + dWithoutSchedule);
+}
+
+std::string LogWords::LastCheck(const LogSummary& aSummary, DateTime dtNow) {
+  const auto lAge = SecondsBetween(aSummary.dtLastCheck, dtNow);
+  const auto szMoment = Moment(aSummary.dtLastCheck);
+  return lAge < 0 ? szMoment : FillResString(IDS_LOG_AGE, {szMoment, Length(lAge)});
+}
+
+std::string LogWords::Headline(const LogSummary& aSummary, DateTime dtNow) {
   const auto lDown = aSummary.Count(SiteState::Down);
   const auto lWarning = aSummary.Count(SiteState::Warning);
   const auto lWatched = lDown + lWarning + aSummary.Count(SiteState::Up);
-  const auto szWatched = Count(lWatched);
   if (aSummary.lEntries == 0) return LoadResString(IDS_LOG_HEAD_EMPTY);
   if (lWatched == 0) return LoadResString(IDS_LOG_HEAD_NONE);
-  if (lDown > 0 && lWatched == 1) return LoadResString(IDS_LOG_HEAD_DOWN_ONLY);
+  const bool bThen = Overdue(aSummary, dtNow);
+  const auto lFailed = lDown > 0 ? lDown : lWarning;
+  const auto Pick = [&](StringId iIs, StringId iWas) {
+    return FillResString(bThen ? iWas : iIs, {Count(lWatched), Count(lFailed), LastCheck(aSummary, dtNow)});
+  };
+  if (lFailed == 0)
+    return lWatched == 1 ? Pick(IDS_LOG_HEAD_UP_ONE, IDS_LOG_HEAD_WAS_UP_ONE)
+                         : Pick(IDS_LOG_HEAD_UP_ALL, IDS_LOG_HEAD_WAS_UP_ALL);
   if (lDown > 0)
-    return FillResString(lDown == 1 ? IDS_LOG_HEAD_DOWN_ONE : IDS_LOG_HEAD_DOWN, {szWatched, Count(lDown)});
-  if (lWarning > 0 && lWatched == 1) return LoadResString(IDS_LOG_HEAD_WARNING_ONLY);
-  if (lWarning > 0)
-    return FillResString(lWarning == 1 ? IDS_LOG_HEAD_WARNING_ONE : IDS_LOG_HEAD_WARNING,
-                         {szWatched, Count(lWarning)});
-  return lWatched == 1 ? LoadResString(IDS_LOG_HEAD_UP_ONE) : FillResString(IDS_LOG_HEAD_UP_ALL, {szWatched});
+    return lWatched == 1  ? Pick(IDS_LOG_HEAD_DOWN_ONLY, IDS_LOG_HEAD_WAS_DOWN_ONLY)
+           : lFailed == 1 ? Pick(IDS_LOG_HEAD_DOWN_ONE, IDS_LOG_HEAD_WAS_DOWN_ONE)
+                          : Pick(IDS_LOG_HEAD_DOWN, IDS_LOG_HEAD_WAS_DOWN);
+  return lWatched == 1  ? Pick(IDS_LOG_HEAD_WARNING_ONLY, IDS_LOG_HEAD_WAS_WARNING_ONLY)
+         : lFailed == 1 ? Pick(IDS_LOG_HEAD_WARNING_ONE, IDS_LOG_HEAD_WAS_WARNING_ONE)
+                        : Pick(IDS_LOG_HEAD_WARNING, IDS_LOG_HEAD_WAS_WARNING);
 }
 
-std::vector<std::string> LogWords::Lead(const LogSummary& aSummary) {
-  constexpr std::size_t lMostNamed = 5;
-  std::vector<std::string> aLead;
-  if (aSummary.lEntries == 0) return aLead;
+namespace {
+
+constexpr std::size_t lMostNamed = 5;
+
+// The sites that are failing at the end of the log.
+std::size_t TellFailing(const LogSummary& aSummary, std::vector<std::string>& aLead) {
   std::size_t lNamed = 0;
-  std::size_t lOutages = 0;
-  const SiteSummary* pWorst = nullptr;
-  for (const auto lSite : ByInterest(aSummary)) {
+  for (const auto lSite : LogWords::ByInterest(aSummary)) {
     const auto& aSite = aSummary.aSites[lSite];
-    lOutages += aSite.aOutages.size();
-    const auto* const pLongest = aSite.Longest();
-    if (pLongest && (!pWorst || pLongest->lSeconds > pWorst->Longest()->lSeconds)) pWorst = &aSite;
-    if (aSite.iCurrent != SiteState::Down && aSite.iCurrent != SiteState::Warning) continue;
-    if (++lNamed > lMostNamed) continue;
-    const auto& aOutage = aSite.aOutages.back();
-    const auto szSince = Moment(aOutage.dtFrom);
-    if (aSite.iCurrent == SiteState::Warning)
-      aLead.push_back(FillResString(IDS_LOG_HEAD_WARNING_SITE, {NameOf(aSite), szSince, AnswerOf(aOutage)}));
-    else
+    const auto* pRun = aSite.Current();
+    if (!pRun || ++lNamed > lMostNamed) continue;
+    const auto szSince = LogWords::Moment(pRun->dtFrom);
+    if (aSite.iCurrent == SiteState::Warning) {
       aLead.push_back(
-          FillResString(aOutage.bStartKnown ? IDS_LOG_HEAD_DOWN_SITE : IDS_LOG_HEAD_DOWN_SITE_LEAST,
-                        {NameOf(aSite), szSince, OutageLength(aOutage), AnswerOf(aOutage)}));
+          FillResString(IDS_LOG_HEAD_WARNING_SITE, {LogWords::Name(aSite), szSince, AnswerOf(*pRun)}));
+      continue;
+    }
+    aLead.push_back(
+        FillResString(pRun->bStartKnown ? IDS_LOG_HEAD_DOWN_SITE : IDS_LOG_HEAD_DOWN_SITE_LEAST,
+                      {LogWords::Name(aSite), szSince, LogWords::OutageLength(*pRun), AnswerOf(*pRun)}));
+    if (pRun->dtRestarted > 0)
+      aLead.back() += ". " + FillResString(IDS_LOG_RESTARTED, {LogWords::Moment(pRun->dtRestarted)});
   }
   if (lNamed > lMostNamed)
-    aLead.push_back(FillResString(IDS_LOG_HEAD_MORE_SITES, {Count(lNamed - lMostNamed)}));
+    aLead.push_back(FillResString(IDS_LOG_HEAD_MORE_SITES, {LogWords::Count(lNamed - lMostNamed)}));
+  return lNamed;
+}
+
+// The outages of which nobody heard, or late, because a mail could not be sent; the latest first.
+void TellUntold(const LogSummary& aSummary, std::vector<std::string>& aLead) {
+  std::size_t lUntold = 0;
+  for (const auto& [pSite, pRun] : LogTables::Outages(aSummary, LogTables::Runs::Both)) {
+    const auto aFailed = std::ranges::find(pRun->aMails, false, &MailAttempt::bSent);
+    const auto* pSent = pRun->FirstSent();
+    // What was told before has been told.
+    if (aFailed == pRun->aMails.end() || (pSent && pSent->dtMoment < aFailed->dtMoment)) continue;
+    if (++lUntold > lMostNamed) continue;
+    const auto szFailed = LogWords::Moment(aFailed->dtMoment);
+    aLead.push_back(pSent ? FillResString(IDS_LOG_UNTOLD_FOR,
+                                          {LogWords::Name(*pSite),
+                                           LogWords::Length(SecondsBetween(pRun->dtFrom, pSent->dtMoment)),
+                                           szFailed, LogWords::Moment(pSent->dtMoment)})
+                          : FillResString(IDS_LOG_UNTOLD,
+                                          {LogWords::Name(*pSite), LogWords::OutageLength(*pRun), szFailed}));
+  }
+  if (lUntold > lMostNamed)
+    aLead.push_back(FillResString(IDS_LOG_UNTOLD_MORE, {LogWords::Count(lUntold - lMostNamed)}));
+}
+
+// How many outages and hiccups there were, and who comes and goes.
+void TellFailures(const LogSummary& aSummary, std::size_t lFailing, std::vector<std::string>& aLead) {
+  std::size_t lOutages = 0, lHiccups = 0;
+  const SiteSummary* pWorst = nullptr;
+  for (const auto& aSite : aSummary.aSites) {
+    lOutages += aSite.aOutages.size();
+    lHiccups += aSite.aHiccups.size() - (aSite.iCurrent == SiteState::Warning ? 1 : 0);
+    const auto* const pLongest = aSite.Longest();
+    if (pLongest && (!pWorst || pLongest->lSeconds > pWorst->Longest()->lSeconds)) pWorst = &aSite;
+  }
   if (lOutages == 0) aLead.push_back(LoadResString(IDS_LOG_NO_OUTAGES));
-  if (pWorst && lOutages > lNamed)
-    aLead.push_back(lOutages == 1 ? FillResString(IDS_LOG_OUTAGES_ONE,
-                                                  {NameOf(*pWorst), OutageLength(*pWorst->Longest())})
-                                  : FillResString(IDS_LOG_OUTAGES_MANY, {Count(lOutages), NameOf(*pWorst),
-                                                                         OutageLength(*pWorst->Longest())}));
+  if (pWorst && lOutages > lFailing)
+    aLead.push_back(
+        lOutages == 1
+            ? FillResString(IDS_LOG_OUTAGES_ONE,
+                            {LogWords::Name(*pWorst), LogWords::OutageLength(*pWorst->Longest())})
+            : FillResString(IDS_LOG_OUTAGES_MANY, {LogWords::Count(lOutages), LogWords::Name(*pWorst),
+                                                   LogWords::OutageLength(*pWorst->Longest())}));
+  if (lHiccups > 0)
+    aLead.push_back(
+        FillResString(lHiccups == 1 ? IDS_LOG_HICCUPS_ONE : IDS_LOG_HICCUPS, {LogWords::Count(lHiccups)}));
+  std::size_t lFlappingSites = 0;
+  for (const auto& aSite : aSummary.aSites)
+    if (const auto lMost = aSite.MostFailuresADay(); lMost >= lFlapping && ++lFlappingSites <= lMostNamed)
+      aLead.push_back(FillResString(IDS_LOG_FLAPS, {LogWords::Name(aSite), LogWords::Count(lMost)}));
+}
+
+}  // namespace
+
+std::vector<std::string> LogWords::Lead(const LogSummary& aSummary, DateTime dtNow) {
+  std::vector<std::string> aLead;
+  if (aSummary.lEntries == 0) return aLead;
+  if (Overdue(aSummary, dtNow) && aSummary.dtNextDue > 0)
+    aLead.push_back(
+        FillResString(IDS_LOG_OVERDUE, {Moment(aSummary.dtLastCheck), Moment(aSummary.dtNextDue)}));
+  else if (aSummary.dtLastCheck > 0)
+    aLead.push_back(FillResString(IDS_LOG_AS_OF, {LastCheck(aSummary, dtNow)}));
+  const auto lFailing = TellFailing(aSummary, aLead);
+  TellUntold(aSummary, aLead);
+  TellFailures(aSummary, lFailing, aLead);
   return aLead;
+}
+
+int LogWords::Rank(SiteState iState) {
+  switch (iState) {
+    case SiteState::Down:
+      return 0;
+    case SiteState::Warning:
+      return 1;
+    case SiteState::Up:
+      return 2;
+    default:
+      return 3;
+  }
 }
 
 std::vector<std::size_t> LogWords::ByInterest(const LogSummary& aSummary) {
   const auto& aSites = aSummary.aSites;
   std::vector<std::size_t> aOrder(aSites.size());
   std::iota(aOrder.begin(), aOrder.end(), std::size_t{0});
-  const auto Rank = [&](std::size_t lSite) {
-    switch (aSites[lSite].iCurrent) {
-      case SiteState::Down:
-        return 0;
-      case SiteState::Warning:
-        return 1;
-      case SiteState::Up:
-        return 2;
-      default:
-        return 3;
-    }
-  };
+  const auto RankOf = [&](std::size_t lSite) { return Rank(aSites[lSite].iCurrent); };
   std::stable_sort(aOrder.begin(), aOrder.end(), [&](std::size_t lLeft, std::size_t lRight) {
-    if (Rank(lLeft) != Rank(lRight)) return Rank(lLeft) < Rank(lRight);
-    return aSites[lLeft].aOutages.size() > aSites[lRight].aOutages.size();
+    if (RankOf(lLeft) != RankOf(lRight)) return RankOf(lLeft) < RankOf(lRight);
+    const auto &aOne = aSites[lLeft], &aOther = aSites[lRight];
+    return std::pair(aOne.aOutages.size(), aOne.aHiccups.size()) >
+           std::pair(aOther.aOutages.size(), aOther.aHiccups.size());
   });
   return aOrder;
 }

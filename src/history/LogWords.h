@@ -19,7 +19,9 @@ std::string Day(DateTime dtMoment);               // Tue Jan 6 2026
 std::string MomentToSecond(DateTime dtMoment);    // Tue Jan 6 2026, 2:05:44 PM
 std::string MomentForSorting(DateTime dtMoment);  // 2026-01-06 14:05:44
 std::string Share(std::uint64_t lPart,
-                  std::uint64_t lWhole);      // 99.93%, never rounded up to 100; "-" of nothing
+                  std::uint64_t lWhole);  // 99.93%, never rounded up to 100; "-" of nothing
+std::string Share(const Availability& aAvailability);
+std::string Name(const SiteSummary& aSite);   // of bounded length
 std::string State(const SiteSummary& aSite);  // in words: how it stood at the end
 StringId StateName(SiteState iState);
 StringId OutcomeName(Outcome iOutcome);
@@ -27,6 +29,8 @@ StringId OutcomeName(Outcome iOutcome);
 // How an outage ended and how long it was, in words.
 std::string OutageEndWords(const Outage& aOutage);
 std::string OutageLength(const Outage& aOutage);
+// When it was told by mail, every attempt; "-" where none was made.
+std::string Mails(const Outage& aOutage);
 
 // How many passes lack their start or end line, and what that means.
 std::string BrokenOff(const LogSummary& aSummary);
@@ -37,10 +41,18 @@ std::string Checks(const LogSummary& aSummary);
 std::string Gap(const StateInterval& aGap);
 std::vector<std::string> Gaps(const LogSummary& aSummary);
 
+// True where a pass should have begun by now and none has, so that what the log says is no longer how it is.
+bool Overdue(const LogSummary& aSummary, DateTime dtNow);
+// The time of the newest check, and how long ago that was.
+std::string LastCheck(const LogSummary& aSummary, DateTime dtNow);
+
 // What one would want to read first: how many are down, which, since when. One sentence a text, bytes as
-// logged.
-std::string Headline(const LogSummary& aSummary);
-std::vector<std::string> Lead(const LogSummary& aSummary);
+// logged. Of a log that is overdue it says how things were.
+std::string Headline(const LogSummary& aSummary, DateTime dtNow);
+std::vector<std::string> Lead(const LogSummary& aSummary, DateTime dtNow);
+
+// The order of interest: down 0, warning 1, up 2, else 3.
+int Rank(SiteState iState);
 
 // The sites in the order of interest: down, warning, then by outages; as places in aSummary.aSites.
 std::vector<std::size_t> ByInterest(const LogSummary& aSummary);

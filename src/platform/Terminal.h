@@ -5,6 +5,8 @@ namespace Terminal {
 
 bool OutputIsTerminal();  // standard output
 bool ErrorIsTerminal();   // standard error
+// How many characters a line of the terminal on standard output holds; 0 where it is none, or does not say.
+int Columns();
 // Colour is wanted: a terminal, TERM is not "dumb", NO_COLOR is not set (no-color.org).
 bool ColourWanted();
 

@@ -35,7 +35,6 @@ TEST_F(Cli, WhateverIsWrongIsOneLineAndChangesNothing) {
       {{"registry", "import", aHome.Path("torn.reg")}, "is not imported"},
       {{"registry", "export", aHome.Path("no/such/folder/x.reg")}, "cannot be written"},
       {{"log", aHome.Path("missing.kvl")}, "cannot be read"},
-      {{"log"}, "FILE"},
       {{"alert"}, "--preview"},
       {{"alert", "--preview", "808"}, "no result code"},
       {{"alert", "--preview", "404", "--site", "2"}, "no site 2"},

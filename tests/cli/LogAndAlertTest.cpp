@@ -1,4 +1,6 @@
 // log and alert --test.
+#include <nlohmann/json.hpp>
+
 #include "cli/Cli.h"
 #include "servers/SmtpServer.h"
 #include "support/Stored.h"
@@ -51,4 +53,49 @@ TEST_F(Cli, LogIsShownAndExportedAndNeverOverwritten) {
   EXPECT_THAT(aHome.Read("o.htm"), AllOf(HasSubstr("</html>"), HasSubstr("404 File Not Found")));
   EXPECT_THAT(aHome.Read("o.csv"), HasSubstr("404 File Not Found"));
   EXPECT_EQ(aHome.Read("D-20261121.kvl"), szLog);
+}
+
+TEST_F(Cli, LogAnswersWhatIsAskedOfIt) {
+  const std::string szLog =
+      "[START CHECK: AUTO - 11/21/2026 5:44:21 PM]\r\n"
+      "11/21/2026 5:44:22 PM,http://a.invalid,Site OK,0,,1\r\n"
+      "11/21/2026 5:44:23 PM,http://b.invalid,404 File Not Found,0,,4\r\n[END CHECK]\r\n"
+      "[START CHECK: AUTO - 11/21/2026 5:49:21 PM]\r\n"
+      "11/21/2026 5:49:22 PM,http://a.invalid,Site OK,0,,1\r\n"
+      "11/21/2026 5:49:23 PM,http://b.invalid,404 File Not Found,0,E-mail Notification Sent,2\r\n"
+      "[END CHECK]\r\n";
+  aHome.Write("Logs/D-20261121.kvl", szLog);
+  aHome.Write("D.kvl", szLog);
+  aHome.Write("letter.txt", "Dear reader,\r\nthis is no log.\r\n");
+  const auto szPath = aHome.Path("D.kvl");
+  const struct {
+    std::vector<std::string> aArguments;
+    int iCode;
+    const char *szShown, *szNotShown;
+  } aCases[] = {
+      {{"log"}, 0, "5:49:23 PM,http://b.invalid", nullptr},  // the folder of the settings
+      {{"log", szPath, "--site", "A.INV"}, 0, "5:49:22 PM,http://a.invalid", "b.invalid"},
+      {{"log", szPath, "--site", "http://c"}, 2, "", nullptr},
+      {{"log", szPath, "--failures"}, 0, "5:44:23 PM,http://b.invalid", "a.invalid"},
+      {{"log", szPath, "--outages"}, 0, "sent after 5 min", "a.invalid"},
+      {{"log", szPath, "--outages", "--site", "a.invalid"}, 0, "There was no outage.", "b.invalid"},
+      {{"log", szPath, "--summary"}, 0, "b.invalid  Sat Nov 21 2026, 5:44 PM", nullptr},
+      {{"log", szPath, "--json", "--failures"}, 0, R"("site":"b.invalid","outcome":"Down")", "a.invalid"},
+      {{"log", szPath, "--csv", "-"}, 0, "b.invalid,http://b.invalid,Down", "Written"},
+      {{"log", szPath, "--html", "-"}, 0, "</html>", nullptr},
+      {{"log", aHome.Path("letter.txt")}, 2, "", nullptr},
+  };
+  for (const auto& aCase : aCases) {
+    const auto szAsked = testing::PrintToString(aCase.aArguments);
+    const Result aResult = Run(aCase.aArguments);
+    EXPECT_EQ(aResult.iCode, aCase.iCode) << szAsked << aResult.szErrors;
+    EXPECT_THAT(aResult.szOutput, HasSubstr(aCase.szShown)) << szAsked;
+    if (aCase.szNotShown) {
+      EXPECT_THAT(aResult.szOutput, testing::Not(HasSubstr(aCase.szNotShown))) << szAsked;
+    }
+  }
+  const auto aTold = nlohmann::json::parse(Run({"log", szPath, "--summary", "--json"}).szOutput);
+  ASSERT_EQ(aTold.size(), 2U);
+  EXPECT_EQ(aTold[1]["failures"][0]["mails"][0]["sent"], true);
+  EXPECT_EQ(aTold[1]["failures"][0]["seconds"], 300);
 }

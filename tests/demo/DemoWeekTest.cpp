@@ -6,6 +6,7 @@
 #include "demo/DemoWeek.h"
 #include "history/LogHtml.h"
 #include "history/LogSummaryText.h"
+#include "platform/Clock.h"
 #include "platform/Files.h"
 #include "support/LogScript.h"
 #include "support/WellFormed.h"
@@ -23,13 +24,18 @@ TEST(DemoWeek, IsToldByItsPage) {
   LogHistory aHistory;
   ASSERT_TRUE(aHistory.Open({aHome.Path("week") + Files::chSeparator + "Logs"}));
   const auto aSummary = Summarise(aHistory);
-  const auto szPage = LogHtml::Compose(aHistory, aSummary);
-  const auto szAll = LogSummaryText::Compose(aSummary) + szPage;
-  for (const auto* szPart : {"1 of 6 sites is down.\n", "has been down since Sun Jan 11 2026, 5:2",
-                             "(323 on schedule, 3 started by hand)", "10 sent, 1 could not be sent",
-                             "96.93%        1  4 h 17 min", "<span>1 of 6 sites is down.</span>",
-                             "Not watched: Fri Jan 9 2026, 8:52 PM to Sat Jan 10 2026, 9:10 AM (12 h 18 min)",
-                             "and 12 h 18 min not watched", "E-mail Notification Failed"})
+  const StandingClock aClock(AddMinutes(aSummary.dtTo, 10));
+  LogHtml::Limits aLimits;
+  aLimits.bEveryEntry = true;
+  const auto szPage = LogHtml::Compose(aHistory, aSummary, aLimits);
+  const auto szAll = LogSummaryText::Compose(aSummary, Clock::Now()) + szPage;
+  for (const auto* szPart :
+       {"1 of 6 sites is down.\n", "has been down since Sun Jan 11 2026, 5:2",
+        "(323 on schedule, 3 started by hand)", "10 sent, 1 could not be sent",
+        "Nobody was told of partner.example.net/feed for 14 h", "the next went out on Sat Jan 10 2026, 9:1",
+        "of the last 24 hours, ", "<span>1 of 6 sites is down.</span>",
+        "Not watched: Fri Jan 9 2026, 8:52 PM to Sat Jan 10 2026, 9:10 AM (12 h 18 min)",
+        "and 12 h 18 min not watched", "E-mail Notification Failed"})
     EXPECT_NE(szAll.find(szPart), std::string::npos) << szPart << " in\n" << szAll.substr(0, 2000);
   EXPECT_EQ(Occurrences(szPage, "scope=\"rowgroup\""), 326U);
   EXPECT_EQ(szPage.find("src="), std::string::npos) << "nothing is loaded from elsewhere";

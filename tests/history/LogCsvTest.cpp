@@ -12,7 +12,7 @@ TEST(LogCsv, HoldsEveryLineQuotedAndDisarmed) {
   aScript.Raw("=torn \"line\"\r\n").End().Raw("12/30/1899 12:00:00 AM,http://c,Site OK,1,,1\r\n");
   Opened aHistory(aHome, aScript.szText);
   const std::string szHead =
-      "Round started,Round kind,Checked at,Site,Address,Outcome,Answer,Seconds,Remarks,Class\r\n";
+      "Pass started,Pass kind,Checked at,Site,Address,Outcome,Answer,Seconds,Remarks,Class\r\n";
   const std::string szRows =
       "2026-01-05 08:00:00,by hand,2026-01-05 08:00:00,\"a/x,y\",\"http://a/x,y\",Up,Site OK,1,,1\r\n"
       "2026-01-05 08:00:00,by hand,2026-01-05 08:00:01,'=b,(1) http://=b; (2) http://10.0.0.1,Down,"

@@ -53,8 +53,36 @@ TEST(LogHtml, ShowsTheLastWholePassesOfALongLog) {
   LogHtml::Limits aLimits;
   aLimits.lLines = 4 * 300 + 2;
   aLimits.lSites = 1;
+  aLimits.bEveryEntry = true;
   const auto szPage = PageOf(aHome, aScript.szText, aLimits);
   EXPECT_EQ(Occurrences(szPage, "scope=\"rowgroup\""), 300U);
   EXPECT_EQ(Occurrences(szPage, "role=\"img\""), 1U);
   EXPECT_NE(szPage.find("This page holds the last 1,200 of 2,400 lines."), std::string::npos);
+}
+
+TEST(LogHtml, HoldsTheEntriesAroundFailuresUnlessAllAreWanted) {
+  TestHome aHome;
+  LogScript aScript;
+  for (const char* szStory : {"UU", "UU", "UW", "UD", "UU", "UU", "UU"}) {
+    aScript.Start();
+    for (const auto& szSite : {"a", "b"}) {
+      const char chState = szStory[szSite[0] - 'a'];
+      if (chState == 'U') aScript.Up(szSite);
+      if (chState == 'W') aScript.Warn(szSite);
+      if (chState == 'D') aScript.Down(szSite);
+    }
+    aScript.End().After(30);
+  }
+  auto szPage = PageOf(aHome, aScript.szText);
+  EXPECT_EQ(Occurrences(szPage, "scope=\"rowgroup\""), 3U);
+  EXPECT_EQ(Occurrences(szPage, "<td>http://a</td>"), 0U);
+  EXPECT_EQ(Occurrences(szPage, "<td>http://b</td>"), 3U) << "once, down, up again";
+  EXPECT_EQ(Occurrences(szPage, ">2 passes in which no check failed<"), 2U);
+  EXPECT_NE(szPage.find("This page holds 3 of 28 lines"), std::string::npos);
+  ExpectWellFormed(aHome, szPage);
+  LogHtml::Limits aLimits;
+  aLimits.bEveryEntry = true;
+  szPage = PageOf(aHome, aScript.szText, aLimits);
+  EXPECT_EQ(Occurrences(szPage, "scope=\"rowgroup\""), 7U);
+  EXPECT_EQ(Occurrences(szPage, "<td>http://a</td>"), 7U);
 }

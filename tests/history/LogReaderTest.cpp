@@ -66,7 +66,7 @@ TEST(LogHistory, SurvivesAnyBytes) {
         .After(30);
   std::string szBytes = aScript.szText.substr(0, 3000) + std::string(10'000'000, 'x') + "\r\n";
   std::mt19937 aRandom(1);
-  for (int lRound = 0; lRound < 500; ++lRound) {
+  for (int lPass = 0; lPass < 500; ++lPass) {
     auto szPiece = aScript.szText.substr(aRandom() % 50000, 300);
     for (int lFlip = 0; lFlip < 12; ++lFlip)
       szPiece[aRandom() % szPiece.size()] = static_cast<char>(aRandom());

@@ -5,6 +5,9 @@
 
 #include "history/LogStrip.h"
 #include "history/LogSummary.h"
+#include "history/LogSummaryText.h"
+#include "history/LogTables.h"
+#include "history/LogWords.h"
 #include "support/LogScript.h"
 
 namespace {
@@ -34,11 +37,18 @@ std::string Passes(const std::string& szStory) {
   return aScript.szText;
 }
 
+std::string Minutes(std::int64_t lSeconds) {
+  return std::to_string((lSeconds + 30) / 60);
+}
+
+const SiteSummary& SiteA(const LogSummary& aSummary) {
+  return *std::ranges::find(aSummary.aSites, "a", &SiteSummary::szSite);
+}
+
 // from-to(minutes down, minutes unwatched) in minutes since the start; "<" marks what may have been earlier.
-std::string Outages(const SiteSummary& aSite) {
+std::string Told(const std::vector<Outage>& aOutages) {
   std::string szAll;
-  const auto Minutes = [](std::int64_t lSeconds) { return std::to_string((lSeconds + 30) / 60); };
-  for (const auto& aOutage : aSite.aOutages) {
+  for (const auto& aOutage : aOutages) {
     szAll += (aOutage.bStartKnown ? "" : "<") + Minutes(SecondsBetween(dtMonday, aOutage.dtFrom)) + "-" +
              (aOutage.bEndKnown ? "" : "<") + Minutes(SecondsBetween(dtMonday, aOutage.dtTo));
     szAll += aOutage.iEnd == OutageEnd::Recovered   ? ""
@@ -53,38 +63,162 @@ std::string Outages(const SiteSummary& aSite) {
 
 TEST(LogSummary, TellsEachSitesStory) {
   const struct {
-    const char *szStory, *szOutages;
+    const char *szStory, *szOutages, *szHiccups;
     std::uint32_t lChecks, lSuccesses;
     char chCurrent;
   } aCases[] = {
-      {"UWDDU", "30-120(90,0) ", 5, 2, 'U'},      {"UWDD", "30-<90still(60,0) ", 4, 1, 'D'},
-      {"UUWD|DDU", "60-780(90,630) ", 7, 3, 'U'}, {"UUWD|UU", "60-<720(30,630) ", 6, 4, 'U'},
-      {"UWDXXXU", "30-<180(60,90) ", 4, 2, 'U'},  {"UWDXX", "30-<90lost(60,0) ", 3, 1, 'X'},
-      {"UWD...", "30-<90lost(60,0) ", 3, 1, '?'}, {"UUSU", "", 3, 3, 'U'},
+      {"UWDDU", "30-120(90,0) ", "", 5, 2, 'U'},
+      {"UWDD", "30-<90still(60,0) ", "", 4, 1, 'D'},
+      {"UUWD|DDU", "60-780(90,630) ", "", 7, 3, 'U'},
+      {"UUWD|UU", "60-<720(30,630) ", "", 6, 4, 'U'},
+      {"UWDXXXU", "30-<180(60,90) ", "", 4, 2, 'U'},
+      {"UWDXX", "30-<90lost(60,0) ", "", 3, 1, 'X'},
+      {"UWD...", "30-<90lost(60,0) ", "", 3, 1, '?'},
+      {"UUSU", "", "", 3, 3, 'U'},
+      // One failed check alone is no outage.
+      {"UWUUWU", "", "30-60(30,0) 120-150(30,0) ", 6, 4, 'U'},
+      {"UUW", "", "60-<60still(0,0) ", 3, 2, 'W'},
+      // After a restart the second failure in a row is logged as a first one.
+      {"UWW", "30-<60still(30,0) ", "", 3, 1, 'D'},
+      {"UWDDWDU", "30-180(150,0) ", "", 7, 2, 'U'},
+      {"UW|WU", "30-690(30,630) ", "", 4, 2, 'U'},
   };
   for (const auto& aCase : aCases) {
     SCOPED_TRACE(aCase.szStory);
     const auto aSummary = Of(Passes(aCase.szStory));
-    const auto& aSite = *std::ranges::find(aSummary.aSites, "a", &SiteSummary::szSite);
-    EXPECT_EQ(Outages(aSite), aCase.szOutages);
-    EXPECT_TRUE(aSite.lChecks == aCase.lChecks && aSite.lSuccesses == aCase.lSuccesses);
+    const auto& aSite = SiteA(aSummary);
+    EXPECT_EQ(Told(aSite.aOutages), aCase.szOutages);
+    EXPECT_EQ(Told(aSite.aHiccups), aCase.szHiccups);
+    EXPECT_EQ(aSite.lChecks, aCase.lChecks);
+    EXPECT_EQ(aSite.lSuccesses, aCase.lSuccesses);
     EXPECT_EQ("?UWDX"[static_cast<std::size_t>(aSite.iCurrent)], aCase.chCurrent);
   }
 }
 
+// A failing site is asked again after 5 minutes instead of 30: by its checks it would look worse than it was.
+TEST(LogSummary, MeasuresAvailabilityByTimeNotByChecks) {
+  LogScript aScript;
+  const auto Pass = [&](bool bUp, double dMinutes) {
+    const auto dtNext = AddMinutes(aScript.dtNow, dMinutes);
+    aScript.Start();
+    (bUp ? aScript.Up("a") : aScript.Down("a")).End().dtNow = dtNext;
+  };
+  for (int i = 0; i < 96; ++i)  // two good days
+    Pass(true, 30);
+  for (int i = 0; i < 12; ++i)  // an hour down
+    Pass(false, 5);
+  for (int i = 0; i < 46; ++i)  // and up until 24 hours after it began
+    Pass(true, 30);
+  aScript.Start().Up("a").End();
+  const auto aSummary = Of(aScript.szText);
+  const auto& aSite = SiteA(aSummary);
+  const auto Hours = [](std::int64_t lSeconds) { return (lSeconds + 1800) / 3600; };
+  const auto& aDay = aSite.aAvailability.front();
+  EXPECT_EQ(Hours(aDay.lWatched), 24);
+  EXPECT_EQ(Hours(aDay.lUp), 23);
+  const auto& aAll = aSite.aAvailability.back();
+  EXPECT_EQ(Hours(aAll.lWatched), 72);
+  EXPECT_EQ(Hours(aAll.lUp), 71);
+  EXPECT_EQ(LogWords::Share(aAll), "98.61%");
+  EXPECT_EQ(LogWords::Share(aSite.lSuccesses, aSite.lChecks), "92.25%");
+  using enum LogTables::SiteColumn;
+  const auto aColumns = LogTables::SiteColumns(aSummary);
+  EXPECT_TRUE(std::ranges::count(aColumns, UpDay) == 1 && std::ranges::count(aColumns, UpWeek) == 0)
+      << "the log is not as long as a week";
+}
+
+TEST(LogSummary, TellsEveryMailAndWhoHeardNothing) {
+  LogScript aScript;
+  const auto Fail = [&](int lClass, const char* szComment) {
+    aScript.Start().Entry("http://a", "500 Internal Server Error", lClass, szComment).End().After(30);
+  };
+  aScript.Start().Up("a").End().After(30);
+  Fail(4, "");
+  Fail(2, "E-mail Notification Failed (Missing SMTP)");
+  Fail(2, "");
+  Fail(4, "");  // a restart
+  Fail(2, "E-mail Notification Sent");
+  aScript.Start().Up("a").End().After(30);
+  Fail(4, "");
+  Fail(2, "<SPAN class=\"Emphasis\">IP Check Performed</SPAN>; E-mail Notification Sent");
+  aScript.Start().Up("a").End();
+  const auto aSummary = Of(aScript.szText);
+  const auto aRows = LogTables::Outages(aSummary);
+  ASSERT_EQ(aRows.size(), 2U);
+  const auto Mail = [&](std::size_t lRow) {
+    return LogTables::Cell(aRows[lRow], LogTables::OutageColumn::Mail);
+  };
+  EXPECT_EQ(Mail(0), "sent after 30 min");
+  EXPECT_EQ(Mail(1),
+            "could not be sent Mon Jan 5 2026, 9:00 AM; "
+            "sent Mon Jan 5 2026, 10:30 AM, 2 h after the first failure");
+  const auto szAll = LogSummaryText::Compose(aSummary, aScript.dtNow);
+  EXPECT_NE(szAll.find("Nobody was told of a for 2 h: the mail of Mon Jan 5 2026, 9:00 AM could not be sent, "
+                       "the next went out on Mon Jan 5 2026, 10:30 AM.\n"),
+            std::string::npos)
+      << szAll;
+  EXPECT_NE(szAll.find("not sent: a, Mon Jan 5 2026, 9:00 AM\n"), std::string::npos) << szAll;
+}
+
+TEST(LogSummary, SaysWhatStandsAtTheEndAndWhetherItIsStillTrue) {
+  const struct {
+    const char* szStory;
+    double dMinutesLater;
+    const char* szTold;
+  } aCases[] = {
+      {"UUUUU", 29, "All 2 sites are up.\nLast check: Mon Jan 5 2026, 10:00 AM (29 min ago).\n"},
+      {"UUUUU", 31, "All 2 sites are up.\n"},
+      {"UUUUU", 240,
+       "All 2 sites were up at the last check, Mon Jan 5 2026, 10:00 AM (4 h ago).\n"
+       "No check has run since Mon Jan 5 2026, 10:00 AM, though one was due by Mon Jan 5 2026, 10:32 AM."},
+      {"UUUUW", 10, "1 of 2 sites failed its last check.\n"},
+      // Down before the program was started again, and down after.
+      {"UUWWW", 10,
+       "1 of 2 sites is down.\nLast check: Mon Jan 5 2026, 10:00 AM (10 min ago).\n"
+       "a has been down since Mon Jan 5 2026, 9:00 AM (1 h): 404 File Not Found. It failed again at "
+       "Mon Jan 5 2026, 10:00 AM, after a restart.\n"},
+      {"WUWUWUWU", 10, "a comes and goes: within 24 hours it failed 4 times.\n"},
+      {"UUWUU", 10, "1 single check failed"},
+  };
+  for (const auto& aCase : aCases) {
+    const auto aSummary = Of(Passes(aCase.szStory));
+    const auto szTold =
+        LogSummaryText::Compose(aSummary, AddMinutes(aSummary.dtLastCheck, aCase.dMinutesLater));
+    EXPECT_NE(szTold.find(aCase.szTold), std::string::npos) << aCase.szStory << "\n" << szTold;
+  }
+}
+
 // Told to the minute of the checks, however wide a minute is painted.
-TEST(LogStrip, TellsTheRealTimes) {
+TEST(LogSummary, StripsTellTheRealTimes) {
   const auto aSummary = Of(Passes("UUUUWDDUUUUUUUUUUUU|UUUUUUUUUU"));
   const LogStrip::Scale aScale(aSummary, 40);  // half an hour and more a column
-  const auto& aSite = *std::ranges::find(aSummary.aSites, "a", &SiteSummary::szSite);
-  const auto aColumns = LogStrip::Columns(aScale, aSite);
-  const auto At = [&](double dMinutes) {
-    const auto lColumn = aScale.Column(AddMinutes(dtMonday, dMinutes));
+  const auto& aSite = SiteA(aSummary);
+  const auto At = [&](DateTime dtMoment) {
+    const auto aColumns = LogStrip::Columns(aScale, aSite);
+    const auto lColumn = aScale.Column(dtMoment);
     return LogStrip::Words(aScale, aSite, aColumns[static_cast<std::size_t>(lColumn)], lColumn, lColumn + 1);
   };
-  EXPECT_EQ(At(10), "Up: Mon Jan 5 2026, 8:00 AM to Mon Jan 5 2026, 10:00 AM");
-  EXPECT_EQ(At(200), "Down: Mon Jan 5 2026, 10:30 AM to Mon Jan 5 2026, 11:30 AM");
-  EXPECT_EQ(At(900), "Not watched: Mon Jan 5 2026, 5:00 PM to Tue Jan 6 2026, 3:30 AM");
+  EXPECT_EQ(At(AddMinutes(dtMonday, 10)), "Up: Mon Jan 5 2026, 8:00 AM to Mon Jan 5 2026, 10:00 AM");
+  EXPECT_EQ(At(AddMinutes(dtMonday, 140)), "Down: Mon Jan 5 2026, 10:00 AM to Mon Jan 5 2026, 11:30 AM");
+  EXPECT_EQ(At(AddMinutes(dtMonday, 900)), "Not watched: Mon Jan 5 2026, 5:00 PM to Tue Jan 6 2026, 3:30 AM");
+}
+
+TEST(LogSummary, FitsTheTerminal) {
+  LogScript aScript;
+  const std::string szLong = "www.example.com/" + std::string(80, 'x') + "/end";
+  for (int i = 0; i < 80; ++i)
+    aScript.Start().Up(szLong).Down("b").End().After(30);
+  const auto aSummary = Of(aScript.szText);
+  for (const std::size_t lColumns : {80, 100, 120}) {
+    std::istringstream aLines(LogSummaryText::Sites(aSummary, lColumns));
+    bool bShortened = false;
+    for (std::string szLine; std::getline(aLines, szLine);) {
+      EXPECT_LE(szLine.size(), lColumns) << szLine;
+      bShortened = bShortened || (szLine.starts_with("www.ex") && szLine.find("...") != std::string::npos &&
+                                  szLine.find("x/end  Up") != std::string::npos);
+    }
+    EXPECT_TRUE(bShortened);
+  }
 }
 
 TEST(LogSummary, FindsGapsByTheUsualDistance) {

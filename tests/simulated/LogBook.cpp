@@ -1,6 +1,7 @@
 #include "simulated/LogBook.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "history/LogHistory.h"
@@ -31,6 +32,7 @@ std::string FolderOf(const std::string& szPath) {
 struct LogBook::Tally {
   struct Outage {
     std::uint32_t lFailures = 0, lSent = 0, lFailed = 0;
+    bool bDown = false;  // failed again, in one run of the program or in two
     bool bOver = false;
   };
   std::uint32_t lChecks = 0, lSuccesses = 0;
@@ -48,6 +50,7 @@ void LogBook::Tally::Count(const Line& aLine) {
     ++lChecks;
     if (aOutages.empty() || aOutages.back().bOver) aOutages.emplace_back();
     ++aOutages.back().lFailures;
+    if (aLine.iKind == Kind::Down || aOutages.back().lFailures > 1) aOutages.back().bDown = true;
     aOutages.back().lSent += aLine.bSent ? 1 : 0;
     aOutages.back().lFailed += aLine.bFailed ? 1 : 0;
   }
@@ -164,19 +167,26 @@ bool LogBook::ReadBack(bool bNow) {
     const auto& aTally = pTally->second;
     RequireSame("the checks that the log tells of " + aSite.szSite, aSite.lChecks, aTally.lChecks);
     RequireSame("the successes that the log tells of " + aSite.szSite, aSite.lSuccesses, aTally.lSuccesses);
-    RequireSame("the outages that the log tells of " + aSite.szSite,
-                static_cast<std::int64_t>(aSite.aOutages.size()),
-                static_cast<std::int64_t>(aTally.aOutages.size()));
-    for (std::size_t i = 0; i < aTally.aOutages.size(); ++i) {
-      const auto& aIs = aSite.aOutages[i];
-      const auto& aMust = aTally.aOutages[i];
-      const auto szOutage = "outage " + std::to_string(i + 1) + " of " + aSite.szSite + ": ";
-      RequireSame(szOutage + "failures", aIs.lFailures, aMust.lFailures);
-      RequireSame(szOutage + "mails sent", aIs.lMailsSent, aMust.lSent);
-      RequireSame(szOutage + "mails failed", aIs.lMailsFailed, aMust.lFailed);
-      RequireSame(szOutage + "over", aIs.iEnd == OutageEnd::Recovered ? 1 : 0, aMust.bOver ? 1 : 0);
-      ++lOutages;
-    }
+    // Failures, an outage or a hiccup, mails sent, mails failed, over. In no order: on a clock that was set
+    // back the times tell none.
+    std::vector<std::array<std::int64_t, 5>> aTold, aMust;
+    for (const auto* pRuns : {&aSite.aOutages, &aSite.aHiccups})
+      for (const auto& aRun : *pRuns) {
+        const auto lFailed = static_cast<std::int64_t>(aRun.MailsFailed());
+        aTold.push_back({aRun.lFailures, aRun.bDown, std::ssize(aRun.aMails) - lFailed, lFailed,
+                         aRun.iEnd == OutageEnd::Recovered});
+      }
+    for (const auto& aRun : aTally.aOutages)
+      aMust.push_back({aRun.lFailures, aRun.bDown, aRun.lSent, aRun.lFailed, aRun.bOver});
+    std::ranges::sort(aTold);
+    std::ranges::sort(aMust);
+    RequireSame("the failures that the log tells of " + aSite.szSite, std::ssize(aTold), std::ssize(aMust));
+    for (std::size_t i = 0; i < aMust.size(); ++i)
+      for (std::size_t lPart = 0; lPart < aMust[i].size(); ++lPart)
+        RequireSame("failure " + std::to_string(i + 1) + " of " + aSite.szSite + ", part " +
+                        std::to_string(lPart + 1),
+                    aTold[i][lPart], aMust[i][lPart]);
+    lOutages += std::ssize(aMust);
   }
   return true;
 }

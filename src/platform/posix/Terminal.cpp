@@ -2,6 +2,7 @@
 
 #include <poll.h>
 #include <signal.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -30,6 +31,11 @@ bool Terminal::OutputIsTerminal() {
 
 bool Terminal::ErrorIsTerminal() {
   return isatty(STDERR_FILENO) == 1;
+}
+
+int Terminal::Columns() {
+  winsize aSize{};
+  return ioctl(STDOUT_FILENO, TIOCGWINSZ, &aSize) == 0 ? aSize.ws_col : 0;
 }
 
 bool Terminal::ColourWanted() {

@@ -58,6 +58,12 @@ bool Terminal::ErrorIsTerminal() {
   return IsConsoleForText(STD_ERROR_HANDLE);
 }
 
+int Terminal::Columns() {
+  CONSOLE_SCREEN_BUFFER_INFO aInfo{};
+  if (!GetConsoleScreenBufferInfo(GetStdHandle(STD_OUTPUT_HANDLE), &aInfo)) return 0;
+  return aInfo.srWindow.Right - aInfo.srWindow.Left;  // one less: a full line would wrap
+}
+
 bool Terminal::ColourWanted() {
   const char* szTerm = std::getenv("TERM");
   const char* szNoColour = std::getenv("NO_COLOR");

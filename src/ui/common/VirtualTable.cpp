@@ -71,8 +71,7 @@ class VirtualTable::Rows_ : public wxListView {
 VirtualTable::VirtualTable(wxWindow* pParent, const std::vector<Column>& aColumnList)
     : wxPanel(pParent), aColumns(aColumnList) {
   lvwRows = new Rows_(this);
-  for (const auto& aColumn : aColumns)
-    lvwRows->AppendColumn(ResText(aColumn.lTitle), aColumn.bRight ? wxLIST_FORMAT_RIGHT : wxLIST_FORMAT_LEFT);
+  AppendColumns();
   pixHint = new wxPanel(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxBORDER_THEME);
   pixHint->SetBackgroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_LISTBOX));
   lblHint =
@@ -122,6 +121,7 @@ VirtualTable::VirtualTable(wxWindow* pParent, const std::vector<Column>& aColumn
     if (lRow >= 0) lAnchor = lRow;
     aEvent.Skip();
   });
+  lvwRows->Bind(wxEVT_LIST_COL_CLICK, [this](wxListEvent& aEvent) { ChooseSort(aEvent.GetColumn()); });
 }
 
 // The list tells of its focus while it goes. It goes while there is a table to tell, and who would listen
@@ -130,6 +130,33 @@ VirtualTable::~VirtualTable() {
   Activated = nullptr;
   Selected = nullptr;
   DestroyChildren();
+}
+
+void VirtualTable::AppendColumns() {
+  for (const auto& aColumn : aColumns)
+    lvwRows->AppendColumn(ResText(aColumn.lTitle), aColumn.bRight ? wxLIST_FORMAT_RIGHT : wxLIST_FORMAT_LEFT);
+}
+
+void VirtualTable::SetColumns(const std::vector<Column>& aColumnList) {
+  if (std::ranges::equal(aColumns, aColumnList, {}, &Column::lTitle, &Column::lTitle)) return;
+  aColumns = aColumnList;
+  iSortColumn = -1;
+  bWidthsChosen = false;
+  lvwRows->DeleteAllColumns();
+  AppendColumns();
+  FitColumns();
+}
+
+void VirtualTable::ChooseSort(int iColumn) {
+  if (!SortChosen || iColumn < 0) return;
+  const bool bSame = iColumn == iSortColumn;
+  iSortColumn = bSame && bSortDescending ? -1 : iColumn;
+  bSortDescending = bSame && !bSortDescending;
+  if (iSortColumn < 0)
+    lvwRows->RemoveSortIndicator();
+  else
+    lvwRows->ShowSortIndicator(iSortColumn, !bSortDescending);
+  SortChosen();
 }
 
 bool VirtualTable::ExtendByKey(const wxKeyEvent& aEvent) {

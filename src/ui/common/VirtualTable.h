@@ -28,6 +28,9 @@ class VirtualTable : public wxPanel {
   ~VirtualTable() override;
   VirtualTable(const VirtualTable&) = delete;
   VirtualTable& operator=(const VirtualTable&) = delete;
+  // Other columns; their widths are chosen anew, and nothing is sorted by them yet. The same ones change
+  // nothing.
+  void SetColumns(const std::vector<Column>& aColumnList);
 
   // How the rows look; Cell answers UTF-8.
   std::function<std::string(std::size_t lRow, int iColumn)> Cell;
@@ -36,6 +39,11 @@ class VirtualTable : public wxPanel {
   // Enter or a double click.
   std::function<void(std::size_t lRow)> Activated;
   std::function<void()> Selected;
+  // A click on a header chose another order: once sorts up, once more down, a third time ends it. Unset:
+  // headers do nothing.
+  std::function<void()> SortChosen;
+  int SortColumn() const { return iSortColumn; }  // -1: the table's own order
+  bool SortDescending() const { return bSortDescending; }
 
   void SetRows(std::size_t lRows);
   std::size_t Rows() const { return static_cast<std::size_t>(lvwRows->GetItemCount()); }
@@ -68,13 +76,17 @@ class VirtualTable : public wxPanel {
 
  private:
   class Rows_;
+  void AppendColumns();
   void FitColumns();
   // Shift with a key or a click. The lists' own anchors do not follow a row that was gone to by command.
   bool ExtendByKey(const wxKeyEvent& aEvent);
   void ExtendTo(long lRow);
+  void ChooseSort(int iColumn);
 
   std::vector<Column> aColumns;
   bool bWidthsChosen = false;
+  int iSortColumn = -1;
+  bool bSortDescending = false;
   long lAnchor = -1;  // where a selection that is extended begins; -1 none yet
   bool bExtending = false;
   wxListView* lvwRows;

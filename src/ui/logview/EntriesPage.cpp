@@ -15,6 +15,7 @@
 #include "history/LogWords.h"
 #include "ui/common/TextGlue.h"
 #include "ui/common/TextStyle.h"
+#include "ui/logview/StateLook.h"
 
 namespace {
 
@@ -29,9 +30,9 @@ const std::vector<VirtualTable::Column> aEntryColumns = {{IDS_LOG_COL_TIME, "12/
                                                          {IDS_LOG_COL_SECONDS, nullptr, 0, true},
                                                          {IDS_LOG_COL_REMARKS, nullptr, 30}};
 
-// A round's count stands before its name: what is on the right is cut first when the window is narrow.
+// A pass's count stands before its name: what is on the right is cut first when the window is narrow.
 LogColumn Shown(LogColumn iColumn, LogRows::Kind iKind) {
-  if (iKind != LogRows::Kind::Round) return iColumn;
+  if (iKind != LogRows::Kind::Pass) return iColumn;
   return iColumn == LogColumn::Address  ? LogColumn::Answer
          : iColumn == LogColumn::Answer ? LogColumn::Address
                                         : iColumn;
@@ -50,7 +51,7 @@ EntriesPage::EntriesPage(wxWindow* pParent) : wxPanel(pParent) {
   lvwEntries->LightOf = [this](std::size_t lRow, int iColumn) { return LightOf(lRow, iColumn); };
   lvwEntries->StyleOf = [this](std::size_t lRow) {
     const auto iKind = aRows.KindOf(lRow);
-    return iKind == LogRows::Kind::Round ? VirtualTable::Style::Heading
+    return iKind == LogRows::Kind::Pass  ? VirtualTable::Style::Heading
            : iKind == LogRows::Kind::Gap ? VirtualTable::Style::Aside
                                          : VirtualTable::Style::Plain;
   };
@@ -93,15 +94,19 @@ void EntriesPage::BuildFilterBar() {
   pRow->Add(cmdClear, wxSizerFlags().CentreVertical().Border(wxALL, FromDIP(4)));
   fraFilter->SetSizer(pRow);
 
-  const auto Choice = [this](const wxString& szName, std::uint32_t lMask) {
-    cboOutcome->Append(szName);
-    aOutcomes.push_back(lMask);
+  using Remark = LogFilter::Remark;
+  const auto Append = [this](StringId iName, std::uint32_t lMask, Remark iRemark = Remark::Any) {
+    cboOutcome->Append(ResText(iName));
+    aChoices.push_back({lMask, iRemark});
   };
-  Choice(ResText(IDS_VIEW_ALL_OUTCOMES), LogFilter::lEvery);
-  Choice(ResText(IDS_VIEW_ALL_FAILURES), LogFilter::Bit(Outcome::Down) | LogFilter::Bit(Outcome::Warning));
+  Append(IDS_VIEW_ALL_OUTCOMES, LogFilter::lEvery);
+  Append(IDS_VIEW_ALL_FAILURES, LogFilter::Bit(Outcome::Down) | LogFilter::Bit(Outcome::Warning));
   for (const auto iOutcome :
        {Outcome::Up, Outcome::Warning, Outcome::Down, Outcome::Disabled, Outcome::None, Outcome::Unread})
-    Choice(ResText(LogWords::OutcomeName(iOutcome)), LogFilter::Bit(iOutcome));
+    Append(LogWords::OutcomeName(iOutcome), LogFilter::Bit(iOutcome));
+  Append(IDS_VIEW_MAILS, LogFilter::lEvery, Remark::Mail);
+  Append(IDS_VIEW_MAILS_FAILED, LogFilter::lEvery, Remark::FailedMail);
+  Append(IDS_VIEW_IP_CHECKS, LogFilter::lEvery, Remark::IPCheck);
   cboOutcome->SetSelection(0);
 
   cboSite->Bind(wxEVT_CHOICE, [this](wxCommandEvent&) { Refilter(); });
@@ -143,18 +148,7 @@ void EntriesPage::BuildFindBar() {
 
 VirtualTable::Light EntriesPage::LightOf(std::size_t lRow, int iColumn) const {
   if (static_cast<LogColumn>(iColumn) != LogColumn::Result) return VirtualTable::lNone;
-  switch (aRows.OutcomeOf(lRow)) {
-    case Outcome::Up:
-      return VirtualTable::lGreen;
-    case Outcome::Warning:
-      return VirtualTable::lYellow;
-    case Outcome::Down:
-      return VirtualTable::lRed;
-    case Outcome::Disabled:
-      return VirtualTable::lGrey;
-    default:
-      return VirtualTable::lNone;
-  }
+  return StateLook::LightOf(StateOf(aRows.OutcomeOf(lRow)));
 }
 
 void EntriesPage::Open(const LogHistory* pNew) {
@@ -194,7 +188,9 @@ void EntriesPage::ReadFilter() {
   const bool bSite = pHistory && iSite > 0 && static_cast<std::size_t>(iSite) <= pHistory->Sites().size() &&
                      static_cast<std::size_t>(iSite) <= lMostSites;
   aFilter.szSite = bSite ? pHistory->Sites()[static_cast<std::size_t>(iSite) - 1] : std::string();
-  aFilter.lOutcomes = aOutcomes[static_cast<std::size_t>(std::max(0, cboOutcome->GetSelection()))];
+  const auto& aChoice = aChoices[static_cast<std::size_t>(std::max(0, cboOutcome->GetSelection()))];
+  aFilter.lOutcomes = aChoice.lOutcomes;
+  aFilter.iRemark = aChoice.iRemark;
   aFilter.szWords = FromWx(txtWords->GetValue());
 }
 
@@ -217,7 +213,7 @@ void EntriesPage::Refill(bool bKeepPlace) {
   const auto lTop = lvwEntries->TopRow();
   const long lFocus = lvwEntries->Focused();
   LogRows aNew;
-  if (pHistory) aNew.Build(*pHistory, aFilter, bRounds);
+  if (pHistory) aNew.Build(*pHistory, aFilter, bPasses);
   const bool bContinues = aNew.Continues(aRows);
   const auto Place = [&](std::size_t lRow) {
     return lRow < aRows.Count() ? aNew.RowOf(aRows.RefOf(lRow)) : std::nullopt;
@@ -244,8 +240,8 @@ wxString EntriesPage::Hint() const {
   return ResText(pHistory->Lines().empty() ? IDS_VIEW_HINT_EMPTY : IDS_VIEW_HINT_FILTERED);
 }
 
-void EntriesPage::GroupByRound(bool bGroup) {
-  bRounds = bGroup;
+void EntriesPage::GroupByPass(bool bGroup) {
+  bPasses = bGroup;
   Refilter();
 }
 
@@ -300,7 +296,9 @@ void EntriesPage::FindAgain(bool bForward) {
                          : std::optional(static_cast<std::size_t>(lFocus));
   const auto lFound = aRows.Find(lFrom, szWords, bForward);
   const bool bWrapped = lFound && lFrom && (bForward ? *lFound <= *lFrom : *lFound >= *lFrom);
-  lblFound->SetLabel(!lFound    ? ResText(IDS_VIEW_FIND_NONE)
+  const bool bHidden = !lFound && Filtered() && LogFind::Next(*pHistory, pHistory->Lines(), {}, szWords);
+  lblFound->SetLabel(bHidden    ? ResText(IDS_VIEW_FIND_HIDDEN)
+                     : !lFound  ? ResText(IDS_VIEW_FIND_NONE)
                      : bWrapped ? ResText(IDS_VIEW_FIND_WRAPPED)
                                 : wxString());
   if (lFound)
@@ -311,15 +309,13 @@ void EntriesPage::FindAgain(bool bForward) {
 
 void EntriesPage::GoToFailure(bool bForward) {
   const long lFocus = lvwEntries->Focused();
-  const auto lRow =
-      aRows.Count() == 0
-          ? std::nullopt
-          : aRows.FindFailure(lFocus < 0 ? std::nullopt : std::optional(static_cast<std::size_t>(lFocus)),
-                              bForward);
-  if (lRow)
-    GoTo(*lRow);
-  else
-    wxBell();
+  const auto lFrom = lFocus < 0 ? std::nullopt : std::optional(static_cast<std::size_t>(lFocus));
+  const auto lRow = aRows.Count() == 0 ? std::nullopt : aRows.FindFailure(lFrom, bForward);
+  if (!lRow) wxBell();
+  if (lRow) GoTo(*lRow);
+  const bool bWrapped = lRow && lFrom && (bForward ? *lRow <= *lFrom : *lRow >= *lFrom);
+  if (Remarked && (!lRow || bWrapped))
+    Remarked(!lRow ? IDS_VIEW_NO_FAILURE : bForward ? IDS_VIEW_FROM_BEGINNING : IDS_VIEW_FROM_END);
 }
 
 void EntriesPage::ShowDetails() {

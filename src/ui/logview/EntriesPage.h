@@ -8,7 +8,9 @@
 #include <cstddef>
 #include <functional>
 #include <string>
+#include <vector>
 
+#include "base/Strings.h"
 #include "history/LogFilter.h"
 #include "history/LogHistory.h"
 #include "history/LogRows.h"
@@ -30,7 +32,7 @@ class EntriesPage : public wxPanel {
   // that one at the end stays at the end.
   void Follow(const LogHistory* pNew);
 
-  void GroupByRound(bool bGroup);
+  void GroupByPass(bool bGroup);
   void ShowEverything();
   void ShowSite(const std::string& szSite);
   void ShowFailure(const std::string& szSite, DateTime dtMoment);
@@ -41,6 +43,8 @@ class EntriesPage : public wxPanel {
 
   const LogRows& Rows() const { return aRows; }
   bool Filtered() const { return !aFilter.Empty(); }
+  // Something to tell that belongs to no row.
+  std::function<void(StringId iText)> Remarked;
   // After any change of what is shown.
   std::function<void()> Changed;
 
@@ -68,9 +72,13 @@ class EntriesPage : public wxPanel {
   const LogHistory* pHistory = nullptr;
   LogFilter aFilter;
   LogRows aRows;
-  bool bRounds = true;
+  bool bPasses = true;
   wxPanel* fraFilter;
   wxSplitterWindow* pSplitter;
   wxTimer tmrWords;
-  std::vector<std::uint32_t> aOutcomes;  // the masks behind cboOutcome
+  struct Choice {
+    std::uint32_t lOutcomes;
+    LogFilter::Remark iRemark;
+  };
+  std::vector<Choice> aChoices;  // behind cboOutcome
 };

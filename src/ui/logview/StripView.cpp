@@ -9,24 +9,12 @@
 #include "base/Utf8.h"
 #include "history/LogWords.h"
 #include "ui/common/TextGlue.h"
+#include "ui/logview/StateLook.h"
 
 namespace {
 
 constexpr std::size_t lMostNameBytes = 200;
 constexpr int lBandUnits = 24;
-
-wxColour ColourOf(SiteState iState) {
-  switch (iState) {
-    case SiteState::Up:
-      return {0x1f, 0x9d, 0x45};
-    case SiteState::Warning:
-      return {0xf7, 0xc5, 0x1d};
-    case SiteState::Down:
-      return {0xd2, 0x2f, 0x2f};
-    default:
-      return {0x8a, 0x94, 0x9e};
-  }
-}
 
 void PaintBand(wxDC& aDC, const wxRect& aStrip, SiteState iState, int lFrom, int lPast) {
   const auto aBand = LogStrip::BandOf(iState);
@@ -36,12 +24,12 @@ void PaintBand(wxDC& aDC, const wxRect& aStrip, SiteState iState, int lFrom, int
   if (iState == SiteState::Unwatched || iState == SiteState::Disabled) {
     // Dashes and dots: there is nothing to see here.
     const int lPiece = std::max(2, iState == SiteState::Unwatched ? aStrip.height / 4 : aStrip.height / 10);
-    aDC.SetBrush(wxBrush(ColourOf(iState)));
+    aDC.SetBrush(wxBrush(StateLook::ColourOf(iState)));
     for (int lAt = 0; lAt < aArea.width; lAt += 2 * lPiece)
       aDC.DrawRectangle(aArea.x + lAt, aArea.y, std::min(lPiece, aArea.width - lAt), aArea.height);
     return;
   }
-  aDC.SetBrush(wxBrush(ColourOf(iState)));
+  aDC.SetBrush(wxBrush(StateLook::ColourOf(iState)));
   aDC.DrawRectangle(aArea);
   if (iState == SiteState::Up || aArea.width < 4) return;
   aDC.SetBrush(iState == SiteState::Down ? wxBrush(wxColour(0x7d, 0x0f, 0x16), wxBRUSHSTYLE_CROSSDIAG_HATCH)

@@ -1,5 +1,5 @@
 // SummaryPage: what a history says as a whole: how things stand, what was covered, each site in a row and as
-// a strip. OutagesPage: every outage with its start, end and length.
+// a strip.
 #pragma once
 
 #include <wx/panel.h>
@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "history/LogSummary.h"
+#include "history/LogTables.h"
 
 class StripView;
 class VirtualTable;
@@ -24,6 +25,8 @@ class SummaryPage : public wxPanel {
 
   // nullptr: no log is open. It has to stay until the next call.
   void ShowLog(const LogSummary* pNew);
+  // What is said depends on the time too; call this when some has gone by.
+  void ShowAge();
   // A site was chosen to be looked at.
   std::function<void(const std::string& szSite)> SiteChosen;
 
@@ -33,33 +36,21 @@ class SummaryPage : public wxPanel {
   StripView* picStrips;
 
  private:
-  std::string Cell(std::size_t lRow, int iColumn) const;
+  const SiteSummary& SiteAt(std::size_t lRow) const { return pSummary->aSites[aOrder[lRow]]; }
+  LogTables::SiteColumn ColumnAt(int iColumn) const { return aColumns[static_cast<std::size_t>(iColumn)]; }
+  void ShowColumns();
+  void PutInOrder();
   void ShowFacts();
+  void FitFacts();
+  void FitHeadline();
   void PlaceSash();
 
   const LogSummary* pSummary = nullptr;
   std::vector<std::size_t> aOrder;
+  std::vector<LogTables::SiteColumn> aColumns;
+  std::string szToldAge;
+  int lWrappedAt = 0;  // width of the page for which the headline is broken
   wxStaticBitmap* imgLight;
   wxSplitterWindow* pSplitter;
   bool bSashPlaced = false;
-};
-
-class OutagesPage : public wxPanel {
- public:
-  explicit OutagesPage(wxWindow* pParent);
-
-  void ShowLog(const LogSummary* pNew);
-  std::function<void(const std::string& szSite, DateTime dtMoment)> OutageChosen;
-
-  VirtualTable* lvwOutages;
-
- private:
-  struct Place {
-    std::size_t lSite, lOutage;
-  };
-  std::string Cell(std::size_t lRow, int iColumn) const;
-  const Outage& OutageOf(std::size_t lRow) const;
-
-  const LogSummary* pSummary = nullptr;
-  std::vector<Place> aPlaces;  // the latest first
 };

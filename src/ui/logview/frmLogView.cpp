@@ -13,6 +13,7 @@
 #include "base/Utf8.h"
 #include "history/LogCsv.h"
 #include "history/LogFiles.h"
+#include "history/LogGaps.h"
 #include "history/LogHtml.h"
 #include "history/LogWords.h"
 #include "platform/Clock.h"
@@ -21,6 +22,7 @@
 #include "ui/common/TextGlue.h"
 #include "ui/common/frmHelp.h"
 #include "ui/logview/EntriesPage.h"
+#include "ui/logview/OutagesPage.h"
 #include "ui/logview/SummaryPage.h"
 #include "ui/system/WindowScale.h"
 
@@ -92,6 +94,7 @@ void frmLogView::BuildPages() {
     EnableCommands();
   });
   pixEntries->Changed = [this] { ShowCounts(); };
+  pixEntries->Remarked = [this](StringId iText) { SetStatusText(ResText(iText)); };
   pixSummary->SiteChosen = [this](const std::string& szSite) {
     RunCommand(Command::mV_Entries);
     pixEntries->ShowSite(szSite);
@@ -140,15 +143,18 @@ bool frmLogView::OpenLogs(const std::vector<std::string>& aPaths) {
   aLaterLogs = LaterLogs();
   pixEntries->Open(pNew.get());  // lets go of the old one
   pHistory = std::move(pNew);
-  bSummaryShown = false;
-  // Of a folder one wants to know first how things went.
-  if (Files::FolderExists(aPaths.front())) tabPages->SetSelection(1);
+  bSummaryShown = bOverdueTold = bDueKnown = false;
+  // Of what is over, or of many logs, one wants to know first how it went.
+  if (aPaths.size() > 1 || Files::FolderExists(aPaths.front()) || OverdueNow()) tabPages->SetSelection(1);
   ShowSummary();
   ShowTitle();
   ShowCounts();
   ShowNotice();
   EnableCommands();
-  if (tabPages->GetSelection() == 0 && pixEntries->Rows().Count() > 0) pixEntries->lvwEntries->TakeFocus();
+  if (tabPages->GetSelection() == 0)
+    pixEntries->lvwEntries->TakeFocus();
+  else if (tabPages->GetSelection() == 1)
+    pixSummary->lvwSites->TakeFocus();
   return true;
 }
 
@@ -159,7 +165,7 @@ void frmLogView::ReadAgain() {
   if (!pNew) return;
   pixEntries->Follow(pNew.get());
   pHistory = std::move(pNew);
-  bSummaryShown = false;
+  bSummaryShown = bOverdueTold = bDueKnown = false;
   ShowSummary();
   ShowCounts();
   ShowNotice();
@@ -183,10 +189,38 @@ void frmLogView::tmrFollow_Timer() {
   }
   if (pHistory->Update()) {
     pixEntries->Follow(pHistory.get());
-    bSummaryShown = false;
+    bSummaryShown = bDueKnown = false;
     ShowCounts();
   }
   ShowSummary();
+  ShowOverdue();
+  pixSummary->ShowAge();
+}
+
+bool frmLogView::OverdueNow() {
+  constexpr double dWithoutSchedule = 2.0 / 24;
+  if (!bDueKnown) {
+    bDueKnown = true;
+    dtLast = 0;
+    for (const auto aRef : pHistory->Passes())
+      dtLast = std::max(dtLast, pHistory->Pass(aRef).dtLast);
+    dtNextDue = dtLast > 0 ? LogGaps::NextDue(*pHistory) : 0;
+  }
+  return dtLast > 0 && Clock::Now() > (dtNextDue > 0 ? dtNextDue : dtLast + dWithoutSchedule);
+}
+
+// A monitor that is gone, or a disk that is full, leaves a log that looks well and does not grow.
+void frmLogView::ShowOverdue() {
+  const bool bOverdue = OverdueNow() && dtNextDue > 0;
+  if (bOverdue == bOverdueTold) return;
+  bOverdueTold = bOverdue;
+  if (!bOverdue)
+    ShowNotice();
+  else
+    Tell(FillResString(IDS_VIEW_OVERDUE,
+                       {LogWords::Moment(dtLast), LogWords::Length(SecondsBetween(dtLast, Clock::Now())),
+                        LogWords::Moment(dtNextDue)}),
+         true);
 }
 
 // A log that is followed ends when its day or week does; its story goes on in the next file.
@@ -249,20 +283,20 @@ void frmLogView::ShowCounts() {
       SetStatusText("", i);
     return;
   }
-  std::uint64_t lEntries = 0, lUnread = 0, lRounds = 0;
+  std::uint64_t lEntries = 0, lUnread = 0, lPasses = 0;
   for (const auto aRef : pHistory->Passes()) {
     const auto& aPass = pHistory->Pass(aRef);
     lEntries += aPass.lEntries;
     lUnread += aPass.lUnread;
-    lRounds += aPass.bStarted ? 1 : 0;
+    lPasses += aPass.bStarted ? 1 : 0;
   }
   const auto lShown = pixEntries->Rows().Entries();
-  SetStatusText(ToWx(
-      pixEntries->Filtered()
-          ? FillResString(IDS_VIEW_COUNT_SHOWN,
-                          {LogWords::Count(lShown), LogWords::Count(lEntries + lUnread)})
-          : FillResString(IDS_VIEW_COUNT, {Number(lEntries, IDS_VIEW_ENTRIES_ONE, IDS_VIEW_ENTRIES_MANY),
-                                           Number(lRounds, IDS_VIEW_ROUNDS_ONE, IDS_VIEW_ROUNDS_MANY)})));
+  SetStatusText(
+      ToWx(pixEntries->Filtered()
+               ? FillResString(IDS_VIEW_COUNT_SHOWN,
+                               {LogWords::Count(lShown), LogWords::Count(lEntries + lUnread)})
+               : FillResString(IDS_VIEW_COUNT, {Number(lEntries, IDS_VIEW_ENTRIES_ONE, IDS_VIEW_ENTRIES_MANY),
+                                                Number(lPasses, IDS_VIEW_PASS_ONE, IDS_VIEW_PASS_MANY)})));
   SetStatusText(lUnread == 0 ? ResText(IDS_VIEW_UNREAD_NONE)
                              : ToWx(Number(lUnread, IDS_VIEW_UNREAD_ONE, IDS_VIEW_UNREAD_MANY)),
                 1);

@@ -55,7 +55,7 @@ class frmLogView : public wxFrame {
     mV_FilterOutcome,
     mV_FilterWords,
     mV_Everything,
-    mV_Rounds,
+    mV_Passes,
     mV_Follow,
     mV_ReadAgain,
     mH_Topics,
@@ -98,6 +98,8 @@ class frmLogView : public wxFrame {
   std::vector<std::string> NamesInFolders() const;
   std::vector<std::string> LaterLogs() const;
   bool GoOnToNextLog();
+  bool OverdueNow();
+  void ShowOverdue();
   const LogSummary& Summary();
   void ShowSummary();
   void ShowCounts();
@@ -113,6 +115,11 @@ class frmLogView : public wxFrame {
   std::vector<std::string> aOpened;
   std::vector<std::string> aFolderNames;  // of the logs in the opened folders
   std::vector<std::string> aLaterLogs;    // than the last one opened, that were there when it was
+  // The last moment the log tells of, and when the next pass should have begun; see LogGaps. Known until it
+  // grows.
+  DateTime dtLast = 0, dtNextDue = 0;
+  bool bDueKnown = false;
+  bool bOverdueTold = false;  // the notice shown is about that
   bool bFollow = true;
   bool bSummaryShown = false;     // what the pages show is of pSummary
   std::int64_t lSummaryCost = 0;  // milliseconds it took last

@@ -19,6 +19,7 @@
 #include "ui/common/TextGlue.h"
 #include "ui/common/frmHelp.h"
 #include "ui/logview/EntriesPage.h"
+#include "ui/logview/OutagesPage.h"
 #include "ui/logview/SummaryPage.h"
 #include "ui/logview/frmLogView.h"
 
@@ -63,7 +64,7 @@ const Item aView[] = {{Command::mV_Entries, IDS_VIEW_PAGE_ENTRIES, "Ctrl+1"},
                       {Command::mV_FilterWords, IDS_VIEW_FILTER_WORDS, "Ctrl+L"},
                       {Command::mV_Everything, IDS_VIEW_FILTER_NONE, "Ctrl+0"},
                       {Command::lEnd},
-                      {Command::mV_Rounds, IDS_VIEW_ROUNDS, "Ctrl+G", wxITEM_CHECK},
+                      {Command::mV_Passes, IDS_VIEW_PASSES, "Ctrl+G", wxITEM_CHECK},
                       {Command::mV_Follow, IDS_VIEW_FOLLOW, "Ctrl+T", wxITEM_CHECK},
                       {Command::mV_ReadAgain, IDS_VIEW_READ_AGAIN, "F5"}};
 const Item aHelp[] = {{Command::mH_Topics, IDS_HELP_TOPICS, "F1"}};
@@ -100,7 +101,7 @@ void frmLogView::BuildMenus() {
   pBar->Append(BuildMenu(aEdit), ResText(IDS_VIEW_MENU_EDIT));
   pBar->Append(BuildMenu(aView), ResText(IDS_VIEW_MENU_VIEW));
   pBar->Append(BuildMenu(aHelp), ResText(IDS_MENU_HELP));
-  pBar->Check(static_cast<int>(Command::mV_Rounds), true);
+  pBar->Check(static_cast<int>(Command::mV_Passes), true);
   pBar->Check(static_cast<int>(Command::mV_Follow), true);
   SetMenuBar(pBar);
   Bind(wxEVT_MENU, &frmLogView::Menu_Click, this, static_cast<int>(Command::mF_Open),
@@ -175,8 +176,8 @@ bool frmLogView::RunViewCommand(Command iCommand) {
       tabPages->SetSelection(2);
       pixOutages->lvwOutages->TakeFocus();
       return true;
-    case Command::mV_Rounds:
-      pixEntries->GroupByRound(GetMenuBar()->IsChecked(static_cast<int>(iCommand)));
+    case Command::mV_Passes:
+      pixEntries->GroupByPass(GetMenuBar()->IsChecked(static_cast<int>(iCommand)));
       return true;
     case Command::mV_Follow:
       bFollow = GetMenuBar()->IsChecked(static_cast<int>(iCommand));
@@ -237,7 +238,7 @@ std::string frmLogView::CopyText() const {
   if (tabPages->GetSelection() == 0) return pixEntries->lvwEntries->CopyText();
   if (tabPages->GetSelection() == 2) return pixOutages->lvwOutages->CopyText();
   const auto szRows = pixSummary->lvwSites->CopyText();
-  return szRows.empty() && pSummary ? LogSummaryText::Compose(*pSummary) : szRows;
+  return szRows.empty() && pSummary ? LogSummaryText::Compose(*pSummary, Clock::Now()) : szRows;
 }
 
 void frmLogView::ShowHelp() {

@@ -3,10 +3,12 @@
 #include <wx/choice.h>
 #include <wx/notebook.h>
 #include <wx/textctrl.h>
+#include <wx/weakref.h>
 
 #include <algorithm>
 #include <filesystem>
 
+#include "platform/StandingClock.h"
 #include "support/ChildProcess.h"
 #include "support/LogScript.h"
 #include "ui/Operator.h"
@@ -14,6 +16,7 @@
 #include "ui/common/frmHelp.h"
 #include "ui/logview/EntriesPage.h"
 #include "ui/logview/LogView.h"
+#include "ui/logview/OutagesPage.h"
 #include "ui/logview/SummaryPage.h"
 #include "ui/logview/frmLogView.h"
 
@@ -24,22 +27,27 @@ using Command = frmLogView::Command;
 // The viewer as started with some files of its home; the answers are for boxes at the start.
 class Viewer {
  public:
-  Viewer(const std::vector<std::pair<std::string, std::string>>& aFiles,
-         const std::vector<std::string>& aNames, const Texts& aAnswers = {}) {
-    std::vector<std::string> aPaths;
+  Viewer(const std::vector<std::pair<std::string, std::string>>& aFiles, const Texts& aNames,
+         const Texts& aAnswers = {}) {
+    Texts aPaths;
     for (const auto& [szName, szText] : aFiles)
       aHome.Write(szName, szText);
     for (const auto& szName : aNames)
       aPaths.push_back(szName.empty() ? aHome.Folder() : aHome.Path(szName));
     Answers aStart(aAnswers);
     pWindow = LogView::Start(aPaths);
-    PumpFor(0.1);
+    EXPECT_TRUE(Until([&] {
+      return pWindow->History() || aStart.aSaid.size() == std::max<std::size_t>(1, aAnswers.size());
+    }));
   }
   ~Viewer() {
     pWindow->Destroy();
-    PumpFor(0.02);
+    Until([this] { return !pWindow; });
   }
+  Viewer(const Viewer&) = delete;
+  Viewer& operator=(const Viewer&) = delete;
   EntriesPage& Entries() { return *pWindow->pixEntries; }
+  VirtualTable& List() { return *Entries().lvwEntries; }
   long Rows() { return static_cast<long>(Entries().Rows().Count()); }
   std::string Row(long lRow) {
     std::string szRow;
@@ -49,155 +57,260 @@ class Viewer {
     return szRow;
   }
   std::string Status(int iPanel) { return FromWx(pWindow->GetStatusBar()->GetStatusText(iPanel)); }
+  void Choose(wxChoice* cboFilter, const char* szChoice) {
+    cboFilter->SetStringSelection(szChoice);
+    wxCommandEvent aChosen(wxEVT_CHOICE, cboFilter->GetId());
+    cboFilter->ProcessWindowEvent(aChosen);
+  }
+  // Writes the file anew, as if it had grown, and lets the viewer look.
+  void Write(const std::string& szName, const std::string& szText) {
+    aHome.Write(szName, szText);
+    pWindow->tmrFollow_Timer();
+  }
 
   TestHome aHome;
-  frmLogView* pWindow;
+  wxWeakRef<frmLogView> pWindow;
 };
 
-// A hundred rounds over two days; the shop fails from the 32nd to the 53rd, and is asked by IP address.
+void ClickHeader(const VirtualTable& aTable, int iColumn) {
+  wxListEvent aClick(wxEVT_LIST_COL_CLICK, aTable.List()->GetId());
+  aClick.m_col = iColumn;
+  aTable.List()->ProcessWindowEvent(aClick);
+}
+
+std::string Day(int lDay) {
+  return LogScript{AddDays(dtMonday, lDay)}.Start().Up("a.com").End().szText;
+}
+
+// A hundred passes over two days; the shop fails from the 32nd to the 53rd, and is asked by IP address.
 std::string TwoDays() {
   LogScript aScript;
-  for (int lRound = 1; lRound <= 100; ++lRound) {
+  for (int lPass = 1; lPass <= 100; ++lPass) {
     const auto dtNext = AddMinutes(aScript.dtNow, 30);
-    aScript.Start(lRound == 1).Up("www.example.com");
-    if (lRound < 32 || lRound > 53)
+    aScript.Start(lPass == 1).Up("www.example.com");
+    if (lPass < 32 || lPass > 53)
       aScript.Up("shop.example.com");
-    else if (lRound == 33)
+    else if (lPass == 33)
       aScript.Entry("(1) http://shop.example.com<BR>(2) http://192.0.2.17",
                     "(1) Request Timed-Out<BR>(2) Site OK", 2,
                     "<SPAN class=\"Emphasis\">IP Check Performed</SPAN>; E-mail Notification Sent", 21);
     else
-      aScript.Entry("http://shop.example.com", "500 Internal Server Error", lRound == 32 ? 4 : 2, "", 9);
-    if (lRound == 60)
+      aScript.Entry("http://shop.example.com", "500 Internal Server Error", lPass == 32 ? 4 : 2, "", 9);
+    if (lPass == 60)
       aScript.Raw("1/6/2026 9:32:0\r\n").Entry("http://old.example.org", "", 2, "Manually Stopped.");
     aScript.End().dtNow = dtNext;
   }
   return aScript.szText;
 }
 
+// Just after the last pass of those two days: the log is of now.
+const DateTime dtAfterTwoDays = AddMinutes(dtMonday, 100 * 30 - 20);
+
 }  // namespace
 
-TEST(LogView, ShowsFiltersFindsSavesAndLeadsFromAnOutageToItsEntry) {
-  const auto szText = TwoDays();
-  Viewer aViewer({{"W-20260104.kvl", szText}}, {"W-20260104.kvl", "page.htm"});
-  EXPECT_NE(aViewer.aHome.Read("page.htm").find("All 2 sites"), std::string::npos);
-  Answers aAnswers({"ok"});
-  EXPECT_FALSE(aViewer.pWindow->SavePage(aViewer.aHome.Path("W-20260104.kvl")));
-  EXPECT_EQ(aViewer.aHome.Read("W-20260104.kvl"), szText);
-  auto& aEntries = aViewer.Entries();
-  auto& aList = *aEntries.lvwEntries;
+TEST(LogView, ALogOfNowOpensOnItsLastEntry) {
+  const StandingClock aClock(dtAfterTwoDays);
+  Viewer aViewer({{"W-20260104.kvl", TwoDays()}}, {"W-20260104.kvl"});
+  EXPECT_EQ(aViewer.pWindow->tabPages->GetSelection(), 0);
   EXPECT_EQ(aViewer.Row(0), "1/5/2026 8:00:00 AM|Mon|Pass started by hand|2 Up||");
+  EXPECT_EQ(aViewer.List().Focused(), aViewer.Rows() - 1);
   EXPECT_EQ(aViewer.Status(1), "1 line not read");
-  EXPECT_EQ(aList.Focused(), aViewer.Rows() - 1);
-  // Down, at one site: the IP check's marks read as a break and as emphasis, never as tags.
-  aEntries.cboSite->SetSelection(2);
-  aEntries.cboOutcome->SetStringSelection("Down");
-  wxPostEvent(aEntries.cboSite, wxCommandEvent(wxEVT_CHOICE, aEntries.cboSite->GetId()));
-  ASSERT_TRUE(Until([&] { return aViewer.Status(0) == "21 of 202 entries shown"; })) << aViewer.Status(0);
-  aList.GoTo(1);
+}
+
+TEST(LogView, APastLogAndAFolderOpenOnTheSummary) {
+  const StandingClock aClock(AddMinutes(dtAfterTwoDays, 600));
+  Viewer aPast({{"W-20260104.kvl", TwoDays()}}, {"W-20260104.kvl"});
+  EXPECT_EQ(aPast.pWindow->tabPages->GetSelection(), 1);
+  EXPECT_TRUE(FromWx(aPast.pWindow->pixSummary->lblHeadline->GetLabelText())
+                  .starts_with("All 2 sites were up at the"));
+  Viewer aFolder({{"D-20260105.kvl", Day(0)}}, {""});
+  EXPECT_EQ(aFolder.pWindow->tabPages->GetSelection(), 1);
+}
+
+TEST(LogView, KeysSelectFromTheRowThatWasGoneTo) {
+  const StandingClock aClock(dtAfterTwoDays);
+  Viewer aViewer({{"W-20260104.kvl", TwoDays()}}, {"W-20260104.kvl"});
+  const auto Copied = [&] {
+    const auto szText = aViewer.pWindow->CopyText();
+    return std::to_string(std::ranges::count(szText, '\n')) + " rows from " +
+           szText.substr(0, szText.find('\t'));
+  };
+  ASSERT_TRUE(Focused(aViewer.List().List()));
+  const auto szLast = "1 rows from 1/7/2026 9:30:01 AM";
+  EXPECT_EQ(Copied(), szLast) << "a fresh window";
+  Key(WXK_UP, wxMOD_SHIFT);
+  ASSERT_TRUE(Until([&] { return Copied() == "2 rows from 1/7/2026 9:30:00 AM"; })) << Copied();
+  aViewer.pWindow->RunCommand(Command::mE_NextFailure);
+  EXPECT_EQ(Copied(), "1 rows from 1/5/2026 11:30:01 PM");
+  EXPECT_EQ(aViewer.Status(0), "Continued from the beginning.");
+  Key(WXK_DOWN, wxMOD_SHIFT);
+  Key(WXK_DOWN, wxMOD_SHIFT);
+  ASSERT_TRUE(Until([&] { return Copied() == "3 rows from 1/5/2026 11:30:01 PM"; })) << Copied();
+  Key(WXK_DOWN);
+  ASSERT_TRUE(Until([&] { return Copied().starts_with("1 rows"); })) << Copied();
+  const auto lFrom = aViewer.List().Focused();
+  Key(WXK_UP, wxMOD_SHIFT);
+  ASSERT_TRUE(Until([&] { return Copied().starts_with("2 rows") && aViewer.List().Focused() == lFrom - 1; }));
+  aViewer.pWindow->RunCommand(Command::mE_SelectAll);
+  EXPECT_TRUE(Copied().starts_with(std::to_string(aViewer.Rows()) + " rows"));
+}
+
+TEST(LogView, FiltersBySiteResultWordsMailsAndIPChecks) {
+  const StandingClock aClock(dtAfterTwoDays);
+  Viewer aViewer({{"W-20260104.kvl", TwoDays()}}, {"W-20260104.kvl"});
+  auto& aEntries = aViewer.Entries();
+  aViewer.Choose(aEntries.cboSite, "shop.example.com");
+  aViewer.Choose(aEntries.cboOutcome, "Down");
+  EXPECT_EQ(aViewer.Status(0), "21 of 202 entries shown");
+  // The IP check's marks read as a break and as emphasis, never as tags.
+  aViewer.List().GoTo(1);
   EXPECT_EQ(aViewer.pWindow->CopyText(),
             "1/6/2026 12:00:01 AM\tDown\t(1) http://shop.example.com; (2) http://192.0.2.17\t"
             "(1) Request Timed-Out; (2) Site OK\t21\tIP Check Performed; E-mail Notification Sent\n");
   EXPECT_EQ(TextOf(aEntries.txtDetails).find('<'), std::string::npos);
   aViewer.pWindow->RunCommand(Command::mV_Everything);
+  EXPECT_EQ(aViewer.Status(0), "201 entries in 100 passes");
+  for (const char* szChoice : {"IP checks", "Mails"}) {
+    aViewer.Choose(aEntries.cboOutcome, szChoice);
+    EXPECT_EQ(aViewer.Status(0), "1 of 202 entries shown") << szChoice;
+  }
+  aViewer.Choose(aEntries.cboOutcome, "Mails that could not be sent");
+  EXPECT_EQ(aViewer.Status(0), "0 of 202 entries shown");
+  aViewer.pWindow->RunCommand(Command::mV_Everything);
   aEntries.txtWords->SetValue("TIMED-out shop");
   ASSERT_TRUE(Until([&] { return aViewer.Status(0).starts_with("1 of"); })) << aViewer.Status(0);
-  aViewer.pWindow->RunCommand(Command::mV_Everything);
+}
+
+TEST(LogView, FindsAroundTheEndAndSaysWhatAFilterHides) {
+  const StandingClock aClock(dtAfterTwoDays);
+  Viewer aViewer({{"W-20260104.kvl", TwoDays()}}, {"W-20260104.kvl"});
+  auto& aEntries = aViewer.Entries();
+  const auto Find = [&](const char* szWords) {
+    aEntries.txtFind->SetValue(szWords);
+    aViewer.pWindow->RunCommand(Command::mE_FindNext);
+    return FromWx(aEntries.lblFound->GetLabelText());
+  };
   aViewer.pWindow->RunCommand(Command::mE_Find);
-  aEntries.txtFind->SetValue("manually");
-  aList.GoTo(0);
-  aViewer.pWindow->RunCommand(Command::mE_FindNext);
-  EXPECT_NE(aViewer.Row(aList.Focused()).find("Manually Stopped."), std::string::npos);
+  EXPECT_EQ(Find("manually"), "Continued from the other end.");
+  EXPECT_NE(aViewer.Row(aViewer.List().Focused()).find("Manually Stopped."), std::string::npos);
+  EXPECT_EQ(Find("nowhere"), "Not found.");
+  aViewer.Choose(aEntries.cboOutcome, "Up");
+  EXPECT_EQ(Find("manually"), "Not found here, but among the entries that the filter hides.");
+}
+
+TEST(LogView, AnOutageLeadsToItsBeginningInTheUpperThird) {
+  const StandingClock aClock(dtAfterTwoDays);
+  Viewer aViewer({{"W-20260104.kvl", TwoDays()}}, {"W-20260104.kvl"});
   aViewer.pWindow->RunCommand(Command::mV_Outages);
-  const auto& aOutages = *aViewer.pWindow->pixOutages->lvwOutages;
+  auto& aOutages = *aViewer.pWindow->pixOutages->lvwOutages;
   ASSERT_EQ(aOutages.Rows(), 1U);
+  EXPECT_EQ(aOutages.Cell(0, 5), "sent after 30 min");
   aOutages.Activated(0);
   EXPECT_EQ(aViewer.pWindow->tabPages->GetSelection(), 0);
-  const auto lBelowTop = aList.Focused() - static_cast<long>(aList.TopRow());
-  EXPECT_LE(lBelowTop, aList.List()->GetCountPerPage() / 3) << "in the upper third";
-  EXPECT_EQ(aViewer.Row(aList.Focused()),
+  EXPECT_EQ(aViewer.Row(aViewer.List().Focused()),
             "1/5/2026 11:30:01 PM|Failed once|http://shop.example.com|500 Internal Server Error|9|");
+  const auto lBelowTop = aViewer.List().Focused() - static_cast<long>(aViewer.List().TopRow());
+  EXPECT_TRUE(lBelowTop >= 0 && lBelowTop <= aViewer.List().List()->GetCountPerPage() / 3) << lBelowTop;
+}
+
+TEST(LogView, WritesAPageAndNeverOverALog) {
+  const auto szText = TwoDays();
+  Viewer aViewer({{"W-20260104.kvl", szText}}, {"W-20260104.kvl", "page.htm"});
+  ASSERT_TRUE(Until([&] { return !aViewer.aHome.Read("page.htm").empty(); }));
+  EXPECT_NE(aViewer.aHome.Read("page.htm").find("All 2 sites were up"), std::string::npos);
+  Answers aAnswers({"ok"});
+  EXPECT_FALSE(aViewer.pWindow->SavePage(aViewer.aHome.Path("W-20260104.kvl")));
+  EXPECT_EQ(aViewer.aHome.Read("W-20260104.kvl"), szText);
+}
+
+TEST(LogView, HelpIsAboutLogs) {
+  Viewer aViewer({{"D-1.kvl", TwoDays()}}, {"D-1.kvl"});
   const auto aBuilt = std::filesystem::path(ChildProcess::BuiltProgram("LogView")).parent_path();
   std::filesystem::copy_file(aBuilt / "Kestrova.hlp", aViewer.aHome.Path("Kestrova.hlp"));
   aViewer.pWindow->RunCommand(Command::mH_Topics);
   EXPECT_TRUE(Until([] { return frmHelp::Window() && frmHelp::Window()->Page() == "viewer.html"; }));
 }
 
-TEST(LogView, FollowsAFileThatGrowsAndIsCutAndAFolder) {
+TEST(LogView, FollowsAFileThatGrowsAndIsCut) {
+  const StandingClock aClock(dtMonday);
   Viewer aViewer({{"D-1.kvl", ""}}, {"D-1.kvl"});
-  auto& aList = *aViewer.Entries().lvwEntries;
-  const auto Write = [&](const std::string& szText) {
-    aViewer.aHome.Write("D-1.kvl", szText);
-    aViewer.pWindow->tmrFollow_Timer();
-  };
+  auto& aList = aViewer.List();
   auto szText = TwoDays();
-  szText.resize(szText.rfind('['));  // the last round is still running
-  Write(szText);
+  szText.resize(szText.rfind('['));  // the last pass is still running
+  aViewer.Write("D-1.kvl", szText);
   EXPECT_TRUE(aList.AtEnd());
-  Write(szText += "1/6/2026 9:00:00 AM,http://new.example.com,Site OK,1,,1\r\n");
+  aViewer.Write("D-1.kvl", szText += "1/6/2026 9:00:00 AM,http://new.example.com,Site OK,1,,1\r\n");
   EXPECT_EQ(aViewer.Row(aViewer.Rows() - 1), "1/6/2026 9:00:00 AM|Up|http://new.example.com|Site OK|1|");
   EXPECT_TRUE(aList.AtEnd());
   // Not at the end: nothing moves.
   aList.GoTo(20);
   aList.ScrollToTop(15);
   const auto lTop = aList.TopRow();
-  Write(szText += TwoDays());
+  aViewer.Write("D-1.kvl", szText += TwoDays());
   EXPECT_EQ(aList.TopRow(), lTop);
   EXPECT_EQ(aList.Focused(), 20);
-  Write(szText.substr(0, 500));
+  aViewer.Write("D-1.kvl", szText.substr(0, 500));
   EXPECT_LT(aList.Focused(), 12);
+}
 
-  const auto Day = [](int lDay) {
-    return LogScript{AddDays(dtMonday, lDay)}.Start().Up("a.com").End().szText;
-  };
-  Viewer aFolder({{"D-20260108.kvl", Day(8)}, {"D-20260102.kvl", Day(2)}}, {""});
+TEST(LogView, GoesOnToTheNextDaysFileAndToANewOneOfItsFolder) {
+  Viewer aFolder({{"D-20260108.kvl", Day(3)}, {"D-20260102.kvl", Day(-3)}}, {""});
   EXPECT_EQ(aFolder.Status(0), "2 entries in 2 passes");
-  aFolder.aHome.Write("D-20260109.kvl", Day(9));
-  aFolder.pWindow->tmrFollow_Timer();
+  aFolder.Write("D-20260109.kvl", Day(4));
   EXPECT_EQ(aFolder.Status(0), "3 entries in 3 passes");
-}
 
-TEST(LogView, KeysSelectFromTheRowThatWasGoneTo) {
-  Viewer aViewer({{"W-20260104.kvl", TwoDays()}}, {"W-20260104.kvl"});
-  auto& aList = *aViewer.Entries().lvwEntries;
-  const auto Copied = [&] {
-    const auto szText = aViewer.pWindow->CopyText();
-    return std::to_string(std::count(szText.begin(), szText.end(), '\n')) + " from " +
-           szText.substr(0, szText.find('\t'));
-  };
-  ASSERT_TRUE(Focused(aList.List()));
-  EXPECT_EQ(Copied(), "1 from 1/7/2026 9:30:01 AM") << "a fresh window";
-  Key(WXK_UP, wxMOD_SHIFT);
-  ASSERT_TRUE(Until([&] { return Copied() == "2 from 1/7/2026 9:30:00 AM"; })) << Copied();
-  aViewer.pWindow->RunCommand(Command::mE_NextFailure);
-  EXPECT_EQ(Copied(), "1 from 1/5/2026 11:30:01 PM");
-  Key(WXK_DOWN, wxMOD_SHIFT);
-  Key(WXK_DOWN, wxMOD_SHIFT);
-  ASSERT_TRUE(Until([&] { return Copied() == "3 from 1/5/2026 11:30:01 PM"; })) << Copied();
-  Key(WXK_DOWN);
-  ASSERT_TRUE(Until([&] { return Copied().starts_with("1 from"); })) << Copied();
-  const auto lFrom = aList.Focused();
-  Key(WXK_UP, wxMOD_SHIFT);
-  EXPECT_TRUE(Until([&] { return Copied().starts_with("2 from") && aList.Focused() == lFrom - 1; }))
-      << Copied();
-}
-
-TEST(LogView, GoesOnToTheNextDaysFile) {
-  const auto Day = [](int lDay) {
-    return LogScript{AddDays(dtMonday, lDay)}.Start().Up("a.com").End().szText;
-  };
   Viewer aNewest({{"D-20260105.kvl", Day(0)}, {"D-20260104.kvl", Day(-1)}}, {"D-20260105.kvl"});
-  aNewest.aHome.Write("D-20260106.kvl", Day(1));
-  aNewest.pWindow->tmrFollow_Timer();
+  aNewest.Write("D-20260106.kvl", Day(1));
   EXPECT_EQ(aNewest.Status(0), "2 entries in 2 passes") << "midnight";
   aNewest.aHome.Write("D-20260107.kvl", Day(2));
   std::filesystem::remove(aNewest.aHome.Path("D-20260105.kvl"));  // pruned
   aNewest.pWindow->tmrFollow_Timer();
-  EXPECT_EQ(aNewest.Status(0), "2 entries in 2 passes") << "of the two days that are left";
+  EXPECT_EQ(aNewest.Status(0), "2 entries in 2 passes");
+
   Viewer aOld({{"D-20260105.kvl", Day(0)}, {"D-20260106.kvl", Day(1)}}, {"D-20260105.kvl"});
-  aOld.aHome.Write("D-20260107.kvl", Day(2));
-  aOld.pWindow->tmrFollow_Timer();
+  aOld.Write("D-20260107.kvl", Day(2));
   EXPECT_EQ(aOld.Status(0), "1 entry in 1 pass") << "an old day was opened to be looked at";
+}
+
+TEST(LogView, WarnsWhenNothingIsWrittenAnyMore) {
+  StandingClock aClock(dtAfterTwoDays);
+  Viewer aViewer({{"D-1.kvl", TwoDays()}}, {"D-1.kvl"});
+  aViewer.pWindow->RunCommand(Command::mV_Summary);
+  aViewer.pWindow->tmrFollow_Timer();
+  EXPECT_EQ(aViewer.pWindow->Notice(), "");
+  aClock.Advance(4 * 3600);
+  aViewer.pWindow->tmrFollow_Timer();
+  EXPECT_TRUE(aViewer.pWindow->Notice().starts_with("Nothing was written since Wed Jan 7 2026, 9:30 AM (4 h"))
+      << aViewer.pWindow->Notice();
+  LogScript aMore{AddMinutes(dtAfterTwoDays, 4 * 60)};
+  aViewer.Write("D-1.kvl",
+                TwoDays() + aMore.Start().Up("www.example.com").Up("shop.example.com").End().szText);
+  aViewer.pWindow->tmrFollow_Timer();
+  EXPECT_EQ(aViewer.pWindow->Notice(), "");
+}
+
+TEST(LogView, HeadersSortAndTheOrderOutlivesAnUpdate) {
+  const StandingClock aClock(dtAfterTwoDays);
+  LogScript aScript{dtMonday};
+  aScript.Start().Up("b.com").Up("c.com").Down("a.com").End().After(30);
+  Viewer aViewer({{"D-1.kvl", aScript.szText}}, {"D-1.kvl"});
+  aViewer.pWindow->RunCommand(Command::mV_Summary);
+  const auto& aSites = *aViewer.pWindow->pixSummary->lvwSites;
+  const auto Order = [&] {
+    std::string szOrder;
+    for (std::size_t i = 0; i < aSites.Rows(); ++i)
+      szOrder += aSites.Cell(i, 0).substr(0, 1);
+    return szOrder;
+  };
+  EXPECT_EQ(Order(), "abc") << "what is down comes first";
+  ClickHeader(aSites, 0);
+  ClickHeader(aSites, 0);
+  EXPECT_EQ(Order(), "cba");
+  aViewer.Write("D-1.kvl", aScript.Start().Up("d.com").End().szText);
+  ASSERT_TRUE(Until([&] { return aSites.Rows() == 4; }));
+  EXPECT_EQ(Order(), "dcba");
+  ClickHeader(aSites, 0);
+  EXPECT_EQ(Order(), "dabc") << "its own order again: what is no longer checked comes last";
 }
 
 TEST(LogView, HostileMissingAndNoFilesGetPlainWords) {
