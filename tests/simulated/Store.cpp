@@ -10,7 +10,7 @@
 #include <utility>
 
 #include "base/Text.h"
-#include "platform/RegistryReply.h"
+#include "platform/RegistryRules.h"
 #include "simulated/Machine.h"
 
 namespace Simulated {
@@ -20,7 +20,6 @@ namespace {
 using namespace Registry;
 using Store::Value;
 
-constexpr std::size_t lLongestKeyName = 255;
 constexpr Key hUnreadable = 0x7FFFFFFF;  // every call on it answers 5
 
 struct Node {
@@ -89,16 +88,6 @@ void Note(Change aChange) {
   if (TheTree().lBrackets > 0) TheTree().aChanges.push_back(std::move(aChange));
 }
 
-bool Split(std::string_view szPath, std::vector<std::string_view>& aParts) {
-  while (!szPath.empty()) {
-    const auto lEnd = std::min(szPath.find('\\'), szPath.size());
-    if (lEnd > lLongestKeyName) return false;
-    if (lEnd > 0) aParts.push_back(szPath.substr(0, lEnd));
-    szPath.remove_prefix(std::min(lEnd + 1, szPath.size()));
-  }
-  return true;
-}
-
 // The key of a handle. nullptr, and the code, where it is none.
 NodePtr NodeOf(Key hKey, std::int32_t& lCode) {
   auto& aTree = TheTree();
@@ -129,7 +118,7 @@ Key Hold(NodePtr pNode) {
 NodePtr Walk(NodePtr pNode, std::string_view szPath, bool bMake, NodePtr* pParent = nullptr,
              std::string* pLast = nullptr) {
   std::vector<std::string_view> aParts;
-  if (!Split(szPath, aParts)) return nullptr;
+  if (!SplitPath(szPath, aParts)) return nullptr;
   for (const auto szPart : aParts) {
     auto szLower = Text::LowerCase(szPart);
     const auto pFound = pNode->aKeys.find(szLower);

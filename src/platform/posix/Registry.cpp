@@ -1,10 +1,8 @@
 // The nine entry points, on the store.
 #include "platform/Registry.h"
 
-#include <algorithm>
-
 #include "base/Text.h"
-#include "platform/RegistryReply.h"
+#include "platform/RegistryRules.h"
 #include "platform/posix/Store.h"
 #include "platform/posix/UserFolders.h"
 
@@ -15,19 +13,7 @@ namespace {
 using Store::OpenKey;
 using Use = Database::Use;
 
-constexpr std::size_t lLongestKeyName = 255;
 constexpr std::size_t lLongestValueName = 16383;
-
-// The parts of a path. False when one is too long to be a key's name.
-bool SplitPath(std::string_view szPath, std::vector<std::string_view>& aParts) {
-  while (!szPath.empty()) {
-    const auto lEnd = std::min(szPath.find('\\'), szPath.size());
-    if (lEnd > lLongestKeyName) return false;
-    if (lEnd > 0) aParts.push_back(szPath.substr(0, lEnd));
-    szPath.remove_prefix(std::min(lEnd + 1, szPath.size()));
-  }
-  return true;
-}
 
 using Walk = std::int32_t (*)(Database&, std::int64_t, const std::vector<std::string_view>&, std::int64_t&);
 

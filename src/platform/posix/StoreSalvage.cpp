@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "platform/Registry.h"
+#include "platform/RegistryRules.h"
 #include "platform/posix/StoreFormat.h"
 
 namespace {
@@ -10,13 +11,11 @@ namespace {
 using Sqlite::Connection;
 using Sqlite::Statement;
 
-constexpr std::size_t lLongestKeyName = 255;
-
 // A row may be readable and nonsense all the same: a page can look like another one's.
 bool IsKey(const Statement& aRow) {
   const auto szName = aRow.Bytes(2);
   return aRow.Type(0) == SQLITE_INTEGER && aRow.Number(0) > 0 && aRow.Type(1) == SQLITE_INTEGER &&
-         aRow.Type(2) == SQLITE_TEXT && !szName.empty() && szName.size() <= lLongestKeyName &&
+         aRow.Type(2) == SQLITE_TEXT && !szName.empty() && szName.size() <= Registry::lLongestKeyName &&
          szName.find('\\') == std::string::npos && szName.find('\0') == std::string::npos;
 }
 

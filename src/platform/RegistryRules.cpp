@@ -1,8 +1,19 @@
-#include "platform/RegistryReply.h"
+#include "platform/RegistryRules.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "platform/Registry.h"
+
+bool Registry::SplitPath(std::string_view szPath, std::vector<std::string_view>& aParts) {
+  while (!szPath.empty()) {
+    const auto lEnd = std::min(szPath.find('\\'), szPath.size());
+    if (lEnd > lLongestKeyName) return false;
+    if (lEnd > 0) aParts.push_back(szPath.substr(0, lEnd));
+    szPath.remove_prefix(std::min(lEnd + 1, szPath.size()));
+  }
+  return true;
+}
 
 std::int32_t Registry::Deliver(std::uint32_t lType, std::string_view szData, std::uint32_t* pType,
                                void* pData, std::uint32_t* pSize) {
