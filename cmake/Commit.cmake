@@ -1,5 +1,6 @@
 # Writes OUTPUT, the C++ file that names the commit of the sources in SOURCES, unless it says so already.
 set(COMMIT unknown)
+set(DAY "")
 # The folder above may be a checkout of something else.
 execute_process(COMMAND git --no-optional-locks rev-parse --show-prefix WORKING_DIRECTORY ${SOURCES}
   OUTPUT_VARIABLE PREFIX OUTPUT_STRIP_TRAILING_WHITESPACE RESULT_VARIABLE FAILED ERROR_QUIET)
@@ -8,7 +9,9 @@ if(FAILED EQUAL 0 AND PREFIX STREQUAL "")
     WORKING_DIRECTORY ${SOURCES} OUTPUT_VARIABLE NAME OUTPUT_STRIP_TRAILING_WHITESPACE RESULT_VARIABLE FAILED ERROR_QUIET)
   if(FAILED EQUAL 0)
     set(COMMIT ${NAME})
+    execute_process(COMMAND git log -1 --format=%cs WORKING_DIRECTORY ${SOURCES}
+      OUTPUT_VARIABLE DAY OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET)
   endif()
 endif()
 file(CONFIGURE OUTPUT ${OUTPUT} @ONLY
-  CONTENT "#include \"base/Commit.h\"\n\nconst char* CommitName() {\n  return \"@COMMIT@\";\n}\n")
+  CONTENT "#include \"base/Commit.h\"\n\nconst char* CommitName() {\n  return \"@COMMIT@\";\n}\n\nconst char* CommitDay() {\n  return \"@DAY@\";\n}\n")

@@ -4,3 +4,6 @@
 // The commit's first twelve digits, with "-dirty" behind them where files differed from it; "unknown" where
 // the sources were no checkout.
 const char* CommitName();
+
+// The day of that commit, as 2026-11-22; empty where the sources were no checkout.
+const char* CommitDay();

@@ -108,8 +108,10 @@ UrlChange ChangeURL(const std::string& szText) {
   }
 }
 
-bool IsHttps(const std::string& szURL) {
-  return Text::LowerCase(Text::Trim(szURL)).starts_with("https:");
+Flaw FlawOf(const std::string& szURL) {
+  if (Text::LowerCase(Text::Trim(szURL)).starts_with("https:")) return Flaw::Https;
+  const auto lEnd = szURL.find_first_of("/\\?#");
+  return lEnd != std::string::npos && szURL[lEnd] == '\\' ? Flaw::Backslash : Flaw::None;
 }
 
 OctetChange ChangeOctet(const std::string& szText) {

@@ -32,9 +32,10 @@ struct UrlChange {
 };
 UrlChange ChangeURL(const std::string& szText);
 
-// The address has the scheme that is never asked in front. It is stored as it stands; whoever enters it is
-// told.
-bool IsHttps(const std::string& szURL);
+// Why an address can never be asked as it stands: a scheme that is not asked, or a backslash where the
+// server's name ends. It is stored all the same; whoever enters it is told.
+enum class Flaw { None, Https, Backslash };
+Flaw FlawOf(const std::string& szURL);
 
 struct OctetChange {
   std::string szText;  // digits only

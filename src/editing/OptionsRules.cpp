@@ -147,20 +147,21 @@ bool Checks::Answered(Field iField, bool bConfirm, Answer iAnswer, Form& aForm, 
   }
 }
 
-Form OpeningForm() {
+Form OpeningForm(const SettingsRecord& aSettings) {
   Form aForm;
-  aForm.szTimerInterval = std::to_string(Settings.Interval);
-  aForm.szTimerWarning = std::to_string(Settings.Warning);
-  aForm.szMgrEmail = Settings.Email;
-  aForm.szMgrName = Settings.Name;
-  aForm.szSMTP = Settings.SMTP;
-  aForm.szSMTPPort = std::to_string(Settings.SMTPPort);
-  aForm.szLogPath = Settings.LogPath;
-  aForm.szMaxLogFiles = std::to_string(Settings.MaxLogFiles);
-  aForm.bDiskMaxLogFiles = Settings.DiskLogMaxFiles != 0;
-  aForm.bDiskNoLogDisabled = Settings.DiskLogDisabled != 0;
-  aForm.LogPeriod = Settings.LogPeriod == 0 || Settings.LogPeriod == 2 ? Settings.LogPeriod : std::int16_t{1};
-  aForm.bCookieDisable = Settings.AllowType == iCookiesRefused;
+  aForm.szTimerInterval = std::to_string(aSettings.Interval);
+  aForm.szTimerWarning = std::to_string(aSettings.Warning);
+  aForm.szMgrEmail = aSettings.Email;
+  aForm.szMgrName = aSettings.Name;
+  aForm.szSMTP = aSettings.SMTP;
+  aForm.szSMTPPort = std::to_string(aSettings.SMTPPort);
+  aForm.szLogPath = aSettings.LogPath;
+  aForm.szMaxLogFiles = std::to_string(aSettings.MaxLogFiles);
+  aForm.bDiskMaxLogFiles = aSettings.DiskLogMaxFiles != 0;
+  aForm.bDiskNoLogDisabled = aSettings.DiskLogDisabled != 0;
+  aForm.LogPeriod =
+      aSettings.LogPeriod == 0 || aSettings.LogPeriod == 2 ? aSettings.LogPeriod : std::int16_t{1};
+  aForm.bCookieDisable = aSettings.AllowType == iCookiesRefused;
   return aForm;
 }
 
@@ -183,9 +184,10 @@ SettingsRecord RecordOf(const Form& aForm) {
   return aRecord;
 }
 
-bool Store(const Form& aForm, std::int32_t lOpeningInterval, std::int32_t lOpeningWarning) {
-  SaveSettings(RecordOf(aForm));
-  if (Settings.Interval == lOpeningInterval && Settings.Warning == lOpeningWarning) return false;
+bool Store(const Form& aForm, const SettingsRecord& aOpening) {
+  const auto aNew = RecordOf(aForm);
+  SaveSettings(aNew);
+  if (aNew.Interval == aOpening.Interval && aNew.Warning == aOpening.Warning) return false;
   Schedule::SetNextCheck(WarningMinutes());
   return true;
 }

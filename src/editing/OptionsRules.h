@@ -74,11 +74,11 @@ class Checks {
 inline constexpr Field aConfirmOrder[] = {Field::TimerInterval, Field::TimerWarning, Field::MgrEmail,
                                           Field::LogPath, Field::MaxLogFiles};
 
-Form OpeningForm();
+Form OpeningForm(const SettingsRecord& aSettings);
 SettingsRecord RecordOf(const Form& aForm);
 
-// Stores and writes every setting. True when a timer value differs from the opening one: the next pass then
-// comes after the warning interval from now.
-bool Store(const Form& aForm, std::int32_t lOpeningInterval, std::int32_t lOpeningWarning);
+// Stores and writes every setting. True when a timer value differs from that of the settings the dialog was
+// opened with: the next pass then comes after the warning interval from now.
+bool Store(const Form& aForm, const SettingsRecord& aOpening);
 
 }  // namespace OptionsRules

@@ -1,12 +1,14 @@
 // The lock that keeps a second copy from working on the same store. It dies with the process that holds it.
-// A file beside the store, or on Windows a named mutex for the whole machine.
+// A file beside the store, or on Windows a named mutex for the whole machine. A store can have further locks,
+// told apart by a word in small letters.
 #pragma once
 
 #include <memory>
+#include <string>
 
 class SingleInstance {
  public:
-  SingleInstance();
+  explicit SingleInstance(const std::string& szWord = {});
   ~SingleInstance();
   SingleInstance(const SingleInstance&) = delete;
   SingleInstance& operator=(const SingleInstance&) = delete;

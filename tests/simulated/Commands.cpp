@@ -180,7 +180,8 @@ void ChangeOptions(PassBook& aBook, Random& aRandom) {
   if (aRandom.Chance(0.2)) aNew.lMostFiles = aRandom.Between(1, 6);
   if (aRandom.Chance(0.3)) aNew.lSkipDisabled = aRandom.Below(2);
   aNew.lCookies = aRandom.Between(1, 2);
-  auto aForm = OptionsRules::OpeningForm();
+  const SettingsRecord aOpening = Settings;
+  auto aForm = OptionsRules::OpeningForm(aOpening);
   aForm.szTimerInterval = std::to_string(aNew.lInterval);
   aForm.szTimerWarning = std::to_string(aNew.lWarning);
   aForm.szMgrEmail = aNew.szEmail;
@@ -198,7 +199,7 @@ void ChangeOptions(PassBook& aBook, Random& aRandom) {
   if (aNew.lInterval != aOld.lInterval || aNew.lWarning != aOld.lWarning)
     aBook.SetNext(std::max(1, aNew.lWarning));
   const auto lFaults = The().lStoreFaults;
-  OptionsRules::Store(aForm, aOld.lInterval, aOld.lWarning);
+  OptionsRules::Store(aForm, aOpening);
   if (!WentWell(lFaults)) return;
   aOptions.Conclude();
   aBook.CompareNext();

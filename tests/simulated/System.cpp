@@ -83,7 +83,7 @@ bool Shell::StartProgram(const std::string&, const std::vector<std::string>&) {
 
 struct SingleInstance::State {};
 
-SingleInstance::SingleInstance() : pState(std::make_unique<State>()) {
+SingleInstance::SingleInstance(const std::string&) : pState(std::make_unique<State>()) {
 }
 
 SingleInstance::~SingleInstance() {

@@ -4,6 +4,7 @@
 #include <sys/file.h>
 
 #include <cerrno>
+#include <map>
 #include <string>
 
 #include "platform/posix/Descriptor.h"
@@ -15,20 +16,23 @@ struct SingleInstance::State {
     std::string szPath;
     Descriptor aFile;
   };
-  static std::weak_ptr<Lock> pHeld;
+  static std::map<std::string, std::weak_ptr<Lock>> aHeld;  // by their word
+  std::string szWord;
   std::shared_ptr<Lock> pLock;
 };
 
-std::weak_ptr<SingleInstance::State::Lock> SingleInstance::State::pHeld;
+std::map<std::string, std::weak_ptr<SingleInstance::State::Lock>> SingleInstance::State::aHeld;
 
-SingleInstance::SingleInstance() : pState(std::make_unique<State>()) {
+SingleInstance::SingleInstance(const std::string& szWord) : pState(std::make_unique<State>()) {
+  pState->szWord = szWord;
 }
 SingleInstance::~SingleInstance() = default;
 
 bool SingleInstance::TryLock() {
   const auto szStore = StoreFile::Path();
-  const auto szPath = szStore + ".lock";
-  auto pLock = State::pHeld.lock();
+  const auto szPath = szStore + ".lock" + (pState->szWord.empty() ? "" : "-" + pState->szWord);
+  auto& pHeld = State::aHeld[pState->szWord];
+  auto pLock = pHeld.lock();
   if (!pLock || pLock->szPath != szPath) {
     StoreFile::Prepare(szStore);  // for its folder
     pLock = std::make_shared<State::Lock>();
@@ -37,7 +41,7 @@ bool SingleInstance::TryLock() {
         Descriptor(open(szPath.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0600));
     if (pLock->aFile && flock(pLock->aFile.Number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
       return false;
-    State::pHeld = pLock;
+    pHeld = pLock;
   }
   pState->pLock = pLock;
   return true;

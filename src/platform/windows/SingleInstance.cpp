@@ -9,6 +9,7 @@
 #include "platform/windows/System.h"
 
 struct SingleInstance::State {
+  std::string szWord;
   std::optional<Handle> aMutex;
   bool bHeld = false;
 };
@@ -16,22 +17,24 @@ struct SingleInstance::State {
 namespace {
 
 // "Global": the store is the machine's, so a copy in another user's session counts too. One name a store.
-std::string MutexName() {
-  return "Global\\" + Text::Replace(Text::LowerCase(Registry::StoreName()), "\\", "/");
+std::string MutexName(const std::string& szWord) {
+  return "Global\\" + Text::Replace(Text::LowerCase(Registry::StoreName()), "\\", "/") +
+         (szWord.empty() ? "" : ":" + szWord);
 }
 
 // Lets every user's copy ask for the mutex: a copy that may not even ask could not tell why.
-HANDLE MakeMutex() {
+HANDLE MakeMutex(const std::string& szWord) {
   SECURITY_DESCRIPTOR aEveryone;
   InitializeSecurityDescriptor(&aEveryone, SECURITY_DESCRIPTOR_REVISION);
   SetSecurityDescriptorDacl(&aEveryone, TRUE, nullptr, FALSE);
   SECURITY_ATTRIBUTES aSecurity{sizeof aSecurity, &aEveryone, FALSE};
-  return CreateMutexA(&aSecurity, FALSE, MutexName().c_str());
+  return CreateMutexA(&aSecurity, FALSE, MutexName(szWord).c_str());
 }
 
 }  // namespace
 
-SingleInstance::SingleInstance() : pState(std::make_unique<State>()) {
+SingleInstance::SingleInstance(const std::string& szWord) : pState(std::make_unique<State>()) {
+  pState->szWord = szWord;
 }
 
 SingleInstance::~SingleInstance() {
@@ -41,7 +44,7 @@ SingleInstance::~SingleInstance() {
 bool SingleInstance::TryLock() {
   if (pState->bHeld) return true;
   if (!pState->aMutex) {
-    pState->aMutex.emplace(MakeMutex());
+    pState->aMutex.emplace(MakeMutex(pState->szWord));
     if (!*pState->aMutex && GetLastError() == ERROR_ACCESS_DENIED) {
       pState->aMutex.reset();
       return false;  // it is there, and another user's

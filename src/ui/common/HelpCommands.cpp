@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <string>
 
+#include "base/Commit.h"
 #include "base/Strings.h"
 #include "base/Text.h"
 #include "persistence/ProductKeys.h"
@@ -74,6 +75,13 @@ void HelpCommands::Tour(MainHost& aHost) {
 
 void HelpCommands::Updates(MainHost& aHost) {
   const auto szStored = UpdatesAddress();
+  if (szStored.empty()) {
+    const std::string szDay = CommitDay();
+    aHost.ShowMessage(FillResString(
+        IDS_UPDATES_NONE,
+        {KESTROVA_VERSION, CommitName() + (szDay.empty() ? "" : ", " + szDay), modBasic::ProgramFile("")}));
+    return;
+  }
   const auto szAddress = WebAddress(szStored);
   if (szAddress.empty())
     aHost.ShowMessage(LoadResString(IDS_UPDATES_REFUSED) + szStored +

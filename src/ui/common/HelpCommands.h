@@ -41,7 +41,7 @@ void BindF1(wxWindow& aWindow, MainHost& aHost, std::int32_t lContext);
 void Tour(MainHost& aHost);
 
 // Opens the page about new versions in a web browser. Its address is a stored value, read each time; only
-// http and https addresses are opened.
+// http and https addresses are opened. Without one it says which version this is and where it lies.
 void Updates(MainHost& aHost);
 
 }  // namespace HelpCommands

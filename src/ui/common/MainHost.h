@@ -8,6 +8,7 @@
 
 class CheckEngine;
 class wxFrame;
+struct SettingsRecord;
 
 class MainHost {
  public:
@@ -31,11 +32,17 @@ class MainHost {
 
   virtual CheckEngine& Engine() = 0;
 
+  // What the operator has set; what stands there changes when the options dialog stores.
+  virtual const SettingsRecord& CurrentSettings() = 0;
+
   // TimerAutoCheck, which starts the scheduled passes.
   virtual void EnableAutoTimer(bool bEnable) = 0;
 
   // Status bar: panel 1 the clock, 2 the pass state or the next check, 3 the last check.
   virtual void ShowPanel(int iPanel, const std::string& szText) = 0;
+
+  // Something was to be stored: what could not be is tried once more, and said in the status bar.
+  virtual void SeeThatAllIsStored() = 0;
 
   // A message box with an OK button. During a pass it does not wait: the text is shown when the pass has
   // ended, because a box stops the pass beneath it.

@@ -4,6 +4,7 @@
 #include <wx/frame.h>
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "base/Text.h"
@@ -14,6 +15,8 @@
 #include "ui/common/Boxes.h"
 #include "ui/common/TextGlue.h"
 #include "ui/dialogs/frmBusy.h"
+
+using AddressRules::Flaw;
 
 namespace {
 
@@ -57,6 +60,29 @@ bool ReadFile(MainHost& aHost, const std::string& szFile, std::vector<SiteRecord
   return false;
 }
 
+std::string Sites(std::int32_t lCount) {
+  return About(lCount == 1 ? IDS_COUNT_SITE : IDS_COUNT_SITES, std::to_string(lCount));
+}
+
+// How many came, how many of them are new, and how many there are now.
+std::string Summary(const std::string& szFile, const std::vector<SiteRecord>& aRecords,
+                    std::int32_t lBefore) {
+  return FillResString(IDS_IMPORTED_FROM, {Sites(static_cast<std::int32_t>(aRecords.size())), szFile,
+                                           std::to_string(lSiteCount - lBefore), Sites(lSiteCount)});
+}
+
+// What of it can never answer as it stands.
+std::string Flaws(const std::vector<SiteRecord>& aRecords) {
+  std::string szFlaws;
+  for (const auto& [iFlaw, lText] :
+       {std::pair{Flaw::Https, IDS_IMPORT_HTTPS}, std::pair{Flaw::Backslash, IDS_IMPORT_BACKSLASH}}) {
+    const auto lCount = std::ranges::count_if(
+        aRecords, [&](const SiteRecord& aRecord) { return AddressRules::FlawOf(aRecord.URL) == iFlaw; });
+    if (lCount > 0) szFlaws += "\r\n\r\n" + About(lText, std::to_string(lCount));
+  }
+  return szFlaws;
+}
+
 }  // namespace
 
 void ExchangeCommands::ExportList(MainHost& aHost) {
@@ -74,7 +100,11 @@ void ExchangeCommands::ExportList(MainHost& aHost) {
     frmBusy aNotice(aHost, LoadResString(IDS_EXPORT), LoadResString(IDS_EXPORTING), lSiteCount);
     bWritten = ListExchange::Export(szFile, [&](std::int32_t lDone) { aNotice.Progress(lDone); });
   }
-  aHost.ShowMessage(bWritten ? LoadResString(IDS_EXPORTED) : About(IDS_EXPORT_FAILED, szFile));
+  if (bWritten)
+    Boxes::Say(aHost.Frame(), LoadResString(IDS_EXPORTED),
+               FillResString(IDS_EXPORTED_TO, {Sites(lSiteCount), szFile}));
+  else
+    aHost.ShowMessage(About(IDS_EXPORT_FAILED, szFile));
 }
 
 void ExchangeCommands::ImportList(MainHost& aHost) {
@@ -83,11 +113,13 @@ void ExchangeCommands::ImportList(MainHost& aHost) {
   if (szFile.empty() || !ReadFile(aHost, szFile, aRecords)) return;
   bool bReplace = true;
   if (lSiteCount > 0) {
-    const int lAnswer = Boxes::Ask(aHost.Frame(), LoadResString(IDS_IMPORT_QUESTION), wxYES_NO | wxCANCEL);
+    const int lAnswer = Boxes::Ask(aHost.Frame(), LoadResString(IDS_IMPORT_QUESTION), wxYES_NO | wxCANCEL,
+                                   LoadResString(IDS_IMPORT_ANSWERS));
     if (lAnswer != wxID_YES && lAnswer != wxID_NO) return;
     bReplace = lAnswer == wxID_YES;
   }
   ListExchange::RememberFolder(szFile);
+  const auto lBefore = lSiteCount;
   bool bStored = false;
   {
     frmBusy aNotice(aHost, LoadResString(IDS_IMPORT), LoadResString(IDS_PREPARING),
@@ -100,8 +132,6 @@ void ExchangeCommands::ImportList(MainHost& aHost) {
     aHost.ShowMessage(LoadResString(IDS_STORE_NOT_IMPORTED));
     return;
   }
-  const auto lHttps = std::ranges::count_if(
-      aRecords, [](const SiteRecord& aRecord) { return AddressRules::IsHttps(aRecord.URL); });
   Boxes::Say(aHost.Frame(), LoadResString(IDS_IMPORTED),
-             lHttps == 0 ? "" : About(IDS_IMPORT_HTTPS, std::to_string(lHttps)));
+             Summary(szFile, aRecords, lBefore) + Flaws(aRecords));
 }

@@ -37,7 +37,8 @@ wxString Filter(std::int32_t lName, std::int32_t lPatterns) {
 
 // Empty when none was chosen.
 std::string ChooseLog(MainHost& aHost) {
-  const wxString szFolder = Files::FolderExists(Settings.LogPath) ? ToWx(Settings.LogPath) : wxString();
+  const auto& szLogs = aHost.CurrentSettings().LogPath;
+  const wxString szFolder = Files::FolderExists(szLogs) ? ToWx(szLogs) : wxString();
   wxFileDialog aDialog(aHost.Frame(), ResText(IDS_OPEN_LOG_TITLE), szFolder, "",
                        Filter(IDS_LOG_FILE, IDS_LOG_FILTER), wxFD_OPEN | wxFD_FILE_MUST_EXIST);
   return aDialog.ShowModal() == wxID_OK ? FromWx(aDialog.GetPath()) : std::string();
@@ -47,7 +48,7 @@ std::string ChooseLog(MainHost& aHost) {
 // replace the log, and for one that had to be completed and then names a file that is there, so that the
 // dialog itself asks before that file is replaced.
 std::string ChoosePage(MainHost& aHost, const std::string& szLog) {
-  wxFileName aName(ToWx(LastLocation::StartFolder(LastLocation::szPages, Settings.LogPath)),
+  wxFileName aName(ToWx(LastLocation::StartFolder(LastLocation::szPages, aHost.CurrentSettings().LogPath)),
                    ToWx("KV_Log-" + FormatDay(Clock::Now()) + szPageEnding));
   for (;;) {
     wxFileDialog aDialog(aHost.Frame(), ResText(IDS_SAVE_HTML_TITLE), aName.GetPath(), aName.GetFullName(),

@@ -13,6 +13,7 @@
 #include "ui/common/frmNotice.h"
 #include "ui/system/WindowScale.h"
 
+using AddressRules::Flaw;
 using AddressRules::OctetKey;
 using AddressRules::Verdict;
 
@@ -144,11 +145,12 @@ void frmAddress::BindOctet(int iBox) {
 void frmAddress::txtURL_Change() {
   const auto aChange = AddressRules::ChangeURL(Get(txtURL));
   Put(txtURL, aChange.szText);
-  const bool bHttps = AddressRules::IsHttps(aChange.szText);
-  const bool bNew = bHttps && !bHttpsBefore;
-  bHttpsBefore = bHttps;
+  const auto iFlaw = AddressRules::FlawOf(aChange.szText);
+  const bool bNew = iFlaw != Flaw::None && iFlaw != iFlawSaid;
+  iFlawSaid = iFlaw;
   if (!aChange.bAgent && !bNew) return;
-  CallAfter([this, lMessage = aChange.bAgent ? IDS_NO_AGENT : IDS_HTTPS_HINT] {
+  const auto lHint = iFlaw == Flaw::Https ? IDS_HTTPS_HINT : IDS_BACKSLASH_HINT;
+  CallAfter([this, lMessage = aChange.bAgent ? IDS_NO_AGENT : lHint] {
     if (Leaving() || !IsEnabled()) return;
     new frmNotice(this, LoadResString(lMessage), [this] { FocusAtEnd(txtURL); });
   });
@@ -240,6 +242,7 @@ void frmAddress::cmdOK_Click() {
     return;
   }
   const auto aResult = AddressRules::Store(aRecord);
+  Host.SeeThatAllIsStored();
   if (aResult.bAddressChanged) Host.Engine().DropRequest(aResult.lSlot);
   Host.Display_lvwMain(aResult.lSlot);
   Leave();

@@ -42,7 +42,7 @@ class frmAddress : public frmDialog {
   // Shows a message, then puts the focus into the box with its text selected.
   void Say(const std::string& szText, wxTextCtrl* pBox);
 
-  bool bHttpsBefore = false;
+  AddressRules::Flaw iFlawSaid = AddressRules::Flaw::None;
   int lKeyDown = 0;      // the key that went down in an octet box
   int iAutoEntered = 0;  // the octet box that a third digit has led to and nothing was typed in yet
 };

@@ -27,9 +27,8 @@ constexpr int lLogsTab = 2;
 frmOptions::frmOptions(MainHost& aHost, std::unique_ptr<AutoTimerHold> pHold)
     : frmDialog(aHost, IDS_OPTIONS_TITLE, HelpContext::lTimer),
       pTimer(std::move(pHold)),
-      lOpeningInterval(Settings.Interval),
-      lOpeningWarning(Settings.Warning),
-      aChecks(OpeningForm()) {
+      aOpening(aHost.CurrentSettings()),
+      aChecks(OpeningForm(aOpening)) {
   tabOptions = new wxNotebook(this, wxID_ANY);
   BuildTimerPage();
   BuildManagerPage();
@@ -42,7 +41,7 @@ frmOptions::frmOptions(MainHost& aHost, std::unique_ptr<AutoTimerHold> pHold)
   SetSizerAndFit(pColumn);
   CentreOnParent();
   cmdOK->SetDefault();
-  ShowForm(OpeningForm());
+  ShowForm(OpeningForm(aOpening));
   BindControls();
   FocusOn(txtTimerInterval, true);
 }
@@ -259,7 +258,7 @@ void frmOptions::cmdOK_Click() {
   std::ranges::stable_partition(aOrder, [this](Field iField) { return BoxOf(iField) == pEdited; });
   for (const Field iField : aOrder)
     if (!CheckField(iField, true, nullptr)) return;
-  if (Store(ReadForm(), lOpeningInterval, lOpeningWarning)) Host.ShowPanel(2, Schedule::NextPanelText());
+  if (Store(ReadForm(), aOpening)) Host.ShowPanel(2, Schedule::NextPanelText());
   Leave();
 }
 

@@ -83,7 +83,7 @@ class frmOptions : public frmDialog {
   void FocusOn(wxTextCtrl* pBox, bool bSelectAll);
 
   std::unique_ptr<AutoTimerHold> pTimer;
-  const std::int32_t lOpeningInterval, lOpeningWarning;
+  const SettingsRecord aOpening;
   OptionsRules::Checks aChecks;
   std::vector<NumberBox> aNumbers;
   const wxTextCtrl* pEdited = nullptr;  // the number box that was changed last

@@ -40,7 +40,7 @@ void StartCheck(frmMain& aMain) {
 }
 
 void StopCheck(frmMain& aMain) {
-  aMain.Engine().StopCheck();
+  aMain.StopCheck();
 }
 
 void Restore(frmMain& aMain) {

@@ -11,8 +11,9 @@ CountStrip::CountStrip(wxWindow* pParent, std::function<void(std::int16_t iResul
     : wxWindow(pParent, wxID_ANY), aShowOnly(std::move(ShowOnly)) {
   Bind(wxEVT_PAINT, [this](wxPaintEvent&) { Paint(); });
   Bind(wxEVT_MOTION, [this](wxMouseEvent& aEvent) {
-    const Piece* pPiece = At(aEvent.GetX());
-    SetCursor(pPiece && pPiece->iResult >= 0 ? wxCURSOR_HAND : wxCURSOR_ARROW);
+    const Piece* pPiece = At(aEvent.GetPosition());
+    const bool bLeads = OnNote(aEvent.GetPosition()) || (pPiece && pPiece->iResult >= 0);
+    SetCursor(bLeads ? wxCURSOR_HAND : wxCURSOR_ARROW);
   });
   Bind(wxEVT_LEFT_UP, [this](wxMouseEvent& aEvent) { Click(aEvent.GetPosition()); });
 }
@@ -48,22 +49,37 @@ void CountStrip::Add(const wxString& szPiece, std::int16_t iResult) {
   szText += szPiece;
 }
 
-const CountStrip::Piece* CountStrip::At(int lX) const {
+void CountStrip::ShowNote(const wxString& szNew) {
+  if (szNew == szNote) return;
+  szNote = szNew;
+  SetToolTip(szNote);
+  Refresh();
+}
+
+const CountStrip::Piece* CountStrip::At(const wxPoint& aAt) const {
   const auto aFound = std::ranges::find_if(
-      aPieces, [lX](const Piece& aPiece) { return lX >= aPiece.lLeft && lX < aPiece.lRight; });
-  return aFound == aPieces.end() ? nullptr : &*aFound;
+      aPieces, [&](const Piece& aPiece) { return aAt.x >= aPiece.lLeft && aAt.x < aPiece.lRight; });
+  return aFound == aPieces.end() || (!szNote.empty() && aAt.y >= NoteTop()) ? nullptr : &*aFound;
+}
+
+bool CountStrip::OnNote(const wxPoint& aAt) const {
+  return !szNote.empty() && aAt.y >= NoteTop() && aAt.x < GetTextExtent(szNote).x;
 }
 
 void CountStrip::Click(const wxPoint& aAt) {
-  const Piece* pPiece = At(aAt.x);
-  if (pPiece && pPiece->iResult >= 0) aShowOnly(pPiece->iResult);
+  const Piece* pPiece = At(aAt);
+  if (pPiece && pPiece->iResult >= 0)
+    aShowOnly(pPiece->iResult);
+  else if (OnNote(aAt) && NoteClicked)
+    NoteClicked();
 }
 
 void CountStrip::Paint() {
   wxPaintDC aDC(this);
   aDC.SetFont(GetFont());
   aDC.SetTextForeground(wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOWTEXT));
-  const int lTop = (GetClientSize().y - GetCharHeight()) / 2;
+  const int lTop = szNote.empty() ? (GetClientSize().y - GetCharHeight()) / 2 : NoteTop() - GetCharHeight();
   for (const Piece& aPiece : aPieces)
     aDC.DrawText(aPiece.szText, aPiece.lLeft, lTop);
+  if (!szNote.empty()) aDC.DrawText(szNote, 0, NoteTop());
 }

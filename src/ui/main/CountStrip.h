@@ -1,5 +1,6 @@
 // CountStrip: how many sites there are and how many of each light, in the free strip above the list. A click
-// on a number shows just those sites; the View menu does the same for the keyboard.
+// on a number shows just those sites; the View menu does the same for the keyboard. Below it a note may stand
+// that leads somewhere.
 #pragma once
 
 #include <wx/window.h>
@@ -23,6 +24,9 @@ class CountStrip : public wxWindow {
 
   void Show(const Counts& aNew);
   using wxWindow::Show;
+  void ShowNote(const wxString& szNew);  // empty for none
+  std::function<void()> NoteClicked;
+  const wxString& Note() const { return szNote; }
   // "8 sites: 3 up, 5 down"
   const wxString& Text() const { return szText; }
   void Click(const wxPoint& aAt);
@@ -38,11 +42,13 @@ class CountStrip : public wxWindow {
     int lRight;  // pixels
   };
   void Add(const wxString& szPiece, std::int16_t iResult);
-  const Piece* At(int lX) const;
+  const Piece* At(const wxPoint& aAt) const;
+  bool OnNote(const wxPoint& aAt) const;
+  int NoteTop() const { return (GetClientSize().y - 2 * GetCharHeight()) / 2 + GetCharHeight(); }
   void Paint();
 
   std::function<void(std::int16_t)> aShowOnly;
   Counts aCounts;
   std::vector<Piece> aPieces;
-  wxString szText;
+  wxString szText, szNote;
 };

@@ -49,7 +49,7 @@ frmCheckAnim::frmCheckAnim(wxWindow* pOwner, std::function<void()> StopAll)
     pPicture->aImage = Images::Bundle(pPicture->szImage, Twips(pPicture->lSide));
 
   fraStatus = new wxStaticBoxSizer(wxVERTICAL, pPanel, ResText(IDS_STATUS));
-  const long lStyle = wxST_NO_AUTORESIZE | wxST_ELLIPSIZE_END;
+  const long lStyle = wxST_NO_AUTORESIZE | wxST_ELLIPSIZE_MIDDLE;
   wxStaticBox* pBox = fraStatus->GetStaticBox();
   const wxSize aTextSize(Twips(lTextWidth), -1);
   lblSiteName = new wxStaticText(pBox, wxID_ANY, " ", wxDefaultPosition, aTextSize, lStyle);

@@ -103,6 +103,7 @@ void frmMain::PrepareExit() {
 void frmMain::EnableMain(bool bEnable) {
   Enable(bEnable);
   if (!bEnable || bExiting) return;
+  ShowCounts();  // the settings may be others now
   if (!bMinimised) {
     Show();
     Raise();

@@ -1,7 +1,7 @@
 // frmMain: the main window. It shows the site list, runs the schedule's timers, and is the check engine's
 // view and the dialogs' host. Its code stands in several files: frmMain (its life), frmMainMenus (commands),
 // frmMainList (rows and filters), frmMainLayout (sizes and window state), frmMainView (what the engine
-// shows).
+// shows), frmMainNotes (what is said without a box).
 //
 // A pass runs inside an event handler of this window and handles events meanwhile, so handlers here may run
 // inside a pass. What must wait for its end (messages, the end of the program) is kept and done in AfterPass.
@@ -19,6 +19,7 @@
 #include "check/CheckEngine.h"
 #include "check/CheckView.h"
 #include "fleet/PassFiles.h"
+#include "persistence/modAddress.h"
 #include "ui/common/MainHost.h"
 #include "ui/main/CountStrip.h"
 #include "ui/main/SiteList.h"
@@ -45,6 +46,7 @@ class frmMain : public wxFrame, public CheckView, public MainHost {
   void RunCommand(int lCommand);
   bool CommandAllowed(int lCommand);
   void StartCheck();
+  void StopCheck();
   void Check_MnuView();
   wxMenu* MakePopup();
 
@@ -92,6 +94,8 @@ class frmMain : public wxFrame, public CheckView, public MainHost {
   std::int32_t SelectedSlot() override { return lvwMain->SelectedSlot(); }
   std::int32_t RowCount() override { return lvwMain->RowCount(); }
   CheckEngine& Engine() override { return aEngine; }
+  const SettingsRecord& CurrentSettings() override;
+  void SeeThatAllIsStored() override;
 
   SiteList* lvwMain;
   wxPanel* pixClient;  // carries the controls
@@ -136,6 +140,13 @@ class frmMain : public wxFrame, public CheckView, public MainHost {
   void LeaveMinimised();
   void KeepReachable();
 
+  // frmMainNotes
+  std::string Note() const;
+  void ShowNotes();
+  void CountMissingLines();
+  void RememberRemarks();
+  void GiveBackRemarks();
+
   wxPoint FirstProgressPlace(const wxSize& aProgress) const;
 
   void Form_Load();
@@ -156,6 +167,11 @@ class frmMain : public wxFrame, public CheckView, public MainHost {
   std::string szProgressSite, szProgressStatus;
   std::int32_t lSlotToShow = 0;  // 0 none
   bool bCountsDue = false;
+  std::string szRestsNote, szStoreNote, szLogNote;  // in the status bar; empty for none
+  std::int32_t lMissingLines = 0;                   // of the log, since somebody has seen the note
+  std::vector<SiteRecord> aBeforePass;
+  bool bPassRan = false;
+  bool bStopped = false;                       // by the operator
   wxPoint aProgressPlace = wxDefaultPosition;  // where the progress window was last
   DateTime dtLastPump = 0;                     // steady
   bool bPopupDue = false;                      // asked for with the button still down

@@ -28,11 +28,20 @@ constexpr int lViewTop = 90;
 constexpr int lViewWidth = 2040;
 constexpr int lViewHeight = 450;
 constexpr int lCountsLeft = 120;
+constexpr int lCountsTop = 45;
 constexpr int lListTop = 600;
 constexpr int lPictureSide = 240;
 
 int Twips(const wxWindow& aWindow, int lTwips) {
   return WindowScale::FromTwips(aWindow, lTwips);
+}
+
+int FieldAt(const wxStatusBar& aBar, const wxPoint& aAt) {
+  for (int i = 0; i < aBar.GetFieldsCount(); ++i) {
+    wxRect aField;
+    if (aBar.GetFieldRect(i, aField) && aField.Contains(aAt)) return i;
+  }
+  return -1;
 }
 
 }  // namespace
@@ -42,13 +51,20 @@ void frmMain::BuildStatusBar() {
   sbrMain->Bind(wxEVT_MOTION, [this](wxMouseEvent& aEvent) {
     aEvent.Skip();
     const std::int32_t aNames[] = {IDS_PANEL_CLOCK, IDS_PANEL_NEXT, IDS_PANEL_LAST};
-    for (int i = 0; i < 3; ++i) {
-      wxRect aField;
-      if (!sbrMain->GetFieldRect(i, aField) || !aField.Contains(aEvent.GetPosition())) continue;
-      const wxString szName = ResText(aNames[i]).Trim();
-      if (sbrMain->GetToolTipText() != szName) sbrMain->SetToolTip(szName);
-    }
+    const int iField = FieldAt(*sbrMain, aEvent.GetPosition());
+    if (iField < 0) return;
+    const wxString szName = iField < 3 ? ResText(aNames[iField]).Trim() : BreakLongWords(ToWx(Note()));
+    if (sbrMain->GetToolTipText() != szName) sbrMain->SetToolTip(szName);
   });
+  // What lasts until somebody has seen it.
+  sbrMain->Bind(wxEVT_LEFT_UP, [this](wxMouseEvent& aEvent) {
+    aEvent.Skip();
+    if (FieldAt(*sbrMain, aEvent.GetPosition()) < 3 || Note() != szLogNote) return;
+    szLogNote.clear();
+    lMissingLines = 0;
+    ShowNotes();
+  });
+  SetStatusBarPane(-1);  // the menus' help would take the clock's place
   LayOutStatusBar();
 }
 
@@ -61,9 +77,16 @@ void frmMain::LayOutStatusBar() {
   const int lClock = Needs("12/30/2000 12:00:00 AM");
   const int lNext = Needs(ResText(IDS_NEXT) + " 12:00:00 AM");
   const int lLast = std::max(Needs(ResText(IDS_LAST) + " 12:00:00 AM"), Needs(ResText(IDS_NO_SITES)));
-  const bool bNarrow = GetClientSize().x < lClock + lNext + lLast;
-  const int aWidths[] = {bNarrow ? -1 : lClock, bNarrow ? lNext : -1, lLast};
-  sbrMain->SetStatusWidths(3, aWidths);
+  if (Note().empty()) {
+    const bool bNarrow = GetClientSize().x < lClock + lNext + lLast;
+    const int aWidths[] = {bNarrow ? -1 : lClock, bNarrow ? lNext : -1, lLast};
+    sbrMain->SetFieldsCount(3, aWidths);
+    return;
+  }
+  const int lNote = GetClientSize().x - lClock - lNext - lLast;
+  const bool bNarrow = lNote < lLast;
+  const int aWidths[] = {bNarrow ? -1 : lClock, lNext, lLast, bNarrow ? -2 : -1};
+  sbrMain->SetFieldsCount(4, aWidths);
 }
 
 void frmMain::BuildCurrentView() {
@@ -74,6 +97,7 @@ void frmMain::BuildCurrentView() {
     else
       ShowOnly(iResult, iResult == 0 ? std::int16_t{0} : std::int16_t{1});
   });
+  pixCounts->NoteClicked = [this] { RunCommand(mE_Options); };
   fraCurView = new wxPanel(pixClient, wxID_ANY, wxDefaultPosition,
                            wxSize(Twips(*this, lViewWidth), Twips(*this, lViewHeight)));
   lblCurView = new wxStaticText(fraCurView, wxID_ANY, ResText(IDS_CURRENT_VIEW));
@@ -130,13 +154,13 @@ void frmMain::LayOut() {
   fraCurView->Move(aClient.x - Twips(*this, lViewFromRight), Twips(*this, lViewTop));
 
   const int lViewLeft = aClient.x - Twips(*this, lViewFromRight);
-  pixCounts->SetSize(Twips(*this, lCountsLeft), Twips(*this, lViewTop),
-                     std::max(0, lViewLeft - Twips(*this, 2 * lCountsLeft)), Twips(*this, lViewHeight));
+  const int lTop = Twips(*this, lListTop);
+  pixCounts->SetSize(Twips(*this, lCountsLeft), Twips(*this, lCountsTop),
+                     std::max(0, lViewLeft - Twips(*this, 2 * lCountsLeft)), lTop - Twips(*this, lCountsTop));
 
   const int lWidth = To(aClient.x);
   const int lOuter = To(GetSize().y);
   const int lBar = To(sbrMain->GetSize().y);
-  const int lTop = Twips(*this, lListTop);
   int lListHeight = lvwMain->GetSize().y;
   // Under a window manager with tall captions the list would reach below the status bar's edge.
   if (lOuter - lBar > 1500)

@@ -6,6 +6,7 @@
 
 #include <memory>
 
+#include "persistence/Settings.h"
 #include "persistence/modAddress.h"
 #include "ui/common/PictureBox.h"
 #include "ui/common/TextGlue.h"
@@ -100,6 +101,9 @@ void frmMain::ShowCounts() {
     if (aSite.Enabled == 1 && aSite.Status >= 1 && aSite.Status <= 3) ++aCounts.aLights[aSite.Status - 1U];
   }
   pixCounts->Show(aCounts);
+  const SettingsRecord& aSettings = CurrentSettings();
+  const bool bMail = !aSettings.Email.empty() && !aSettings.SMTP.empty();
+  pixCounts->ShowNote(bMail ? wxString() : ResText(IDS_COUNT_NO_MAIL));
 }
 
 void frmMain::Display_lvwMain(std::int32_t SelectNumber) {

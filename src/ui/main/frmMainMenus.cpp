@@ -48,7 +48,14 @@ void frmMain::BuildMenus() {
 void frmMain::LockCommands(bool bLock) {
   for (const Command& aCommand : Commands::All())
     if (aCommand.Has(Commands::Locked)) GetMenuBar()->Enable(aCommand.iNumber, !bLock);
-  if (!bLock) lvwMain->GiveBackPlace();
+  if (bLock) {
+    bPassRan = true;
+    bStopped = false;
+    RememberRemarks();
+    return;
+  }
+  if (bStopped) GiveBackRemarks();
+  lvwMain->GiveBackPlace();
 }
 
 void frmMain::Menu_Click(wxCommandEvent& aEvent) {
@@ -66,14 +73,23 @@ bool frmMain::CommandAllowed(int lCommand) {
 }
 
 void frmMain::RunCommand(int lCommand) {
-  if (CommandAllowed(lCommand))
+  if (CommandAllowed(lCommand)) {
     Commands::Find(lCommand)->Run(*this);
-  else
-    SoundBell();
+    return;
+  }
+  SoundBell();
+  if (!aEngine.PassRunning()) return;
+  szRestsNote = LoadResString(IDS_NOTICE_RESTS);
+  ShowNotes();
 }
 
 void frmMain::StartCheck() {
   RunEngine(&CheckEngine::mF_StartCheck_Click);
+}
+
+void frmMain::StopCheck() {
+  bStopped = bStopped || aEngine.CheckInProgress();
+  aEngine.StopCheck();
 }
 
 // A pass runs inside its starter. While it does, a timer serves the request in flight too, because an open

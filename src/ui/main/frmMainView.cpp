@@ -42,7 +42,7 @@ void frmMain::ShowRemark(std::int32_t lSlot, const std::string& szText) {
 void frmMain::OpenProgress() {
   if (bExiting) return;
   if (!pProgress || pProgress->IsBeingDeleted()) {
-    pProgress = new frmCheckAnim(this, [this] { aEngine.StopCheck(); });
+    pProgress = new frmCheckAnim(this, [this] { StopCheck(); });
     pProgress->Move(aProgressPlace == wxDefaultPosition ? FirstProgressPlace(pProgress->GetSize())
                                                         : aProgressPlace);
     pProgress->ShowWithoutActivating();
@@ -131,6 +131,12 @@ void frmMain::ShowWaitingMessages() {
 }
 
 void frmMain::AfterPass() {
+  if (bPassRan) {
+    bPassRan = false;
+    szRestsNote.clear();
+    CountMissingLines();
+    SeeThatAllIsStored();
+  }
   if (!aWaitingMessages.empty()) CallAfter(&frmMain::ShowWaitingMessages);
   aProgramExit.GoOn();
 }

@@ -53,6 +53,7 @@ class ModalWatch : public wxModalDialogHook {
 };
 
 std::unique_ptr<SingleInstance> pInstance;
+std::unique_ptr<SingleInstance> pWindow;  // beside it: a window, not the terminal, holds the store
 std::unique_ptr<ModalWatch> pModals;
 wxWeakRef<frmMain> pMain;
 wxWeakRef<frmSplash> pSplash;
@@ -139,8 +140,10 @@ bool modMain::Main() {
       SayAtStart(szText);
   });
   pInstance = std::make_unique<SingleInstance>();
+  pWindow = std::make_unique<SingleInstance>("window");
+  const bool bWindow = !pWindow->TryLock();
   if (!pInstance->TryLock()) {
-    SayAtStart(LoadResString(IDS_ALREADY_STARTED));
+    SayAtStart(LoadResString(bWindow ? IDS_ALREADY_STARTED : IDS_ALREADY_IN_TERMINAL));
     ShutDown();
     return false;
   }
@@ -169,6 +172,7 @@ void modMain::ShutDown() {
   }
   pMain.Release();
   pInstance.reset();
+  pWindow.reset();
   wxTheApp->ExitMainLoop();
 }
 

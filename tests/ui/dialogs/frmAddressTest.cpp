@@ -78,6 +78,11 @@ TEST(Editor, RefusalsKeepItOpenAtTheirField) {
   pEditor->txtURL->SetValue("https://a.test/");
   EXPECT_TRUE(CloseNotice().starts_with("Only http is checked"));
   EXPECT_EQ(TextOf(pEditor->txtURL), "https://a.test/") << "kept as it was entered";
+  pEditor->txtURL->SetValue("a.test\\b");
+  EXPECT_TRUE(CloseNotice().starts_with("A backslash before the first slash"));
+  pEditor->txtURL->SetValue("a.test/b\\c");
+  Settle();
+  EXPECT_EQ(NoticeText(), "") << "only the server's name ends at it";
   // Enter is OK from within the box, Tab leaves it, and the click on OK does both: there is one message each.
   const std::function<void()> aWays[] = {[] { Key(WXK_RETURN); }, [] { Key(WXK_TAB); },
                                          [&] { Click(pEditor->cmdOK); }};

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 
+#include "base/Text.h"
 #include "persistence/Settings.h"
 #include "platform/Files.h"
 #include "platform/Shell.h"
@@ -19,9 +20,9 @@ namespace fs = std::filesystem;
 TEST(Exchange, ExportCompletesTheNameAndAsksBeforeItReplaces) {
   Program aProgram({Site("a.test", 1, 2, "1.2.3.4"), Site("b.test", 0, 0)});
   const std::string szSave = "Export Data File|KVList-20230315.kvd|Kestrova Data File (*.kvd)|*.kvd";
-  const std::string szDone = "The address list has been exported.";
   const std::string szLines = "a.test,1.2.3.4,2,1,60\r\nb.test,,4,0,60\r\n";
   const auto szChosen = aProgram.aHome.Path("mylist");
+  const std::string szDone = "The address list has been exported.|2 sites in " + szChosen + ".kvd.";
   const std::string szExists = szChosen + ".kvd already exists.\nDo you want to replace it?";
   const struct {
     Texts aAnswers, aSaid;
@@ -42,8 +43,12 @@ TEST(Exchange, ExportCompletesTheNameAndAsksBeforeItReplaces) {
 }
 
 TEST(Exchange, ImportTakesGoodFilesAndRefusesTheRestWhole) {
-  const Texts aDone = {"The list has been imported."};
-  const Texts aAskedAndDone = {"Do you want to replace existing records with the import file?", aDone[0]};
+  const auto Done = [](const char* szCame, int lNew, const char* szNow) {
+    return std::string("The list has been imported.|") + szCame + " from FILE, " + std::to_string(lNew) +
+           " of them new. The list now holds " + szNow + ".";
+  };
+  const auto szAsked =
+      "Do you want to replace existing records with the import file?|" + FromWx(ResText(IDS_IMPORT_ANSWERS));
   const Texts aCorrupt = {
       "The Data File appears to be corrupt. The file is not imported.|Line 1 is not a site."};
   const struct {
@@ -51,17 +56,43 @@ TEST(Exchange, ImportTakesGoodFilesAndRefusesTheRestWhole) {
     std::string szBytes;
     Texts aAnswers, aSaid;
     const char *szUrls, *szRow1;
-  } aCases[] = {
-      {true, "n,1.2.3.4,2,1,60\r\n", {"ok"}, aDone, "n", "[x] http://n (1.2.3.4) Yellow: Import New"},
-      {false, "A,,3,1,60\n", {"yes", "ok"}, aAskedAndDone, "A", "[x] http://A Red: Import Replace"},
-      {false, "A,,3,1,60\nb,,1,1,60", {"no", "ok"}, aAskedAndDone, "A b", "[x] http://A Red: "},
-      {false, "b,,1,1,60\n", {"cancel"}, {aAskedAndDone[0]}, "a", "[x] http://a Green: "},
-      {false, "Name,Address,Interval\r\n", {"ok"}, aCorrupt, "a", "[x] http://a Green: "}};
+  } aCases[] = {{true,
+                 "n,1.2.3.4,2,1,60\r\n",
+                 {"ok"},
+                 {Done("1 site", 1, "1 site")},
+                 "n",
+                 "[x] http://n (1.2.3.4) Yellow: Import New"},
+                {false,
+                 "A,,3,1,60\n",
+                 {"yes", "ok"},
+                 {szAsked, Done("1 site", 0, "1 site")},
+                 "A",
+                 "[x] http://A Red: Import Replace"},
+                {false,
+                 "A,,3,1,60\nb,,1,1,60",
+                 {"no", "ok"},
+                 {szAsked, Done("2 sites", 1, "2 sites")},
+                 "A b",
+                 "[x] http://A Red: "},
+                {false, "b,,1,1,60\n", {"cancel"}, {szAsked}, "a", "[x] http://a Green: "},
+                {false,
+                 "https://x,,1,1,60\ny\\z,,1,1,60\n",
+                 {"yes", "ok"},
+                 {szAsked, Done("2 sites", 2, "3 sites") +
+                               "\n\n1 of its addresses begin with \"https:\". Only http is checked: "
+                               "they will never answer as they stand.\n\n1 of its addresses have a backslash "
+                               "before the first slash. "
+                               "They can never be asked as they stand."},
+                 "a https://x y\\z",
+                 "[x] http://a none: "},
+                {false, "Name,Address,Interval\r\n", {"ok"}, aCorrupt, "a", "[x] http://a Green: "}};
   for (auto aCase : aCases) {
     Program aProgram(aCase.bEmptyList ? std::vector<SiteRecord>{} : std::vector<SiteRecord>{Site("a", 1, 1)});
     aProgram.aHome.Write("list.kvd", aCase.szBytes);
     aCase.aAnswers.insert(aCase.aAnswers.begin(), aProgram.aHome.Path("list.kvd"));
     aCase.aSaid.insert(aCase.aSaid.begin(), "Import Data File||Kestrova Data File (*.kvd)|*.kvd");
+    for (std::string& szSaid : aCase.aSaid)
+      szSaid = Text::Replace(szSaid, "FILE", aProgram.aHome.Path("list.kvd"));
     Answers aAnswers(aCase.aAnswers);
     aProgram.Run(mF_Import);
     EXPECT_EQ(aAnswers.aSaid, aCase.aSaid);
@@ -167,4 +198,8 @@ TEST(Help, OnlyWebAddressesAreOpenedAsTheUpdatePage) {
     aProgram.Main().RunCommand(mH_Updates);
     EXPECT_TRUE(aAnswers.aSaid.at(0).starts_with(FromWx(ResText(IDS_UPDATES_REFUSED)) + szAddress));
   }
+  Stored::Put(ProductKeys::szUpdates, "Updates", std::string());
+  Answers aAnswers({"ok"});
+  aProgram.Main().RunCommand(mH_Updates);
+  EXPECT_TRUE(aAnswers.aSaid.at(0).starts_with("This is Kestrova, version " KESTROVA_VERSION " ("));
 }

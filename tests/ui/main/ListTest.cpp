@@ -1,6 +1,7 @@
 // The list: which rows stand in it, in which order, and the commands that change it.
 #include <gtest/gtest.h>
 #include <wx/arrstr.h>
+#include <wx/button.h>
 #include <wx/uiaction.h>
 
 #include "support/Stored.h"
@@ -87,6 +88,14 @@ TEST(List, LightsAreCountedAndEachNumberShowsItsSites) {
   EXPECT_EQ(aStrip.Text(), "5 sites (2 shown): 1 up, 2 down");
   ClickOn("5 sites");
   EXPECT_EQ(aProgram.Slots(), "1 2 3 4 5");
+  EXPECT_EQ(aStrip.Note(), "No mail will be sent: see Options");
+  aStrip.Click(wxPoint(5, aStrip.GetClientSize().y - aStrip.GetCharHeight() / 2));
+  ASSERT_TRUE(Open<frmOptions>());
+  Open<frmOptions>()->txtMgrEmail->ChangeValue("ann@example.org");
+  Open<frmOptions>()->txtSMTP->ChangeValue("mail.example.org");
+  wxCommandEvent aClick(wxEVT_BUTTON, Open<frmOptions>()->cmdOK->GetId());
+  Open<frmOptions>()->cmdOK->ProcessWindowEvent(aClick);
+  EXPECT_EQ(aStrip.Note(), "");
 }
 
 TEST(List, APassDoesNotScrollWhatTheOperatorReads) {

@@ -5,11 +5,13 @@
 #include <wx/dialog.h>
 #include <wx/modalhook.h>
 #include <wx/stattext.h>
+#include <wx/statusbr.h>
 #include <wx/uiaction.h>
 
 #include <algorithm>
 
 #include "check/Schedule.h"
+#include "persistence/Settings.h"
 #include "servers/FaultServer.h"
 #include "ui/Program.h"
 #include "ui/common/TextGlue.h"
@@ -60,6 +62,8 @@ TEST(Pass, LocksCommandsShowsProgressAndIsStopped) {
   const auto Enabled = [&](int lCommand) { return aProgram.Main().GetMenuBar()->IsEnabled(lCommand); };
   const MenuCommand aUnlocked[] = {mF_StopCheck, mH_Topics, mH_Tour, mH_Updates};
   for (const bool bByWindow : {true, false}) {
+    modAddress::SetComments(2, "404 File Not Found");
+    aProgram.Main().Display_lvwMain(0);
     During aAct([&] {
       const auto& pProgress = aProgram.Main().pProgress;
       if (!pProgress || aServer.OpenConnections() == 0) return;
@@ -70,7 +74,8 @@ TEST(Pass, LocksCommandsShowsProgressAndIsStopped) {
       }
       EXPECT_EQ(aProgram.Panel(2), "Site checking in progress");
       EXPECT_EQ(FromWx(pProgress->lblSiteName->GetLabelText()), "Checking http://" + aServer.Site("/hang"));
-      aProgram.Run(mF_StartCheck);  // keys and pop-up go past the greyed menus
+      aProgram.Run(mE_DelAddress);  // keys and pop-up go past the greyed menus
+      EXPECT_EQ(aProgram.Panel(4), FromWx(ResText(IDS_NOTICE_RESTS)));
       if (bByWindow)
         pProgress->cmdStopAll_Click();
       else
@@ -79,6 +84,8 @@ TEST(Pass, LocksCommandsShowsProgressAndIsStopped) {
     aProgram.Run(mF_StartCheck);
     EXPECT_TRUE(aProgram.RowText(1).ends_with("<Manually Stopped.> Manually Stopped."))
         << aProgram.RowText(1);
+    EXPECT_TRUE(aProgram.RowText(2).ends_with("404 File Not Found")) << "not reached, and given back";
+    EXPECT_EQ(aProgram.Main().sbrMain->GetFieldsCount(), 3);
     EXPECT_TRUE(Enabled(mF_StartCheck) && Enabled(mF_StopCheck));
     EXPECT_FALSE(aProgram.Main().pProgress);
   }
@@ -86,6 +93,24 @@ TEST(Pass, LocksCommandsShowsProgressAndIsStopped) {
   Answers aAnswers({"ok"});
   aProgram.Run(mF_StopCheck);
   EXPECT_EQ(aAnswers.aSaid, Texts{"Checking is not in progress."});
+}
+
+TEST(Pass, LinesThatTheLogMissesAreSaidInTheStatusBarUntilSomebodyHasSeenIt) {
+  FaultServer aServer;
+  Program aProgram({Site(aServer.Site("/a"))});
+  Settings.LogPeriod = 1;
+  Settings.LogPath = aProgram.aHome.Path("missing");
+  aProgram.Run(mF_StartCheck);
+  EXPECT_TRUE(aProgram.Panel(4).starts_with("3 lines of the check log could not be written"))
+      << aProgram.Panel(4);
+  aProgram.Run(mF_StartCheck);
+  EXPECT_TRUE(aProgram.Panel(4).starts_with("6 lines"));
+  wxRect aNote;
+  ASSERT_TRUE(aProgram.Main().sbrMain->GetFieldRect(3, aNote));
+  wxMouseEvent aClick(wxEVT_LEFT_UP);
+  aClick.SetPosition(aNote.GetPosition() + aNote.GetSize() / 2);
+  aProgram.Main().sbrMain->ProcessWindowEvent(aClick);
+  EXPECT_EQ(aProgram.Main().sbrMain->GetFieldsCount(), 3);
 }
 
 // What a pass has to say waits for its end, and then for its operator, who may be asleep.
