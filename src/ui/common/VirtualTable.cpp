@@ -14,7 +14,7 @@
 namespace {
 
 constexpr int lImageTwips = 240;
-constexpr int lLeastShare = 16;  // characters, of a column that shares what is left
+constexpr int lLeastShare = 24;  // characters, of a column that shares what is left
 constexpr const char* aLights[] = {"Green", "Yellow", "Red", "Blank"};
 
 wxColour Between(const wxColour& aOne, const wxColour& aOther, double dPart) {
