@@ -2,7 +2,10 @@
 #include <benchmark/benchmark.h>
 #include <sys/resource.h>
 
+#include "fleet/Metrics.h"
 #include "fleet/PrometheusFolder.h"
+#include "fleet/StatusPage.h"
+#include "platform/Files.h"
 #include "support/TestHome.h"
 
 namespace {
@@ -34,6 +37,55 @@ void ExportFolder(benchmark::State& aState) {
   aState.counters["peak_kB"] = static_cast<double>(aUsage.ru_maxrss);
 }
 BENCHMARK(ExportFolder)->Arg(1000)->Arg(1000000)->Unit(benchmark::kMillisecond);
+
+// A list of which a tenth is down, and what passes of a month have found of it.
+constexpr DateTime dtNow = 46042.5;
+
+std::vector<SiteRecord> FullList() {
+  std::vector<SiteRecord> aList(1);
+  for (std::int32_t n = 1; n <= modAddress::lSiteCapacity; ++n) {
+    aList.push_back(Site(n));
+    if (n % 10 == 0) aList.back().Status = SiteStatus::iDown;
+  }
+  return aList;
+}
+
+PassFacts FullFacts(const std::vector<SiteRecord>& aList) {
+  PassFacts aFacts;
+  aFacts.dtEnded = dtNow;
+  aFacts.dtNext = AddMinutes(dtNow, 15);
+  for (const SiteRecord& aSite : aList)
+    aFacts.aSites[SiteName(aSite)] = {1700000000, 0.123};
+  return aFacts;
+}
+
+// Composed, written beside, synced as the seam does it, renamed.
+void WriteMetrics(benchmark::State& aState) {
+  const TestHome aHome;
+  const auto aList = FullList();
+  const auto aFacts = FullFacts(aList);
+  for (auto _ : aState)
+    if (!Files::WriteWhole(aHome.Path("k.prom"), Metrics::Compose(aList, aFacts)))
+      aState.SkipWithError("not written");
+  aState.counters["bytes"] = static_cast<double>(Files::FileSize(aHome.Path("k.prom")).value_or(0));
+}
+BENCHMARK(WriteMetrics)->Unit(benchmark::kMillisecond);
+
+void WritePage(benchmark::State& aState) {
+  const TestHome aHome;
+  const auto aList = FullList();
+  const auto aFacts = FullFacts(aList);
+  Trails aTrails;
+  for (std::size_t n = 1; n < aList.size(); ++n)
+    for (int i = 0; i < 30 * 24; ++i)  // an outage every other day for a tenth of the sites
+      aTrails.Add(SiteName(aList[n]), n % 10 == 0 && i % 48 >= 46 ? SiteState::Down : SiteState::Up,
+                  dtNow - (30 * 24 - i) / 24.0, 1);
+  for (auto _ : aState)
+    if (!Files::WriteWhole(aHome.Path("p.htm"), StatusPage::Compose(aList, aFacts, aTrails, dtNow)))
+      aState.SkipWithError("not written");
+  aState.counters["bytes"] = static_cast<double>(Files::FileSize(aHome.Path("p.htm")).value_or(0));
+}
+BENCHMARK(WritePage)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 

@@ -22,9 +22,24 @@ set(VERSION ${PROJECT_VERSION})
 foreach(COMMAND ${COMMANDS})
   file(CREATE_LINK ../${PROGRAM_FOLDER}/${COMMAND} ${STAGE}/${COMMAND} SYMBOLIC)
   install(FILES ${STAGE}/${COMMAND} DESTINATION ${CMAKE_INSTALL_BINDIR})
-  configure_file(${PROJECT_SOURCE_DIR}/packaging/man/${COMMAND}.1.in ${STAGE}/${COMMAND}.1 @ONLY)
+  if(COMMAND STREQUAL "kestrova-cli") # it knows its commands itself
+    add_custom_command(OUTPUT ${STAGE}/${COMMAND}.1 COMMAND ${COMMAND} manual > ${STAGE}/${COMMAND}.1
+                       DEPENDS ${COMMAND} VERBATIM)
+  else()
+    configure_file(${PROJECT_SOURCE_DIR}/packaging/man/${COMMAND}.1.in ${STAGE}/${COMMAND}.1 @ONLY)
+  endif()
   install_compressed(${STAGE}/${COMMAND}.1 ${COMMAND}.1 ${CMAKE_INSTALL_MANDIR}/man1)
 endforeach()
+
+# What bash completes, and what "systemctl --user enable kestrova-watch" starts.
+set(COMPLETION ${STAGE}/completion)
+add_custom_command(OUTPUT ${COMPLETION} COMMAND kestrova-cli completion > ${COMPLETION} DEPENDS kestrova-cli VERBATIM)
+set_property(GLOBAL APPEND PROPERTY COMPRESSED_FILES ${COMPLETION})
+install(FILES ${COMPLETION} DESTINATION share/bash-completion/completions RENAME kestrova-cli)
+set(WATCH_PROGRAM /usr/bin/kestrova-cli)
+set(WATCH_ENVIRONMENT "")
+configure_file(${PROJECT_SOURCE_DIR}/src/platform/posix/kestrova-watch.service.in ${STAGE}/kestrova-watch.service @ONLY)
+install(FILES ${STAGE}/kestrova-watch.service DESTINATION lib/systemd/user)
 
 set(DOCUMENTS share/doc/kestrova)
 configure_file(${PROJECT_SOURCE_DIR}/packaging/debian/changelog.in ${STAGE}/changelog.Debian @ONLY)

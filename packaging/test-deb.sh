@@ -24,6 +24,7 @@ contents=$(dpkg-deb --contents "$package")
 has "$contents" '/usr/lib/kestrova/(kestrova|KVTour)$' '/usr/lib/kestrova/Kestrova\.hlp$' 'Messages/Unknown\.txt$' \
   '/usr/bin/kestrova -> ../lib/kestrova/kestrova$' '/usr/bin/kestrova-cli -> ' '/usr/bin/LogView -> ' \
   'applications/kestrova\.desktop$' 'scalable/apps/kestrova\.svg$' 'doc/kestrova/copyright$' \
+  'bash-completion/completions/kestrova-cli$' 'systemd/user/kestrova-watch\.service$' \
   'man1/kestrova\.1\.gz$' 'man1/kestrova-cli\.1\.gz$' 'man1/LogView\.1\.gz$'
 if grep -E 'demo|test|bench|\.a$' <<<"$contents"; then fail "what is not for operators is in the package"; fi
 if command -v lintian >/dev/null; then

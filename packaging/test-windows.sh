@@ -112,7 +112,7 @@ ends 0
 # A new version over it, in another folder, with the shortcuts: nothing old is left but what the operator added.
 wine "$home/kestrova-cli.exe" import --add "$(cp "$folder/portable/drive_c/one.kvd" "$c" && echo 'C:\one.kvd')" >/dev/null
 touch "$home/Messages/HTTP-418.txt" "$home/Logs/D-20200101.kvl"
-wine "$setup" /S /DESKTOP /STARTUP '/D=C:\Other' folder
+wine "$setup" /S /DESKTOP /STARTUP=1 '/D=C:\Other' folder
 [ "$(cd "$home" && find . -type f | sort | tr '\n' ' ')" = './Logs/D-20200101.kvl ./Messages/HTTP-418.txt ' ] || fail "of the older version: $(ls -R "$home")"
 home="$c/Other folder"
 [ -e "$home/kestrova.exe" ] && [ -e "$desktop" ] && [ -e "$menu/StartUp/Kestrova.lnk" ] || fail "the new version is not all there"

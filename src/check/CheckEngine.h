@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <map>
+#include <set>
 #include <string>
 
 #include "alert/AlertText.h"
@@ -32,6 +33,8 @@ class CheckEngine {
 
   // The commands and timers. The two timers tick every 1000 ms; their handlers never throw.
   void mF_StartCheck_Click();
+  // The same over these sites only. Its log has no end line, which would say that every site had its turn.
+  void StartCheckOf(const std::set<std::int32_t>& aSlots);
   void TimerAutoCheck_Timer();
   void TimerMain_Timer();
   void StopCheck();
@@ -109,9 +112,10 @@ class CheckEngine {
   PassState iState = PassState::Idle;
   DateTime RequestTimeOut = 0;  // steady date-time; counts while a request is in flight
   std::int32_t lCheckIndex = 0;
-  bool bPassFailure = false;  // a site was found down during this pass
-  Classification FirstCheck;  // the URL's failure while the IP check runs
-  RequestFacts FirstRequest;  // and its request
+  std::set<std::int32_t> aOnly;  // the sites that have their turn; empty: all
+  bool bPassFailure = false;     // a site was found down during this pass
+  Classification FirstCheck;     // the URL's failure while the IP check runs
+  RequestFacts FirstRequest;     // and its request
   // When each URL failed for the first time, as far as this run has seen it.
   std::map<std::string, DateTime> aFirstFailures;
   std::int32_t lListHolds = 0;

@@ -35,7 +35,7 @@ class CheckEngine::PassScope {
   ~PassScope() {
     try {
       Engine.iState = PassState::Stopping;
-      CheckLog::WriteLog(false, false, true);
+      if (Engine.aOnly.empty()) CheckLog::WriteLog(false, false, true);
       if (Engine.bPassFailure && !Engine.bQuitting) Engine.View.SoundBell();
       Engine.SiteCheck_Enable();
     } catch (const std::exception&) {
@@ -70,6 +70,12 @@ void CheckEngine::mF_StartCheck_Click() {
   AutoSiteCheck();
   View.ShowPanel(2, Schedule::NextPanelText());
   if (!bQuitting) View.EnableAutoTimer(true);
+}
+
+void CheckEngine::StartCheckOf(const std::set<std::int32_t>& aSlots) {
+  aOnly = aSlots;
+  mF_StartCheck_Click();
+  aOnly.clear();
 }
 
 void CheckEngine::TimerAutoCheck_Timer() {
@@ -108,12 +114,15 @@ void CheckEngine::AutoSiteCheck() {
   Inet1.ForgetCookies();
   {
     const CookiePolicy aPolicy(Settings.AllowType);
-    modAddress::ClearComments();
+    if (aOnly.empty()) modAddress::ClearComments();
+    for (const std::int32_t i : aOnly)
+      modAddress::SetComments(i, "");
     View.ClearRemarks();
 
     // Sites that are added meanwhile wait for the next pass.
     const std::int32_t lLast = lSiteCount;
     for (std::int32_t i = 1; i <= lLast && i <= lSiteCount && CheckInProgress(); ++i) {
+      if (!aOnly.empty() && !aOnly.contains(i)) continue;
       try {
         CheckSite(i);
       } catch (const std::exception&) {

@@ -13,6 +13,7 @@ struct PassOptions {
   bool bJson = false;             // one JSON object a line
   bool bPlugin = false;           // check: as a monitoring plugin
   std::string szMetrics, szPage;  // files of this run alone
+  std::string szSite;             // check: of this number, or with this in the address; empty: all
 };
 
 namespace CliCommands {
@@ -21,10 +22,14 @@ namespace CliCommands {
 int Check(const PassOptions& aOptions = {});
 int Watch(const PassOptions& aOptions = {});
 
+// Whether the monitor starts by itself.
+enum class StartupWish { On, Off, Status };
+int Startup(StartupWish iWish);
+
 // The file of that kind that every pass writes. Empty and not bOff: says which.
 int Keep(KeptFiles::Kind iKind, const std::string& szFile, bool bOff);
 
-int List(bool bJson);
+int List(bool bJson, const std::string& szSite);
 
 int Import(const std::string& szFile, bool bReplace);
 int Export(const std::string& szFile);

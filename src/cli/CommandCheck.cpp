@@ -10,6 +10,7 @@
 #include "cli/CliCommands.h"
 #include "cli/PassView.h"
 #include "cli/Report.h"
+#include "cli/SiteChoice.h"
 #include "log/CheckLog.h"
 #include "persistence/Settings.h"
 #include "persistence/modAddress.h"
@@ -42,9 +43,9 @@ bool AllWasKept() {
   return modAddress::UnsavedSites() == 0 && lMissing == 0;
 }
 
-int OutcomeOfSites() {
-  const bool bAllUp = std::all_of(aSites.begin() + 1, aSites.end(), [](const SiteRecord& aSite) {
-    return !aSite.TakesPart() || aSite.Status == SiteStatus::iUp;
+int OutcomeOf(const std::set<std::int32_t>& aSlots) {
+  const bool bAllUp = std::all_of(aSlots.begin(), aSlots.end(), [](std::int32_t n) {
+    return !modAddress::Site(n).TakesPart() || modAddress::Site(n).Status == SiteStatus::iUp;
   });
   return bAllUp ? Report::iAllUp : Report::iNotAllUp;
 }
@@ -56,16 +57,26 @@ int CheckOnce(const PassOptions& aOptions, PassView& aView) {
   if (!aInstance.TryLock()) return Report::Fail(FillResString(IDS_CLI_IN_USE, {Registry::StoreName()}));
   if (!Load(aInstance, aOptions.bRestart)) return Report::iFailed;
 
+  const auto aSlots = SiteChoice::Read(aOptions.szSite);
+  if (!aSlots) return Report::iFailed;
+  const auto TakesPart = [](std::int32_t n) { return modAddress::Site(n).TakesPart(); };
+  if (!aOptions.szSite.empty() && std::none_of(aSlots->begin(), aSlots->end(), TakesPart))
+    return Report::Fail(FillResString(IDS_CLI_ONLY_DISABLED, {aOptions.szSite}));
+
   Terminal::CatchInterrupt();
   CheckEngine aEngine(aView);
   aView.Attach(aEngine);
-  aEngine.mF_StartCheck_Click();
+  aView.aSlots = *aSlots;
+  if (aOptions.szSite.empty())
+    aEngine.mF_StartCheck_Click();
+  else
+    aEngine.StartCheckOf(*aSlots);
   const bool bKept = AllWasKept();
   const bool bWritten = aView.PassesStarted() == 0 || aView.EndPass();
   if (aView.WasStopped() && Terminal::InterruptSignal() != 0)
     return Report::iSignalBase + Terminal::InterruptSignal();
   if (aView.WasStopped()) return Report::Fail(LoadResString(IDS_CLI_OUTPUT_CLOSED));
-  return bKept && bWritten ? OutcomeOfSites() : Report::iFailed;
+  return bKept && bWritten ? OutcomeOf(*aSlots) : Report::iFailed;
 }
 
 // While it lives standard error goes nowhere but into the text: who calls a plugin reads standard output

@@ -7,13 +7,14 @@
 #include "base/Text.h"
 #include "cli/CliCommands.h"
 #include "cli/Report.h"
+#include "cli/SiteChoice.h"
 #include "persistence/modAddress.h"
 
 namespace {
 
-void ListAsJson() {
+void ListAsJson(const std::set<std::int32_t>& aSlots) {
   nlohmann::ordered_json aList = nlohmann::ordered_json::array();
-  for (std::int32_t i = 1; i <= lSiteCount; ++i) {
+  for (const std::int32_t i : aSlots) {
     const SiteRecord& aSite = modAddress::Site(i);
     aList.push_back({{"number", i},
                      {"url", aSite.URL},
@@ -28,12 +29,12 @@ void ListAsJson() {
   Report::Say(aList.dump(2, ' ', true, nlohmann::json::error_handler_t::replace));
 }
 
-void ListAsTable() {
+void ListAsTable(const std::set<std::int32_t>& aSlots) {
   std::vector<std::vector<std::string>> aRows = {
       {LoadResString(IDS_CLI_LIST_HEAD), LoadResString(IDS_CLI_LIST_HEAD_STATUS),
        LoadResString(IDS_CLI_LIST_HEAD_ADDRESS), LoadResString(IDS_CLI_LIST_HEAD_IP),
        LoadResString(IDS_CLI_LIST_HEAD_TIMEOUT), LoadResString(IDS_CLI_LIST_HEAD_REMARK)}};
-  for (std::int32_t i = 1; i <= lSiteCount; ++i) {
+  for (const std::int32_t i : aSlots) {
     const SiteRecord& aSite = modAddress::Site(i);
     aRows.push_back({std::to_string(i),
                      aSite.TakesPart() ? Report::StatusWord(aSite.Status) : LoadResString(IDS_CLI_DISABLED),
@@ -56,14 +57,16 @@ void ListAsTable() {
 
 }  // namespace
 
-int CliCommands::List(bool bJson) {
+int CliCommands::List(bool bJson, const std::string& szSite) {
   if (!Report::LoadAll()) return Report::iFailed;
+  const auto aSlots = SiteChoice::Read(szSite);
+  if (!aSlots) return Report::iFailed;
   if (bJson) {
-    ListAsJson();
+    ListAsJson(*aSlots);
   } else if (lSiteCount < 1) {
     Report::Say(LoadResString(IDS_CLI_EMPTY_LIST));
   } else {
-    ListAsTable();
+    ListAsTable(*aSlots);
   }
   return Report::iAllUp;
 }

@@ -101,10 +101,11 @@ bool PassView::EndPass() {
   return aUnwritten.empty();
 }
 
-PassView::Found PassView::CountSites() {
+PassView::Found PassView::CountSites() const {
   Found aFound;
   for (std::int32_t n = 1; n <= lSiteCount; ++n) {
     const SiteRecord& aSite = modAddress::Site(n);
+    if (!aSlots.empty() && !aSlots.contains(n)) continue;
     if (!aSite.TakesPart()) {
       ++aFound.lDisabled;
     } else if (aSite.Status == SiteStatus::iUp) {
@@ -120,7 +121,9 @@ PassView::Found PassView::CountSites() {
 }
 
 void PassView::SayPassBegins() const {
-  SayLine({{"event", "pass-begins"}, {"timestamp", Timestamp(Clock::UnixNow())}, {"sites", lSiteCount}});
+  SayLine({{"event", "pass-begins"},
+           {"timestamp", Timestamp(Clock::UnixNow())},
+           {"sites", aSlots.empty() ? lSiteCount : static_cast<std::int32_t>(aSlots.size())}});
 }
 
 void PassView::SaySite(std::int32_t lSlot) const {

@@ -2,6 +2,7 @@
 // programs instead of a person: one JSON object a line, or the one line of a monitoring plugin.
 #pragma once
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,7 @@
 class PassView : public TerminalView {
  public:
   explicit PassView(const PassOptions& aGiven);
+  std::set<std::int32_t> aSlots;  // the sites that count; empty: all
 
   // After a pass: writes the files and says what it found. False when a file could not be written.
   bool EndPass();
@@ -37,7 +39,7 @@ class PassView : public TerminalView {
     int lUp = 0, lWarning = 0, lDown = 0, lDisabled = 0;
     std::vector<std::string> aDown;
   };
-  static Found CountSites();
+  Found CountSites() const;
 
   PassOptions aOptions;
   PassFiles aFiles;

@@ -7,6 +7,7 @@
 #include "base/Commit.h"
 #include "base/Strings.h"
 #include "cli/CliCommands.h"
+#include "cli/Manual.h"
 #include "cli/Report.h"
 #include "fleet/PrometheusFolder.h"
 #include "platform/MsgBox.h"
@@ -18,7 +19,7 @@ struct Arguments {
   PassOptions aPass;
   CliCommands::LogArguments aLog;
   bool bJson = false, bOff = false, bShow = false, bReplace = false, bAdd = false, bTest = false;
-  std::string szFile, szCode, szFolder, szFrom;
+  std::string szFile, szCode, szFolder, szFrom, szSite;
   std::int32_t lSite = 0, lShards = 1;
   std::function<int()> aCommand;
 };
@@ -34,12 +35,17 @@ void AddPassFiles(CLI::App* pVerb, PassOptions& aPass) {
   pVerb->add_option("--page", aPass.szPage, LoadResString(IDS_CLI_PASS_PAGE))->type_name("FILE");
 }
 
+void AddSite(CLI::App* pVerb, std::string& szSite) {
+  pVerb->add_option("--site", szSite, LoadResString(IDS_CLI_ONLY_SITE))->type_name("TEXT|N");
+}
+
 void AddChecking(CLI::App& aApp, Arguments& a) {
   CLI::App* pCheck = AddVerb(aApp, "check", IDS_CLI_CHECK, IDS_CLI_CHECK_EXAMPLES);
   pCheck->add_flag("--restart", a.aPass.bRestart, LoadResString(IDS_CLI_CHECK_RESTART));
   auto* pJson = pCheck->add_flag("--json", a.aPass.bJson, LoadResString(IDS_CLI_PASS_JSON));
   pCheck->add_flag("--plugin", a.aPass.bPlugin, LoadResString(IDS_CLI_CHECK_PLUGIN))->excludes(pJson);
   AddPassFiles(pCheck, a.aPass);
+  AddSite(pCheck, a.aPass.szSite);
   pCheck->callback([&a] { a.aCommand = [&a] { return CliCommands::Check(a.aPass); }; });
   CLI::App* pWatch = AddVerb(aApp, "watch", IDS_CLI_WATCH, IDS_CLI_WATCH_EXAMPLES);
   pWatch->add_flag("--json", a.aPass.bJson, LoadResString(IDS_CLI_PASS_JSON));
@@ -67,7 +73,8 @@ void AddKeeping(CLI::App& aApp, Arguments& a) {
 void AddListing(CLI::App& aApp, Arguments& a) {
   CLI::App* pList = AddVerb(aApp, "list", IDS_CLI_LIST, IDS_CLI_LIST_EXAMPLES);
   pList->add_flag("--json", a.bJson, LoadResString(IDS_CLI_LIST_JSON));
-  pList->callback([&a] { a.aCommand = [&a] { return CliCommands::List(a.bJson); }; });
+  AddSite(pList, a.szSite);
+  pList->callback([&a] { a.aCommand = [&a] { return CliCommands::List(a.bJson, a.szSite); }; });
 
   CLI::App* pImport = AddVerb(aApp, "import", IDS_CLI_IMPORT, IDS_CLI_IMPORT_EXAMPLES);
   auto* pMode = pImport->add_option_group("mode");
@@ -142,6 +149,33 @@ void AddAlert(CLI::App& aApp, Arguments& a) {
   });
 }
 
+void AddStartup(CLI::App& aApp, Arguments& a) {
+  CLI::App* pStartup = AddVerb(aApp, "startup", IDS_CLI_STARTUP, IDS_CLI_STARTUP_EXAMPLES);
+  pStartup->require_subcommand(1);
+  const auto Add = [&](const char* szName, StringId iAbout, CliCommands::StartupWish iWish) {
+    AddVerb(*pStartup, szName, iAbout, 0)->callback([&a, iWish] {
+      a.aCommand = [iWish] { return CliCommands::Startup(iWish); };
+    });
+  };
+  Add("on", IDS_CLI_STARTUP_TURN_ON, CliCommands::StartupWish::On);
+  Add("off", IDS_CLI_STARTUP_TURN_OFF, CliCommands::StartupWish::Off);
+  Add("status", IDS_CLI_STARTUP_STATUS, CliCommands::StartupWish::Status);
+}
+
+// What is made of all the others.
+void AddManual(CLI::App& aApp, Arguments& a) {
+  const auto Print = [](const std::string& szText) {
+    Report::Say(szText);
+    return Report::iAllUp;
+  };
+  AddVerb(aApp, "completion", IDS_CLI_COMPLETION, IDS_CLI_COMPLETION_EXAMPLES)->callback([&a, &aApp, Print] {
+    a.aCommand = [&aApp, Print] { return Print(Manual::Completion(aApp)); };
+  });
+  AddVerb(aApp, "manual", IDS_CLI_MANUAL, 0)->callback([&a, &aApp, Print] {
+    a.aCommand = [&aApp, Print] { return Print(Manual::Page(aApp)); };
+  });
+}
+
 // One line for whatever is wrong with the arguments.
 std::string Explain(const CLI::App& aApp, const CLI::ParseError& aError, int iCount, char** aValues) {
   if (iCount < 2) return LoadResString(IDS_CLI_NO_VERB);
@@ -166,6 +200,8 @@ int Run(int iCount, char** aValues) {
   AddLog(aApp, aArguments);
   AddAlert(aApp, aArguments);
   AddKeeping(aApp, aArguments);
+  AddStartup(aApp, aArguments);
+  AddManual(aApp, aArguments);
   try {
     aApp.parse(iCount, aValues);
   } catch (const CLI::Success& aAnswer) {  // --help, --version

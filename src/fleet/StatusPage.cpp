@@ -28,7 +28,7 @@ b{white-space:nowrap}.u b{color:var(--up)}.w b{color:var(--warn)}.d b{color:var(
 .u b::before{content:"\25CF  "}.w b::before{content:"\25B2  "}.d b::before{content:"\25A0  "}.o b::before{content:"\25CB  "}small{color:var(--soft);display:block}
 svg,i{display:block;width:9rem;height:1rem;background:var(--none)}i{background:var(--up)}i.o{background:var(--none)}
 .su{fill:var(--up)}.sw{fill:var(--warn)}.sd{fill:var(--down)}
-@media (max-width:40rem){thead{position:absolute;left:-99rem}tbody tr{display:grid;grid-template-columns:1fr auto;padding:.5rem 0;border-bottom:1px solid var(--line)}th,td{border:0;padding:.1rem .4rem .1rem 0}tbody th{grid-column:1/3;font-weight:600}svg,i{width:100%}.p::before,.n::before{content:attr(title) ": ";color:var(--soft)}}
+@media (max-width:40rem){thead{position:absolute;left:-99rem}tbody tr{display:grid;grid-template-columns:1fr 9rem;padding:.5rem 0;border-bottom:1px solid var(--line)}th,td{border:0;padding:.1rem .4rem .1rem 0}tbody th{grid-column:1/3;font-weight:600}svg,i{width:100%}.p::before,.n::before{content:attr(title) ": ";color:var(--soft)}}
 @media print{:root{color-scheme:light;--paper:#fff;--ink:#000;--soft:#444;--line:#bbb;--up:#2e8b57;--warn:#8a6100;--down:#c0262d;--none:#ccc}body{padding:0;max-width:none;font-size:9.5pt}tr{break-inside:avoid}thead{display:table-header-group}svg,i{print-color-adjust:exact;-webkit-print-color-adjust:exact}}
 )";
 

@@ -1,5 +1,6 @@
 // What kestrova-cli gives to other tools.
 #include <nlohmann/json.hpp>
+#include <regex>
 #include <sstream>
 
 #include "cli/Cli.h"
@@ -114,6 +115,60 @@ TEST_F(Fleet, FilesForOtherToolsAreKept) {
   EXPECT_EQ(Run({"metrics", aHome.Folder()}).iCode, 2);
   EXPECT_EQ(Run({"metrics", "--off"}).iCode, 0);
   EXPECT_THAT(Run({"metrics", "--show"}).szOutput, testing::HasSubstr("No such file"));
+}
+
+TEST_F(Fleet, SomeSitesOnly) {
+  aServer.Serve("/bad", Fault::Status("404 x"));
+  ImportList(ListOf({aServer.Site("/good"), aServer.Site("/bad"), "off.test"}) + "disabled.test,,4,0,10\r\n");
+  Result aResult = Run({"check", "--site", "/GOOD"});
+  EXPECT_EQ(aResult.iCode, 0) << aResult.szErrors;
+  EXPECT_EQ(aServer.Count("/bad"), 0);
+  EXPECT_THAT(Log(), testing::AllOf(HasPattern("^.START CHECK: MANUAL"), testing::HasSubstr("/good,"),
+                                    testing::Not(testing::HasSubstr("END CHECK"))));
+  aResult = Run({"check", "--json", "--site", "/bad"});
+  EXPECT_EQ(aResult.iCode, 1);
+  EXPECT_THAT(aResult.szOutput, testing::AllOf(testing::HasSubstr("\"sites\":1}"),
+                                               testing::HasSubstr("\"up\":0,\"warning\":1")));
+  EXPECT_EQ(Run({"check", "--plugin", "--site", "/good"}).iCode, 0);
+  EXPECT_EQ(aServer.Count("/good"), 2);
+  EXPECT_EQ(Run({"check", "--site", "disabled"}).iCode, 2);
+  for (const char* szNone : {"99", "no-such"}) {
+    aResult = Run({"list", "--site", szNone});
+    EXPECT_EQ(aResult.iCode, 2);
+    EXPECT_EQ(std::ranges::count(aResult.szErrors, '\n'), 1) << aResult.szErrors;
+  }
+  const auto aByText = nlohmann::json::parse(Run({"list", "--json", "--site", "/bad"}).szOutput);
+  ASSERT_EQ(aByText.size(), 1U);
+  EXPECT_EQ(aByText[0]["status"], "warning") << "as the pass over it alone has left it";
+  const std::string szNumber = std::to_string(aByText[0]["number"].get<int>());
+  EXPECT_EQ(nlohmann::json::parse(Run({"list", "--json", "--site", szNumber}).szOutput), aByText);
+}
+
+// The words that stand in the usage of "--help", with those of nested commands.
+TEST_F(Fleet, ManualHoldsEveryCommandAndOption) {
+  const std::string szPage = Run({"manual"}).szOutput;
+  const std::string szHelp = Run({"--help"}).szOutput;
+  std::vector<std::vector<std::string>> aVerbs;
+  std::istringstream aLines(szHelp.substr(szHelp.find("Subcommands:")));
+  for (std::string szLine; std::getline(aLines, szLine);)
+    if (std::smatch aMatch; std::regex_search(szLine, aMatch, std::regex("^  ([a-z]+) ")))
+      aVerbs.push_back({aMatch[1]});
+  ASSERT_GE(aVerbs.size(), 13U);
+  aVerbs.insert(aVerbs.end(), {{"startup", "on"}, {"registry", "export"}});
+  const auto InPage = [](const std::string& szWord) {
+    return std::regex_replace(szWord, std::regex("-"), "\\-");
+  };
+  for (auto aVerb : aVerbs) {
+    const std::string szVerb = aVerb.size() == 1 ? aVerb[0] : aVerb[0] + " " + aVerb[1];
+    EXPECT_THAT(szPage, testing::HasSubstr("\n.SS \"" + szVerb));
+    aVerb.emplace_back("--help");
+    const std::string szUsage = Run(aVerb).szOutput;
+    const std::regex aOption("\n  (--[a-z]+)");
+    for (std::sregex_iterator a(szUsage.begin(), szUsage.end(), aOption); a != std::sregex_iterator(); ++a)
+      EXPECT_THAT(szPage.substr(szPage.find("\n.SS \"" + szVerb)),
+                  testing::HasSubstr("\n.B " + InPage((*a)[1])))
+          << szVerb;
+  }
 }
 
 }  // namespace

@@ -63,20 +63,6 @@ TEST(Metrics, SitesWhateverTheyAreCalled) {
   EXPECT_EQ(Metrics::Compose(aList, aNext), szText);
 }
 
-TEST(Metrics, ThePrometheusToolIsContent) {
-  const TestHome aHome;
-  PassFacts aFacts;
-  aFacts.dStarted = 1700000000;
-  aFacts.dDuration = 1;
-  aFacts.aSites["a.test"] = {1700000000, 0.25};
-  aHome.Write("m.prom", Metrics::Compose(List({{"", "a.test", 1, 1, 60, ""}}), aFacts));
-  const std::string szOut = " > \"" + aHome.Path("out.txt") + "\" 2>&1";
-  if (std::system(("promtool --version" + szOut).c_str()) != 0) GTEST_SKIP() << "promtool is not installed";
-  EXPECT_EQ(std::system(("promtool check metrics < \"" + aHome.Path("m.prom") + "\"" + szOut).c_str()), 0)
-      << aHome.Read("out.txt");
-  EXPECT_EQ(aHome.Read("out.txt"), "");
-}
-
 TEST(Trails, TimeThatNobodyWatchedIsNeitherUpNorDown) {
   Trails aTrails;
   constexpr double dHour = 1.0 / 24;

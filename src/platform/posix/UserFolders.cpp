@@ -48,9 +48,7 @@ std::string ReadQuoted(std::string_view szValue) {
 }
 
 std::string DesktopSetting() {
-  const auto szConfig =
-      FromEnvironment("XDG_CONFIG_HOME", Below(UserFolders::Home(), ".config")) + "/user-dirs.dirs";
-  const auto szText = Files::ReadWhole(szConfig, 65536).value_or("");
+  const auto szText = Files::ReadWhole(UserFolders::Config() + "/user-dirs.dirs", 65536).value_or("");
   constexpr std::string_view szKey = "XDG_DESKTOP_DIR=";
   std::string szPath;
   for (std::size_t lStart = 0; lStart < szText.size();) {
@@ -70,6 +68,10 @@ std::string UserFolders::Home() {
   if (szValue != nullptr && szValue[0] == '/') return WithoutEndSlash(szValue);
   const passwd* const pUser = getpwuid(getuid());
   return WithoutEndSlash(pUser != nullptr && pUser->pw_dir[0] == '/' ? pUser->pw_dir : "/");
+}
+
+std::string UserFolders::Config() {
+  return FromEnvironment("XDG_CONFIG_HOME", Below(Home(), ".config"));
 }
 
 std::string UserFolders::Data() {

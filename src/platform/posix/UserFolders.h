@@ -7,6 +7,7 @@
 namespace UserFolders {
 
 std::string Home();
+std::string Config();   // $XDG_CONFIG_HOME, else ~/.config
 std::string Data();     // $XDG_DATA_HOME, else ~/.local/share
 std::string Desktop();  // as the desktop's settings name it, else ~/Desktop, else the home folder
 

@@ -19,6 +19,10 @@ std::string LocalDataFolder() {
   return SpecialFolder(CSIDL_LOCAL_APPDATA);
 }
 
+std::string CommonStartupFolder() {
+  return SpecialFolder(CSIDL_COMMON_STARTUP);
+}
+
 std::string ProfileFolder() {
   return SpecialFolder(CSIDL_PROFILE);
 }

@@ -5,3 +5,4 @@
 
 std::string LocalDataFolder();  // empty when the system does not say
 std::string ProfileFolder();
+std::string CommonStartupFolder();  // what every user's session starts

@@ -1,0 +1,243 @@
+// What a pass leaves for others, read by those for whom it is: the real node exporter and promtool, and the
+// status page served by nginx and looked at in Chromium (packages prometheus, prometheus-node-exporter,
+// nginx-light, chromium).
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <regex>
+#include <set>
+
+#include "fleet/Metrics.h"
+#include "fleet/StatusPage.h"
+#include "platform/Files.h"
+#include "servers/FaultServer.h"
+#include "support/ChildProcess.h"
+#include "support/TestHome.h"
+
+namespace {
+
+const DateTime dtNow = JoinDateTime({2026, 1, 20, 8, 0, 0});
+
+// Names that a shell, a label, a page and a narrow screen could stumble over.
+std::vector<SiteRecord> List() {
+  const std::uint8_t iEnabled = SiteRecord::iEnabled;
+  return {{},
+          {"", "www.fine.test/a b\\c\"d{}", SiteStatus::iUp, iEnabled, 60, "Site OK"},
+          {"", "<script>document.title='no'</script>.test", SiteStatus::iDown, iEnabled, 60, "404 <b>x</b>"},
+          {"", "www." + std::string(150, 'w') + ".test", SiteStatus::iWarning, iEnabled, 60, "Time-out"},
+          {"", "bytes\xE4\xFF.test", SiteStatus::iUp, iEnabled, 60, "Site OK"},
+          {"192.0.2.7", "", SiteStatus::iNotKnown, SiteRecord::iDisabled, 60, ""}};
+}
+
+PassFacts Facts() {
+  PassFacts aFacts;
+  aFacts.dStarted = 1700000000;
+  aFacts.dDuration = 12.5;
+  aFacts.dtEnded = dtNow;
+  aFacts.dtNext = AddMinutes(dtNow, 15);
+  for (const SiteRecord& aSite : List())
+    if (!SiteName(aSite).empty()) aFacts.aSites[SiteName(aSite)] = {1700000001, 0.25};
+  return aFacts;
+}
+
+class Served : public testing::Test {
+ protected:
+  struct Result {
+    int iCode;
+    std::string szOutput, szErrors;
+  };
+
+  static bool AreHere(const std::vector<std::string>& aPrograms) {
+    return std::ranges::all_of(aPrograms, [](const auto& sz) { return access(sz.c_str(), X_OK) == 0; });
+  }
+  // By a shell, in the test's folder.
+  Result Shell(const std::string& szScript) const {
+    ChildProcess aShell("/bin/bash", {"-c", "cd '" + aHome.Folder() + "' && " + szScript});
+    const int iCode = aShell.Wait(60);
+    return {iCode, aShell.Output(), aShell.Errors()};
+  }
+  // An answer of a server on this machine, once it listens.
+  std::string Get(const std::string& szPath) const {
+    return Shell("for i in {1..200}; do exec 3<>/dev/tcp/127.0.0.1/" + std::to_string(lPort) +
+                 " && break; sleep 0.1; done 2>/dev/null; printf 'GET " + szPath +
+                 " HTTP/1.0\\r\\n\\r\\n' >&3; cat <&3")
+        .szOutput;
+  }
+
+  TestHome aHome;
+  const std::uint16_t lPort = FaultServer::RefusingPort();
+};
+
+TEST_F(Served, TheNodeExporterHandsOnEveryMetric) {
+  if (!AreHere({"/usr/bin/prometheus-node-exporter", "/usr/bin/promtool"}))
+    GTEST_SKIP() << "install prometheus and prometheus-node-exporter";
+  Files::MakeFolder(aHome.Path("text"));
+  const std::string szText = Metrics::Compose(List(), Facts());
+  aHome.Write("text/kestrova.prom", szText);
+  const Result aChecked = Shell("promtool check metrics < text/kestrova.prom");
+  EXPECT_EQ(aChecked.iCode, 0);
+  EXPECT_EQ(aChecked.szOutput + aChecked.szErrors, "");
+
+  const ChildProcess aExporter("/usr/bin/prometheus-node-exporter",
+                               {"--collector.disable-defaults", "--collector.textfile",
+                                "--collector.textfile.directory=" + aHome.Path("text"),
+                                "--web.listen-address=127.0.0.1:" + std::to_string(lPort)});
+  const std::string szHandedOn = Get("/metrics");
+  EXPECT_NE(szHandedOn.find("\nnode_textfile_scrape_error 0\n"), std::string::npos) << szHandedOn;
+  std::istringstream aLines(szText);
+  int iSamples = 0;
+  for (std::string szLine; std::getline(aLines, szLine);) {
+    if (szLine.starts_with('#')) continue;
+    const std::string szSample = szLine.substr(0, szLine.rfind(' '));
+    EXPECT_NE(szHandedOn.find("\n" + szSample + " "), std::string::npos) << szSample;
+    ++iSamples;
+  }
+  EXPECT_GT(iSamples, 30);
+}
+
+// The rules and the dashboard ask for what is really written.
+TEST_F(Served, RulesAndDashboardKnowTheMetrics) {
+  if (!AreHere({"/usr/bin/promtool"})) GTEST_SKIP() << "install prometheus";
+  const std::string szDocs = std::string(KESTROVA_SOURCE) + "/docs/fleet/";
+  const auto aBoard =
+      nlohmann::json::parse(Files::ReadWhole(szDocs + "dashboard.json", 1 << 20).value_or(""));
+  const std::string szRules = Files::ReadWhole(szDocs + "kestrova-rules.yml", 1 << 20).value_or("");
+  nlohmann::json aQueries = nlohmann::json::array();
+  std::string szAll = szRules;
+  std::set<int> aNumbers;
+  std::set<std::pair<int, int>> aPlaces;
+  for (const auto& aPanel : aBoard.at("panels")) {
+    EXPECT_TRUE(aNumbers.insert(aPanel.at("id").get<int>()).second);
+    const auto& aPlace = aPanel.at("gridPos");
+    EXPECT_LE(aPlace.at("x").get<int>() + aPlace.at("w").get<int>(), 24);
+    EXPECT_TRUE(aPlaces.insert({aPlace.at("x").get<int>(), aPlace.at("y").get<int>()}).second)
+        << aPanel.dump();
+    for (const auto& aTarget : aPanel.at("targets")) {
+      auto szQuery = aTarget.at("expr").get<std::string>();
+      EXPECT_EQ(aTarget.at("datasource").at("uid").get<std::string>(), "${datasource}");
+      szAll += "\n" + szQuery;
+      szQuery = std::regex_replace(szQuery, std::regex("\\$__range"), "1h");
+      aQueries.push_back({{"record", "q"}, {"expr", szQuery}});
+    }
+  }
+  EXPECT_GE(aNumbers.size(), 8U);
+  aHome.Write("queries.yml", nlohmann::json{{"groups", {{{"name", "board"}, {"rules", aQueries}}}}}.dump());
+  const Result aChecked = Shell("promtool check rules --lint=none queries.yml");
+  EXPECT_EQ(aChecked.iCode, 0) << aChecked.szOutput << aChecked.szErrors;
+
+  const std::string szWritten = Metrics::Compose(List(), Facts());
+  const std::regex aName("kestrova_[a-z_]+");
+  for (std::sregex_iterator a(szAll.begin(), szAll.end(), aName); a != std::sregex_iterator(); ++a)
+    EXPECT_NE(szWritten.find("# TYPE " + a->str() + " "), std::string::npos) << a->str();
+}
+
+TEST_F(Served, ARuleTellsThatThePassesHaveStopped) {
+  if (!AreHere({"/usr/bin/promtool"})) GTEST_SKIP() << "install prometheus";
+  // Passes of 5 minutes each quarter of an hour, begun at 0, 15 and 30 minutes; none after that.
+  aHome.Write("test.yml",
+              "rule_files: ['" + std::string(KESTROVA_SOURCE) + R"(/docs/fleet/kestrova-rules.yml']
+evaluation_interval: 1m
+tests:
+  - interval: 1m
+    input_series:
+      - series: 'kestrova_pass_start_timestamp_seconds{instance="desk"}'
+        values: '0x14 900x14 1800x60'
+      - series: 'kestrova_pass_interval_seconds{instance="desk"}'
+        values: '900x90'
+      - series: 'kestrova_pass_duration_seconds{instance="desk"}'
+        values: '_x4 300x85'
+    alert_rule_test:
+      - {eval_time: 10m, alertname: KestrovaStopped, exp_alerts: []}
+      - {eval_time: 65m, alertname: KestrovaStopped, exp_alerts: []}
+      - eval_time: 67m
+        alertname: KestrovaStopped
+        exp_alerts:
+          - exp_labels: {severity: page, instance: desk}
+            exp_annotations: {summary: "Kestrova on desk has begun no pass for 37m 0s"}
+  - interval: 1m
+    input_series: [{series: 'up', values: '1x30'}]
+    alert_rule_test:
+      - {eval_time: 14m, alertname: KestrovaSilent, exp_alerts: []}
+      - eval_time: 16m
+        alertname: KestrovaSilent
+        exp_alerts: [{exp_labels: {severity: page}, exp_annotations: {summary: "No metrics of Kestrova arrive"}}]
+)");
+  const Result aTested = Shell("promtool test rules test.yml");
+  EXPECT_EQ(aTested.iCode, 0) << aTested.szOutput << aTested.szErrors;
+}
+
+class Page : public Served {
+ protected:
+  void SetUp() override {
+    if (!AreHere({"/usr/sbin/nginx", "/usr/bin/chromium"}))
+      GTEST_SKIP() << "install nginx-light and chromium";
+    Files::MakeFolder(aHome.Path("www"));
+    Trails aTrails;
+    for (const SiteRecord& aSite : List())
+      for (int i = 0; i < 40 && !SiteName(aSite).empty(); ++i)
+        aTrails.Add(SiteName(aSite), i % 9 < 6 ? SiteState::Up : SiteState::Down, dtNow - (40 - i) / 30.0, 1);
+    ASSERT_TRUE(Files::WriteWhole(aHome.Path("www/status.htm"),
+                                  StatusPage::Compose(List(), Facts(), aTrails, dtNow)));
+    // Looks at the page in a frame of that width, and says in its own title what it has seen.
+    aHome.Write("www/look.htm", R"(<!DOCTYPE html><title>?</title><style>body{margin:0}</style>
+<iframe id="f" src="status.htm" width="400" height="900" style="border:0"></iframe><script>
+f.onload = () => {
+  const page = f.contentDocument, body = f.contentWindow.getComputedStyle(page.body);
+  document.title = JSON.stringify({wide: page.scrollingElement.scrollWidth, room: page.scrollingElement.clientWidth, title: page.title,
+    rows: page.querySelectorAll("tbody")[0].rows.length, paper: body.backgroundColor, ink: body.color,
+    elsewhere: f.contentWindow.performance.getEntriesByType("resource").length});
+};</script>)");
+    const std::string szUser = geteuid() == 0 ? "user root;" : "";
+    std::string szTemporary;
+    for (const char* szKind : {"client_body", "proxy", "fastcgi", "uwsgi", "scgi"})
+      szTemporary += std::string(szKind) + "_temp_path " + aHome.Path(szKind) + "; ";
+    aHome.Write("nginx.conf", szUser + " daemon off; error_log stderr; pid " + aHome.Path("nginx.pid") +
+                                  "; events {} http { types { text/html htm; } access_log off; " +
+                                  szTemporary + "server { listen 127.0.0.1:" + std::to_string(lPort) +
+                                  "; root " + aHome.Path("www") + "; } }");
+    pServer = std::make_unique<ChildProcess>(
+        "/usr/sbin/nginx", std::vector<std::string>{"-c", aHome.Path("nginx.conf"), "-e", "stderr"});
+    const std::string szAnswer = Get("/status.htm");
+    ASSERT_NE(szAnswer.find("200 OK"), std::string::npos) << szAnswer << pServer->Errors();
+    ASSERT_NE(szAnswer.find("Content-Type: text/html"), std::string::npos);
+  }
+
+  Result Chromium(const std::string& szOptions, const std::string& szPath) const {
+    return Shell(
+        "HOME=$PWD exec chromium --headless --no-sandbox --disable-gpu --disable-dev-shm-usage "
+        "--user-data-dir=\"$PWD/profile\" --virtual-time-budget=3000 " +
+        szOptions + " http://127.0.0.1:" + std::to_string(lPort) + szPath);
+  }
+  nlohmann::json Look(const std::string& szOptions) const {
+    const Result aSeen = Chromium(szOptions + " --dump-dom", "/look.htm");
+    std::smatch aTitle;
+    if (!std::regex_search(aSeen.szOutput, aTitle, std::regex("<title>(\\{.*\\})</title>"))) {
+      ADD_FAILURE() << aSeen.szOutput << aSeen.szErrors;
+      return {};
+    }
+    return nlohmann::json::parse(aTitle[1].str(), nullptr, false);
+  }
+
+  std::unique_ptr<ChildProcess> pServer;
+};
+
+TEST_F(Page, IsReadableOnATelephoneInBothLightsAndOnPaper) {
+  const auto aLight = Look("--blink-settings=preferredColorScheme=1");
+  EXPECT_LE(aLight["room"], 400);
+  EXPECT_EQ(aLight["wide"], aLight["room"]) << "it must be scrolled sideways";
+  EXPECT_EQ(aLight["title"], "Kestrova: status");
+  EXPECT_EQ(aLight["rows"], 5);
+  EXPECT_EQ(aLight["elsewhere"], 0);
+  EXPECT_EQ(aLight["paper"], "rgb(255, 255, 255)");
+  const auto aDark = Look("--blink-settings=preferredColorScheme=0");
+  EXPECT_NE(aDark["paper"], aLight["paper"]);
+  EXPECT_NE(aDark["ink"], aLight["ink"]);
+
+  Chromium("--print-to-pdf=page.pdf", "/status.htm");
+  EXPECT_TRUE(aHome.Read("page.pdf").starts_with("%PDF-"));
+}
+
+}  // namespace
