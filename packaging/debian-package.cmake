@@ -22,7 +22,7 @@ set(VERSION ${PROJECT_VERSION})
 foreach(COMMAND ${COMMANDS})
   file(CREATE_LINK ../${PROGRAM_FOLDER}/${COMMAND} ${STAGE}/${COMMAND} SYMBOLIC)
   install(FILES ${STAGE}/${COMMAND} DESTINATION ${CMAKE_INSTALL_BINDIR})
-  if(COMMAND STREQUAL "kestrova-cli") # it knows its commands itself
+  if("${COMMAND}" STREQUAL kestrova-cli) # it knows its commands itself
     add_custom_command(OUTPUT ${STAGE}/${COMMAND}.1 COMMAND ${COMMAND} manual > ${STAGE}/${COMMAND}.1
                        DEPENDS ${COMMAND} VERBATIM)
   else()
