@@ -46,7 +46,8 @@ void Play(const std::string& szFolder) {
 
 int main(int iCount, char** aValues) {
   const bool bWeek = iCount == 3 && std::string(aValues[1]) == "--week";
-  if (!bWeek && iCount != 2) {
+  const bool bFolder = iCount > 1 && *aValues[iCount - 1] != '-';
+  if (!bFolder || (!bWeek && iCount != 2)) {
     std::cerr << "usage: kestrova-demo [--week] FOLDER\n";
     return 2;
   }
