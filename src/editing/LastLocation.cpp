@@ -23,7 +23,7 @@ std::string LastLocation::StartFolder(const char* szValue, const std::string& sz
   const auto IsThere = [](const std::string& szFolder) {
     return !Text::IsBlank(szFolder) && Files::FolderExists(szFolder);
   };
-  const auto szRemembered = ReadFolder(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szLastLoc, szValue);
+  auto szRemembered = ReadFolder(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szLastLoc, szValue);
   if (IsThere(szRemembered)) return szRemembered;
   if (!Text::IsBlank(szRemembered) && IsThere(szGone)) return szGone;
   const auto szDesktop = ReadFolder(Registry::HKEY_CURRENT_USER, ProductKeys::szShellFolders, "Desktop");

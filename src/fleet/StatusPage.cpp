@@ -101,13 +101,12 @@ std::string Picture(const std::vector<StateInterval>& aStates, DateTime dtNow) {
        {std::pair{SiteState::Up, "su"}, {SiteState::Warning, "sw"}, {SiteState::Down, "sd"}}) {
     std::string szPath;
     for (int n = 0; n < lSlots;) {
-      int lLength = 0;
-      while (n + lLength < lSlots && aSlots[static_cast<std::size_t>(n + lLength)] == iState)
-        ++lLength;
-      if (lLength > 0)
-        szPath += "M" + std::to_string(n) + " 0h" + std::to_string(lLength) + "v6h-" +
-                  std::to_string(lLength) + "z";
-      n += std::max(1, lLength);
+      int lEnd = n;
+      while (lEnd < lSlots && aSlots[static_cast<std::size_t>(lEnd)] == iState)
+        ++lEnd;
+      const auto szLength = std::to_string(lEnd - n);
+      if (lEnd > n) szPath += "M" + std::to_string(n) + " 0h" + szLength + "v6h-" + szLength + "z";
+      n = std::max(n + 1, lEnd);
     }
     if (!szPath.empty()) szPicture += std::string("<path class=\"") + szClass + "\" d=\"" + szPath + "\"/>";
   }
@@ -156,9 +155,7 @@ std::string Head(const std::vector<Entry>& aEntries, const PassFacts& aFacts, Da
   };
   const bool bUnknown = std::ranges::any_of(aEntries, [](const Entry& a) { return a.lRank == 2; });
   std::string szLine;
-  if (aEntries.empty())
-    szLine = LoadResString(IDS_PAGE_NO_SITES);
-  else if (lDown > 0 && lWarning > 0)
+  if (lDown > 0 && lWarning > 0)
     szLine = FillResString(IDS_PAGE_NOT_UP, {Number(lDown), Number(lWarning)});
   else if (lDown > 0)
     szLine = FillResString(IDS_PAGE_DOWN, {Number(lDown)});
@@ -174,9 +171,7 @@ std::string Head(const std::vector<Entry>& aEntries, const PassFacts& aFacts, Da
     szLine = LoadResString(IDS_PAGE_NO_SITES);
   const char* szClass = lDown > 0 ? "d" : lWarning > 0 ? "w" : bUnknown || lUp == 0 ? "o" : "u";
   std::string szHead = std::string("<h1 class=\"") + szClass + "\">" + szLine + "</h1>\n";
-  const auto Seconds = [](double dSeconds) {
-    return LogWords::Length(static_cast<std::int64_t>(dSeconds + 0.5));
-  };
+  const auto Seconds = [](double dSeconds) { return LogWords::Length(std::llround(dSeconds)); };
   const DateTime dtEnded = aFacts.dtEnded > 0 ? aFacts.dtEnded : dtNow;
   szHead +=
       "<p>" +

@@ -76,7 +76,7 @@ std::string Fit(const std::vector<Row>& aWhole, std::vector<std::size_t> aSpare,
   for (std::size_t lName = lWidestName;; lName = std::max(lNarrowestName, lName - 4)) {
     for (std::size_t lRow = 1; lRow < aRows.size(); ++lRow)
       aRows[lRow][0] = Fitted(aWhole[lRow][0], lName);
-    const auto szTable = Table(aRows, lNumbers);
+    auto szTable = Table(aRows, lNumbers);
     const bool bFits = lColumns == 0 || Width(szTable.substr(0, szTable.find('\n'))) <= lColumns;
     if (bFits || (lName == lNarrowestName && aSpare.empty())) return szTable;
     if (lName > lNarrowestName) continue;

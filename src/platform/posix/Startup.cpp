@@ -151,7 +151,7 @@ Startup::Answer Startup::Read() {
 }
 
 Startup::Answer Startup::TurnOn() {
-  if (const Answer aOff = TurnOff(); aOff.iResult == Result::NotWritten) return aOff;
+  if (Answer aOff = TurnOff(); aOff.iResult == Result::NotWritten) return aOff;
   const bool bDisplay = !Environment::Get("DISPLAY").empty() || !Environment::Get("WAYLAND_DISPLAY").empty();
   if (!bDisplay || !Files::FileExists(ProgramFolder() + "/kestrova")) return StartService();
   if (!Write(DesktopEntry(), EntryText())) return {Result::NotWritten, false, false, DesktopEntry()};
