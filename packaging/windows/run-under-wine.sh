@@ -2,15 +2,18 @@
 # Runs one Windows program under Wine, in a prefix of its own: nothing of the user's Wine is read or written.
 #
 #   run-under-wine.sh PROGRAM.exe [ARGUMENT...]
+#   run-under-wine.sh --start PROGRAM.exe [ARGUMENT...]    starts Wine anew by running the program; it stays
+#   run-under-wine.sh --stop PROGRAM.exe                   ends Wine and all that runs in it
 #
 #   KESTROVA_WINEPREFIX   the prefix (default: the folder "wine" beside the program's own folder)
 #
-# The first call makes the prefix, in some seconds; later ones start at once. `wineserver -k` with that prefix ends
-# what runs in it.
+# The first call makes the prefix, in some seconds; later ones start at once.
 set -euo pipefail
 
 [ $# -ge 1 ] || { sed -n '2,/^set/s/^# \{0,1\}//p' "$0"; exit 2; }
 
+mode=
+case $1 in --start | --stop) mode=$1; shift ;; esac
 program=$(realpath "$1")
 shift
 export WINEPREFIX=${KESTROVA_WINEPREFIX:-$(dirname "$(dirname "$program")")/wine}
@@ -38,4 +41,11 @@ if [ ! -e "$WINEPREFIX/.complete" ]; then
   ) 9>"$WINEPREFIX.lock" </dev/null >"$WINEPREFIX.log" 2>&1 || { cat "$WINEPREFIX.log" >&2; exit 126; }
 fi
 
+if [ -n "$mode" ]; then
+  wineserver -k || true  # an earlier one would hold on to a display that is gone
+  [ $mode = --start ] || exit 0
+  wineserver -p
+  # What Wine starts along stays too, and would hold open the output of the program that it came with.
+  exec >/dev/null 2>&1 </dev/null
+fi
 exec "$wine" "$program" "$@"
