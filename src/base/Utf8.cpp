@@ -89,3 +89,23 @@ std::string_view Utf8::Shorten(std::string_view szBytes, std::size_t lMost) {
     --lMost;
   return szBytes.substr(0, lMost);
 }
+
+std::size_t Utf8::Width(std::string_view szText) {
+  return static_cast<std::size_t>(std::ranges::count_if(
+      szText, [](char chByte) { return (static_cast<unsigned char>(chByte) & 0xC0U) != 0x80; }));
+}
+
+std::string Utf8::ShortenMiddle(std::string_view szText, std::size_t lMost) {
+  constexpr std::string_view szCut = "...";
+  if (Width(szText) <= lMost) return std::string(szText);
+  const auto lTail = (lMost - szCut.size()) / 2, lHead = lMost - szCut.size() - lTail;
+  const auto Past = [&](std::size_t lCharacters) {  // bytes of the first so many characters
+    std::size_t lAt = 0;
+    for (; lAt < szText.size(); ++lAt)
+      if ((Byte(szText, lAt) & 0xC0U) != 0x80 && lCharacters-- == 0) break;
+    return lAt;
+  };
+  return std::string(szText.substr(0, Past(lHead)))
+      .append(szCut)
+      .append(szText.substr(Past(Width(szText) - lTail)));
+}

@@ -12,6 +12,7 @@ struct PassOptions {
   bool bRestart = false;          // check: earlier results do not count
   bool bJson = false;             // one JSON object a line
   bool bPlugin = false;           // check: as a monitoring plugin
+  bool bVerbose = false;          // watch: every site of every pass, not only what changes
   std::string szMetrics, szPage;  // files of this run alone
   std::string szSite;             // check: of this number, or with this in the address; empty: all
 };

@@ -11,6 +11,7 @@
 #include "cli/PassView.h"
 #include "cli/Report.h"
 #include "cli/SiteChoice.h"
+#include "cli/WatchView.h"
 #include "log/CheckLog.h"
 #include "persistence/Settings.h"
 #include "persistence/modAddress.h"
@@ -117,16 +118,11 @@ int CliCommands::Watch(const PassOptions& aOptions) {
   if (!Load(aInstance, false)) return Report::iFailed;
 
   Terminal::CatchInterrupt();
-  PassView aView(aOptions);
+  WatchView aView(aOptions);
   CheckEngine aEngine(aView);
   aView.Attach(aEngine);
-  aView.bHeadline = !aOptions.bJson;
-  const auto Say = [&](const std::string& szText) {
-    if (!aOptions.bJson) Report::Say(szText);
-    std::cout.flush();
-  };
   Schedule::SetNextCheck(WarningMinutes());
-  Say(FillResString(IDS_CLI_WATCHING, {Report::SiteNumber(lSiteCount), Schedule::NextPanelText()}));
+  aView.ShowStart();
   if (Settings.LogPeriod != 0 && !Files::FolderExists(Settings.LogPath))
     Report::Complain(FillResString(IDS_CLI_NO_LOG_FOLDER, {Settings.LogPath}));
   bool bKept = true;
@@ -137,10 +133,10 @@ int CliCommands::Watch(const PassOptions& aOptions) {
     if (aView.PassesStarted() != lPassesBefore) {
       bKept = AllWasKept();
       aView.EndPass();
-      Say(Schedule::NextPanelText());
     }
     if (!Terminal::Interrupted()) Clock::Wait(dIdleSeconds);
   }
   if (!Terminal::Interrupted()) return Report::Fail(LoadResString(IDS_CLI_OUTPUT_CLOSED));
+  aView.ShowEnd();
   return bKept || AllWasKept() ? Report::iAllUp : Report::iFailed;
 }

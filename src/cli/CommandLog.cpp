@@ -135,7 +135,7 @@ void SayEntryAsJson(const LogHistory& aHistory, LogHistory::LineRef aRef) {
   SayJson({{"time", aLine.bTimeKnown ? LogWords::MomentForSorting(aLine.dtMoment) : std::string()},
            {"site", aHistory.Sites()[aLine.lSite]},
            {"outcome", LoadResString(LogWords::OutcomeName(aLine.iOutcome))},
-           {"answer", LogWords::PlainField(aFields.StatusText)},
+           {"answer", LogWords::PlainField(LogWords::Answer(aFields.StatusText))},
            {"remarks", LogWords::PlainField(aFields.Comment)}},
           -1);
 }

@@ -6,6 +6,7 @@
 
 #include "base/Strings.h"
 #include "base/Text.h"
+#include "base/Utf8.h"
 #include "persistence/Settings.h"
 #include "persistence/StoreMessages.h"
 #include "persistence/modAddress.h"
@@ -39,6 +40,16 @@ std::string Report::StatusWord(std::uint8_t iStatus) {
     default:
       return LoadResString(IDS_CLI_UNKNOWN);
   }
+}
+
+std::string Report::AddressOf(const SiteRecord& aSite) {
+  return Text::Printable(LoadResString(IDS_AGENT) + (Text::IsBlank(aSite.URL) ? aSite.IP : aSite.URL));
+}
+
+std::string Report::Padded(std::string szText, std::size_t lWidth) {
+  const auto lHas = Utf8::Width(szText);
+  if (lHas < lWidth) szText.append(lWidth - lHas, ' ');
+  return szText;
 }
 
 void Report::Say(std::string_view szText) {

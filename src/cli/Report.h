@@ -2,9 +2,12 @@
 // line on standard error. Whatever comes from a file or a server is made printable on its way.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
+
+struct SiteRecord;
 
 namespace Report {
 
@@ -20,6 +23,10 @@ std::string SiteNumber(std::int32_t lNumber);
 
 // "up", "warning", "down", "unknown"
 std::string StatusWord(std::uint8_t iStatus);
+// "http://" and what is asked for, fit for a terminal.
+std::string AddressOf(const SiteRecord& aSite);
+// Filled up with blanks to that many characters.
+std::string Padded(std::string szText, std::size_t lWidth);
 
 // One line on standard output.
 void Say(std::string_view szText);

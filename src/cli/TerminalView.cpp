@@ -6,6 +6,7 @@
 
 #include "base/Strings.h"
 #include "base/Text.h"
+#include "base/Utf8.h"
 #include "check/CheckEngine.h"
 #include "cli/Report.h"
 #include "log/CheckLog.h"
@@ -30,17 +31,6 @@ double SteadySeconds() {
   return Clock::System().SteadySeconds();
 }
 
-// Columns that a text takes, as far as one character takes one.
-std::size_t Width(const std::string& szText) {
-  return static_cast<std::size_t>(std::count_if(
-      szText.begin(), szText.end(), [](char ch) { return (static_cast<unsigned char>(ch) & 0xC0) != 0x80; }));
-}
-
-std::string Padded(const std::string& szText, std::size_t lWidth) {
-  const std::size_t lHas = Width(szText);
-  return lHas < lWidth ? szText + std::string(lWidth - lHas, ' ') : szText;
-}
-
 std::string CutTo(const std::string& szText, std::size_t lWidth) {
   std::string szCut;
   std::size_t lHas = 0;
@@ -49,6 +39,10 @@ std::string CutTo(const std::string& szText, std::size_t lWidth) {
     szCut += ch;
   }
   return szCut;
+}
+
+const char* ColourOf(std::uint8_t iStatus) {
+  return iStatus == SiteStatus::iUp ? "32" : iStatus == SiteStatus::iWarning ? "33" : "31";
 }
 
 std::string Seconds(double dSeconds) {
@@ -68,6 +62,7 @@ void TerminalView::ShowPanel(int /*iPanel*/, const std::string& /*szText*/) {
 
 // The first thing a pass shows.
 void TerminalView::ClearRemarks() {
+  ErasePassing();
   ++lPasses;
   lChecked = lUp = lWarning = lDown = 0;
   bStopped = false;
@@ -87,7 +82,7 @@ void TerminalView::OpenProgress() {
 }
 
 void TerminalView::CloseProgress() {
-  EraseProgress();
+  ErasePassing();
   bProgress = false;
 }
 
@@ -115,53 +110,38 @@ void TerminalView::ShowRemark(std::int32_t /*lSlot*/, const std::string& szText)
 void TerminalView::SiteRecorded(std::int32_t lSlot) {
   if (!modAddress::IsSite(lSlot)) return;
   const SiteRecord& aSite = modAddress::Site(lSlot);
-  std::string szWord = LoadResString(IDS_CLI_STOPPED);
-  const char* szColour = "36";
+  Outcome aOutcome{lSlot, bSiteStopped, LoadResString(IDS_CLI_STOPPED), "36", {}, {}, {}, {}};
   if (!bSiteStopped) {
     ++lChecked;
-    switch (aSite.Status) {
-      case SiteStatus::iUp:
-        ++lUp;
-        szWord = LoadResString(IDS_CLI_UP);
-        szColour = "32";
-        break;
-      case SiteStatus::iWarning:
-        ++lWarning;
-        szWord = LoadResString(IDS_CLI_WARNING);
-        szColour = "33";
-        break;
-      default:
-        ++lDown;
-        szWord = LoadResString(IDS_CLI_DOWN);
-        szColour = "31";
-        break;
-    }
+    ++(aSite.Status == SiteStatus::iUp ? lUp : aSite.Status == SiteStatus::iWarning ? lWarning : lDown);
+    aOutcome.szWord = Report::StatusWord(aSite.Status);
+    aOutcome.szColour = ColourOf(aSite.Status);
+    aOutcome.szComment = Text::Printable(LogGrammar::WithoutMarks(CheckLog::CurrentEntry.Comment));
   }
-  const bool bRequested = dtRequested > 0;
-  std::string szElapsed;
-  if (bRequested) {
+  if (dtRequested > 0) {
     const DateTime dtEnd = dtAnswered > 0 ? dtAnswered : Clock::SteadyNow();
     constexpr double dSecondsPerDay = 86400;
-    szElapsed = FillResString(IDS_CLI_SECONDS, {Seconds((dtEnd - dtRequested) * dSecondsPerDay)});
+    aOutcome.szElapsed = FillResString(IDS_CLI_SECONDS, {Seconds((dtEnd - dtRequested) * dSecondsPerDay)});
   }
-  const std::string szShownRemark = szRemark.empty() ? CheckLog::CurrentEntry.StatusText.Text() : szRemark;
-  const std::string szAddress = LoadResString(IDS_AGENT) + (Text::IsBlank(aSite.URL) ? aSite.IP : aSite.URL);
-  std::string szComment = LogGrammar::WithoutMarks(CheckLog::CurrentEntry.Comment);
-  if (bSiteStopped) szComment.clear();  // it is the remark already
-
-  EraseProgress();
-  std::cout << "  " << Coloured(Padded(szWord, lWordWidth), szColour) << ' '
-            << Padded(Text::Printable(szAddress), lAddressWidth) << "  " << Text::Printable(szShownRemark);
-  if (!szElapsed.empty()) std::cout << "  " << Coloured(szElapsed, "2");
-  if (!szComment.empty()) std::cout << "  " << Coloured("[" + Text::Printable(szComment) + "]", "2");
-  std::cout << std::endl;
+  aOutcome.szRemark = Text::Printable(szRemark.empty() ? CheckLog::CurrentEntry.StatusText.Text() : szRemark);
+  aOutcome.szAddress = Report::AddressOf(aSite);
+  ErasePassing();
+  ShowOutcome(aOutcome);
   bProgressDirty = true;
   szRemark.clear();
   dtRequested = dtAnswered = 0;
 }
 
+void TerminalView::ShowOutcome(const Outcome& aOutcome) {
+  auto szLine = "  " + Coloured(Report::Padded(aOutcome.szWord, lWordWidth), aOutcome.szColour) + ' ' +
+                Report::Padded(aOutcome.szAddress, lAddressWidth) + "  " + aOutcome.szRemark;
+  if (!aOutcome.szElapsed.empty()) szLine += "  " + Coloured(aOutcome.szElapsed, "2");
+  if (!aOutcome.szComment.empty()) szLine += "  " + Coloured("[" + aOutcome.szComment + "]", "2");
+  std::cout << szLine << std::endl;
+}
+
 void TerminalView::ShowMessage(const std::string& szText) {
-  EraseProgress();
+  ErasePassing();
   Report::Say(szText);
 }
 
@@ -194,15 +174,23 @@ void TerminalView::DrawProgress() {
       "  " +
       FillResString(IDS_CLI_SITE_OF, {std::to_string(pEngine->CheckIndex()), std::to_string(lSiteCount)}) +
       "  " + szSite;
-  const std::size_t lRoom = lProgressWidth - std::min(lProgressWidth, Width(szStatus) + 2);
+  const std::size_t lRoom = lProgressWidth - std::min(lProgressWidth, Utf8::Width(szStatus) + 2);
   szLine = CutTo(szLine, lRoom) + "  " + szStatus;
-  const std::size_t lNewWidth = Width(szLine);
-  std::cout << '\r' << Coloured(Padded(szLine, lDrawnWidth), "2") << std::flush;
-  lDrawnWidth = lNewWidth;
+  ShowPassing(szLine);
+}
+
+void TerminalView::ShowPassing(const std::string& szLine) {
+  if (!bTerminal) {
+    std::cout << szLine << std::endl;
+    return;
+  }
+  const auto szCut = CutTo(szLine, lProgressWidth);
+  std::cout << '\r' << Coloured(Report::Padded(szCut, lDrawnWidth), "2") << std::flush;
+  lDrawnWidth = Utf8::Width(szCut);
 }
 
 // Without control sequences, so that it also works where there is no colour.
-void TerminalView::EraseProgress() {
+void TerminalView::ErasePassing() {
   if (lDrawnWidth == 0) return;
   std::cout << '\r' << std::string(lDrawnWidth, ' ') << '\r' << std::flush;
   lDrawnWidth = 0;

@@ -26,7 +26,7 @@ class TerminalView : public CheckView {
   std::int32_t PassesStarted() const { return lPasses; }
   bool WasStopped() const { return bStopped; }
   // What the last pass found, in one line.
-  void ShowSummary();
+  virtual void ShowSummary();
 
   void ShowPanel(int iPanel, const std::string& szText) override;
   void ClearRemarks() override;
@@ -46,10 +46,23 @@ class TerminalView : public CheckView {
   void EnableAutoTimer(bool) override {}
   void PumpEvents() override;
 
+ protected:
+  // The outcome of a site, in words that a terminal can show; empty where there is nothing to say.
+  struct Outcome {
+    std::int32_t lSlot;
+    bool bStopped;
+    std::string szWord;
+    const char* szColour;
+    std::string szAddress, szRemark, szElapsed, szComment;
+  };
+  virtual void ShowOutcome(const Outcome& aOutcome);
+  std::string Coloured(const std::string& szWord, const char* szColour) const;
+  // A line that the next output takes the place of; on no terminal a line like any other.
+  void ShowPassing(const std::string& szLine);
+  void ErasePassing();
+
  private:
   void DrawProgress();
-  void EraseProgress();
-  std::string Coloured(const std::string& szWord, const char* szColour) const;
 
   CheckEngine* pEngine = nullptr;
   const bool bTerminal;

@@ -48,7 +48,8 @@ void AddChecking(CLI::App& aApp, Arguments& a) {
   AddSite(pCheck, a.aPass.szSite);
   pCheck->callback([&a] { a.aCommand = [&a] { return CliCommands::Check(a.aPass); }; });
   CLI::App* pWatch = AddVerb(aApp, "watch", IDS_CLI_WATCH, IDS_CLI_WATCH_EXAMPLES);
-  pWatch->add_flag("--json", a.aPass.bJson, LoadResString(IDS_CLI_PASS_JSON));
+  auto* pVerbose = pWatch->add_flag("--verbose", a.aPass.bVerbose, LoadResString(IDS_CLI_WATCH_VERBOSE));
+  pWatch->add_flag("--json", a.aPass.bJson, LoadResString(IDS_CLI_PASS_JSON))->excludes(pVerbose);
   AddPassFiles(pWatch, a.aPass);
   pWatch->callback([&a] { a.aCommand = [&a] { return CliCommands::Watch(a.aPass); }; });
 }

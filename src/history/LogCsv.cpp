@@ -56,7 +56,7 @@ void Table::AddLine(LogHistory::LineRef aRef) {
   AddCell(szText, aSites[aLine.lSite]);
   AddCell(szText, LogCsv::Cell(LogWords::PlainField(aFields.Address)));
   AddCell(szText, szOutcome);
-  AddCell(szText, LogCsv::Cell(LogWords::PlainField(aFields.StatusText)));
+  AddCell(szText, LogCsv::Cell(LogWords::PlainField(LogWords::Answer(aFields.StatusText))));
   AddCell(szText, aFields.Elapsed);
   AddCell(szText, LogCsv::Cell(LogWords::PlainField(aFields.Comment)));
   AddCell(szText, aFields.ResultClass, '\r');

@@ -92,7 +92,7 @@ std::vector<LogRows::Detail> LogRows::Details(std::size_t lRow) const {
     Add(IDS_LOG_COL_TIME,
         Words(aLine.bTimeKnown ? LogWords::MomentToSecond(aLine.dtMoment) : Utf8::Clean(aFields.CheckTime)));
     Add(IDS_VIEW_COL_RESULT, Words(LoadResString(LogWords::OutcomeName(aLine.iOutcome))));
-    Add(IDS_LOG_COL_ANSWER, RunsOf(aFields.StatusText));
+    Add(IDS_LOG_COL_ANSWER, RunsOf(LogWords::Answer(aFields.StatusText)));
     Add(IDS_LOG_COL_REMARKS, RunsOf(aFields.Comment));
     Add(IDS_LOG_COL_SECONDS, Words(FillResString(IDS_VIEW_SECONDS_VALUE, {Utf8::Clean(aFields.Elapsed)})));
   }

@@ -58,6 +58,16 @@ std::optional<Span> SpanOf(const std::string& szName) {
   return {};
 }
 
+// The logs of that log's folder and when they begin, by their names; none where its own name tells no time.
+std::vector<std::pair<DateTime, std::string>> Beside(const std::string& szLog) {
+  std::vector<std::pair<DateTime, std::string>> aBeside;
+  if (!SpanOf(LogFiles::NameOf(szLog))) return aBeside;
+  const auto aFolder = std::filesystem::path(szLog).parent_path();
+  for (const auto& szName : Files::List(aFolder.string(), szEnding))
+    if (const auto aSpan = SpanOf(szName)) aBeside.emplace_back(aSpan->dtFirst, (aFolder / szName).string());
+  return aBeside;
+}
+
 }  // namespace
 
 LogFiles::Arguments LogFiles::Read(const std::vector<std::string>& aPaths) {
@@ -93,14 +103,17 @@ std::vector<std::string> LogFiles::Recent(const std::string& szFolder, std::int3
 
 std::vector<std::string> LogFiles::Later(const std::string& szLog) {
   std::vector<std::string> aLater;
-  const auto aOwn = SpanOf(NameOf(szLog));
-  if (!aOwn) return aLater;
-  const auto aFolder = std::filesystem::path(szLog).parent_path();
-  for (const auto& szName : Files::List(aFolder.string(), szEnding))
-    if (const auto aSpan = SpanOf(szName); aSpan && aSpan->dtFirst > aOwn->dtFirst)
-      aLater.push_back((aFolder / szName).string());
+  for (const auto& [dtFirst, szPath] : Beside(szLog))
+    if (dtFirst > SpanOf(NameOf(szLog))->dtFirst) aLater.push_back(szPath);
   std::sort(aLater.begin(), aLater.end());
   return aLater;
+}
+
+std::string LogFiles::Earlier(const std::string& szLog) {
+  std::pair<DateTime, std::string> aLatest;
+  for (const auto& aLog : Beside(szLog))
+    if (aLog.first < SpanOf(NameOf(szLog))->dtFirst) aLatest = std::max(aLatest, aLog);
+  return aLatest.second;
 }
 
 std::string LogFiles::MonitorFolder() {

@@ -26,6 +26,9 @@ std::vector<std::string> Recent(const std::string& szFolder, std::int32_t lDays)
 // name tells no time.
 std::vector<std::string> Later(const std::string& szLog);
 
+// The one before it there; empty where none is, or its name tells no time.
+std::string Earlier(const std::string& szLog);
+
 // The folder that the monitor writes its logs to; empty where it is not known.
 std::string MonitorFolder();
 

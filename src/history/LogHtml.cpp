@@ -59,6 +59,13 @@ std::string StateCell(SiteState iState, const std::string& szMarkup) {
   return Cell("state", LogStrip::Icon(iState) + szMarkup);
 }
 
+// A cell that names its column: where a window is narrow, a row is shown as a card.
+std::string Named(std::string szCell, StringId iColumn) {
+  constexpr std::string_view szStart = "<td";
+  return szCell.starts_with(szStart) ? szCell.insert(szStart.size(), " data-name=\"" + Words(iColumn) + "\"")
+                                     : szCell;
+}
+
 std::string Heads(const std::vector<StringId>& aColumns, const std::vector<StringId>& aNumbers = {}) {
   std::string szHeads = "<thead><tr>";
   for (const auto iColumn : aColumns) {
@@ -149,7 +156,7 @@ std::string SiteTable(const LogSummary& aSummary, const std::vector<std::size_t>
     const auto& aSite = aSummary.aSites[lSite];
     szRows += std::string("<tr class=\"") + LogStrip::ClassOf(aSite.iCurrent) + "\">";
     for (const auto iColumn : aColumns)
-      szRows += SiteCell(aSite, iColumn);
+      szRows += Named(SiteCell(aSite, iColumn), LogTables::Title(iColumn));
     szRows += "</tr>\n";
   }
   return TableOf("sites", IDS_LOG_SITES, szRows + "</tbody>\n");
@@ -174,8 +181,9 @@ std::string Sites(const LogSummary& aSummary, const Limits& aLimits) {
   szOut += SiteTable(aSummary, aShown) + "</section>\n";
   if (aSummary.dtFrom <= 0) return szOut;
   szOut += "<section>\n<h2>" + Words(IDS_LOG_STRIPS) + "</h2>\n<p class=\"note\">" +
-           Words(IDS_LOG_STRIPS_NOTE, {Moment(aSummary.dtFrom), Moment(aSummary.dtTo)}) + "</p>\n" +
-           Legend() + "<div class=\"strips\">\n";
+           Words(LogStrip::ByDay(aSummary) ? IDS_LOG_STRIPS_DAYS_NOTE : IDS_LOG_STRIPS_NOTE,
+                 {Moment(aSummary.dtFrom), Moment(aSummary.dtTo)}) +
+           "</p>\n" + Legend() + "<div class=\"strips\">\n";
   for (const auto lSite : aShown)
     szOut += "<div class=\"name\">" + SiteName(aSummary.aSites[lSite].szSite) + "</div>" +
              LogStrip::Picture(aSummary, aSummary.aSites[lSite], "s" + std::to_string(lSite)) + "\n";
@@ -216,7 +224,7 @@ std::string Outages(const LogSummary& aSummary, LogTables::Runs iWanted, const L
   for (std::size_t lRow = 0; lRow < lShown; ++lRow) {
     szRows += "<tr>";
     for (std::size_t i = 0; i < LogTables::lOutageColumns; ++i)
-      szRows += OutageCell(aAll[lRow], static_cast<LogTables::OutageColumn>(i), aLimits);
+      szRows += Named(OutageCell(aAll[lRow], static_cast<LogTables::OutageColumn>(i), aLimits), aTitles[i]);
     szRows += "</tr>\n";
   }
   return szOut + TableOf("outages", iTitle, szRows + "</tbody>\n") + "</section>\n";
@@ -244,7 +252,7 @@ std::string EntryRow(const LogHistory& aHistory, LogHistory::LineRef aRef, const
   return std::string("<tr class=\"") + LogStrip::ClassOf(StateOf(aLine.iOutcome)) + "\">" +
          Cell("", aLine.bTimeKnown ? FormatTimeOfDay(aLine.dtMoment) : "-") +
          Cell("", Words(LogWords::OutcomeName(aLine.iOutcome))) + FieldCell(aFields.Address, aLimits) +
-         FieldCell(aFields.StatusText, aLimits) +
+         FieldCell(LogWords::Answer(aFields.StatusText), aLimits) +
          Cell("", aLine.bTimeKnown ? std::string(aFields.Elapsed) : "-") +
          FieldCell(aFields.Comment, aLimits) + "</tr>\n";
 }

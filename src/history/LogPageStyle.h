@@ -70,7 +70,18 @@ tr.down td.state,tr.warning td.state,.entries .down td:nth-child(2),.entries .wa
 footer{margin-top:2.5rem;border-top:1px solid var(--line);padding-top:.6rem}
 @media (max-width:40rem){body{padding:1rem .8rem 2rem}h1{font-size:1.45rem}dl{grid-template-columns:1fr;gap:.1rem}
 dd{margin-bottom:.5rem}.strips{grid-template-columns:1fr;gap:.15rem}.strips .name{margin-top:.5rem}.axis{grid-column:1}
-table{font-size:.85rem}}
+table{font-size:.9rem}
+.sites,.outages,.entries,.sites tbody,.outages tbody,.entries tbody,.sites tr,.outages tr,.entries tr,.entries tbody th,
+.sites th,.outages th,.sites td,.outages td,.entries td{display:block}
+.sites thead,.outages thead,.entries thead,.entries colgroup{display:none}
+.sites tr,.outages tr{margin:0 0 .7rem;padding:.4rem .7rem;background:var(--band);border-radius:.5rem}
+.sites th.site,.outages th.site{padding:.2rem 0;border:0}
+.sites td,.outages td,.outages td:nth-child(6){display:flex;justify-content:flex-end;gap:.35rem;padding:.15rem 0;border:0;
+text-align:right;white-space:normal}
+.sites td::before,.outages td::before{content:attr(data-name);color:var(--soft);text-align:left;flex:none;max-width:45%;margin-right:auto;padding-right:.6rem}
+.part{min-width:0}.entries tr{padding:.3rem 0;border-bottom:1px solid var(--line)}.entries td{padding:.05rem 0;border:0}
+.entries td:nth-child(1),.entries td:nth-child(2){display:inline-block;margin-right:.8rem}.entries td:nth-child(2){padding-left:1.4rem}
+.entries td:nth-child(2)::before{top:.25rem}.entries td:nth-child(5){display:none}.entries td:nth-child(6){padding-left:0}}
 @media print,(max-width:60rem){.axis span:nth-child(even){display:none}}
 @media print{:root{color-scheme:light;--paper:#fff;--ink:#000;--soft:#444;--line:#bbb;--band:#f2f2f2;
 --up:#2e8b57;--warning:#e0a100;--down:#c0262d;--none:#777;--mark:#5c4200;--stroke:#7d0f16;--sign:#fff}

@@ -35,6 +35,7 @@ void LogRows::Build(const LogHistory& aShown, const LogFilter& aFilter, bool bPa
   aKinds.clear();
   aGapRows.clear();
   lEntries = 0;
+  bSorted = false;
   aGaps = LogGaps::Find(aShown);
   const auto aLines = aFilter.Empty() ? std::vector<LogHistory::LineRef>() : aFilter.Apply(aShown);
   const auto& aUsed = aFilter.Empty() ? aShown.Lines() : aLines;
@@ -62,6 +63,57 @@ void LogRows::Build(const LogHistory& aShown, const LogFilter& aFilter, bool bPa
       ++lEntries;
     }
   }
+}
+
+namespace {
+
+// What a column is sorted by: a number where it shows one, else its text as logged.
+struct SortKey {
+  double dNumber;
+  std::string_view szText;
+  auto operator<=>(const SortKey&) const = default;
+};
+
+SortKey KeyOf(const LogHistory& aHistory, LogHistory::LineRef aRef, LogColumn iColumn) {
+  const auto& aLine = aHistory.Line(aRef);
+  if (iColumn == LogColumn::Time) return {aLine.dtMoment, {}};
+  if (iColumn == LogColumn::Result) return {static_cast<double>(LogWords::Rank(StateOf(aLine.iOutcome))), {}};
+  if (aLine.iKind != LineKind::Entry) return {-1, {}};
+  const auto aFields = aHistory.Fields(aRef);
+  switch (iColumn) {
+    case LogColumn::Address:
+      return {0, aFields.Address};
+    case LogColumn::Answer:
+      return {0, aFields.StatusText};
+    case LogColumn::Seconds:
+      return {static_cast<double>(aLine.iSeconds), {}};
+    default:
+      return {0, aFields.Comment};
+  }
+}
+
+}  // namespace
+
+void LogRows::SortBy(LogColumn iColumn, bool bDescending) {
+  std::vector<std::pair<SortKey, LogHistory::LineRef>> aKeyed;
+  aKeyed.reserve(lEntries);
+  for (std::size_t lRow = 0; lRow < Count(); ++lRow) {
+    if (aKinds[lRow] != Kind::Line) continue;
+    aKeyed.emplace_back(KeyOf(*pHistory, aRefs[lRow], iColumn), aRefs[lRow]);
+    // A line that could not be read has the time of the one before it.
+    auto& dNumber = aKeyed.back().first.dNumber;
+    if (iColumn == LogColumn::Time && dNumber < 1 && aKeyed.size() > 1)
+      dNumber = (aKeyed.end() - 2)->first.dNumber;
+  }
+  std::ranges::stable_sort(aKeyed, [bDescending](const auto& aLeft, const auto& aRight) {
+    return bDescending ? aRight.first < aLeft.first : aLeft.first < aRight.first;
+  });
+  aRefs.clear();
+  aGapRows.clear();
+  for (const auto& aRow : aKeyed)
+    aRefs.push_back(aRow.second);
+  aKinds.assign(aRefs.size(), Kind::Line);
+  bSorted = true;
 }
 
 void LogRows::Add(LogHistory::LineRef aRef, Kind iKind) {
@@ -115,7 +167,7 @@ std::string LogRows::Cell(std::size_t lRow, LogColumn iColumn) const {
     case LogColumn::Address:
       return Plain(aFields.Address);
     case LogColumn::Answer:
-      return Plain(aFields.StatusText);
+      return Plain(LogWords::Answer(aFields.StatusText));
     case LogColumn::Seconds:
       return Plain(aFields.Elapsed);
     default:
@@ -204,20 +256,25 @@ std::optional<std::size_t> LogRows::RowOf(LogHistory::LineRef aRef) const {
   std::optional<std::size_t> lNearest;
   for (std::size_t lRow = 0; lRow < Count(); ++lRow) {
     if (aRefs[lRow] == aRef && aKinds[lRow] != Kind::Gap) return lRow;
-    if (aRefs[lRow].lFile == aRef.lFile && aRefs[lRow].lLine < aRef.lLine) lNearest = lRow;
+    if (!bSorted && aRefs[lRow].lFile == aRef.lFile && aRefs[lRow].lLine < aRef.lLine) lNearest = lRow;
   }
   return lNearest;
 }
 
-std::optional<std::size_t> LogRows::RowOf(const std::string& szSite, DateTime dtMoment) const {
-  for (std::size_t lRow = 0; lRow < Count(); ++lRow) {
-    const auto iOutcome = OutcomeOf(lRow);
-    if (iOutcome != Outcome::Down && iOutcome != Outcome::Warning) continue;
+std::optional<std::size_t> LogRows::RowOf(const std::string& szSite, DateTime dtMoment, bool bFailure) const {
+  std::optional<std::size_t> lFirst;
+  DateTime dtFirst = 0;
+  for (std::size_t lRow = 0; lRow < Count() && (bSorted || !lFirst); ++lRow) {
     const auto& aLine = pHistory->Line(aRefs[lRow]);
-    if (SecondsBetween(dtMoment, aLine.dtMoment) >= 0 && pHistory->Sites()[aLine.lSite] == szSite)
-      return lRow;
+    const auto iOutcome = OutcomeOf(lRow);
+    const bool bWanted = bFailure ? iOutcome == Outcome::Down || iOutcome == Outcome::Warning
+                                  : aKinds[lRow] == Kind::Line && aLine.iKind == LineKind::Entry;
+    if (!bWanted || SecondsBetween(dtMoment, aLine.dtMoment) < 0) continue;
+    if (pHistory->Sites()[aLine.lSite] != szSite || (lFirst && aLine.dtMoment >= dtFirst)) continue;
+    lFirst = lRow;
+    dtFirst = aLine.dtMoment;
   }
-  return {};
+  return lFirst;
 }
 
 bool LogRows::Continues(const LogRows& aOlder) const {

@@ -33,6 +33,9 @@ class LogRows {
   // The history has to stay as long as the rows are used.
   void Build(const LogHistory& aShown, const LogFilter& aFilter, bool bPasses);
 
+  // The lines alone, without passes and gaps, in another order than that of the time; after Build.
+  void SortBy(LogColumn iColumn, bool bDescending);
+
   std::size_t Count() const { return aRefs.size(); }
   std::size_t Entries() const { return lEntries; }  // shown, unread lines with them
   Kind KindOf(std::size_t lRow) const { return aKinds[lRow]; }
@@ -47,10 +50,10 @@ class LogRows {
   std::optional<std::size_t> Find(std::optional<std::size_t> lFrom, std::string_view szWords,
                                   bool bForward) const;
   std::optional<std::size_t> FindFailure(std::optional<std::size_t> lFrom, bool bForward) const;
-  // The row of that line; else the nearest before it of the same file.
+  // The row of that line; else, of rows in their own order, the nearest before it of the same file.
   std::optional<std::size_t> RowOf(LogHistory::LineRef aRef) const;
-  // The first failure of that site at that moment or later.
-  std::optional<std::size_t> RowOf(const std::string& szSite, DateTime dtMoment) const;
+  // The first check, or the first failure, of that site at that moment or later.
+  std::optional<std::size_t> RowOf(const std::string& szSite, DateTime dtMoment, bool bFailure) const;
   // True where these rows begin with all rows of the older ones.
   bool Continues(const LogRows& aOlder) const;
 
@@ -71,4 +74,5 @@ class LogRows {
   std::vector<StateInterval> aGaps;  // after each pass
   std::vector<std::pair<std::size_t, StateInterval>> aGapRows;
   std::size_t lEntries = 0;
+  bool bSorted = false;
 };

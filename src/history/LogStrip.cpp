@@ -46,6 +46,36 @@ ColumnRange ColumnsOf(const LogStrip::Scale& aScale, const StateInterval& aInter
   return {bFailure ? std::max(0, std::min(lFirst, lLast + 1 - lNarrowest)) : lFirst, lLast};
 }
 
+// One shape for all good days; each of the others says what it was.
+std::string Squares(const LogSummary& aSummary, const SiteSummary& aSite) {
+  const auto aDays = LogStrip::Days(aSummary, aSite);
+  const LogStrip::Scale aScale(aSummary, lColumns);
+  std::string szGood, szOther;
+  for (std::size_t i = 0; i < aDays.size(); ++i) {
+    const auto dtDay = LogStrip::DayAt(aSummary, static_cast<int>(i));
+    const int lFirst = aScale.Column(dtDay);
+    const int lPast = std::max(lFirst + 1, (i + 1 < aDays.size() ? aScale.Column(dtDay + 1) : lColumns) - 1);
+    const auto aBand = LogStrip::BandOf(SiteState::Up);
+    if (aDays[i] == SiteState::Unwatched) {
+      while (i + 1 < aDays.size() && aDays[i + 1] == SiteState::Unwatched)
+        ++i;
+      szOther += Shape(SiteState::Unwatched, lFirst,
+                       aScale.Column(LogStrip::DayAt(aSummary, static_cast<int>(i) + 1)));
+    } else if (aDays[i] == SiteState::Up) {
+      szGood += "M" + std::to_string(lFirst) + " " + std::to_string(aBand.lTop) + "H" +
+                std::to_string(lPast) + "v" + std::to_string(aBand.lHeight) + "H" + std::to_string(lFirst) +
+                "z";
+    } else {
+      std::string szWords;
+      for (const auto& szLine : LogStrip::DayWords(aSite, dtDay))
+        szWords += (szWords.empty() ? "" : "; ") + szLine;
+      szOther +=
+          "<g><title>" + LogHtml::Escape(szWords) + "</title>" + Shape(aDays[i], lFirst, lPast) + "</g>";
+    }
+  }
+  return (szGood.empty() ? "" : "<path class=\"s-up\" d=\"" + szGood + "\"/>") + szOther;
+}
+
 std::string Percent(double dPart) {
   const auto lTenths = std::lround(dPart * 1000);
   return std::to_string(lTenths / 10) + "." + std::to_string(lTenths % 10) + "%";
@@ -53,9 +83,65 @@ std::string Percent(double dPart) {
 
 }  // namespace
 
+bool LogStrip::ByDay(const LogSummary& aSummary) {
+  constexpr int lTwoWeeks = 14, lMostSquares = 400;  // a log with a wrong date may span a century
+  return DayCount(aSummary) > lTwoWeeks && DayCount(aSummary) <= lMostSquares;
+}
+
+int LogStrip::DayCount(const LogSummary& aSummary) {
+  return static_cast<int>(std::floor(aSummary.dtTo) - std::floor(aSummary.dtFrom)) + 1;
+}
+
+DateTime LogStrip::DayAt(const LogSummary& aSummary, int lDay) {
+  return std::floor(aSummary.dtFrom) + lDay;
+}
+
+std::vector<SiteState> LogStrip::Days(const LogSummary& aSummary, const SiteSummary& aSite) {
+  constexpr std::array aDaysWorstLast{SiteState::Unwatched, SiteState::Disabled, SiteState::Up,
+                                      SiteState::Warning, SiteState::Down};
+  const auto dtFirst = DayAt(aSummary, 0);
+  std::vector<SiteState> aDays(static_cast<std::size_t>(DayCount(aSummary)), SiteState::Unwatched);
+  for (const auto iState : aDaysWorstLast)
+    for (const auto& aInterval : aSite.aStates) {
+      if (aInterval.iState != iState) continue;
+      const auto Day = [&](DateTime dtMoment) {
+        return std::clamp<std::ptrdiff_t>(static_cast<std::ptrdiff_t>(std::floor(dtMoment - dtFirst)), 0,
+                                          std::ssize(aDays) - 1);
+      };
+      // What ends at midnight is none of the next day's.
+      const bool bAtMidnight =
+          aInterval.dtTo > aInterval.dtFrom && aInterval.dtTo == std::floor(aInterval.dtTo);
+      std::fill(aDays.begin() + Day(aInterval.dtFrom),
+                aDays.begin() + Day(aInterval.dtTo) + (bAtMidnight ? 0 : 1), iState);
+    }
+  return aDays;
+}
+
+std::vector<std::string> LogStrip::DayWords(const SiteSummary& aSite, DateTime dtDay) {
+  constexpr std::size_t lMostLines = 8;
+  Availability aDay;
+  std::vector<std::string> aWords(1);
+  for (const auto& aInterval : aSite.aStates) {
+    const auto dtFrom = std::max(aInterval.dtFrom, dtDay), dtTo = std::min(aInterval.dtTo, dtDay + 1);
+    if (dtTo < dtFrom || (dtTo == dtFrom && aInterval.dtTo > aInterval.dtFrom)) continue;
+    const bool bUp = aInterval.iState == SiteState::Up;
+    if (bUp) aDay.lUp += SecondsBetween(dtFrom, dtTo);
+    if (aInterval.iState != SiteState::Unwatched && aInterval.iState != SiteState::Disabled)
+      aDay.lWatched += SecondsBetween(dtFrom, dtTo);
+    if (!bUp && aWords.size() < lMostLines)
+      aWords.push_back(FillResString(IDS_LOG_STRIP_PART,
+                                     {LoadResString(LogWords::StateName(aInterval.iState)),
+                                      LogWords::Moment(aInterval.dtFrom), LogWords::Moment(aInterval.dtTo)}));
+  }
+  aWords.front() = aDay.lWatched > 0
+                       ? FillResString(IDS_LOG_STRIP_DAY, {LogWords::Day(dtDay), LogWords::Share(aDay)})
+                       : LogWords::Day(dtDay);
+  return aWords;
+}
+
 LogStrip::Scale::Scale(const LogSummary& aSummary, int lColumnCount)
-    : dtFrom(aSummary.dtFrom),
-      dSpan(std::max(aSummary.dtTo - aSummary.dtFrom, 1.0 / 86400)),
+    : dtFrom(ByDay(aSummary) ? DayAt(aSummary, 0) : aSummary.dtFrom),
+      dSpan(ByDay(aSummary) ? DayCount(aSummary) : std::max(aSummary.dtTo - aSummary.dtFrom, 1.0 / 86400)),
       lColumns(lColumnCount) {
 }
 
@@ -78,18 +164,23 @@ std::vector<SiteState> LogStrip::Columns(const Scale& aScale, const SiteSummary&
   return aColumns;
 }
 
-std::string LogStrip::Words(const Scale& aScale, const SiteSummary& aSite, SiteState iState, int lFirst,
-                            int lPast) {
-  std::size_t lCount = 0;
-  StateInterval aWhole;
+StateInterval LogStrip::Stretch(const Scale& aScale, const SiteSummary& aSite, SiteState iState, int lFirst,
+                                int lPast) {
+  StateInterval aWhole{0, 0, iState};
   for (const auto& aInterval : aSite.aStates) {
     const auto aColumns = ColumnsOf(aScale, aInterval);
     if (aInterval.iState != iState || aColumns.lLast < lFirst || aColumns.lFirst >= lPast) continue;
-    if (++lCount == 1) aWhole = aInterval;
+    if (aWhole.dtFrom <= 0) aWhole.dtFrom = aInterval.dtFrom;
     aWhole.dtTo = aInterval.dtTo;
   }
+  return aWhole;
+}
+
+std::string LogStrip::Words(const Scale& aScale, const SiteSummary& aSite, SiteState iState, int lFirst,
+                            int lPast) {
+  const auto aWhole = Stretch(aScale, aSite, iState, lFirst, lPast);
   const auto szState = LoadResString(LogWords::StateName(iState));
-  if (lCount == 0) return szState;  // before the first check of the site
+  if (aWhole.dtFrom <= 0) return szState;
   return FillResString(IDS_LOG_STRIP_PART,
                        {szState, LogWords::Moment(aWhole.dtFrom), LogWords::Moment(aWhole.dtTo)});
 }
@@ -101,6 +192,15 @@ std::vector<DateTime> LogStrip::Midnights(const LogSummary& aSummary) {
   std::vector<DateTime> aDays;
   for (auto lDay = lFirst + 1; lDay <= lLast; lDay += lStep)
     aDays.push_back(lDay);
+  return aDays;
+}
+
+std::vector<DateTime> LogStrip::AxisDays(const LogSummary& aSummary) {
+  constexpr double dNameWidth = 0.11;  // of the axis
+  const Scale aScale(aSummary, 1);
+  std::vector<DateTime> aDays{ByDay(aSummary) ? DayAt(aSummary, 0) : aSummary.dtFrom};
+  for (const auto dtDay : Midnights(aSummary))
+    if (aScale.Part(dtDay) >= dNameWidth) aDays.push_back(dtDay);
   return aDays;
 }
 
@@ -150,6 +250,7 @@ std::string LogStrip::Picture(const LogSummary& aSummary, const SiteSummary& aSi
       szId + "t " + szId + "d\"><title id=\"" + szId + "t\">" +
       LogHtml::Escape(Utf8::Shorten(aSite.szSite, 200)) + "</title><desc id=\"" + szId + "d\">" +
       LogHtml::Escape(szDescription) + "</desc>";
+  if (ByDay(aSummary)) return szPicture + Squares(aSummary, aSite) + "</svg>";
   const auto aColumns = Columns(aScale, aSite);
   for (int lFirst = 0, lPast = 0; lFirst < lColumns; lFirst = lPast) {
     const auto iState = aColumns[static_cast<std::size_t>(lFirst)];
@@ -167,7 +268,7 @@ std::string LogStrip::Picture(const LogSummary& aSummary, const SiteSummary& aSi
 std::string LogStrip::Axis(const LogSummary& aSummary) {
   const Scale aScale(aSummary, lColumns);
   std::string szAxis = "<div class=\"axis\" aria-hidden=\"true\">";
-  for (const auto dtDay : Midnights(aSummary)) {
+  for (const auto dtDay : AxisDays(aSummary)) {
     if (aScale.Part(dtDay) > 0.93) continue;  // no room for its name
     const auto szDay = LogWords::Day(dtDay);
     szAxis += "<span style=\"left:" + Percent(aScale.Part(dtDay)) + "\">" +

@@ -8,7 +8,18 @@
 
 namespace LogStrip {
 
-// A log's whole time laid out over a number of columns.
+// Beyond two weeks an hour is narrower than anyone can see: then a strip is a row of squares, one a day, up
+// to a year and a bit.
+bool ByDay(const LogSummary& aSummary);
+// The days that the log touches, and each day's worst state of a site; not watched only where it was not at
+// all.
+int DayCount(const LogSummary& aSummary);
+DateTime DayAt(const LogSummary& aSummary, int lDay);  // its midnight
+std::vector<SiteState> Days(const LogSummary& aSummary, const SiteSummary& aSite);
+// What a day was like: how much of it the site was up, then what else it was and from when to when.
+std::vector<std::string> DayWords(const SiteSummary& aSite, DateTime dtDay);
+
+// A log's whole time laid out over a number of columns; whole days where they are shown by day.
 class Scale {
  public:
   Scale(const LogSummary& aSummary, int lColumnCount);  // at least one column
@@ -27,12 +38,16 @@ class Scale {
 // a column the worst of them shows.
 std::vector<SiteState> Columns(const Scale& aScale, const SiteSummary& aSite);
 
-// What the columns from lFirst on, before lPast, show, in words: the state and when it really was so, to the
-// minute of the checks, not of the columns. Of several stretches of that state, from the first to the last.
+// When the state that the columns from lFirst on, before lPast, show really was so, by the checks, not by the
+// columns. Of several stretches of it, from the first to the last; dtFrom 0: before the site's first check.
+StateInterval Stretch(const Scale& aScale, const SiteSummary& aSite, SiteState iState, int lFirst, int lPast);
+// The same in words, to the minute.
 std::string Words(const Scale& aScale, const SiteSummary& aSite, SiteState iState, int lFirst, int lPast);
 
 // Midnights within the log's time, at most eight of them, evenly chosen.
 std::vector<DateTime> Midnights(const LogSummary& aSummary);
+// What the axis names: the first day, and those midnights that leave room for its name.
+std::vector<DateTime> AxisDays(const LogSummary& aSummary);
 
 // Where a state's band lies in a strip 24 high. Higher is worse, so that the shape alone tells the states
 // apart.

@@ -4,6 +4,7 @@
 
 #include "base/Strings.h"
 #include "history/LogGaps.h"
+#include "history/LogWords.h"
 
 namespace {
 
@@ -131,7 +132,7 @@ SiteState Summariser::CountFailure(SiteProgress& aSite, const LogLine& aLine, co
   if (bFirst) aRun.dtFrom = aLine.dtMoment;
   aSite.bFailing = true;
   ++aRun.lFailures;
-  aRun.szText = aFields.StatusText;
+  aRun.szText = LogWords::Answer(aFields.StatusText);
   if (aLine.iOutcome == Outcome::Warning && !bFirst) aRun.dtRestarted = aLine.dtMoment;
   if (!aRun.bDown && (aLine.iOutcome == Outcome::Down || !bFirst)) {
     aRun.bDown = true;

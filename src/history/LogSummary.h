@@ -53,7 +53,7 @@ struct Outage {
   bool bStartKnown = false;  // false: it may have begun earlier; no success was seen just before it
   bool bEndKnown = true;     // false: it may have ended earlier, while nobody watched
   OutageEnd iEnd = OutageEnd::StillDown;
-  std::string szText;  // StatusText of its last failure, as logged
+  std::string szText;  // what its last failure was answered with; bytes as logged (LogWords::Answer)
 
   const MailAttempt* FirstSent() const;  // nullptr: no mail went out
   std::size_t MailsFailed() const;

@@ -2,17 +2,11 @@
 
 #include <algorithm>
 
+#include "base/Utf8.h"
 #include "history/LogFacts.h"
 #include "history/LogWords.h"
 
 namespace {
-
-// Characters, as far as a terminal shows one column for each.
-std::size_t Width(std::string_view szText) {
-  return static_cast<std::size_t>(std::count_if(szText.begin(), szText.end(), [](char chByte) {
-    return (static_cast<unsigned char>(chByte) & 0xC0U) != 0x80;
-  }));
-}
 
 // Names in a column of their own; a second line of a fact stands below its first.
 std::string Facts(const LogSummary& aSummary) {
@@ -20,11 +14,11 @@ std::string Facts(const LogSummary& aSummary) {
   const auto aFacts = LogFacts::Of(aSummary);
   std::size_t lNames = 0;
   for (const auto& aFact : aFacts)
-    lNames = std::max(lNames, Width(LoadResString(aFact.iName)));
+    lNames = std::max(lNames, Utf8::Width(LoadResString(aFact.iName)));
   for (const auto& aFact : aFacts) {
     auto szName = LoadResString(aFact.iName) + ":";
     for (const auto& szLine : aFact.aLines) {
-      szName.resize(szName.size() + lNames + 2 - Width(szName), ' ');
+      szName.resize(szName.size() + lNames + 2 - Utf8::Width(szName), ' ');
       szOut += szName + szLine + "\n";
       szName.clear();
     }
@@ -39,32 +33,18 @@ std::string Table(const std::vector<Row>& aRows, std::size_t lNumbers) {
   std::vector<std::size_t> aWidths(aRows.front().size());
   for (const auto& aRow : aRows)
     for (std::size_t lCell = 0; lCell < aRow.size(); ++lCell)
-      aWidths[lCell] = std::max(aWidths[lCell], Width(aRow[lCell]));
+      aWidths[lCell] = std::max(aWidths[lCell], Utf8::Width(aRow[lCell]));
   std::string szOut;
   for (const auto& aRow : aRows) {
     std::string szLine;
     for (std::size_t lCell = 0; lCell < aRow.size(); ++lCell) {
-      const std::string szFill(aWidths[lCell] - Width(aRow[lCell]), ' ');
+      const std::string szFill(aWidths[lCell] - Utf8::Width(aRow[lCell]), ' ');
       szLine += (lCell > 0 ? "  " : "") + (lCell < lNumbers ? aRow[lCell] + szFill : szFill + aRow[lCell]);
     }
     szLine.resize(szLine.find_last_not_of(' ') + 1);
     szOut += szLine + "\n";
   }
   return szOut;
-}
-
-// Of bounded length; cut in the middle, as addresses differ at either end.
-std::string Fitted(std::string_view szText, std::size_t lMost) {
-  auto szClean = LogWords::PlainField(szText);
-  if (Width(szClean) <= lMost) return szClean;
-  const auto lTail = (lMost - 3) / 2, lHead = lMost - 3 - lTail;
-  const auto Past = [&](std::size_t lCharacters) {  // bytes of the first so many characters
-    std::size_t lAt = 0;
-    for (; lAt < szClean.size(); ++lAt)
-      if ((static_cast<unsigned char>(szClean[lAt]) & 0xC0U) != 0x80 && lCharacters-- == 0) break;
-    return lAt;
-  };
-  return szClean.substr(0, Past(lHead)) + "..." + szClean.substr(Past(Width(szClean) - lTail));
 }
 
 constexpr std::size_t lWidestName = 60, lNarrowestName = 20;
@@ -75,9 +55,9 @@ std::string Fit(const std::vector<Row>& aWhole, std::vector<std::size_t> aSpare,
   auto aRows = aWhole;
   for (std::size_t lName = lWidestName;; lName = std::max(lNarrowestName, lName - 4)) {
     for (std::size_t lRow = 1; lRow < aRows.size(); ++lRow)
-      aRows[lRow][0] = Fitted(aWhole[lRow][0], lName);
+      aRows[lRow][0] = Utf8::ShortenMiddle(LogWords::PlainField(aWhole[lRow][0]), lName);
     auto szTable = Table(aRows, lNumbers);
-    const bool bFits = lColumns == 0 || Width(szTable.substr(0, szTable.find('\n'))) <= lColumns;
+    const bool bFits = lColumns == 0 || Utf8::Width(szTable.substr(0, szTable.find('\n'))) <= lColumns;
     if (bFits || (lName == lNarrowestName && aSpare.empty())) return szTable;
     if (lName > lNarrowestName) continue;
     for (auto& aRow : aRows)
@@ -129,7 +109,7 @@ std::string LogSummaryText::Outages(const LogSummary& aSummary, LogTables::Runs 
     aRows.emplace_back();
     for (std::size_t i = 0; i < LogTables::lOutageColumns; ++i)
       aRows.back().push_back(LogTables::Cell(aOutage, static_cast<LogTables::OutageColumn>(i)));
-    aRows.back()[lAnswer] = Fitted(aRows.back()[lAnswer], lMostAnswer);
+    aRows.back()[lAnswer] = Utf8::ShortenMiddle(LogWords::PlainField(aRows.back()[lAnswer]), lMostAnswer);
   }
   return Fit(aRows, {lAnswer, static_cast<std::size_t>(LogTables::OutageColumn::To)},
              LogTables::lOutageColumns, lColumns);

@@ -58,7 +58,7 @@ double Key(const SiteSummary& aSite, SiteColumn iColumn) {
 
 std::vector<LogTables::SiteColumn> LogTables::SiteColumns(const LogSummary& aSummary) {
   std::vector<SiteColumn> aColumns;
-  for (auto i = Index(SiteColumn::Site); i <= Index(SiteColumn::DownTime); ++i) {
+  for (auto i = Index(SiteColumn::Site); i <= Index(SiteColumn::Checks); ++i) {
     const auto iColumn = static_cast<SiteColumn>(i);
     const bool bStretch = iColumn >= SiteColumn::UpDay && iColumn < SiteColumn::UpAll;
     const auto lDays = bStretch ? aAvailabilityDays[i - Index(SiteColumn::UpDay)] : 0;
@@ -68,11 +68,10 @@ std::vector<LogTables::SiteColumn> LogTables::SiteColumns(const LogSummary& aSum
 }
 
 StringId LogTables::Title(SiteColumn iColumn) {
-  constexpr std::array aTitles{IDS_LOG_COL_SITE,     IDS_LOG_COL_NOW,     IDS_LOG_COL_SINCE,
-                               IDS_LOG_COL_UP_DAY,   IDS_LOG_COL_UP_WEEK, IDS_LOG_COL_UP_MONTH,
-                               IDS_LOG_COL_UP_ALL,   IDS_LOG_COL_SHARE,   IDS_LOG_COL_CHECKS,
-                               IDS_LOG_COL_OUTAGES,  IDS_LOG_WARNING,     IDS_LOG_COL_LONGEST,
-                               IDS_LOG_COL_DOWN_TIME};
+  constexpr std::array aTitles{
+      IDS_LOG_COL_SITE,      IDS_LOG_COL_NOW,    IDS_LOG_COL_SINCE,   IDS_LOG_COL_UP_DAY, IDS_LOG_COL_UP_WEEK,
+      IDS_LOG_COL_UP_MONTH,  IDS_LOG_COL_UP_ALL, IDS_LOG_COL_OUTAGES, IDS_LOG_WARNING,    IDS_LOG_COL_LONGEST,
+      IDS_LOG_COL_DOWN_TIME, IDS_LOG_COL_SHARE,  IDS_LOG_COL_CHECKS};
   return aTitles[Index(iColumn)];
 }
 

@@ -20,12 +20,12 @@ enum class SiteColumn : std::uint8_t {
   UpWeek,
   UpMonth,
   UpAll,
-  Share,
-  Checks,
   Outages,
   Hiccups,
   Longest,
-  DownTime
+  DownTime,
+  Share,
+  Checks
 };
 // Those that say something: a stretch of time that the log does not cover is left out.
 std::vector<SiteColumn> SiteColumns(const LogSummary& aSummary);

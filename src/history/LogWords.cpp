@@ -335,3 +335,12 @@ std::vector<std::size_t> LogWords::ByInterest(const LogSummary& aSummary) {
 std::string LogWords::PlainField(std::string_view szField) {
   return Utf8::Clean(LogGrammar::WithoutMarks(szField));
 }
+
+std::string LogWords::Answer(std::string_view szStatusText) {
+  using namespace LogGrammar;
+  static const auto szNameUnknown = LoadResString(IDS_RESULT_ERROR) + " 6 ";
+  const auto szByName = FirstOfNumbered(szStatusText);
+  const bool bRepeated = szByName.size() < szStatusText.size() && szByName.starts_with(szNameUnknown) &&
+                         szStatusText == Numbered(szByName, szByName);
+  return bRepeated ? Numbered(szByName, LoadResString(IDS_LOG_ANSWERED)) : std::string(szStatusText);
+}

@@ -59,5 +59,8 @@ std::vector<std::size_t> ByInterest(const LogSummary& aSummary);
 
 // A field without the log's own marks, as valid UTF-8.
 std::string PlainField(std::string_view szField);
+// What a check was answered with, its marks kept. After a good answer by the IP address the log repeats the
+// result by name in its place. Where only a name can give that result, it says "answered" here.
+std::string Answer(std::string_view szStatusText);
 
 }  // namespace LogWords

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "base/Strings.h"
+#include "log/CheckLog.h"
 #include "log/LogGrammar.h"
 #include "log/ResultText.h"
 
@@ -73,14 +74,14 @@ std::size_t FindText(std::string_view szMiddle) {
 
 Outcome OutcomeOf(char chClass, std::string_view szComment) {
   if (szComment.ends_with(LoadResString(IDS_MANUALLY_STOPPED))) return Outcome::None;
-  switch (chClass) {
-    case '1':
+  switch (chClass - '0') {
+    case CheckLog::iClassSuccess:
       return Outcome::Up;
-    case '2':
+    case CheckLog::iClassFailure:
       return Outcome::Down;
-    case '3':
+    case CheckLog::iClassDisabled:
       return Outcome::Disabled;
-    case '4':
+    case CheckLog::iClassFirstFailure:
       return Outcome::Warning;
     default:
       return Outcome::None;
@@ -93,7 +94,8 @@ bool ReadEntry(std::string_view szLine, LogLine& aLine) {
   const auto lLast = szLine.rfind(chField);
   if (lFirst == lNone || lLast == lFirst || lLast + 2 != szLine.size()) return false;
   const char chClass = szLine.back();
-  if (chClass < '0' || chClass > '4' || !IsAddress(szLine.substr(lFirst + 1))) return false;
+  if (chClass < '0' || chClass > '0' + CheckLog::iClassFirstFailure || !IsAddress(szLine.substr(lFirst + 1)))
+    return false;
   auto lBehind = szLine.rfind(chField, lLast - 1);  // the comma behind the elapsed seconds
   auto lBefore = lNone;
   for (; lBehind != lNone && lBehind > lFirst; lBehind = lBefore) {

@@ -19,13 +19,13 @@
 
 enum class LineKind : std::uint8_t { Entry, StartManual, StartAuto, End, Unread };
 
-// What an entry says of its site.
+// What an entry says of its site, by its class (CheckLog.h).
 enum class Outcome : std::uint8_t {
   None,      // no class set, or the check was stopped by hand: says nothing about the site
-  Up,        // class 1
-  Down,      // class 2: failed again, or down already
-  Disabled,  // class 3: not checked
-  Warning,   // class 4: failed for the first time
+  Up,        // succeeded
+  Down,      // failed again, or down already
+  Disabled,  // not checked
+  Warning,   // failed for the first time
   Unread,    // not an entry that could be read
 };
 

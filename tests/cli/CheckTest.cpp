@@ -95,6 +95,27 @@ TEST_F(Cli, WatchWaitsForItsTimeAndEndsAtOnce) {
   EXPECT_EQ(aServer.Count(), 0U);
 }
 
+TEST_F(Cli, WatchTellsWhatChangesAndForHowLong) {
+  aServer.Serve("/bad", Fault::Status("404 Not Found"));
+  ImportList(ListOf({aServer.Site("/fine"), aServer.Site("/bad")}));
+  ASSERT_EQ(Run({"check"}).iCode, 1);
+  Registry::CloseStore();
+  ChildProcess aWatch(ChildProcess::BuiltProgram("hurried-watch"), {});
+  ASSERT_TRUE(aWatch.WaitForOutput("So far: 1 up, 1 warning, 0 down.\n  warning  http://", dMostSeconds));
+  ASSERT_TRUE(aWatch.WaitForOutput("Pass ended: 1 up, 0 warning, 1 down. Next: ", dMostSeconds));
+  ASSERT_TRUE(aServer.WaitForRequests(12)) << "passes in which nothing changes";
+  aServer.Serve("/bad", Fault::Status("200 OK"));
+  ASSERT_TRUE(aWatch.WaitForOutput("up again after ", dMostSeconds));
+  aWatch.Interrupt();
+  EXPECT_EQ(aWatch.Wait(dMostSeconds), 0);
+  const auto szOutput = aWatch.Output();
+  EXPECT_THAT(szOutput,
+              HasPattern("[AP]M  down +http://[^ ]*/bad  404 File Not Found \\(since [^,]+ [AP]M, "));
+  EXPECT_EQ(szOutput.find("/fine"), std::string::npos) << "was up and stayed so: " << szOutput;
+  EXPECT_THAT(szOutput,
+              HasPattern("Watched for .* changes: 2, mails sent: 0, not sent: 1\\). In the end: 2 up"));
+}
+
 TEST_F(Cli, KillAtAnyMomentLosesNoSiteAndNoSetting) {
   std::vector<std::string> aPaths;
   for (int i = 0; i < 40; ++i) {

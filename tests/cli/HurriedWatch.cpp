@@ -1,5 +1,6 @@
 // watch as kestrova-cli runs it, on a clock that goes on by half a minute whenever the program waits between
-// two passes: so a test meets its passes within moments. Requests keep their true time.
+// two passes: so a test meets its passes within moments. Requests keep their true time. With an argument it
+// shows every site of every pass.
 #include "cli/CliCommands.h"
 #include "platform/Clock.h"
 
@@ -23,8 +24,10 @@ class HurriedClock : public Clock::Source {
 
 }  // namespace
 
-int main() {
+int main(int iCount, char** /*aValues*/) {
   HurriedClock aClock;
   Clock::Replace(&aClock);
-  return CliCommands::Watch();
+  PassOptions aOptions;
+  aOptions.bVerbose = iCount > 1;
+  return CliCommands::Watch(aOptions);
 }

@@ -4,6 +4,7 @@
 #include "history/LogFiles.h"
 #include "history/LogFilter.h"
 #include "history/LogRows.h"
+#include "history/LogWords.h"
 #include "platform/Files.h"
 #include "support/LogScript.h"
 
@@ -82,8 +83,49 @@ TEST(LogRows, GoesFromFailureToFailureAndFromFindToFindAroundTheEnd) {
     EXPECT_EQ(aRows.Find(aCase.lFrom, "shop", aCase.bForward), aCase.lShop);
   }
   EXPECT_EQ(aRows.Find({}, "nowhere", true), std::nullopt);
-  EXPECT_EQ(aRows.RowOf("shop", AddMinutes(dtMonday, 5)), 5U) << "the first failure from then on";
-  EXPECT_EQ(aRows.RowOf("shop", AddMinutes(dtMonday, 60)), std::nullopt);
+  EXPECT_EQ(aRows.RowOf("shop", AddMinutes(dtMonday, 5), true), 5U) << "the first failure from then on";
+  EXPECT_EQ(aRows.RowOf("shop", AddMinutes(dtMonday, 60), true), std::nullopt);
+}
+
+TEST(LogRows, EveryColumnSortsTheLinesAlone) {
+  const TestHome aHome;
+  const Opened aHistory(aHome, ThreePasses());
+  const struct {
+    LogColumn iColumn;
+    const char *szUp, *szDown;  // the results in that order
+  } aCases[] = {
+      {LogColumn::Time, "UFUDNDU", "UDDNUFU"},    {LogColumn::Result, "DDFUUUN", "NUUUFDD"},
+      {LogColumn::Address, "NDFUUUD", "UUDFUDN"}, {LogColumn::Answer, "NDFDUUU", "UUUFDDN"},
+      {LogColumn::Seconds, "NUFUDDU", "UFUDDUN"}, {LogColumn::Remarks, "NUFUUDD", "DDUFUUN"},
+  };
+  for (const auto& aCase : aCases) {
+    LogRows aRows;
+    aRows.Build(aHistory, {}, true);
+    aRows.SortBy(aCase.iColumn, false);
+    EXPECT_EQ(Shape(aRows), aCase.szUp) << static_cast<int>(aCase.iColumn);
+    aRows.SortBy(aCase.iColumn, true);
+    EXPECT_EQ(Shape(aRows), aCase.szDown) << static_cast<int>(aCase.iColumn);
+    const auto lFailure = aRows.RowOf("shop", dtMonday, true);
+    ASSERT_TRUE(lFailure);
+    EXPECT_EQ(aRows.Cell(*lFailure, LogColumn::Result), "Failed once") << "the first by time, not by place";
+  }
+}
+
+// A name that is not known cannot come from an address in numbers: there the log repeats the first result.
+TEST(LogWords, AGoodAnswerByIPAddressIsToldWhereItIsKnown) {
+  const struct {
+    const char *szLogged, *szTold;
+  } aCases[] = {
+      {"(1) ERROR:  6 Couldn't resolve host name<BR>(2) ERROR:  6 Couldn't resolve host name",
+       "(1) ERROR:  6 Couldn't resolve host name<BR>(2) answered"},
+      {"(1) 404 File Not Found<BR>(2) 404 File Not Found",
+       "(1) 404 File Not Found<BR>(2) 404 File Not Found"},
+      {"(1) ERROR:  6 x<BR>(2) Request Timed-Out", "(1) ERROR:  6 x<BR>(2) Request Timed-Out"},
+      {"ERROR:  6 x", "ERROR:  6 x"},
+      {"", ""},
+  };
+  for (const auto& aCase : aCases)
+    EXPECT_EQ(LogWords::Answer(aCase.szLogged), aCase.szTold);
 }
 
 TEST(LogRows, ARowInFullHasItsBreaksAndItsEmphasis) {

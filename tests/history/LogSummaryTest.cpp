@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <sstream>
 
 #include "history/LogStrip.h"
@@ -201,6 +202,33 @@ TEST(LogSummary, StripsTellTheRealTimes) {
   EXPECT_EQ(At(AddMinutes(dtMonday, 10)), "Up: Mon Jan 5 2026, 8:00 AM to Mon Jan 5 2026, 10:00 AM");
   EXPECT_EQ(At(AddMinutes(dtMonday, 140)), "Down: Mon Jan 5 2026, 10:00 AM to Mon Jan 5 2026, 11:30 AM");
   EXPECT_EQ(At(AddMinutes(dtMonday, 900)), "Not watched: Mon Jan 5 2026, 5:00 PM to Tue Jan 6 2026, 3:30 AM");
+}
+
+TEST(LogSummary, ALongLogHasASquareADay) {
+  LogScript aScript;
+  for (int lDay = 0; lDay < 20; ++lDay) {
+    const auto dtNoon = AddDays(dtMonday, lDay);
+    for (int lPass = 0; lPass < 30; ++lPass) {
+      aScript.dtNow = AddMinutes(dtNoon, lPass * 30);
+      const bool bFails = lDay == 3 ? lPass == 4 || lPass == 5 : lDay == 7 && lPass == 9;
+      if (lDay != 11) (bFails ? aScript.Start().Down("a") : aScript.Start().Up("a")).End();
+    }
+  }
+  const auto aSummary = Of(aScript.szText);
+  ASSERT_TRUE(LogStrip::ByDay(aSummary));
+  const auto aDays = LogStrip::Days(aSummary, SiteA(aSummary));
+  std::string szDays;
+  for (const auto iState : aDays)
+    szDays += "?UWDX"[static_cast<std::size_t>(iState)];
+  EXPECT_EQ(szDays, "UUUDUUUDUUU?UUUUUUUU");
+  const auto aWords = LogStrip::DayWords(SiteA(aSummary), LogStrip::DayAt(aSummary, 3));
+  ASSERT_GE(aWords.size(), 2U);
+  EXPECT_TRUE(aWords[0].starts_with("Thu Jan 8 2026: up for 9")) << aWords[0];
+  EXPECT_EQ(std::ranges::count(aWords, "Down: Thu Jan 8 2026, 10:00 AM to Thu Jan 8 2026, 11:00 AM"), 1);
+  EXPECT_EQ(LogStrip::AxisDays(aSummary).front(), std::floor(dtMonday)) << "the first day has its name";
+  const auto szPicture = LogStrip::Picture(aSummary, SiteA(aSummary), "s1");
+  EXPECT_NE(szPicture.find("<title>Thu Jan 8 2026: up for 9"), std::string::npos);
+  EXPECT_FALSE(LogStrip::ByDay(Of(Passes("UUWDU")))) << "a short log keeps its hours";
 }
 
 TEST(LogSummary, FitsTheTerminal) {

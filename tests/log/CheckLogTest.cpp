@@ -69,12 +69,12 @@ TEST(CheckLogTest, WritesAPassLineByLine) {
   Settings.LogPeriod = 1;
   GetLogFileName(false);
   WriteLog(true, true, true);
-  CurrentEntry = {Clock::Now(), "http://SITE1", ResultText(IDS_SITE_OK), "", 1};
+  CurrentEntry = {Clock::Now(), "http://SITE1", ResultText(IDS_SITE_OK), "", iClassSuccess};
   aClock.Advance(75);
   WriteLog(false, true, false);
   aClock.SetWall(At(1999, 11, 16, 0, 0, 0));  // past midnight: the same file
   CurrentEntry = {At(1999, 11, 16, 0, 0, 9), "a,b\r\n[END CHECK]\x1B",
-                  ResultText(IDS_RESULT_ERROR, "<BR>\xE4"), "", 2};
+                  ResultText(IDS_RESULT_ERROR, "<BR>\xE4"), "", iClassFailure};
   AddComment("<SPAN class=\"Emphasis\">IP Check Performed</SPAN>");
   AddComment("Manually Stopped.");
   WriteLog(false, false, false);  // the clock was set back

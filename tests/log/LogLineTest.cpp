@@ -40,7 +40,7 @@ TEST(LogLine, EveryResultIsReadBackBehindAnAddressFullOfCommas) {
   const StandingClock aClock(JoinDateTime({2026, 1, 5, 8, 0, 0}));
   const std::string szURL = "http://a.com/,1,2,Site,OK,,,?x=40,3,", szIP = "http://192.0.2.17";
   const auto Check = [&](const std::string& szAddress, const ResultText& aResult) {
-    const auto szLine = Written({Clock::Now(), szAddress, aResult, "sent, twice", 2});
+    const auto szLine = Written({Clock::Now(), szAddress, aResult, "sent, twice", CheckLog::iClassFailure});
     const auto aLine = Read(szLine);
     ASSERT_EQ(aLine.iKind, LineKind::Entry) << szLine;
     const auto aFields = SplitLogLine(szLine, aLine);

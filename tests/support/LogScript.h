@@ -5,6 +5,7 @@
 
 #include "base/DateTime.h"
 #include "history/LogHistory.h"
+#include "log/CheckLog.h"
 #include "support/TestHome.h"
 
 inline const DateTime dtMonday = JoinDateTime({2026, 1, 5, 8, 0, 0});
@@ -27,9 +28,15 @@ struct LogScript {
         szComment + "," + std::to_string(lClass) + "\r\n");
     return After(lSeconds / 60.0);
   }
-  LogScript& Up(const std::string& szSite) { return Entry("http://" + szSite, "Site OK", 1); }
-  LogScript& Warn(const std::string& szSite) { return Entry("http://" + szSite, "404 File Not Found", 4); }
-  LogScript& Down(const std::string& szSite) { return Entry("http://" + szSite, "404 File Not Found", 2); }
+  LogScript& Up(const std::string& szSite) {
+    return Entry("http://" + szSite, "Site OK", CheckLog::iClassSuccess);
+  }
+  LogScript& Warn(const std::string& szSite) {
+    return Entry("http://" + szSite, "404 File Not Found", CheckLog::iClassFirstFailure);
+  }
+  LogScript& Down(const std::string& szSite) {
+    return Entry("http://" + szSite, "404 File Not Found", CheckLog::iClassFailure);
+  }
   LogScript& End() { return Raw("[END CHECK]\r\n"); }
   LogScript& After(double dMinutes) {
     dtNow = AddMinutes(dtNow, dMinutes);

@@ -1,5 +1,6 @@
 #include "ui/common/VirtualTable.h"
 
+#include <wx/menu.h>
 #include <wx/settings.h>
 #include <wx/sizer.h>
 #include <wx/stattext.h>
@@ -121,6 +122,10 @@ VirtualTable::VirtualTable(wxWindow* pParent, const std::vector<Column>& aColumn
     if (lRow >= 0) lAnchor = lRow;
     aEvent.Skip();
   });
+  lvwRows->Bind(wxEVT_CONTEXT_MENU, [this](wxContextMenuEvent& aEvent) {
+    const auto aAt = aEvent.GetPosition();
+    ShowMenu(aAt == wxDefaultPosition ? aAt : lvwRows->ScreenToClient(aAt));
+  });
   lvwRows->Bind(wxEVT_LIST_COL_CLICK, [this](wxListEvent& aEvent) { ChooseSort(aEvent.GetColumn()); });
 }
 
@@ -129,6 +134,7 @@ VirtualTable::VirtualTable(wxWindow* pParent, const std::vector<Column>& aColumn
 VirtualTable::~VirtualTable() {
   Activated = nullptr;
   Selected = nullptr;
+  SortChosen = nullptr;
   DestroyChildren();
 }
 
@@ -150,13 +156,46 @@ void VirtualTable::SetColumns(const std::vector<Column>& aColumnList) {
 void VirtualTable::ChooseSort(int iColumn) {
   if (!SortChosen || iColumn < 0) return;
   const bool bSame = iColumn == iSortColumn;
-  iSortColumn = bSame && bSortDescending ? -1 : iColumn;
-  bSortDescending = bSame && !bSortDescending;
+  SortBy(bSame && bSortDescending ? -1 : iColumn, bSame && !bSortDescending);
+}
+
+void VirtualTable::SortBy(int iColumn, bool bDescending) {
+  iSortColumn = iColumn;
+  bSortDescending = bDescending;
   if (iSortColumn < 0)
     lvwRows->RemoveSortIndicator();
   else
     lvwRows->ShowSortIndicator(iSortColumn, !bSortDescending);
   SortChosen();
+}
+
+void VirtualTable::ShowMenu(const wxPoint& aWhere) {
+  constexpr int lFirstColumn = 1, lOwnOrder = 999;  // below every command's number
+  wxMenu aMenu;
+  if (FillMenu) FillMenu(aMenu);
+  if (SortChosen) {
+    auto* pSort = new wxMenu;
+    for (std::size_t i = 0; i < aColumns.size(); ++i)
+      pSort->AppendRadioItem(lFirstColumn + static_cast<int>(i), ResText(aColumns[i].lTitle));
+    pSort->AppendRadioItem(lOwnOrder, ResText(IDS_VIEW_SORT_NONE));
+    pSort->Check(iSortColumn < 0 ? lOwnOrder : lFirstColumn + iSortColumn, true);
+    if (aMenu.GetMenuItemCount() > 0) aMenu.AppendSeparator();
+    aMenu.AppendSubMenu(pSort, ResText(IDS_VIEW_SORT_BY));
+  }
+  if (aMenu.GetMenuItemCount() == 0) return;
+  auto aAt = aWhere;
+  if (wxRect aRow; aAt == wxDefaultPosition && Focused() >= 0 && lvwRows->GetItemRect(Focused(), aRow))
+    aAt = aRow.GetBottomLeft();
+  const int iChosen = lvwRows->GetPopupMenuSelectionFromUser(aMenu, aAt);
+  const int iColumn = iChosen - lFirstColumn;
+  if (iChosen == lOwnOrder) {
+    SortBy(-1, false);
+  } else if (iColumn >= 0 && iColumn < static_cast<int>(aColumns.size())) {
+    SortBy(iColumn, iColumn == iSortColumn && !bSortDescending);
+  } else if (iChosen != wxID_NONE) {
+    wxCommandEvent aCommand(wxEVT_MENU, iChosen);
+    ProcessWindowEvent(aCommand);
+  }
 }
 
 bool VirtualTable::ExtendByKey(const wxKeyEvent& aEvent) {

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+class wxMenu;
 class wxStaticText;
 
 class VirtualTable : public wxPanel {
@@ -39,8 +40,10 @@ class VirtualTable : public wxPanel {
   // Enter or a double click.
   std::function<void(std::size_t lRow)> Activated;
   std::function<void()> Selected;
-  // A click on a header chose another order: once sorts up, once more down, a third time ends it. Unset:
-  // headers do nothing.
+  // Puts commands into the menu that the menu key or the right button opens; they go to the window around.
+  std::function<void(wxMenu& aMenu)> FillMenu;
+  // A click on a header, or the menu, chose another order: once sorts up, once more down, a third time ends
+  // it. Unset: headers do nothing.
   std::function<void()> SortChosen;
   int SortColumn() const { return iSortColumn; }  // -1: the table's own order
   bool SortDescending() const { return bSortDescending; }
@@ -82,6 +85,8 @@ class VirtualTable : public wxPanel {
   bool ExtendByKey(const wxKeyEvent& aEvent);
   void ExtendTo(long lRow);
   void ChooseSort(int iColumn);
+  void SortBy(int iColumn, bool bDescending);  // -1: the own order
+  void ShowMenu(const wxPoint& aWhere);        // in the list's window; the default: at the row in focus
 
   std::vector<Column> aColumns;
   bool bWidthsChosen = false;

@@ -13,6 +13,7 @@
 #include "base/Text.h"
 #include "base/Utf8.h"
 #include "history/LogWords.h"
+#include "platform/Clock.h"
 #include "ui/common/TextGlue.h"
 #include "ui/common/TextStyle.h"
 #include "ui/logview/StateLook.h"
@@ -55,6 +56,7 @@ EntriesPage::EntriesPage(wxWindow* pParent) : wxPanel(pParent) {
            : iKind == LogRows::Kind::Gap ? VirtualTable::Style::Aside
                                          : VirtualTable::Style::Plain;
   };
+  lvwEntries->SortChosen = [this] { Refilter(); };
   lvwEntries->Selected = [this] { ShowDetails(); };
   lvwEntries->Activated = [this](std::size_t) { txtDetails->SetFocus(); };
   txtDetails = new wxTextCtrl(pSplitter, wxID_ANY, "", wxDefaultPosition, wxDefaultSize,
@@ -153,6 +155,7 @@ VirtualTable::Light EntriesPage::LightOf(std::size_t lRow, int iColumn) const {
 
 void EntriesPage::Open(const LogHistory* pNew) {
   pHistory = pNew;
+  dtOpened = Clock::Now();
   aFilter = {};
   cboOutcome->SetSelection(0);
   txtWords->ChangeValue("");
@@ -214,6 +217,8 @@ void EntriesPage::Refill(bool bKeepPlace) {
   const long lFocus = lvwEntries->Focused();
   LogRows aNew;
   if (pHistory) aNew.Build(*pHistory, aFilter, bPasses);
+  if (const auto iSort = lvwEntries->SortColumn(); pHistory && iSort >= 0)
+    aNew.SortBy(static_cast<LogColumn>(iSort), lvwEntries->SortDescending());
   const bool bContinues = aNew.Continues(aRows);
   const auto Place = [&](std::size_t lRow) {
     return lRow < aRows.Count() ? aNew.RowOf(aRows.RefOf(lRow)) : std::nullopt;
@@ -237,7 +242,8 @@ void EntriesPage::Refill(bool bKeepPlace) {
 
 wxString EntriesPage::Hint() const {
   if (!pHistory) return ResText(IDS_VIEW_HINT_NONE);
-  return ResText(pHistory->Lines().empty() ? IDS_VIEW_HINT_EMPTY : IDS_VIEW_HINT_FILTERED);
+  if (!pHistory->Lines().empty()) return ResText(IDS_VIEW_HINT_FILTERED);
+  return ToWxLines(FillResString(IDS_VIEW_HINT_EMPTY_SINCE, {LogWords::Moment(dtOpened)}));
 }
 
 void EntriesPage::GroupByPass(bool bGroup) {
@@ -264,9 +270,9 @@ void EntriesPage::ShowSite(const std::string& szSite) {
   Refilter();
 }
 
-void EntriesPage::ShowFailure(const std::string& szSite, DateTime dtMoment) {
+void EntriesPage::ShowMoment(const std::string& szSite, DateTime dtMoment, bool bFailure) {
   ShowSite(szSite);
-  if (const auto lRow = aRows.RowOf(szSite, dtMoment)) GoTo(*lRow, VirtualTable::Place::UpperThird);
+  if (const auto lRow = aRows.RowOf(szSite, dtMoment, bFailure)) GoTo(*lRow, VirtualTable::Place::UpperThird);
 }
 
 void EntriesPage::GoTo(std::size_t lRow, VirtualTable::Place iPlace) {

@@ -35,7 +35,8 @@ class EntriesPage : public wxPanel {
   void GroupByPass(bool bGroup);
   void ShowEverything();
   void ShowSite(const std::string& szSite);
-  void ShowFailure(const std::string& szSite, DateTime dtMoment);
+  // The site's first check, or first failure, at that moment or later.
+  void ShowMoment(const std::string& szSite, DateTime dtMoment, bool bFailure);
 
   void ShowFindBar();
   void FindAgain(bool bForward);
@@ -73,6 +74,7 @@ class EntriesPage : public wxPanel {
   LogFilter aFilter;
   LogRows aRows;
   bool bPasses = true;
+  DateTime dtOpened = 0;  // wall time
   wxPanel* fraFilter;
   wxSplitterWindow* pSplitter;
   wxTimer tmrWords;

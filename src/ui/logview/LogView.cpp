@@ -1,6 +1,11 @@
 #include "ui/logview/LogView.h"
 
+#include <wx/msgout.h>
+
+#include <algorithm>
+
 #include "history/LogFiles.h"
+#include "platform/Files.h"
 #include "ui/common/TextGlue.h"
 #include "ui/logview/frmLogView.h"
 
@@ -9,8 +14,21 @@ bool LogView::OnInit() {
   std::vector<std::string> aPaths;
   for (int i = 1; i < argc; ++i)
     aPaths.push_back(FromWx(argv[i]));
+  const auto IsHelp = [](const std::string& szPath) {
+    return (szPath == "--help" || szPath == "-h") && !Files::FileExists(szPath);
+  };
+  if (std::ranges::any_of(aPaths, IsHelp)) {
+    // Into the terminal, or a box where there is none.
+    wxMessageOutputBest().Output(ResText(IDS_VIEW_USAGE));
+    bOnlyHelp = true;
+    return true;
+  }
   Start(aPaths);
   return true;
+}
+
+int LogView::OnRun() {
+  return bOnlyHelp ? 0 : wxApp::OnRun();
 }
 
 frmLogView* LogView::Start(const std::vector<std::string>& aPaths) {

@@ -9,6 +9,7 @@
 class LogView : public wxApp {
  public:
   bool OnInit() override;
+  int OnRun() override;
   // Failures in handlers and timers are never fatal.
   bool OnExceptionInMainLoop() override { return true; }
   void OnUnhandledException() override {}
@@ -16,4 +17,7 @@ class LogView : public wxApp {
   // Opens the window and does what the paths ask for: shows the logs, writes the page; with none it offers to
   // open one.
   static class frmLogView* Start(const std::vector<std::string>& aPaths);
+
+ private:
+  bool bOnlyHelp = false;  // nothing is to be shown
 };

@@ -22,9 +22,9 @@ const std::vector<VirtualTable::Column> aOutageColumns = {
     {LogTables::Title(OutageColumn::Site), nullptr, 4},
     {LogTables::Title(OutageColumn::From), "Wed Dec 30 2000, 12:00 PM"},
     {LogTables::Title(OutageColumn::To), "Wed Dec 30 2000, 12:00 PM"},
-    {LogTables::Title(OutageColumn::Length), nullptr, 3},
+    {LogTables::Title(OutageColumn::Length), nullptr, 2},
     {LogTables::Title(OutageColumn::Answer), nullptr, 4},
-    {LogTables::Title(OutageColumn::Mail), nullptr, 4}};
+    {LogTables::Title(OutageColumn::Mail), nullptr, 8}};
 
 }  // namespace
 

@@ -5,7 +5,9 @@
 #include <wx/settings.h>
 
 #include <algorithm>
+#include <cmath>
 
+#include "base/Text.h"
 #include "base/Utf8.h"
 #include "history/LogWords.h"
 #include "ui/common/TextGlue.h"
@@ -41,7 +43,7 @@ void PaintBand(wxDC& aDC, const wxRect& aStrip, SiteState iState, int lFrom, int
 
 StripView::StripView(wxWindow* pParent)
     : wxScrolledCanvas(pParent, wxID_ANY, wxDefaultPosition, wxDefaultSize,
-                       wxVSCROLL | wxBORDER_THEME | wxFULL_REPAINT_ON_RESIZE) {
+                       wxVSCROLL | wxBORDER_THEME | wxFULL_REPAINT_ON_RESIZE | wxWANTS_CHARS) {
   SetBackgroundStyle(wxBG_STYLE_PAINT);
   lLine = GetCharHeight();
   lRow = lLine * 2;
@@ -67,8 +69,21 @@ StripView::StripView(wxWindow* pParent)
   Bind(wxEVT_LEFT_DOWN, [this](wxMouseEvent& aEvent) {
     aEvent.Skip();
     const auto lPlace = PlaceAt(aEvent.GetPosition());
-    if (lPlace < Places() && Clicked) Clicked(lPlace);
+    if (lPlace >= Places()) return;
+    const int lColumn = aEvent.GetPosition().x - StripArea(lPlace).x;
+    if (lColumn >= 0 && lColumn < lStripWidth)
+      Choose(lPlace, lColumn);
+    else if (Marked)
+      Marked(lPlace);
   });
+  Bind(wxEVT_KEY_DOWN, [this](wxKeyEvent& aEvent) {
+    if (!OnKey(aEvent)) aEvent.Skip();
+  });
+  for (const auto& iEvent : {wxEVT_SET_FOCUS, wxEVT_KILL_FOCUS})
+    Bind(iEvent, [this](wxFocusEvent& aEvent) {
+      aEvent.Skip();
+      Refresh();
+    });
 }
 
 void StripView::ShowSites(const LogSummary* pShown, const std::vector<std::size_t>* pNewOrder) {
@@ -118,10 +133,106 @@ wxString StripView::TipAt(const wxPoint& aPoint) const {
   const auto szSite = Utf8::Clean(Utf8::Shorten(aSite.szSite, lMostNameBytes));
   const int lColumn = aPoint.x - StripArea(lPlace).x;
   if (lColumn < 0 || lColumn >= lStripWidth) return ToWx(szSite);
+  return ToWx(szSite + "\n" + Words(aSite, lColumn));
+}
+
+std::vector<StripView::Piece> StripView::Pieces(const SiteSummary& aSite) const {
+  std::vector<Piece> aPieces;
   const auto aScale = MakeScale();
-  const auto aColumns = LogStrip::Columns(aScale, aSite);
-  const auto iState = aColumns[static_cast<std::size_t>(lColumn)];
-  return ToWx(szSite + "\n" + LogStrip::Words(aScale, aSite, iState, lColumn, lColumn + 1));
+  if (LogStrip::ByDay(*pSummary)) {
+    const auto aDays = LogStrip::Days(*pSummary, aSite);
+    const auto Start = [&](std::size_t lDay) {
+      return static_cast<int>(static_cast<std::size_t>(aScale.ColumnCount()) * lDay / aDays.size());
+    };
+    for (std::size_t i = 0; i < aDays.size(); ++i)
+      aPieces.push_back({Start(i), Start(i + 1), aDays[i]});
+    return aPieces;
+  }
+  for (const auto iState : LogStrip::Columns(aScale, aSite)) {
+    if (aPieces.empty() || aPieces.back().iState != iState) {
+      const int lFirst = aPieces.empty() ? 0 : aPieces.back().lPast;
+      aPieces.push_back({lFirst, lFirst, iState});
+    }
+    ++aPieces.back().lPast;
+  }
+  return aPieces;
+}
+
+StripView::Piece StripView::PieceAt(const SiteSummary& aSite, int lColumn) const {
+  const auto aPieces = Pieces(aSite);
+  const auto aFound = std::ranges::upper_bound(aPieces, lColumn, {}, &Piece::lPast);
+  return aFound == aPieces.end() ? aPieces.back() : *aFound;
+}
+
+std::string StripView::Words(const SiteSummary& aSite, int lColumn) const {
+  const auto aScale = MakeScale();
+  if (!LogStrip::ByDay(*pSummary))
+    return LogStrip::Words(aScale, aSite, PieceAt(aSite, lColumn).iState, lColumn, lColumn + 1);
+  std::string szAll;
+  for (const auto& szLine : LogStrip::DayWords(aSite, std::floor(aScale.Moment(lColumn))))
+    szAll += (szAll.empty() ? "" : "\n") + szLine;
+  return szAll;
+}
+
+// Of a failure its beginning, or the day's; of all else the moment that was pointed at.
+void StripView::Choose(std::size_t lPlace, int lColumn) {
+  const auto& aSite = SiteAt(lPlace);
+  const auto aScale = MakeScale();
+  const auto iState = PieceAt(aSite, lColumn).iState;
+  const bool bFailure = iState == SiteState::Down || iState == SiteState::Warning;
+  auto dtMoment = aScale.Moment(lColumn);
+  if (LogStrip::ByDay(*pSummary))
+    dtMoment = std::floor(dtMoment);
+  else if (bFailure)
+    dtMoment = LogStrip::Stretch(aScale, aSite, iState, lColumn, lColumn + 1).dtFrom;
+  if (Chosen) Chosen(lPlace, dtMoment, bFailure);
+}
+
+bool StripView::OnKey(const wxKeyEvent& aEvent) {
+  if (aEvent.GetKeyCode() == WXK_TAB)
+    return Navigate(aEvent.ShiftDown() ? 0 : wxNavigationKeyEvent::IsForward);
+  if (Places() == 0 || aEvent.HasModifiers()) return false;
+  const auto lPlace = lMarked < Places() ? lMarked : 0;
+  const int lColumn = std::clamp(static_cast<int>(dCursor * lStripWidth), 0, lStripWidth - 1);
+  const auto aPiece = PieceAt(SiteAt(lPlace), lColumn);
+  switch (aEvent.GetKeyCode()) {
+    case WXK_LEFT:
+      MoveCursor(lPlace, aPiece.lFirst - 1);
+      return true;
+    case WXK_RIGHT:
+      MoveCursor(lPlace, aPiece.lPast);
+      return true;
+    case WXK_HOME:
+      MoveCursor(lPlace, 0);
+      return true;
+    case WXK_END:
+      MoveCursor(lPlace, lStripWidth - 1);
+      return true;
+    case WXK_UP:
+      MoveCursor(lPlace > 0 ? lPlace - 1 : 0, lColumn);
+      return true;
+    case WXK_DOWN:
+      MoveCursor(std::min(lPlace + 1, Places() - 1), lColumn);
+      return true;
+    case WXK_RETURN:
+    case WXK_NUMPAD_ENTER:
+      Choose(lPlace, lColumn);
+      return true;
+    default:
+      return false;
+  }
+}
+
+// To the middle of what is there, so that it is still there in a window of another width.
+void StripView::MoveCursor(std::size_t lPlace, int lColumn) {
+  const auto aPiece = PieceAt(SiteAt(lPlace), std::clamp(lColumn, 0, lStripWidth - 1));
+  dCursor = (aPiece.lFirst + aPiece.lPast) / 2.0 / lStripWidth;
+  if (Marked && lPlace != lMarked) Marked(lPlace);
+  if (lPlace != lMarked) Mark(lPlace);
+  Refresh();
+  const auto szWords =
+      Text::Replace(Words(SiteAt(lPlace), static_cast<int>(dCursor * lStripWidth)), "\n", "; ");
+  if (Told) Told(Utf8::Clean(Utf8::Shorten(SiteAt(lPlace).szSite, lMostNameBytes)) + ": " + szWords);
 }
 
 void StripView::OnPaint(wxDC& aDC) {
@@ -131,7 +242,6 @@ void StripView::OnPaint(wxDC& aDC) {
   aDC.SetFont(GetFont());
   const auto aInk = wxSystemSettings::GetColour(wxSYS_COLOUR_LISTBOXTEXT);
   const int lBottom = GetClientSize().y - Footer();
-  const auto aScale = MakeScale();
   const auto lFirst = static_cast<std::size_t>(std::max(0, CalcUnscrolledPosition(wxPoint(0, 0)).y) / lRow);
   aDC.SetClippingRegion(0, 0, GetClientSize().x, std::max(1, lBottom));
   for (auto lPlace = lFirst; lPlace < Places(); ++lPlace) {
@@ -144,21 +254,24 @@ void StripView::OnPaint(wxDC& aDC) {
     const auto szName = ToWx(Utf8::Clean(Utf8::Shorten(aSite.szSite, lMostNameBytes)));
     aDC.DrawText(wxControl::Ellipsize(szName, aDC, wxELLIPSIZE_MIDDLE, lNames, wxELLIPSIZE_FLAGS_NONE), lGap,
                  aArea.y + (aArea.height - lLine) / 2);
-    PaintStrip(aDC, aArea, LogStrip::Columns(aScale, aSite));
+    PaintStrip(aDC, aArea, aSite, bMarked);
   }
   aDC.DestroyClippingRegion();
   PaintAxis(aDC, lBottom);
   PaintLegend(aDC, lBottom + lLine + 2 * lGap);
 }
 
-void StripView::PaintStrip(wxDC& aDC, const wxRect& aArea, const std::vector<SiteState>& aColumns) const {
-  const int lCount = static_cast<int>(aColumns.size());
-  for (int lFrom = 0, lPast = 0; lFrom < lCount; lFrom = lPast) {
-    const auto iState = aColumns[static_cast<std::size_t>(lFrom)];
-    while (lPast < lCount && aColumns[static_cast<std::size_t>(lPast)] == iState)
-      ++lPast;
-    PaintBand(aDC, aArea, iState, lFrom, lPast);
-  }
+void StripView::PaintStrip(wxDC& aDC, const wxRect& aArea, const SiteSummary& aSite, bool bMarked) const {
+  const bool bSquares = LogStrip::ByDay(*pSummary);
+  for (const auto& aPiece : Pieces(aSite))
+    PaintBand(aDC, aArea, aPiece.iState, aPiece.lFirst,
+              bSquares ? std::max(aPiece.lFirst + 1, aPiece.lPast - 1) : aPiece.lPast);
+  if (!bMarked || !HasFocus()) return;
+  const auto aPiece = PieceAt(aSite, std::clamp(static_cast<int>(dCursor * lStripWidth), 0, lStripWidth - 1));
+  aDC.SetBrush(*wxTRANSPARENT_BRUSH);
+  aDC.SetPen(wxPen(wxSystemSettings::GetColour(wxSYS_COLOUR_HIGHLIGHT), 2));
+  aDC.DrawRectangle(aArea.x + aPiece.lFirst - 1, aArea.y - 2, aPiece.lPast - aPiece.lFirst + 2,
+                    aArea.height + 4);
 }
 
 void StripView::PaintAxis(wxDC& aDC, int lTop) const {
@@ -169,7 +282,7 @@ void StripView::PaintAxis(wxDC& aDC, int lTop) const {
   aDC.SetTextForeground(aGrey);
   aDC.SetPen(wxPen(aGrey));
   int lFree = 0;
-  for (const auto dtDay : LogStrip::Midnights(*pSummary)) {
+  for (const auto dtDay : LogStrip::AxisDays(*pSummary)) {
     const int lAt = lLeft + aScale.Column(dtDay);
     aDC.DrawLine(lAt, lTop, lAt, lTop + lGap);
     const auto szDay = LogWords::Day(dtDay);

@@ -1,12 +1,14 @@
-// StripView: a picture of every site's states over the time of the log, one strip a site. States differ by
-// colour, by height and by pattern; a time in which nobody watched shows as a gap. What the pointer is on is
-// told in words.
+// StripView: a picture of every site's states over the time of the log, one strip a site; of a long log a
+// square a day. States differ by colour, by height and by pattern; a time in which nobody watched shows as a
+// gap. What the pointer is on is told in words. With the arrow keys one goes from square to square, or from
+// state to state, and from site to site.
 #pragma once
 
 #include <wx/scrolwin.h>
 
 #include <cstddef>
 #include <functional>
+#include <string>
 #include <vector>
 
 #include "history/LogStrip.h"
@@ -20,8 +22,12 @@ class StripView : public wxScrolledCanvas {
   void ShowSites(const LogSummary* pShown, const std::vector<std::size_t>* pOrder);
   // Marks a strip (place in the order) and scrolls to it.
   void Mark(std::size_t lPlace);
-  // A click on a strip: its place and, where it was hit, the moment.
-  std::function<void(std::size_t lPlace)> Clicked;
+  // A click on a name, or keys that lead to another strip.
+  std::function<void(std::size_t lPlace)> Marked;
+  // A click on a strip, or Enter: its place, the moment, and whether the site failed then.
+  std::function<void(std::size_t lPlace, DateTime dtMoment, bool bFailure)> Chosen;
+  // What the keys have led to, in words.
+  std::function<void(const std::string& szWords)> Told;
 
   // So that every strip is seen.
   int FullHeight() const { return FullRows() * lRow + Footer() + 2 * lGap; }
@@ -29,8 +35,21 @@ class StripView : public wxScrolledCanvas {
   wxString TipAt(const wxPoint& aPoint) const;
 
  private:
+  // The columns of a strip that belong together: a day's, or those of one state. On the screen a day's last
+  // one stays empty.
+  struct Piece {
+    int lFirst, lPast;
+    SiteState iState;
+  };
+  std::vector<Piece> Pieces(const SiteSummary& aSite) const;
+  Piece PieceAt(const SiteSummary& aSite, int lColumn) const;
+  const SiteSummary& SiteAt(std::size_t lPlace) const { return pSummary->aSites[(*pOrder)[lPlace]]; }
+  std::string Words(const SiteSummary& aSite, int lColumn) const;
+  void Choose(std::size_t lPlace, int lColumn);
+  bool OnKey(const wxKeyEvent& aEvent);
+  void MoveCursor(std::size_t lPlace, int lColumn);
   void OnPaint(wxDC& aDC);
-  void PaintStrip(wxDC& aDC, const wxRect& aArea, const std::vector<SiteState>& aColumns) const;
+  void PaintStrip(wxDC& aDC, const wxRect& aArea, const SiteSummary& aSite, bool bMarked) const;
   void PaintAxis(wxDC& aDC, int lTop) const;
   void PaintLegend(wxDC& aDC, int lTop) const;
   void Measure();
@@ -45,5 +64,6 @@ class StripView : public wxScrolledCanvas {
   const LogSummary* pSummary = nullptr;
   const std::vector<std::size_t>* pOrder = nullptr;
   std::size_t lMarked = static_cast<std::size_t>(-1);
+  double dCursor = 1;  // where the keys are, as a part of the strip
   int lLine = 16, lRow = 30, lGap = 6, lNames = 150, lStripWidth = 400;
 };

@@ -28,15 +28,15 @@ constexpr std::size_t lMostBytes = 400;
 constexpr int lLightTwips = 480;
 constexpr int lFactLines = 12;
 
-// As wide as the widest that commonly stands there; the names share what is left.
+// As wide as the widest that commonly stands there; the names take what is left.
 const char* SampleOf(SiteColumn iColumn) {
   switch (iColumn) {
     case SiteColumn::Site:
-      return nullptr;
+      return "intranet.example.com";
     case SiteColumn::State:
       return "MM No longer checked";
     case SiteColumn::Since:
-      return "Wed Dec 30 2000, 12:00 PM or before";
+      return "Wed Dec 30 2000, 12:00 PM";
     case SiteColumn::Longest:
     case SiteColumn::DownTime:
       return "23 h 59 min";
@@ -103,7 +103,13 @@ SummaryPage::SummaryPage(wxWindow* pParent) : wxPanel(pParent) {
   lvwSites->Activated = [this](std::size_t lRow) {
     if (SiteChosen) SiteChosen(SiteAt(lRow).szSite);
   };
-  picStrips->Clicked = [this](std::size_t lPlace) { lvwSites->GoTo(lPlace); };
+  picStrips->Marked = [this](std::size_t lPlace) { lvwSites->GoTo(lPlace); };
+  picStrips->Chosen = [this](std::size_t lPlace, DateTime dtMoment, bool bFailure) {
+    if (MomentChosen) MomentChosen(SiteAt(lPlace).szSite, dtMoment, bFailure);
+  };
+  picStrips->Told = [this](const std::string& szWords) {
+    if (Told) Told(szWords);
+  };
 }
 
 void SummaryPage::ShowLog(const LogSummary* pNew) {

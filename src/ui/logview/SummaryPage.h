@@ -29,6 +29,10 @@ class SummaryPage : public wxPanel {
   void ShowAge();
   // A site was chosen to be looked at.
   std::function<void(const std::string& szSite)> SiteChosen;
+  // The same from that moment on, or from its first failure then.
+  std::function<void(const std::string& szSite, DateTime dtMoment, bool bFailure)> MomentChosen;
+  // Something to tell about a strip.
+  std::function<void(const std::string& szWords)> Told;
 
   wxStaticText* lblHeadline;
   wxTextCtrl* txtFacts;

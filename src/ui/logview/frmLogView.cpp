@@ -20,6 +20,7 @@
 #include "platform/Files.h"
 #include "ui/common/Images.h"
 #include "ui/common/TextGlue.h"
+#include "ui/common/VirtualTable.h"
 #include "ui/common/frmHelp.h"
 #include "ui/logview/EntriesPage.h"
 #include "ui/logview/OutagesPage.h"
@@ -99,10 +100,16 @@ void frmLogView::BuildPages() {
     RunCommand(Command::mV_Entries);
     pixEntries->ShowSite(szSite);
   };
-  pixOutages->OutageChosen = [this](const std::string& szSite, DateTime dtMoment) {
+  pixSummary->MomentChosen = [this](const std::string& szSite, DateTime dtMoment, bool bFailure) {
     RunCommand(Command::mV_Entries);
-    pixEntries->ShowFailure(szSite, dtMoment);
+    pixEntries->ShowMoment(szSite, dtMoment, bFailure);
   };
+  pixSummary->Told = [this](const std::string& szWords) { SetStatusText(ToWx(szWords)); };
+  pixOutages->OutageChosen = [this](const std::string& szSite, DateTime dtMoment) {
+    pixSummary->MomentChosen(szSite, dtMoment, true);
+  };
+  for (auto* pTable : {pixEntries->lvwEntries, pixSummary->lvwSites, pixOutages->lvwOutages})
+    pTable->FillMenu = [this](wxMenu& aMenu) { FillMenu(aMenu); };
 }
 
 void frmLogView::BuildStatusBar() {
@@ -145,7 +152,9 @@ bool frmLogView::OpenLogs(const std::vector<std::string>& aPaths) {
   pHistory = std::move(pNew);
   bSummaryShown = bOverdueTold = bDueKnown = false;
   // Of what is over, or of many logs, one wants to know first how it went.
-  if (aPaths.size() > 1 || Files::FolderExists(aPaths.front()) || OverdueNow()) tabPages->SetSelection(1);
+  if (aPaths.size() > 1 || Files::FolderExists(aPaths.front()) ||
+      (OverdueNow() && !pHistory->Lines().empty()))
+    tabPages->SetSelection(1);
   ShowSummary();
   ShowTitle();
   ShowCounts();
@@ -197,14 +206,22 @@ void frmLogView::tmrFollow_Timer() {
   pixSummary->ShowAge();
 }
 
+void frmLogView::FindDue(const LogHistory& aTold) {
+  dtLast = 0;
+  for (const auto aRef : aTold.Passes())
+    dtLast = std::max(dtLast, aTold.Pass(aRef).dtLast);
+  dtNextDue = dtLast > 0 ? LogGaps::NextDue(aTold) : 0;
+}
+
 bool frmLogView::OverdueNow() {
   constexpr double dWithoutSchedule = 2.0 / 24;
   if (!bDueKnown) {
     bDueKnown = true;
-    dtLast = 0;
-    for (const auto aRef : pHistory->Passes())
-      dtLast = std::max(dtLast, pHistory->Pass(aRef).dtLast);
-    dtNextDue = dtLast > 0 ? LogGaps::NextDue(*pHistory) : 0;
+    FindDue(*pHistory);
+    // On a full disk a new day's log stays empty: the one before tells since when.
+    const auto szBefore = dtLast > 0 || aOpened.empty() ? std::string() : LogFiles::Earlier(aOpened.front());
+    LogHistory aBefore;
+    if (!szBefore.empty() && aBefore.Open({szBefore})) FindDue(aBefore);
   }
   return dtLast > 0 && Clock::Now() > (dtNextDue > 0 ? dtNextDue : dtLast + dWithoutSchedule);
 }
@@ -218,8 +235,7 @@ void frmLogView::ShowOverdue() {
     ShowNotice();
   else
     Tell(FillResString(IDS_VIEW_OVERDUE,
-                       {LogWords::Moment(dtLast), LogWords::Length(SecondsBetween(dtLast, Clock::Now())),
-                        LogWords::Moment(dtNextDue)}),
+                       {LogWords::Moment(dtLast), LogWords::Length(SecondsBetween(dtLast, Clock::Now()))}),
          true);
 }
 

@@ -79,6 +79,7 @@ class frmLogView : public wxFrame {
   void BuildMenus();
   void BuildPages();
   void BuildStatusBar();
+  void FillMenu(wxMenu& aMenu) const;
   void Menu_Click(wxCommandEvent& aEvent);
   bool RunFileCommand(Command iCommand);
   bool RunViewCommand(Command iCommand);
@@ -98,6 +99,7 @@ class frmLogView : public wxFrame {
   std::vector<std::string> NamesInFolders() const;
   std::vector<std::string> LaterLogs() const;
   bool GoOnToNextLog();
+  void FindDue(const LogHistory& aTold);
   bool OverdueNow();
   void ShowOverdue();
   const LogSummary& Summary();

@@ -108,6 +108,18 @@ void frmLogView::BuildMenus() {
        static_cast<int>(Command::lEnd) - 1);
 }
 
+// The menu of a list: what the menu bar has about rows.
+void frmLogView::FillMenu(wxMenu& aMenu) const {
+  for (const Item& aItem : aEdit) {
+    const bool bEntries = aItem.iCommand != Command::mE_Copy && aItem.iCommand != Command::mE_SelectAll;
+    if (bEntries && tabPages->GetSelection() != 0) break;
+    if (aItem.iCommand == Command::lEnd)
+      aMenu.AppendSeparator();
+    else
+      aMenu.Append(static_cast<int>(aItem.iCommand), ResText(aItem.lText) + '\t' + aItem.szKey);
+  }
+}
+
 void frmLogView::EnableCommands() {
   for (const auto iCommand :
        {Command::mF_SavePage, Command::mF_SaveTable, Command::mE_Copy, Command::mE_SelectAll,

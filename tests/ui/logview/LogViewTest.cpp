@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "platform/Files.h"
 #include "platform/StandingClock.h"
 #include "support/ChildProcess.h"
 #include "support/LogScript.h"
@@ -17,6 +18,7 @@
 #include "ui/logview/EntriesPage.h"
 #include "ui/logview/LogView.h"
 #include "ui/logview/OutagesPage.h"
+#include "ui/logview/StripView.h"
 #include "ui/logview/SummaryPage.h"
 #include "ui/logview/frmLogView.h"
 
@@ -287,6 +289,71 @@ TEST(LogView, WarnsWhenNothingIsWrittenAnyMore) {
                 TwoDays() + aMore.Start().Up("www.example.com").Up("shop.example.com").End().szText);
   aViewer.pWindow->tmrFollow_Timer();
   EXPECT_EQ(aViewer.pWindow->Notice(), "");
+}
+
+TEST(LogView, AnEmptyLogSaysSinceWhenNothingWasWritten) {
+  StandingClock aClock(dtAfterTwoDays);
+  Viewer aAlone({{"D-20260107.kvl", ""}}, {"D-20260107.kvl"});
+  EXPECT_EQ(aAlone.pWindow->tabPages->GetSelection(), 0);
+  EXPECT_EQ(aAlone.pWindow->Notice(), "");
+  // The disk became full at midnight: the new file is there, and stays empty.
+  Viewer aViewer({{"D-20260105.kvl", TwoDays()}, {"D-20260108.kvl", ""}}, {"D-20260108.kvl"});
+  aClock.Advance(24 * 3600);
+  aViewer.pWindow->tmrFollow_Timer();
+  EXPECT_TRUE(aViewer.pWindow->Notice().starts_with("Nothing was written since Wed Jan 7 2026, 9:30 AM (1 d"))
+      << aViewer.pWindow->Notice();
+}
+
+TEST(LogView, EntriesSortByEveryHeaderAndFollowOn) {
+  const StandingClock aClock(dtMonday);
+  LogScript aScript{dtMonday};
+  aScript.Start().Up("b.com").Up("c.com").Down("a.com").End().After(30);
+  Viewer aViewer({{"D-1.kvl", aScript.szText}}, {"D-1.kvl"});
+  const auto Sites = [&] {
+    std::string szSites;
+    for (long lRow = 0; lRow < aViewer.Rows(); ++lRow) {
+      const auto szRow = aViewer.Row(lRow);
+      const auto lSite = szRow.find("http://");
+      szSites += lSite == std::string::npos ? '-' : szRow[lSite + 7];
+    }
+    return szSites;
+  };
+  EXPECT_EQ(Sites(), "-bca");
+  ClickHeader(aViewer.List(), static_cast<int>(LogColumn::Address));
+  EXPECT_EQ(Sites(), "abc");
+  ClickHeader(aViewer.List(), static_cast<int>(LogColumn::Address));
+  aViewer.List().GoTo(0);
+  aViewer.Write("D-1.kvl", aScript.Start().Up("d.com").Up("a.com").End().szText);
+  EXPECT_EQ(Sites(), "dcbaa");
+  EXPECT_EQ(aViewer.List().Focused(), 1) << "the row that was looked at";
+  ClickHeader(aViewer.List(), static_cast<int>(LogColumn::Address));
+  EXPECT_EQ(Sites(), "-bca-da") << "its own order, with its passes";
+}
+
+TEST(LogView, KeysGoAlongTheStripsAndEnterLeadsToTheMoment) {
+  const StandingClock aClock(dtAfterTwoDays);
+  Viewer aViewer({{"W-20260104.kvl", TwoDays()}}, {"W-20260104.kvl"});
+  aViewer.pWindow->RunCommand(Command::mV_Summary);
+  auto& aStrips = *aViewer.pWindow->pixSummary->picStrips;
+  aStrips.SetFocus();
+  ASSERT_TRUE(Focused(&aStrips));
+  Key(WXK_HOME);
+  EXPECT_EQ(aViewer.Status(0), "shop.example.com: Up: Mon Jan 5 2026, 8:00 AM to Mon Jan 5 2026, 11:30 PM");
+  Key(WXK_RIGHT);
+  EXPECT_EQ(aViewer.Status(0),
+            "shop.example.com: Down: Mon Jan 5 2026, 11:30 PM to Tue Jan 6 2026, 10:30 AM");
+  Key(WXK_RETURN);
+  EXPECT_EQ(aViewer.pWindow->tabPages->GetSelection(), 0);
+  EXPECT_EQ(aViewer.Row(aViewer.List().Focused()),
+            "1/5/2026 11:30:01 PM|Failed once|http://shop.example.com|500 Internal Server Error|9|");
+}
+
+TEST(LogView, SaysHowItIsCalled) {
+  if (Files::chSeparator == '\\')
+    GTEST_SKIP() << "a program of windows has no terminal there, and shows a box";
+  ChildProcess aHelp(ChildProcess::BuiltProgram("LogView"), {"--help"});
+  EXPECT_EQ(aHelp.Wait(60), 0);
+  EXPECT_NE((aHelp.Output() + aHelp.Errors()).find("LogView [LOG or FOLDER]"), std::string::npos);
 }
 
 TEST(LogView, HeadersSortAndTheOrderOutlivesAnUpdate) {
