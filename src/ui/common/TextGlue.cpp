@@ -40,7 +40,8 @@ wxString BreakLongWords(const wxString& szText) {
   wxString szResult;
   std::size_t lWord = 0;
   for (const wxUniChar ch : szText) {
-    lWord = ch == ' ' || ch == '\n' ? 0 : lWord + 1;
+    const auto lCode = ch.GetValue();
+    lWord = lCode == ' ' || lCode == '\n' ? 0 : lWord + 1;
     if (lWord > lLongest) {
       szResult << '\n';
       lWord = 1;

@@ -77,7 +77,7 @@ std::string Flaws(const std::vector<SiteRecord>& aRecords) {
   for (const auto& [iFlaw, lText] :
        {std::pair{Flaw::Https, IDS_IMPORT_HTTPS}, std::pair{Flaw::Backslash, IDS_IMPORT_BACKSLASH}}) {
     const auto lCount = std::ranges::count_if(
-        aRecords, [&](const SiteRecord& aRecord) { return AddressRules::FlawOf(aRecord.URL) == iFlaw; });
+        aRecords, [iFlaw = iFlaw](const SiteRecord& a) { return AddressRules::FlawOf(a.URL) == iFlaw; });
     if (lCount > 0) szFlaws += "\r\n\r\n" + About(lText, std::to_string(lCount));
   }
   return szFlaws;

@@ -255,7 +255,8 @@ bool frmOptions::LeaveField(wxWindow* pLeft, wxWindow* pNext) {
 // The field that was edited last comes first: of two that disagree it is the one that the operator thinks of.
 void frmOptions::cmdOK_Click() {
   std::vector<Field> aOrder(std::begin(aConfirmOrder), std::end(aConfirmOrder));
-  std::ranges::stable_partition(aOrder, [this](Field iField) { return BoxOf(iField) == pEdited; });
+  std::stable_partition(aOrder.begin(), aOrder.end(),
+                        [this](Field iField) { return BoxOf(iField) == pEdited; });
   for (const Field iField : aOrder)
     if (!CheckField(iField, true, nullptr)) return;
   if (Store(ReadForm(), aOpening)) Host.ShowPanel(2, Schedule::NextPanelText());
