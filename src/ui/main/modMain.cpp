@@ -164,8 +164,8 @@ void modMain::ShutDown() {
   CloseSplash();
   // The dialogs first: they hold on to the main window.
   std::vector<wxWindow*> aOpen(wxTopLevelWindows.begin(), wxTopLevelWindows.end());
-  for (wxWindow* pWindow : aOpen)
-    if (pWindow != pMain.get()) pWindow->Destroy();
+  for (wxWindow* pOpen : aOpen)
+    if (pOpen != pMain.get()) pOpen->Destroy();
   if (pMain) {
     pMain->TimerMain.Stop();
     pMain->Destroy();
