@@ -237,7 +237,7 @@ TEST(LogSummary, FitsTheTerminal) {
   for (int i = 0; i < 80; ++i)
     aScript.Start().Up(szLong).Down("b").End().After(30);
   const auto aSummary = Of(aScript.szText);
-  for (const std::size_t lColumns : {80, 100, 120}) {
+  for (const std::size_t lColumns : {80U, 100U, 120U}) {
     std::istringstream aLines(LogSummaryText::Sites(aSummary, lColumns));
     bool bShortened = false;
     for (std::string szLine; std::getline(aLines, szLine);) {

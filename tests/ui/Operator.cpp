@@ -114,7 +114,7 @@ std::string CloseNotice() {
     return pNotice && pNotice->IsActive() && pNotice->IsDescendant(wxWindow::FindFocus());
   };
   EXPECT_TRUE(Until(bReady));
-  const auto szText = NoticeText();
+  auto szText = NoticeText();
   if (szText.empty()) return szText;
   Key(WXK_RETURN);
   EXPECT_TRUE(Until([] { return !Open<frmNotice>(); })) << szText;
