@@ -71,8 +71,12 @@ namespace {
 struct SortKey {
   double dNumber;
   std::string_view szText;
-  auto operator<=>(const SortKey&) const = default;
 };
+
+bool Before(const SortKey& aLeft, const SortKey& aRight) {
+  if (aLeft.dNumber < aRight.dNumber || aRight.dNumber < aLeft.dNumber) return aLeft.dNumber < aRight.dNumber;
+  return aLeft.szText < aRight.szText;
+}
 
 SortKey KeyOf(const LogHistory& aHistory, LogHistory::LineRef aRef, LogColumn iColumn) {
   const auto& aLine = aHistory.Line(aRef);
@@ -106,7 +110,7 @@ void LogRows::SortBy(LogColumn iColumn, bool bDescending) {
       dNumber = (aKeyed.end() - 2)->first.dNumber;
   }
   std::ranges::stable_sort(aKeyed, [bDescending](const auto& aLeft, const auto& aRight) {
-    return bDescending ? aRight.first < aLeft.first : aLeft.first < aRight.first;
+    return bDescending ? Before(aRight.first, aLeft.first) : Before(aLeft.first, aRight.first);
   });
   aRefs.clear();
   aGapRows.clear();
