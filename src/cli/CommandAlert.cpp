@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "alert/AlertSender.h"
+#include "alert/TestMail.h"
 #include "base/Strings.h"
 #include "base/Text.h"
 #include "check/ResultCodes.h"
@@ -115,20 +116,9 @@ int CliCommands::AlertTest() {
   if (!szMissing.empty()) {
     return Report::Fail(FillResString(IDS_CLI_MAIL_SETTINGS, {szMissing, ProductKeys::szManager}));
   }
-  const std::string szName =
-      Text::IsBlank(Settings.Name) ? LoadResString(IDS_ALERT_MANAGER) : Text::Trim(Settings.Name);
-  MailCall aCall;
-  const std::int32_t lResult =
-      SendToManager(Settings, FillResString(IDS_CLI_MAIL_TEST_BODY, {szName}), aCall);
-  const std::string szServer =
-      Settings.SMTP + ":" + std::to_string(Settings.SMTPPort < 1 ? lSmtpPort : Settings.SMTPPort);
-  const std::string szReply = aCall.szServerReply.empty()
-                                  ? LoadResString(IDS_CLI_MAIL_NO_REPLY)
-                                  : FillResString(IDS_CLI_MAIL_REPLY, {aCall.szServerReply});
-  if (lResult != 0) {
-    return Report::Fail(FillResString(IDS_CLI_MAIL_FAILED, {szServer, aCall.szError + ". " + szReply}));
-  }
-  Report::Say(Text::Printable(FillResString(IDS_CLI_MAIL_SENT, {Settings.Email, szServer})));
-  Report::Say(Text::Printable(szReply));
+  const auto aResult = SendTestMail(Settings);
+  if (!aResult.bSent) return Report::Fail(aResult.szSaid + ". " + aResult.szReply);
+  Report::Say(Text::Printable(aResult.szSaid));
+  Report::Say(Text::Printable(aResult.szReply));
   return Report::iAllUp;
 }

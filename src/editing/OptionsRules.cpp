@@ -68,6 +68,18 @@ Change ChangeNumber(Field iField, const std::string& szNew) {
   return {true, iField == Field::MaxLogFiles ? IDS_FILES_INTEGER : 0};
 }
 
+std::int32_t MailHint(const Form& aForm) {
+  const auto Holds = [](const std::string& szText, const char* szAny) {
+    return szText.find_first_of(szAny) != std::string::npos;
+  };
+  const auto& szEmail = aForm.szMgrEmail;
+  if (Holds(szEmail, " ,;<>") || szEmail.find('@') != szEmail.rfind('@')) return IDS_HINT_EMAIL;
+  if (Holds(aForm.szSMTP, " ,;/@")) return IDS_HINT_SMTP;
+  const auto lPort = Text::LeadingNumber(aForm.szSMTPPort);
+  if (lPort < 1 || lPort > 65535) return IDS_HINT_PORT;
+  return szEmail.empty() || aForm.szSMTP.empty() ? IDS_HINT_NO_MAIL : 0;
+}
+
 Checks::Checks(const Form& aOpening) : lOpeningFiles(Text::LeadingNumber(aOpening.szMaxLogFiles)) {
 }
 

@@ -34,6 +34,9 @@ struct Change {
 };
 Change ChangeNumber(Field iField, const std::string& szNew);
 
+// What looks wrong in the mail settings, said beside them; 0 for nothing. Nothing is refused.
+std::int32_t MailHint(const Form& aForm);
+
 enum class Buttons { OK, YesNo, YesNoCancel };
 enum class Answer { OK, Yes, No, Cancel };
 

@@ -10,6 +10,7 @@ inline constexpr char szLog[] = "Software\\Tamsel\\Kestrova\\Settings\\Log";
 inline constexpr char szAllowCookie[] = "Software\\Tamsel\\Kestrova\\Settings\\AllowCookie";
 inline constexpr char szLastLoc[] = "Software\\Tamsel\\Kestrova\\Settings\\LastLoc";
 inline constexpr char szKeptFiles[] = "Software\\Tamsel\\Kestrova\\Settings\\KeptFiles";
+inline constexpr char szWindow[] = "Software\\Tamsel\\Kestrova\\Settings\\Window";
 inline constexpr char szAddress[] = "Software\\Tamsel\\Kestrova\\Address";
 inline constexpr char szAddressKey[] = "Software\\Tamsel\\Kestrova\\AddressKey";
 inline constexpr char szSetup[] = "Software\\Tamsel\\Kestrova\\Setup";

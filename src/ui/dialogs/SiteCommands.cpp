@@ -1,8 +1,11 @@
 #include "ui/dialogs/SiteCommands.h"
 
+#include <wx/clipbrd.h>
+#include <wx/dataobj.h>
 #include <wx/frame.h>
 
 #include "editing/AddressRules.h"
+#include "persistence/modBasic.h"
 #include "ui/common/Boxes.h"
 #include "ui/common/TextGlue.h"
 #include "ui/dialogs/frmAddress.h"
@@ -54,6 +57,21 @@ void SiteCommands::DeleteAddress(MainHost& aHost) {
   const frmBusy aNotice(aHost, LoadResString(IDS_APP_TITLE), LoadResString(IDS_DELETING));
   modAddress::DeleteSite(n);
   aHost.Display_lvwMainEx(0);
+}
+
+void SiteCommands::OpenSite(MainHost& aHost) {
+  const auto n = SelectedSite(aHost);
+  if (n == 0) return;
+  const auto szAddress = LoadResString(IDS_AGENT) + modAddress::Site(n).URL;
+  if (modBasic::OpenWithShell(szAddress) != 0)
+    aHost.ShowMessage(LoadResString(IDS_UPDATES_FAILED) + szAddress);
+}
+
+void SiteCommands::CopyAddress(MainHost& aHost) {
+  const auto n = SelectedSite(aHost);
+  if (n == 0 || !wxTheClipboard->Open()) return;
+  wxTheClipboard->SetData(new wxTextDataObject(ToWx(LoadResString(IDS_AGENT) + modAddress::Site(n).URL)));
+  wxTheClipboard->Close();
 }
 
 void SiteCommands::Options(MainHost& aHost) {

@@ -9,6 +9,9 @@ namespace SiteCommands {
 void NewAddress(MainHost& aHost);
 void EditAddress(MainHost& aHost);
 void DeleteAddress(MainHost& aHost);
+// Of the selected site.
+void OpenSite(MainHost& aHost);  // in the web browser
+void CopyAddress(MainHost& aHost);
 void Options(MainHost& aHost);
 
 }  // namespace SiteCommands

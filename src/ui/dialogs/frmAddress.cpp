@@ -11,6 +11,7 @@
 #include "check/CheckEngine.h"
 #include "ui/common/TextGlue.h"
 #include "ui/common/frmNotice.h"
+#include "ui/system/AccessibleName.h"
 #include "ui/system/WindowScale.h"
 
 using AddressRules::Flaw;
@@ -68,10 +69,14 @@ void frmAddress::BuildControls() {
   txtIP2 = NewText("txtIP2", IDS_IP_ADDRESS, IDS_TIP_IP);
   txtIP3 = NewText("txtIP3", IDS_IP_ADDRESS, IDS_TIP_IP);
   txtIP4 = NewText("txtIP4", IDS_IP_ADDRESS, IDS_TIP_IP);
+  for (int iBox = 1; iBox <= lOctets; ++iBox)
+    AccessibleName::Set(*Octet(iBox), ToWx(FillResString(IDS_OCTET, {std::to_string(iBox)})));
   lblTimeOut = new wxStaticText(pBox, wxID_ANY, ResText(IDS_TIME_OUT));
   txtTimeOut = NewText("txtTimeOut", IDS_TIME_OUT, 0);
   lblTimeUnit = new wxStaticText(pBox, wxID_ANY, ResText(IDS_SECONDS));
   chkEnable = new wxCheckBox(pBox, wxID_ANY, ResText(IDS_ENABLE));
+  // Else the label before it would be taken for its name.
+  AccessibleName::Set(*chkEnable, ResText(IDS_ENABLE));
   lblURL->SetToolTip(ResText(IDS_TIP_URL));
   lblIPAddress->SetToolTip(ResText(IDS_TIP_IP));
   chkEnable->SetToolTip(ResText(IDS_TIP_ENABLE));

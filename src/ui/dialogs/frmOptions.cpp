@@ -6,14 +6,18 @@
 #include <wx/panel.h>
 #include <wx/radiobut.h>
 #include <wx/sizer.h>
+#include <wx/stattext.h>
 #include <wx/textctrl.h>
 
 #include <algorithm>
 #include <iterator>
 
+#include "alert/TestMail.h"
+#include "base/Text.h"
 #include "check/Schedule.h"
 #include "ui/common/Boxes.h"
 #include "ui/common/TextGlue.h"
+#include "ui/dialogs/frmBusy.h"
 #include "ui/system/FolderChooser.h"
 #include "ui/system/WindowScale.h"
 
@@ -58,6 +62,8 @@ void frmOptions::BindControls() {
   chkDiskMaxLogFiles->Bind(wxEVT_CHECKBOX, [this](wxCommandEvent&) { EnableLogControls(); });
   cmdLogDirBrowse->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { cmdLogDirBrowse_Click(); });
   ClickWithoutCheck(cmdLogDirBrowse);
+  cmdTestMail->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { cmdTestMail_Click(); });
+  ShowMailHint();
   tabOptions->Bind(wxEVT_NOTEBOOK_PAGE_CHANGED, [this](wxBookCtrlEvent& aEvent) {
     aEvent.Skip();
     // The toolkit gives the tab itself the focus when this event is over.
@@ -128,6 +134,27 @@ void frmOptions::cmdLogDirBrowse_Click() {
   const wxString szFolder =
       FolderChooser::Choose(this, ResText(IDS_BROWSE_INSTRUCTION), txtLogPath->GetValue());
   if (!Leaving() && !szFolder.empty()) Put(txtLogPath, FromWx(szFolder));
+}
+
+// With what stands in the fields, so that it can be tried before it is stored.
+void frmOptions::cmdTestMail_Click() {
+  ShowMailHint();
+  const auto aSettings = RecordOf(ReadForm());
+  if (aSettings.Email.empty() || aSettings.SMTP.empty())
+    return Boxes::Say(this, LoadResString(IDS_HINT_NO_MAIL));
+  TestMailResult aResult;
+  {
+    const frmBusy aNotice(Host, LoadResString(IDS_APP_TITLE), LoadResString(IDS_SENDING_TEST));
+    aResult = SendTestMail(aSettings);
+  }
+  if (!Leaving()) Boxes::Say(this, Text::Printable(aResult.szSaid), Text::Printable(aResult.szReply));
+}
+
+void frmOptions::ShowMailHint() {
+  const auto lHint = MailHint(ReadForm());
+  const wxString szHint = lHint == 0 ? wxString() : ResText(lHint);
+  lblMailHint->SetLabel(szHint);
+  lblMailHint->Wrap(lblMailHint->GetMinSize().x);
 }
 
 Form frmOptions::ReadForm() const {
@@ -248,6 +275,7 @@ bool frmOptions::CheckField(Field iField, bool bConfirm, wxWindow* pNext) {
 }
 
 bool frmOptions::LeaveField(wxWindow* pLeft, wxWindow* pNext) {
+  if (lblMailHint->GetParent()->IsDescendant(pLeft)) ShowMailHint();
   const Field iField = FieldOf(pLeft);
   return iField == Field::None || CheckField(iField, false, pNext);
 }

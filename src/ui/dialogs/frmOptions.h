@@ -13,6 +13,7 @@ class wxNotebook;
 class wxPanel;
 class wxRadioButton;
 class wxSizer;
+class wxStaticText;
 
 // Stops the timer that starts scheduled passes while it lives.
 class AutoTimerHold {
@@ -34,6 +35,8 @@ class frmOptions : public frmDialog {
   wxNotebook* tabOptions;
   wxTextCtrl *txtTimerInterval, *txtTimerWarning;
   wxTextCtrl *txtMgrName, *txtMgrEmail, *txtSMTP, *txtSMTPPort;
+  wxStaticText* lblMailHint;
+  wxButton* cmdTestMail;
   wxRadioButton *optLogDaily, *optLogWeekly, *optNoLogs;
   wxTextCtrl* txtLogPath;
   wxButton* cmdLogDirBrowse;
@@ -66,6 +69,8 @@ class frmOptions : public frmDialog {
   void BindControls();
   void txtNumber_Change(NumberBox& aBox);
   void cmdLogDirBrowse_Click();
+  void cmdTestMail_Click();
+  void ShowMailHint();
   void EnableLogControls();
 
   OptionsRules::Form ReadForm() const;

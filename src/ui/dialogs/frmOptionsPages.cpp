@@ -90,6 +90,13 @@ void frmOptions::BuildManagerPage() {
   txtMgrEmail = Row(IDS_MANAGER_EMAIL, "txtMgrEmail", true);
   txtSMTP = Row(IDS_SMTP_SERVER, "txtSMTP", true);
   txtSMTPPort = Row(IDS_SMTP_PORT, "txtSMTPPort", false);
+  pGrid->AddSpacer(0);
+  cmdTestMail = new wxButton(pBox, wxID_ANY, ResText(IDS_SEND_TEST));
+  pGrid->Add(cmdTestMail);
+  lblMailHint = new wxStaticText(pPage, wxID_ANY, "", wxDefaultPosition, wxDefaultSize, wxST_NO_AUTORESIZE);
+  lblMailHint->SetMinSize(wxSize(Twips(pPage, lFrameWidth), 2 * lblMailHint->GetCharHeight()));
+  pPage->GetSizer()->Add(lblMailHint,
+                         wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT, Twips(pPage, 2 * lGap)));
 }
 
 void frmOptions::BuildLogsPage() {

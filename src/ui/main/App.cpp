@@ -1,6 +1,7 @@
 #include "ui/main/App.h"
 
 #include "ui/common/TextGlue.h"
+#include "ui/common/WindowPlace.h"
 #include "ui/main/modMain.h"
 
 bool App::PrepareWindows() {
@@ -17,6 +18,7 @@ bool App::PrepareWindows() {
 
 bool App::OnInit() {
   if (!PrepareWindows()) return false;
+  WindowPlace::Open();
   CallAfter([] { modMain::Main(); });
   return true;
 }

@@ -20,6 +20,8 @@ enum MenuCommand : int {
   mF_Exit,
   mE_EditAddress,
   mE_DelAddress,
+  mE_OpenSite,
+  mE_CopyAddress,
   mE_Options,
   mV_All,
   mV_Successful,

@@ -76,6 +76,7 @@ SiteList::SiteList(wxWindow* pParent)
     aEvent.Skip();
     Touched();
   });
+  Bind(wxEVT_CHAR, &SiteList::TypeAhead, this);
   Bind(wxEVT_LIST_BEGIN_LABEL_EDIT, [](wxListEvent& aEvent) { aEvent.Veto(); });
   Bind(wxEVT_LIST_COL_CLICK, [this](wxListEvent& aEvent) { ClickHeader(aEvent.GetColumn() + 1); });
 }
@@ -178,6 +179,40 @@ void SiteList::ClearRemarks() {
 void SiteList::Touched() {
   dtTouched = Clock::SteadyNow();
   lOperatorsTop = -1;
+}
+
+std::int32_t SiteList::RowFrom(std::int32_t lPosition, const std::string& szBegin) const {
+  const std::string szAgent = LoadResString(IDS_AGENT);
+  for (std::int32_t i = 0; i < RowCount(); ++i) {
+    const std::int32_t lRow = (lPosition + i) % RowCount();
+    std::string szAddress = Text::LowerCase(RowAt(lRow)->szAddress);
+    if (szAddress.starts_with(szAgent)) szAddress.erase(0, szAgent.size());
+    if (szAddress.starts_with(szBegin)) return lRow;
+    if (szAddress.starts_with("www.") && szAddress.substr(4).starts_with(szBegin)) return lRow;
+  }
+  return -1;
+}
+
+// What is typed without a long pause is the beginning of an address; one letter again and again goes from row
+// to row.
+void SiteList::TypeAhead(wxKeyEvent& aEvent) {
+  constexpr double dPause = 1;  // seconds
+  const wxChar ch = aEvent.GetUnicodeKey();
+  if (ch <= ' ' || ch == WXK_DELETE || aEvent.HasModifiers() || RowCount() == 0) {
+    aEvent.Skip();
+    return;
+  }
+  const DateTime dtNow = Clock::SteadyNow();
+  if (dtNow > AddSeconds(dtTyped, dPause)) szTyped.clear();
+  dtTyped = dtNow;
+  const std::string szNew = Text::LowerCase(FromWx(wxString(ch)));
+  if (szTyped != szNew) szTyped += szNew;
+  const auto lFrom = std::max(0L, GetFirstSelected()) + (szTyped == szNew ? 1 : 0);
+  const std::int32_t lRow = RowFrom(static_cast<std::int32_t>(lFrom), szTyped);
+  if (lRow < 0)
+    wxBell();
+  else
+    SelectSlot(RowAt(lRow)->lSlot);
 }
 
 void SiteList::EnsureRowVisible(std::int32_t lSlot) {

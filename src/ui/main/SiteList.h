@@ -76,6 +76,10 @@ class SiteList : public wxListView {
   void Sort();
   void PlaceHint();
   void Touched();
+  void TypeAhead(wxKeyEvent& aEvent);
+  // The first row from there on, and round, whose address begins with the text; "www." in front does not
+  // count.
+  std::int32_t RowFrom(std::int32_t lPosition, const std::string& szBegin) const;
   void ShowWholeRow(const wxPoint& aAt);
 
   std::vector<Row> aRows;                // in the order shown
@@ -84,6 +88,8 @@ class SiteList : public wxListView {
   bool bAscending = true;
   int lImageSide = 0;      // pixels
   DateTime dtTouched = 0;  // by the operator; steady
+  DateTime dtTyped = 0;    // steady
+  std::string szTyped;     // the beginning of an address
   long lOperatorsTop =
       -1;  // the top row that the operator had; -1: the list stands where the operator left it
   wxPanel* pixHint;

@@ -8,10 +8,12 @@
 #include "platform/Terminal.h"
 #include "ui/common/Images.h"
 #include "ui/common/TextGlue.h"
+#include "ui/common/WindowPlace.h"
 
 namespace {
 
 constexpr int lSecond = 1000;  // milliseconds
+const char* const szProgressPlace = "Progress";
 
 // Set while it lives; timers run within one another.
 class InTimer {
@@ -53,6 +55,7 @@ frmMain::frmMain(ProgramExit aExit)
     aEvent.Skip();
     Form_Iconize(aEvent.IsIconized());
   });
+  aProgressPlace = WindowPlace::Corner(szProgressPlace);
   Form_Load();
 }
 
@@ -96,6 +99,7 @@ void frmMain::PrepareExit() {
   bExiting = true;
   TimerAutoCheck.Stop();
   CloseProgress();
+  WindowPlace::KeepCorner(aProgressPlace, szProgressPlace);
   Hide();
   aEngine.Quit();
 }

@@ -64,6 +64,8 @@ class frmMain : public wxFrame, public CheckView, public MainHost {
   bool HasMinimised() const { return bMinimised; }
   // The program is ending: no window of ours stays in sight, a running pass unwinds.
   void PrepareExit();
+  // Shows one notification on the desktop; where it appears is the desktop's matter.
+  std::function<void(const std::string& szText)> Notify;
   // Sees to what had to wait for the end of a pass.
   void AfterPass();
 
@@ -74,7 +76,7 @@ class frmMain : public wxFrame, public CheckView, public MainHost {
   void ShowLight(std::int32_t lSlot, std::int16_t iIcon) override;
   void ShowLightText(std::int32_t lSlot, const std::string& szText) override;
   void ShowRemark(std::int32_t lSlot, const std::string& szText) override;
-  void SiteRecorded(std::int32_t lSlot) override { aPassFiles.SiteRecorded(lSlot); }
+  void SiteRecorded(std::int32_t lSlot) override;
   bool IsMinimised() override { return bMinimised; }
   void OpenProgress() override;
   void CloseProgress() override;
@@ -144,8 +146,9 @@ class frmMain : public wxFrame, public CheckView, public MainHost {
   std::string Note() const;
   void ShowNotes();
   void CountMissingLines();
-  void RememberRemarks();
   void GiveBackRemarks();
+  // Of a pass that nobody saw: which sites went down in it, and which mails about them could not be sent.
+  void NotifyOfPass();
 
   wxPoint FirstProgressPlace(const wxSize& aProgress) const;
 
@@ -170,6 +173,7 @@ class frmMain : public wxFrame, public CheckView, public MainHost {
   std::string szRestsNote, szStoreNote, szLogNote;  // in the status bar; empty for none
   std::int32_t lMissingLines = 0;                   // of the log, since somebody has seen the note
   std::vector<SiteRecord> aBeforePass;
+  std::vector<std::string> aWentDown, aUnmailed;  // addresses, in this pass
   bool bPassRan = false;
   bool bStopped = false;                       // by the operator
   wxPoint aProgressPlace = wxDefaultPosition;  // where the progress window was last

@@ -14,6 +14,7 @@
 #include "ui/main/Commands.h"
 #include "ui/main/frmMain.h"
 #include "ui/main/modSysTray.h"
+#include "ui/system/AccessibleName.h"
 #include "ui/system/WindowScale.h"
 
 namespace {
@@ -106,6 +107,8 @@ void frmMain::BuildCurrentView() {
   imgEnabled = new PictureBox(fraCurView, lSide);
   imgColors->SetToolTip(ResText(IDS_TIP_RESULTS));
   imgEnabled->SetToolTip(ResText(IDS_TIP_ENABLED));
+  AccessibleName::Set(*imgColors, ResText(IDS_TIP_RESULTS));
+  AccessibleName::Set(*imgEnabled, ResText(IDS_TIP_ENABLED));
   imgColors->Click = [this] { imgColors_Click(); };
   imgEnabled->Click = [this] { imgEnabled_Click(); };
   auto* pRow = new wxBoxSizer(wxHORIZONTAL);
@@ -156,7 +159,7 @@ void frmMain::LayOut() {
   const int lViewLeft = aClient.x - Twips(*this, lViewFromRight);
   const int lTop = Twips(*this, lListTop);
   pixCounts->SetSize(Twips(*this, lCountsLeft), Twips(*this, lCountsTop),
-                     std::max(0, lViewLeft - Twips(*this, 2 * lCountsLeft)), lTop - Twips(*this, lCountsTop));
+                     std::max(0, lViewLeft - Twips(*this, lCountsLeft)), lTop - Twips(*this, lCountsTop));
 
   const int lWidth = To(aClient.x);
   const int lOuter = To(GetSize().y);

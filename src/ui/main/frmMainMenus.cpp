@@ -51,7 +51,9 @@ void frmMain::LockCommands(bool bLock) {
   if (bLock) {
     bPassRan = true;
     bStopped = false;
-    RememberRemarks();
+    aBeforePass = aSites;
+    aWentDown.clear();
+    aUnmailed.clear();
     return;
   }
   if (bStopped) GiveBackRemarks();

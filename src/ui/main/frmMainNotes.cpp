@@ -1,12 +1,34 @@
 // What the main window says without a box: the fourth panel of the status bar, which is there while there is
-// something, and the remarks that a stopped pass gives back.
+// something, a notification about a pass that nobody saw, and the remarks that a stopped pass gives back.
+#include <wx/notifmsg.h>
 #include <wx/statusbr.h>
 
 #include "log/CheckLog.h"
+#include "persistence/ProductKeys.h"
+#include "persistence/RegistryAccess.h"
 #include "persistence/Settings.h"
 #include "platform/Clock.h"
 #include "ui/common/TextGlue.h"
 #include "ui/main/frmMain.h"
+
+namespace {
+
+// On unless the operator has stored 0.
+bool NotifyWanted() {
+  std::int32_t lWanted = 1;
+  std::int32_t lType = 0;
+  const auto lCode = RegistryAccess::RegReadValue(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szWindow,
+                                                  "Notify", lWanted, lType);
+  return lCode != Registry::lSuccess || lWanted != 0;
+}
+
+std::string OneOrMany(const std::vector<std::string>& aAddresses, std::int32_t lOne, std::int32_t lMany) {
+  if (aAddresses.empty()) return {};
+  return aAddresses.size() == 1 ? FillResString(lOne, {aAddresses.front()})
+                                : FillResString(lMany, {std::to_string(aAddresses.size())});
+}
+
+}  // namespace
 
 const SettingsRecord& frmMain::CurrentSettings() {
   return Settings;
@@ -35,10 +57,6 @@ void frmMain::CountMissingLines() {
                                              FormatTimeOfDay(Clock::Now())});
 }
 
-void frmMain::RememberRemarks() {
-  aBeforePass = aSites;
-}
-
 // A pass empties all remarks when it begins. A site that a stopped one has not reached keeps its light, and
 // with it the remark that tells the reason.
 void frmMain::GiveBackRemarks() {
@@ -49,4 +67,25 @@ void frmMain::GiveBackRemarks() {
     modAddress::SetComments(n, aBeforePass[i].Comments);
     lvwMain->ShowRemark(n, aBeforePass[i].Comments);
   }
+}
+
+void frmMain::SiteRecorded(std::int32_t lSlot) {
+  aPassFiles.SiteRecorded(lSlot);
+  const auto i = static_cast<std::size_t>(lSlot);
+  if (!modAddress::IsSite(lSlot) || i >= aBeforePass.size()) return;
+  const SiteRecord& aSite = aSites[i];
+  if (aSite.Status != SiteStatus::iDown || aBeforePass[i].Status == SiteStatus::iDown) return;
+  aWentDown.push_back(LoadResString(IDS_AGENT) + aSite.URL);
+  if (CheckLog::CurrentEntry.Comment.find(LoadResString(IDS_MAIL_SENT)) == std::string::npos)
+    aUnmailed.push_back(aWentDown.back());
+}
+
+void frmMain::NotifyOfPass() {
+  if (aWentDown.empty() || (IsShown() && !bMinimised) || bExiting || !NotifyWanted()) return;
+  const auto szText = OneOrMany(aWentDown, IDS_NOTIFY_ONE, IDS_NOTIFY_MANY) +
+                      OneOrMany(aUnmailed, IDS_NOTIFY_MAIL_ONE, IDS_NOTIFY_MAIL_MANY);
+  if (Notify)
+    Notify(szText);
+  else
+    wxNotificationMessage(ResText(IDS_APP_TITLE), ToWx(szText), this, wxICON_WARNING).Show();
 }

@@ -136,6 +136,7 @@ void frmMain::AfterPass() {
     szRestsNote.clear();
     CountMissingLines();
     SeeThatAllIsStored();
+    NotifyOfPass();
   }
   if (!aWaitingMessages.empty()) CallAfter(&frmMain::ShowWaitingMessages);
   aProgramExit.GoOn();

@@ -5,8 +5,10 @@
 #include <wx/checkbox.h>
 #include <wx/notebook.h>
 #include <wx/radiobut.h>
+#include <wx/stattext.h>
 
 #include "platform/Files.h"
+#include "servers/SmtpServer.h"
 #include "support/Stored.h"
 #include "ui/Program.h"
 #include "ui/common/TextGlue.h"
@@ -161,6 +163,38 @@ TEST(Options, OKAsksOnceAboutWhatWasEdited) {
   }
   EXPECT_EQ(pOptions->tabOptions->GetSelection(), 2);
   EXPECT_NE(Settings.LogPath, szMissing);
+}
+
+TEST(Options, MailSettingsAreTriedBeforeTheyAreStored) {
+  SmtpServer aServer;
+  Program aProgram;
+  auto* pOptions = OpenOptions(aProgram);
+  const auto Hint = [&] { return FromWx(pOptions->lblMailHint->GetLabel()); };
+  EXPECT_TRUE(Hint().starts_with("No mail is sent until"));
+  const auto Press = [&] {
+    Answers aAnswers({"ok"});
+    wxCommandEvent aClick(wxEVT_BUTTON, pOptions->cmdTestMail->GetId());
+    pOptions->cmdTestMail->ProcessWindowEvent(aClick);
+    return aAnswers.aSaid.at(0);
+  };
+  EXPECT_TRUE(Press().starts_with("No mail is sent until"));
+  pOptions->tabOptions->SetSelection(1);
+  ASSERT_TRUE(Focused(pOptions->txtMgrName));
+  pOptions->txtSMTP->SetFocus();
+  ASSERT_TRUE(Focused(pOptions->txtSMTP));
+  Settle();
+  pOptions->txtSMTP->ChangeValue("http://mail");
+  pOptions->txtMgrEmail->SetFocus();
+  EXPECT_TRUE(Until([&] { return Hint().starts_with("A mail server is a name"); })) << Hint();
+  pOptions->txtMgrEmail->ChangeValue("ann@example.org");
+  pOptions->txtSMTP->ChangeValue("127.0.0.1");
+  pOptions->txtSMTPPort->ChangeValue(std::to_string(aServer.Port()));
+  EXPECT_TRUE(Press().starts_with("The test mail went out to ann@example.org through 127.0.0.1:"));
+  EXPECT_EQ(Hint(), "");
+  EXPECT_EQ(aServer.Mails().size(), 1U);
+  EXPECT_EQ(Settings.Email, "") << "tried, not stored";
+  pOptions->Close();
+  EXPECT_TRUE(Closed(aProgram));
 }
 
 TEST(Options, LogControlsFollowThePeriodAndEveryWayOutStartsTheSchedule) {

@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 #include <wx/arrstr.h>
 #include <wx/button.h>
+#include <wx/clipbrd.h>
+#include <wx/dataobj.h>
 #include <wx/uiaction.h>
 
 #include "support/Stored.h"
@@ -121,6 +123,32 @@ TEST(List, APassDoesNotScrollWhatTheOperatorReads) {
   aProgram.aClock.Advance(11);
   aList.EnsureRowVisible(1);
   EXPECT_EQ(aList.GetTopItem(), 0);
+}
+
+TEST(List, TypingGoesToTheAddressThatBeginsSo) {
+  Program aProgram({Site("alpha.test"), Site("www.beta.test"), Site("beach.test"), Site("gamma.test")});
+  ASSERT_TRUE(Focused(aProgram.Main().lvwMain));
+  const std::tuple<const char*, int, const char*> aTyped[] = {{"bea", 2, "1 2 3* 4"},
+                                                              {"b", 2, "1 2* 3 4"},
+                                                              {"bb", 2, "1 2* 3 4"},
+                                                              {"g", 0, "1 2 3 4*"},
+                                                              {"x", 2, "1 2 3 4*"}};
+  for (const auto& [szLetters, lPause, szSlots] : aTyped) {
+    aProgram.aClock.Advance(2);
+    Type(szLetters);
+    EXPECT_EQ(aProgram.Slots(), szSlots) << szLetters;
+  }
+}
+
+TEST(List, TheAddressOfARowIsCopied) {
+  Program aProgram({Site("a.test/x")});
+  ASSERT_TRUE(Focused(aProgram.Main().lvwMain));
+  aProgram.Main().lvwMain->SelectSlot(1);
+  Key('C', wxMOD_CONTROL);
+  wxTextDataObject aCopied;
+  ASSERT_TRUE(wxTheClipboard->Open() && wxTheClipboard->GetData(aCopied));
+  wxTheClipboard->Close();
+  EXPECT_EQ(aCopied.GetText(), "http://a.test/x");
 }
 
 TEST(List, ThePopupOpensWhenTheRightButtonComesUp) {

@@ -11,8 +11,10 @@
 #include <algorithm>
 
 #include "check/Schedule.h"
+#include "persistence/ProductKeys.h"
 #include "persistence/Settings.h"
 #include "servers/FaultServer.h"
+#include "support/Stored.h"
 #include "ui/Program.h"
 #include "ui/common/TextGlue.h"
 #include "ui/main/frmCheckAnim.h"
@@ -60,7 +62,7 @@ TEST(Pass, LocksCommandsShowsProgressAndIsStopped) {
   aServer.Serve("/hang", {Fault::Hang()});
   Program aProgram({Site(aServer.Site("/hang")), Site(aServer.Site("/never"))});
   const auto Enabled = [&](int lCommand) { return aProgram.Main().GetMenuBar()->IsEnabled(lCommand); };
-  const MenuCommand aUnlocked[] = {mF_StopCheck, mH_Topics, mH_Tour, mH_Updates};
+  const MenuCommand aUnlocked[] = {mF_StopCheck, mE_OpenSite, mE_CopyAddress, mH_Topics, mH_Tour, mH_Updates};
   for (const bool bByWindow : {true, false}) {
     modAddress::SetComments(2, "404 File Not Found");
     aProgram.Main().Display_lvwMain(0);
@@ -111,6 +113,26 @@ TEST(Pass, LinesThatTheLogMissesAreSaidInTheStatusBarUntilSomebodyHasSeenIt) {
   aClick.SetPosition(aNote.GetPosition() + aNote.GetSize() / 2);
   aProgram.Main().sbrMain->ProcessWindowEvent(aClick);
   EXPECT_EQ(aProgram.Main().sbrMain->GetFieldsCount(), 3);
+}
+
+// One notification for a pass that nobody saw, and none for what was down before.
+TEST(Pass, WhatGoesDownWhileTheWindowIsAwayIsNotified) {
+  FaultServer aServer;
+  for (const char* szPath : {"/gone", "/old"})
+    aServer.Serve(szPath, Fault::Status("404 Not Found"));
+  Program aProgram(
+      {Site(aServer.Site("/gone"), 1, 2), Site(aServer.Site("/old"), 1, 3), Site(aServer.Site("/a"))});
+  Texts aNotified;
+  aProgram.Main().Notify = [&](const std::string& szText) { aNotified.push_back(szText); };
+  const auto szGone = "http://" + aServer.Site("/gone");
+  for (const bool bWanted : {true, false}) {
+    if (!bWanted) Stored::Put(ProductKeys::szWindow, "Notify", std::int32_t{0});
+    modAddress::SetStatus(1, 2);
+    aProgram.Main().Hide();
+    aProgram.Main().StartCheck();
+    EXPECT_EQ(aNotified, (Texts{szGone + " is down. The mail about " + szGone + " could not be sent."}));
+    aProgram.Main().Show();
+  }
 }
 
 // What a pass has to say waits for its end, and then for its operator, who may be asleep.

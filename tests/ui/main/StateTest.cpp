@@ -1,11 +1,15 @@
 // The main window minimised and restored, with a real window manager and a real notification area.
 #include <gtest/gtest.h>
+#include <wx/checkbox.h>
 #include <wx/uiaction.h>
 
 #include "ui/Display.h"
 #include "ui/Program.h"
 #include "ui/Screen.h"
+#include "ui/common/PictureBox.h"
+#include "ui/dialogs/frmAddress.h"
 #include "ui/main/modSysTray.h"
+#include "ui/system/AccessibleName.h"
 #include "ui/system/TrayIcon.h"
 
 namespace {
@@ -77,4 +81,19 @@ TEST(State, WithoutATrayTheWindowIsNeverLost) {
     aProgram.Main().RestoreWindow();
     EXPECT_TRUE(Until([&] { return !aProgram.Main().HasMinimised() && !aProgram.Main().IsIconized(); }));
   }
+}
+
+// What a screen reader calls the controls that have neither text nor label.
+TEST(State, ControlsWithoutTextHaveAName) {
+  Program aProgram;
+  aProgram.Run(mF_NewAddress);
+  ASSERT_TRUE(Open<frmAddress>());
+  const frmAddress& aEditor = *Open<frmAddress>();
+  const std::pair<wxWindow*, const char*> aNames[] = {{aEditor.txtIP1, "IP Address, part 1"},
+                                                      {aEditor.txtIP4, "IP Address, part 4"},
+                                                      {aEditor.chkEnable, "Enable"}};
+  for (const auto& [pControl, szName] : aNames)
+    EXPECT_EQ(AccessibleName::Get(*pControl), szName);
+  EXPECT_NE(AccessibleName::Get(*aProgram.Main().imgColors), "");
+  EXPECT_NE(AccessibleName::Get(*aProgram.Main().imgEnabled), "");
 }
