@@ -48,6 +48,9 @@ class CheckEngine {
   bool CheckInProgress() const { return PassRunning() && iState != PassState::Stopping; }
   // The site being checked; 0 before the first of a pass.
   std::int32_t CheckIndex() const { return lCheckIndex; }
+  // Whether the last pass could ask every site and store every result. What it could not has been reported to
+  // the view. Lines that the log misses are CheckLog's to count.
+  bool AllKept() const { return bAllKept; }
 
   // While one lives no pass starts, because the site list is being rewritten. Several may live at once.
   class ListHold {
@@ -76,6 +79,7 @@ class CheckEngine {
   bool MayStart() const { return !PassRunning() && !ListBusy() && !bQuitting; }
   void NameLogFile();
   void AutoSiteCheck();
+  void ReportTroubles();
   void CheckSite(std::int32_t i);
   void RequestSite(std::int32_t i);
   void LogMissingAddress(std::int32_t i);
@@ -84,6 +88,12 @@ class CheckEngine {
   void WaitForClient();
 
   void Inet1_StateChanged(std::int16_t iInetState);
+  // Notices that the process or the machine has stood still since the last call. Before the client is driven.
+  void LookAtGap();
+  // Where it has, a request without an answer proves nothing: it is made once more. True when it was.
+  bool AskAgain(const Classification& aResult);
+  // This machine could not make the request: the site keeps its status.
+  void LeaveUnjudged();
   Classification OutcomeOfError() const;
   // Takes the outcome of the request in flight, if it is still to be had, and writes its log entry.
   void TakeOutcome(const Classification& aResult);
@@ -114,8 +124,15 @@ class CheckEngine {
   std::int32_t lCheckIndex = 0;
   std::set<std::int32_t> aOnly;  // the sites that have their turn; empty: all
   bool bPassFailure = false;     // a site was found down during this pass
-  Classification FirstCheck;     // the URL's failure while the IP check runs
-  RequestFacts FirstRequest;     // and its request
+  bool bAllKept = true;
+  // Of this pass: requests with an outcome, whether one of them met anybody, sites that could not be asked.
+  std::int32_t lOutcomes = 0, lUnjudged = 0;
+  bool bAnyReached = false;
+  double dLastLook = 0;       // boot seconds
+  bool bStoodStill = false;   // during the request in flight
+  int lAskedAgain = 0;        // how often, for this site
+  Classification FirstCheck;  // the URL's failure while the IP check runs
+  RequestFacts FirstRequest;  // and its request
   // When each URL failed for the first time, as far as this run has seen it.
   std::map<std::string, DateTime> aFirstFailures;
   std::int32_t lListHolds = 0;

@@ -36,6 +36,7 @@ class CheckEngine::PassScope {
     try {
       Engine.iState = PassState::Stopping;
       if (Engine.aOnly.empty()) CheckLog::WriteLog(false, false, true);
+      Engine.ReportTroubles();
       if (Engine.bPassFailure && !Engine.bQuitting) Engine.View.SoundBell();
       Engine.SiteCheck_Enable();
     } catch (const std::exception&) {
@@ -107,8 +108,8 @@ void CheckEngine::NameLogFile() {
 }
 
 void CheckEngine::AutoSiteCheck() {
-  bPassFailure = false;
-  lCheckIndex = 0;
+  bPassFailure = bAnyReached = false;
+  lCheckIndex = lOutcomes = lUnjudged = 0;
   View.ShowPanel(2, LoadResString(IDS_IN_PROGRESS));
   Inet1.AcceptCookies(Settings.AllowType != iCookiesRefused);
   Inet1.ForgetCookies();
@@ -131,6 +132,16 @@ void CheckEngine::AutoSiteCheck() {
     }
   }
   View.CloseProgress();
+}
+
+// What could not be stored meanwhile is tried once more. The verdicts on the sites stand whatever is
+// reported: where nobody was met, the fault is probably, but not surely, here.
+void CheckEngine::ReportTroubles() {
+  const auto szSaid = modAddress::SaveAgain();
+  if (!szSaid.empty()) View.ReportTrouble(szSaid);
+  if (lUnjudged > 0) View.ReportTrouble(FillResString(IDS_SITES_UNJUDGED, {std::to_string(lUnjudged)}));
+  if (lOutcomes > 1 && !bAnyReached) View.ReportTrouble(LoadResString(IDS_NO_SITE_REACHED));
+  bAllKept = modAddress::UnsavedSites() == 0 && lUnjudged == 0;
 }
 
 void CheckEngine::CheckSite(std::int32_t i) {
@@ -160,6 +171,7 @@ void CheckEngine::LogMissingAddress(std::int32_t i) {
 
 void CheckEngine::RequestSite(std::int32_t i) {
   lCheckIndex = i;
+  lAskedAgain = 0;
   const SiteRecord aSite = modAddress::Site(i);
   const bool bByURL = !Text::IsBlank(aSite.URL);
   if (bByURL) CheckLog::CurrentEntry.CheckTime = Clock::Now();
@@ -198,6 +210,7 @@ void CheckEngine::ShowProgressFor(std::int32_t i) {
 
 void CheckEngine::WaitForClient() {
   while (Inet1.StillExecuting()) {
+    LookAtGap();
     Inet1.Poll(lPollMilliseconds);
     View.PumpEvents();
   }
@@ -232,6 +245,7 @@ void CheckEngine::DropRequest(std::int32_t lSlot) {
 }
 
 void CheckEngine::ServeClient() {
+  LookAtGap();
   Inet1.Poll(0);
 }
 
@@ -246,6 +260,8 @@ void CheckEngine::Request(PassState iAsking, const std::string& szAddress, std::
   constexpr std::int32_t lBehindTimer = 5;
   RequestTimeOut = AddSeconds(Clock::SteadyNow(), lTimeOut);
   iState = iAsking;
+  bStoodStill = false;
+  dLastLook = Clock::System().BootSeconds();
   Inet1.RequestTimeout(lTimeOut + lBehindTimer);
   Inet1.Execute(LoadResString(IDS_AGENT) + szAddress, "GET");
 }

@@ -30,6 +30,9 @@ class CheckView {
   virtual void ShowProgressStatus(const std::string& szText) = 0;
 
   virtual void ShowMessage(const std::string& szText) = 0;
+  // What the operator must know of the pass that is ending beside its sites: something could not be kept. A
+  // line, not a box; the pass is still wound down.
+  virtual void ReportTrouble(const std::string& /*szText*/) {}
   virtual void SoundBell() = 0;
   // A pass begins or has ended: the commands that must not run meanwhile rest, in the order of the menus.
   virtual void LockCommands(bool bLock) = 0;

@@ -17,7 +17,8 @@ void Schedule::SetNextCheck(std::int32_t lMinutes) {
 }
 
 bool Schedule::IsDue() {
-  return Clock::Now() >= NextCheckTime || Clock::BootNow() >= dtNextByBoot;
+  // Whole seconds: added up in days they may lie a hair apart.
+  return SecondsBetween(NextCheckTime, Clock::Now()) >= 0 || Clock::BootNow() >= dtNextByBoot;
 }
 
 std::string Schedule::NextPanelText() {

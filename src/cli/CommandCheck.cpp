@@ -33,15 +33,14 @@ bool Load(const SingleInstance& /*aHeld*/, bool bRestart) {
   return Report::LoadRebuilt(!bRestart);
 }
 
-// After a pass: what could not be stored meanwhile is tried once more, and what could not be kept is said.
-bool AllWasKept() {
-  const auto szSaid = modAddress::SaveAgain();
-  if (!szSaid.empty()) Report::Complain(szSaid);
+// What the log misses of the pass is said.
+bool LogIsWhole() {
   const auto lMissing = CheckLog::TakeMissingLines();
-  if (lMissing > 0)
+  if (lMissing == 1) Report::Complain(FillResString(IDS_LOG_LINE_MISSING, {CheckLog::CurrentLogFile}));
+  if (lMissing > 1)
     Report::Complain(
-        FillResString(IDS_CLI_LOG_MISSING, {std::to_string(lMissing), CheckLog::CurrentLogFile}));
-  return modAddress::UnsavedSites() == 0 && lMissing == 0;
+        FillResString(IDS_LOG_LINES_MISSING, {std::to_string(lMissing), CheckLog::CurrentLogFile}));
+  return lMissing == 0;
 }
 
 int OutcomeOf(const std::set<std::int32_t>& aSlots) {
@@ -72,7 +71,7 @@ int CheckOnce(const PassOptions& aOptions, PassView& aView) {
     aEngine.mF_StartCheck_Click();
   else
     aEngine.StartCheckOf(*aSlots);
-  const bool bKept = AllWasKept();
+  const bool bKept = LogIsWhole() && aEngine.AllKept();
   const bool bWritten = aView.PassesStarted() == 0 || aView.EndPass();
   if (aView.WasStopped() && Terminal::InterruptSignal() != 0)
     return Report::iSignalBase + Terminal::InterruptSignal();
@@ -125,18 +124,18 @@ int CliCommands::Watch(const PassOptions& aOptions) {
   aView.ShowStart();
   if (Settings.LogPeriod != 0 && !Files::FolderExists(Settings.LogPath))
     Report::Complain(FillResString(IDS_CLI_NO_LOG_FOLDER, {Settings.LogPath}));
-  bool bKept = true;
   while (!Terminal::Interrupted() && !Terminal::OutputClosed()) {
     aView.TickMainTimer();
     const std::int32_t lPassesBefore = aView.PassesStarted();
     aEngine.TimerAutoCheck_Timer();
     if (aView.PassesStarted() != lPassesBefore) {
-      bKept = AllWasKept();
+      LogIsWhole();
       aView.EndPass();
     }
     if (!Terminal::Interrupted()) Clock::Wait(dIdleSeconds);
   }
   if (!Terminal::Interrupted()) return Report::Fail(LoadResString(IDS_CLI_OUTPUT_CLOSED));
   aView.ShowEnd();
-  return bKept || AllWasKept() ? Report::iAllUp : Report::iFailed;
+  if (!aEngine.AllKept()) modAddress::SaveAgain();
+  return modAddress::UnsavedSites() == 0 ? Report::iAllUp : Report::iFailed;
 }

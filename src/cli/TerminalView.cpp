@@ -145,6 +145,11 @@ void TerminalView::ShowMessage(const std::string& szText) {
   Report::Say(szText);
 }
 
+void TerminalView::ReportTrouble(const std::string& szText) {
+  ErasePassing();
+  Report::Complain(szText);
+}
+
 void TerminalView::SoundBell() {
   if (Terminal::ErrorIsTerminal()) std::cerr << '\a' << std::flush;
 }

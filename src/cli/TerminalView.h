@@ -41,6 +41,7 @@ class TerminalView : public CheckView {
   void ShowProgressSite(const std::string& szText) override;
   void ShowProgressStatus(const std::string& szText) override;
   void ShowMessage(const std::string& szText) override;
+  void ReportTrouble(const std::string& szText) override;
   void SoundBell() override;
   void LockCommands(bool) override {}
   void EnableAutoTimer(bool) override {}

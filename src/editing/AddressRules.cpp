@@ -4,8 +4,6 @@
 
 #include "base/Strings.h"
 #include "base/Text.h"
-#include "persistence/ProductKeys.h"
-#include "persistence/RegistryAccess.h"
 
 namespace AddressRules {
 
@@ -183,14 +181,7 @@ StoreResult Store(const SiteRecord& aRecord) {
   aNew.Comments = LoadResString(bEdit ? IDS_EDITED : IDS_ADDED);
   modAddress::ReplaceSite(AddressIndex, aNew);
 
-  const Registry::Transaction aOneCommit;
-  const auto szOldKey = bEdit ? modAddress::KeyName(EditCopy[0].URL) : std::string();
-  const bool bNewKey = modAddress::KeyName(aRecord.URL) != szOldKey;
-  modAddress::SaveSite(AddressIndex, bNewKey);
-  if (bNewKey && !szOldKey.empty())
-    RegistryAccess::RegRemoveKey(Registry::HKEY_LOCAL_MACHINE,
-                                 std::string(ProductKeys::szAddress) + "\\" + szOldKey);
-  if (!bEdit) modAddress::SetSiteCount(lSiteCount);
+  modAddress::SaveEntered(AddressIndex, bEdit ? modAddress::KeyName(EditCopy[0].URL) : std::string());
   return aResult;
 }
 

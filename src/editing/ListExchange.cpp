@@ -163,6 +163,7 @@ bool Import(const std::vector<SiteRecord>& aRecords, bool bReplace, const Progre
   {
     Registry::Transaction aAllOrNone(Registry::Written::ByTheOperator);
     std::int32_t lDone = 0;
+    modAddress::SaveUnsaved();  // the list is read back below
     for (auto aRecord : aRecords) {
       aRecord.Comments = Remark(aRecord, bReplace);
       if (lCode == 0) lCode = modAddress::WriteSiteRecord(aRecord, 0);

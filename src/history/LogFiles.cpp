@@ -122,7 +122,7 @@ std::string LogFiles::MonitorFolder() {
   RegistryAccess::RegReadValue(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szLog, "LogPath", aValue, lType);
   if (const auto* pText = std::get_if<std::string>(&aValue); pText && Files::FolderExists(*pText))
     return *pText;
-  const auto szDefault = Shell::ProgramFolder() + Files::chSeparator + "Logs";
+  const auto szDefault = Shell::DefaultLogFolder();
   return Files::FolderExists(szDefault) ? szDefault : std::string();
 }
 

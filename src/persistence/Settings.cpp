@@ -81,10 +81,10 @@ void SettingsLoader::Manager() {
 }
 
 void SettingsLoader::DefaultLogPath() {
-  Settings.LogPath = Shell::ProgramFolder() + Files::chSeparator + "Logs";
-  if (!Shell::ProgramFolderIsPackaged()) modBasic::MakeFolderPath(Settings.LogPath);
+  Settings.LogPath = Shell::DefaultLogFolder();
+  modBasic::MakeFolderPath(Settings.LogPath);
   if (!Files::FolderExists(Settings.LogPath)) {
-    // An installed program's folder belongs to the system, and a log that cannot be written is never missed.
+    // The program's folder may be the system's, and a log that cannot be written is never missed.
     Settings.LogPath = Shell::UserDataFolder() + Files::chSeparator + "Logs";
     modBasic::MakeFolderPath(Settings.LogPath);
   }

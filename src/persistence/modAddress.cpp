@@ -128,6 +128,7 @@ std::int32_t WriteUnsaved() {
   std::int32_t lCode = 0;
   for (std::int32_t n = 1; n <= lSiteCount && lCode == 0; ++n)
     if (aUnsaved.contains(KeyName(Site(n).URL))) lCode = WriteSite(n, false);
+  if (lCode == 0) aUnsaved.clear();  // what is left was renamed or deleted meanwhile
   return lCode;
 }
 
@@ -301,7 +302,24 @@ std::int32_t ReadSite(const std::string& szKeyName, std::vector<SiteRecord>& aTe
 }
 
 void SaveSite(std::int32_t n, bool bIsNew) {
-  if (IsSite(n) && WriteSite(n, bIsNew) == 0 && !aUnsaved.empty()) WriteUnsaved();
+  if (IsSite(n) && WriteSite(n, bIsNew) == 0) SaveUnsaved();
+}
+
+void SaveEntered(std::int32_t n, const std::string& szOldKey) {
+  if (!IsSite(n)) return;
+  Registry::Transaction aOneCommit(Registry::Written::ByTheOperator);
+  const auto aBefore = aUnsaved;
+  const auto szKeyName = KeyName(Site(n).URL);
+  SaveSite(n, szKeyName != szOldKey);
+  if (szKeyName != szOldKey && !szOldKey.empty()) RegistryAccess::RegRemoveKey(hRoot, SiteKey(szOldKey));
+  if (szOldKey.empty()) SetSiteCount(lSiteCount);
+  if (aOneCommit.Commit() == 0) return;
+  aUnsaved = aBefore;  // within the bracket each write seemed to succeed
+  aUnsaved.insert(szKeyName);
+}
+
+void SaveUnsaved() {
+  if (!aUnsaved.empty()) WriteUnsaved();
 }
 
 std::int32_t UnsavedSites() {
@@ -376,6 +394,7 @@ void DeleteSite(std::int32_t n) {
   if (!IsSite(n)) return;
   {
     const Registry::Transaction aOneCommit(Registry::Written::ByTheOperator);
+    SaveUnsaved();  // the list is read back below
     // The key of the site in the list, which is the one that the operator saw: the index may have a gap.
     const auto szKeyName = KeyName(Site(n).URL);
     if (!szKeyName.empty()) RegistryAccess::RegRemoveKey(hRoot, SiteKey(szKeyName));

@@ -78,10 +78,17 @@ std::int32_t ReadSite(const std::string& szKeyName, std::vector<SiteRecord>& aTe
 // not be saved is remembered, and saved with the next one that can be.
 void SaveSite(std::int32_t n, bool bIsNew);
 
+// The same for what the operator entered, in one bracket that is theirs. szOldKey: the site's key name until
+// now, whose key goes where the name has changed; empty for a new site, which counts from now on.
+void SaveEntered(std::int32_t n, const std::string& szOldKey);
+
 // The sites whose last SaveSite failed: what is stored of them is older than what is in the list.
 std::int32_t UnsavedSites();
 bool IsUnsaved(std::int32_t n);  // site n is one of them
-// Tries once more to save them, as long as the store lets itself be waited for. Where the store has lost the
+// Tries once more to save them. For who is about to have the list read back from the store: what is only in
+// memory would be lost, and an outage be reported again.
+void SaveUnsaved();
+// The same, as long as the store lets itself be waited for. Where the store has lost the
 // sites meanwhile (its file was deleted), the whole list and the settings are written anew. Answers what is
 // to be said of it, empty where there is nothing.
 std::string SaveAgain();

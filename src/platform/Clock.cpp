@@ -1,5 +1,6 @@
 #include "platform/Clock.h"
 
+#include <cmath>
 #include <optional>
 
 namespace {
@@ -30,7 +31,9 @@ std::int32_t Clock::Source::MinutesEastOfUtc(DateTime dtLocal) {
 }
 
 DateTime Clock::Now() {
-  return Current().WallTime();
+  constexpr double dSecondsPerDay = 86400;
+  constexpr double dHair = 1e-4;  // a whole second may lie a hair below itself
+  return std::floor(Current().WallTime() * dSecondsPerDay + dHair) / dSecondsPerDay;
 }
 
 std::int32_t Clock::MinutesEastOfUtc(DateTime dtLocal) {

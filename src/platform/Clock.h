@@ -20,7 +20,8 @@ class Source {
   virtual void Wait(double dSeconds) = 0;  // returns after about that time
 };
 
-DateTime Now();  // wall clock, whole seconds and fractions
+// The wall clock as people read it: the whole second that has begun, never one that is still to come.
+DateTime Now();
 // Minutes that hold at that local time; where the hour comes twice, those that hold at present are preferred.
 std::int32_t MinutesEastOfUtc(DateTime dtLocal);
 DateTime SteadyNow();  // wall time at the first use plus steady seconds since

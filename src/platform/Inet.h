@@ -64,6 +64,11 @@ class Inet {
   const std::string& ResponseInfo() const;  // its fixed text, without comma or line end; empty for none
   const std::string& GetHeader() const;     // header of the final response, raw, without the blank line
   bool TimedOut() const;
+  // The last request failed for want of means of this machine: a descriptor, memory, a thread. It says
+  // nothing about the server.
+  bool OwnFault() const;
+  // The request in flight, or the last one, met a machine: it was connected, or refused.
+  bool Reached() const;
 
  private:
   class Impl;

@@ -9,10 +9,12 @@ namespace Shell {
 
 // The executable's folder, or $KESTROVA_HOME where set; without a trailing separator, except for a root.
 std::string ProgramFolder();
-// The program folder is kept by the system's package manager; nothing may be added to it, even by root.
-bool ProgramFolderIsPackaged();
 // The user's own folder for the program's data (logs where the program folder cannot be written).
 std::string UserDataFolder();
+// Where logs lie unless the operator says otherwise: "Logs" in the program folder; on Linux in the user's
+// data folder, so that a build that goes takes no history with it, unless $KESTROVA_HOME names a program
+// folder that the system's package manager does not keep.
+std::string DefaultLogFolder();
 // The user's home folder, the last resort for a file dialog.
 std::string HomeFolder();
 

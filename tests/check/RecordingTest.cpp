@@ -1,6 +1,10 @@
 // What one site goes through: its states, its row, its log line, the IP check, the alert.
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <thread>
+#include <utility>
+
 #include "check/PassFixture.h"
 #include "check/Schedule.h"
 #include "servers/SmtpServer.h"
@@ -114,6 +118,28 @@ TEST(Recording, AnAnswerThatLiesReadyIsHeardBeforeTheDeadlineIsLookedAt) {
   b.Engine.mF_StartCheck_Click();
   EXPECT_EQ(Site(1).Status, SiteStatus::iUp);
   EXPECT_EQ(b.Log().size(), 3U);
+}
+
+// Who was stopped by a signal, or suspended, finds the time-out gone and perhaps the connection too.
+TEST(Recording, ARequestDuringWhichTheProcessStoodStillProvesNothing) {
+  for (const bool bReset : {false, true}) {
+    PassFixture b;
+    b.Server.Serve("/x",
+                   bReset ? Fault::Answer{Fault::Delay(500), Fault::Reset()} : Fault::Answer{Fault::Hang()});
+    b.Add(b.Server.Site("/x"));
+    b.View.OnPump = [&b, bReset, bSlept = false]() mutable {
+      if (b.Server.Count() == 0 || std::exchange(bSlept, true)) return;
+      b.Server.Serve("/x", Fault::Status("200 OK"));
+      std::this_thread::sleep_for(std::chrono::milliseconds(2200));
+      b.aClock.Advance(31);
+      if (!bReset) b.Engine.TimerMain_Timer();
+    };
+    b.Engine.mF_StartCheck_Click();
+    EXPECT_EQ(b.Server.Count(), 2U) << bReset;
+    EXPECT_EQ(Site(1).Status, SiteStatus::iUp);
+    ASSERT_EQ(b.Log().size(), 3U);
+    EXPECT_EQ(b.Log()[1], "11/15/1999 5:44:52 PM,http://SERVER/x,Site OK,0,,1");
+  }
 }
 
 TEST(Recording, TheMailServersFaultStandsInTheLogAndNotInTheList) {

@@ -63,6 +63,8 @@ std::vector<OddAnswer> OddAnswers() {
       {{Send("220 mail ESMTP\r\n"), Hang()}, ""},
       {{Send(szOk + "\r\n" + std::string(50000, 'b')), HalfClose()}, szLine},
       {{}, "", 52},
+      {{Delay(30), Send("HTTP/1.1 503 Bu")}, ""},
+      {{Send("H"), Delay(30), HalfClose()}, ""},
       {{Send(szOk + "Content-Ty")}, szLine, 18},
       {{Send(szOk + "Content-Length: 100\r\n\r\nabc")}, std::nullopt, 18},
       {{Send(szChunked + "zz\r\n")}, std::nullopt, 56},
@@ -113,6 +115,25 @@ TEST(Inet, OddAnswers) {
     EXPECT_EQ(std::ranges::count_if(aClient.aStates, [](auto iState) { return iState >= Inet::Error; }), 1);
   }
   EXPECT_EQ(aServer.Count(), lRow) << "a request was repeated or a redirect followed";
+}
+
+// What libcurl puts down to us the server did.
+TEST(Inet, AnErrorThatTheServerMadeIsItsOwn) {
+  FaultServer aServer;
+  Client aClient;
+  const std::pair<std::string, std::string> aCases[] = {
+      {"A: " + std::string(110000, 'x') + "\r\n", "The server sent a header line that is too long"},
+      {" folded: x\r\n", "The server sent a header that begins with a folded line"}};
+  for (const auto& [szField, szInfo] : aCases) {
+    aServer.Serve("*", {Fault::Send("HTTP/1.1 200 OK\r\n" + szField + "\r\n")});
+    EXPECT_EQ(aClient.Get(aServer.URL("/")), Inet::Error);
+    EXPECT_EQ(aClient.ResponseInfo(), szInfo);
+    EXPECT_TRUE(aClient.Reached() && !aClient.OwnFault());
+  }
+  EXPECT_EQ(aClient.Get("http://127.0.0.1:" + std::to_string(FaultServer::RefusingPort())), Inet::Error);
+  EXPECT_TRUE(aClient.Reached()) << "who refuses is there";
+  EXPECT_EQ(aClient.Get("http://nowhere.invalid/"), Inet::Error);
+  EXPECT_TRUE(!aClient.Reached() && !aClient.OwnFault());
 }
 
 TEST(Inet, ConnectionsThatDoNotStand) {

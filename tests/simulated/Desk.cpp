@@ -90,6 +90,11 @@ void Desk::SiteRecorded(std::int32_t lSlot) {
   if (!The().Dead()) aBook.Recorded(lSlot);
 }
 
+void Desk::ReportTrouble(const std::string& szText) {
+  if (Traced()) Trace(szText);
+  aSaid.push_back(szText);
+}
+
 void Desk::SoundBell() {
   if (!The().Dead()) aBook.Rings();
 }
@@ -107,11 +112,13 @@ void Desk::LockCommands(bool bLock) {
   bLocked = bLock;
   if (!bLock) return ComparePassEnd();
   aBook.Begin(std::exchange(bByHand, false));
-  szStarted = FormatTimeOfDay(The().Wall());
+  aSaid.clear();
+  szStarted = FormatTimeOfDay(The().Second());
 }
 
 void Desk::ComparePassEnd() {
   aBook.End();
+  aBook.Says(aSaid, aEngine.AllKept());
   RequireSame("the panel of the next check", szPanel2, "Next: " + FormatTimeOfDay(Program::NextCheck()));
   RequireSame("the panel of the last check", szPanel3, "Last: " + szStarted);
   Require(!bProgress, "the progress window stays open");
@@ -158,7 +165,7 @@ void Desk::ActInPass() {
       aBook.Awake();
       break;
     case 6:
-      The().Pass(aRandom.Between(2.0, 40.0));  // stopped by a signal, or a machine that stalls
+      The().Pass(aRandom.Between(2.1, 40.0));  // stopped by a signal, or a machine that stalls
       aBook.Awake();
       break;
     default:

@@ -43,6 +43,7 @@ class Desk : public CheckView {
   void ShowProgressSite(const std::string&) override {}
   void ShowProgressStatus(const std::string&) override {}
   void ShowMessage(const std::string& szText) override;
+  void ReportTrouble(const std::string& szText) override;
   void SoundBell() override;
   void LockCommands(bool bLock) override;
   void EnableAutoTimer(bool bEnable) override { bAutoTimer = bEnable; }
@@ -60,7 +61,8 @@ class Desk : public CheckView {
   bool bAutoTimer = true, bByHand = false, bActing = false, bProgress = false;
   bool bLocked = false;
   std::string szPanel2, szPanel3, szStarted;
-  std::vector<int> aLights;  // by slot - 1
+  std::vector<std::string> aSaid;  // of the pass
+  std::vector<int> aLights;        // by slot - 1
 };
 
 }  // namespace Simulated

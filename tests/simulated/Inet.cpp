@@ -26,7 +26,7 @@ class Inet::Impl {
   std::string szURL, szHeader, szInfo;
   std::int32_t lCode = 0;
   std::int32_t lTimeout = 60;
-  bool bExecuting = false, bDelivering = false;
+  bool bExecuting = false, bDelivering = false, bReached = false;
 
  private:
   bool Due() const {
@@ -49,6 +49,7 @@ void Inet::Impl::Begin() {
   szHeader.clear();
   szInfo.clear();
   lCode = 0;
+  bReached = false;
   if (aCall.Gone() || aMachine.pSurroundings == nullptr) return;
   bExecuting = true;
   aAnswer = aMachine.pSurroundings->Answer(szURL);
@@ -88,6 +89,7 @@ void Inet::Impl::Deliver(const std::function<void(std::int16_t)>& Handler) {
   const auto lNumber = lRequest;
   while (bExecuting && lNumber == lRequest && !The().Dead() && Due()) {
     const auto iState = aAnswer.aSteps[lNext++].iState;
+    bReached = bReached || (iState >= Inet::Connected && iState < iError);
     if (iState >= iError) {
       szHeader = aAnswer.szHeader;
       szInfo = aAnswer.szInfo;
@@ -158,4 +160,13 @@ const std::string& Inet::GetHeader() const {
 
 bool Inet::TimedOut() const {
   return pImpl->lCode == lTimedOut;
+}
+
+// The machine has all that a request takes.
+bool Inet::OwnFault() const {
+  return false;
+}
+
+bool Inet::Reached() const {
+  return pImpl->bReached;
 }

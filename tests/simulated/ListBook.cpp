@@ -79,6 +79,7 @@ void ListBook::PlanLoad(bool bKeep) {
     BookedSite aSite{Loaded(aStored, bKeep), aStored};
     const auto* const pKnown = Find(aSites, aStored.szKey);
     aSite.bAlerted = bKeep && pKnown != nullptr && pKnown->bAlerted;
+    aSite.bMayRepeat = pKnown != nullptr && (pKnown->bMayRepeat || pKnown->bOwed);
     if (!bKeep) aSite.aStored.aSite.iStatus = iNotKnown;
     if (!bKeep) aSite.aStored.aSite.szRemark.clear();
     aList.push_back(std::move(aSite));
@@ -102,13 +103,24 @@ void ListBook::PlanEdit(std::int32_t lSlot, const Program::Site& aNew) {
   if (aNew.szUrl != aSite.aNow.szUrl || aNew.iStatus != aSite.aNow.iStatus) aSite.bAlerted = false;
   aSite.aNow = aNew;
   aSite.aStored = {Rules::KeyName(aNew.szUrl), aNew, lSlot};
+  aSite.bOwed = aSite.bUnsure = false;
   bOrdered = true;
   bForgetful = false;
+}
+
+// What a command that reads the list back saves first.
+void ListBook::MakeUp(std::vector<BookedSite>& aList) {
+  for (std::size_t i = 0; i < aList.size(); ++i) {
+    auto& aSite = aList[i];
+    if (aSite.bOwed) aSite.aStored = {aSite.aStored.szKey, aSite.aNow, static_cast<std::int32_t>(i) + 1};
+    aSite.bOwed = aSite.bUnsure = false;
+  }
 }
 
 // The rest is renumbered and read back, statuses and remarks with it.
 void ListBook::PlanDelete(std::int32_t lSlot) {
   aPlanned = aSites;
+  MakeUp(*aPlanned);
   aPlanned->erase(aPlanned->begin() + lSlot - 1);
   for (auto& aSite : *aPlanned)
     aSite.aNow = Loaded(aSite.aStored, true);
@@ -118,6 +130,7 @@ void ListBook::PlanDelete(std::int32_t lSlot) {
 
 void ListBook::PlanImport(const std::vector<Program::Site>& aRecords, bool bReplace) {
   aPlanned = aSites;
+  MakeUp(*aPlanned);
   for (auto aRecord : aRecords) {
     const auto szKey = Rules::KeyName(aRecord.szUrl);
     auto* pSite = Find(*aPlanned, szKey);
@@ -163,6 +176,7 @@ void ListBook::Conclude() {
   if (!bOrdered) Renumber();
   aSites = std::move(*aPlanned);
   aPlanned.reset();
+  SavedAgain(true);  // with what was entered, what was owed
   SetLights();
   CompareMemory();
   CompareStore();
@@ -185,7 +199,6 @@ void ListBook::CompareMemory() const {
 }
 
 void ListBook::CompareStore() const {
-  if (bStoreUnsure) return;
   std::map<std::string, const BookedSite*> aByKey;
   for (const auto& aSite : aSites)
     aByKey[aSite.aStored.szKey] = &aSite;
@@ -244,30 +257,55 @@ void ListBook::ConcludeAfterTrouble() {
     Violate("the store has neither the list before (" + szToBefore + ") nor the list after (" + szToPlanned +
             ")");
   aPlanned.reset();
-  bStoreUnsure = false;
   std::vector<BookedSite> aKept;
   for (const auto& aStored : aStore) {
     const auto* const pKnown = Find(aSites, aStored.szKey);
-    aKept.push_back({aStored.aSite, aStored, 0, pKnown != nullptr && pKnown->bAlerted});
+    auto& aSite = aKept.emplace_back(BookedSite{aStored.aSite, aStored});
+    if (pKnown == nullptr) continue;
+    aSite.bAlerted = pKnown->bAlerted;
+    aSite.bMayRepeat = pKnown->bMayRepeat || pKnown->bOwed;
   }
   aSites = std::move(aKept);
 }
 
-void ListBook::TakeStatuses() {
-  for (const auto& aStored : ReadStore()) {
-    auto* const pBooked = Find(aSites, aStored.szKey);
-    if (pBooked == nullptr) Violate("the store has a site too many: " + Shown(aStored.aSite));
-    const auto& aBefore = pBooked->aStored.aSite;
-    const auto& aNow = pBooked->aNow;
-    const auto& aIs = aStored.aSite;
-    // Saved again after a failure in the middle of the next pass, which begins with no remarks: none.
-    const bool bKnown =
-        (SameEntry(aIs, aBefore) || SameEntry(aIs, aNow)) &&
-        (aIs.iStatus == aBefore.iStatus || aIs.iStatus == aNow.iStatus) &&
-        (aIs.szRemark.empty() || aIs.szRemark == aBefore.szRemark || aIs.szRemark == aNow.szRemark);
-    if (!bKnown) Violate("a stored site is " + Shown(aIs) + " and was " + Shown(aBefore));
-    pBooked->aStored = aStored;
+void ListBook::Saved(std::int32_t lSlot, bool bClean) {
+  auto& aSite = aSites[static_cast<std::size_t>(lSlot) - 1];
+  aSite.bOwed = true;
+  aSite.bUnsure = false;
+  SavedAgain(bClean);
+}
+
+void ListBook::SavedAgain(bool bClean) {
+  if (!OwesAny()) return;
+  // Only where it is open what is stored: the look costs as much as the pass.
+  const bool bLook = !bClean || IsUnsure();
+  const auto aStore = bLook ? ReadStore() : std::vector<StoredSite>();
+  for (std::size_t i = 0; i < aSites.size(); ++i) {
+    auto& aSite = aSites[i];
+    if (!aSite.bOwed && !aSite.bUnsure) continue;
+    const StoredSite aMust{aSite.aStored.szKey, aSite.aNow, static_cast<std::int32_t>(i) + 1};
+    const auto pIs = std::find_if(aStore.begin(), aStore.end(),
+                                  [&](const auto& aStored) { return aStored.szKey == aMust.szKey; });
+    const bool bAsBefore = pIs != aStore.end() && *pIs == aSite.aStored;
+    const bool bAsNow = bLook ? pIs != aStore.end() && *pIs == aMust : true;
+    if (!bAsNow && (!bAsBefore || (bClean && aSite.bOwed)))
+      Violate("a stored site is " + (pIs == aStore.end() ? "gone" : Shown(pIs->aSite)) + ", was " +
+              Shown(aSite.aStored.aSite) + " and must be " + Shown(aMust.aSite));
+    aSite.bOwed = aSite.bOwed && !bClean && !bAsNow;
+    aSite.bUnsure = !bClean && (bAsNow ? bAsBefore : aSite.bUnsure);
+    if (bAsNow) aSite.aStored = aMust;
   }
+  const auto lOwed = std::count_if(aSites.begin(), aSites.end(), [](const auto& a) { return a.bOwed; });
+  if (Program::Unsaved() < lOwed || (bClean && Program::Unsaved() > 0))
+    RequireSame("the number of unsaved sites", Program::Unsaved(), lOwed);
+}
+
+bool ListBook::IsUnsure() const {
+  return std::any_of(aSites.begin(), aSites.end(), [](const auto& a) { return a.bUnsure; });
+}
+
+bool ListBook::OwesAny() const {
+  return std::any_of(aSites.begin(), aSites.end(), [](const auto& a) { return a.bOwed || a.bUnsure; });
 }
 
 }  // namespace Simulated

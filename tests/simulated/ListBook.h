@@ -15,6 +15,7 @@ struct StoredSite {
   std::string szKey;  // name of its key, lower case
   Program::Site aSite;
   std::int32_t lIndex = 0;
+  bool operator==(const StoredSite&) const = default;
 };
 
 struct BookedSite {
@@ -22,12 +23,16 @@ struct BookedSite {
   StoredSite aStored;
   int iLight = 0;         // 1 to 3; 0: none
   bool bAlerted = false;  // a mail was tried for the outage that lasts
+  // What is stored is older than what memory has, because calls failed; bUnsure: or the same, and nobody can
+  // tell.
+  bool bOwed = false, bUnsure = false;
+  // The mail went out and what came of it was not stored: killed in between, or said to be unsaved.
+  bool bMayRepeat = false;
 };
 
 class ListBook {
  public:
   std::vector<BookedSite> aSites;  // by slot - 1
-  bool bStoreUnsure = false;       // a save failed, and nobody has looked since
 
   static std::vector<StoredSite> ReadStore();
 
@@ -46,8 +51,13 @@ class ListBook {
   void ConcludeAfterTrouble();
   void Abandon() { aPlanned.reset(); }  // nothing was done
 
-  // After a pass in which saves failed: what is stored is as it was, or as it is in memory.
-  void TakeStatuses();
+  // The site in this slot was to be saved, and with it those that are owed. Where no call failed meanwhile
+  // all of them are stored now; else each is as it was or as it is in memory.
+  void Saved(std::int32_t lSlot, bool bClean);
+  // The same for what is owed alone.
+  void SavedAgain(bool bClean);
+  bool OwesAny() const;
+  bool IsUnsure() const;
 
   void CompareMemory() const;
   void CompareStore() const;
@@ -56,6 +66,7 @@ class ListBook {
 
  private:
   void Renumber();
+  static void MakeUp(std::vector<BookedSite>& aList);
   BookedSite* Find(std::vector<BookedSite>& aList, const std::string& szKey) const;
   std::string Difference(const std::vector<StoredSite>& aStore, const std::vector<BookedSite>& aList) const;
 

@@ -58,7 +58,7 @@ void LogBook::Tally::Count(const Line& aLine) {
 
 void LogBook::BeginPass(const Program::Options& aOptions) {
   szFolder = aOptions.szLogPath;
-  auto dtDay = The().Wall();
+  auto dtDay = The().Second();
   if (aOptions.lLogPeriod != 1) dtDay = AddDays(dtDay, 1 - SplitDateTime(dtDay).lWeekday);
   szCurrent = szFolder + (aOptions.lLogPeriod == 1 ? "/D-" : "/W-") + FormatDay(dtDay) + ".kvl";
   lMostFiles = aOptions.lLogPeriod != 0 && aOptions.lLimitFiles == 1 ? aOptions.lMostFiles : 0;
@@ -146,6 +146,7 @@ bool LogBook::ReadBack(bool bNow) {
   lAdded = 0;
   ++lReadBacks;
 
+  const Machine::Aside aAside;
   LogHistory aHistory;
   aHistory.Open({szFolder});
   const auto aSummary = Summarise(aHistory);

@@ -1,5 +1,7 @@
 #include "simulated/Machine.h"
 
+#include <cmath>
+
 #include "simulated/Disk.h"
 #include "simulated/Store.h"
 
@@ -50,6 +52,10 @@ DateTime Machine::Wall() const {
   return AddSeconds(dtUtc, IsSummer(dtUtc) ? 2 * dHour : dHour);
 }
 
+DateTime Machine::Second() const {
+  return std::floor(Wall() * 86400 + 1e-4) / 86400;
+}
+
 // Where the hour comes twice, the first of the two.
 std::int32_t Machine::MinutesEastOfUtc(DateTime dtLocal) {
   return IsSummer(AddSeconds(dtLocal, -2 * dHour)) ? 120 : 60;
@@ -84,8 +90,17 @@ bool Machine::Fails(Access iAccess) {
   }
 }
 
+Machine::Aside::Aside() {
+  The().bAside = true;
+}
+
+Machine::Aside::~Aside() {
+  The().bAside = false;
+}
+
 Call::Call(Access iAccess) {
   auto& aMachine = The();
+  if (aMachine.bAside) return;
   const bool bHit = ++aMachine.lCalls == aMachine.lKillAt;
   if (bHit && !aMachine.bKillAfter) aMachine.bDead = true;
   bGone = aMachine.bDead;

@@ -85,6 +85,7 @@ class Machine {
   double Boot() const { return dBoot; }
   double Steady() const { return dBoot - dSlept; }
   DateTime Wall() const;
+  DateTime Second() const;                                 // the one that the wall clock shows
   static std::int32_t MinutesEastOfUtc(DateTime dtLocal);  // with daylight saving
 
   // Until when a wait on the network may take, at most: the next tick of the program's timers.
@@ -99,6 +100,16 @@ class Machine {
   bool Dead() const { return bDead; }
   void PowerOn();  // what was not committed is gone, nothing is open any more
   std::int64_t Calls() const { return lCalls; }
+
+  // While one lives the calls are not the program's: they are not counted, do not fail and are no kill's
+  // turn.
+  class Aside {
+   public:
+    Aside();
+    ~Aside();
+    Aside(const Aside&) = delete;
+    Aside& operator=(const Aside&) = delete;
+  };
 
   // Single calls that fail.
   Troubles aTroubles;
@@ -115,7 +126,7 @@ class Machine {
   DateTime dtStartUtc = 0;
   double dBoot = 0, dSlept = 0, dSetBack = 0;
   std::int64_t lCalls = 0, lKillAt = 0;
-  bool bKillAfter = false, bDead = false;
+  bool bKillAfter = false, bDead = false, bAside = false;
 };
 
 Machine& The();

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
+#include "simulated/Disk.h"
 #include "simulated/Violation.h"
 
 namespace Simulated {
@@ -27,7 +29,7 @@ std::string Both(const std::string& szFirst, const std::string& szSecond) {
 }  // namespace
 
 void PassBook::SetNext(std::int32_t lMinutes) {
-  dtNextWall = AddMinutes(The().Wall(), lMinutes);
+  dtNextWall = AddMinutes(The().Second(), lMinutes);
   dNextBoot = The().Boot() + 60.0 * lMinutes;
 }
 
@@ -53,7 +55,11 @@ void PassBook::Begin(bool bByHand) {
   lBells = 0;
   lSlot = 0;
   lLast = static_cast<std::int32_t>(aList.aSites.size());
-  lPassStoreFaults = The().lStoreFaults;
+  lPassStoreFaults = lStoreFaultsRecorded = The().lStoreFaults;
+  lMissingLines = lOutcomes = 0;
+  bAnyReached = false;
+  lPassFileFaults = The().lFileFaults;
+  bPruningDue = false;
   aLog.BeginPass(aOptions.aNow);
   SetNext(std::max(1, aOptions.aNow.lInterval));
   for (auto& aSite : aList.aSites)
@@ -72,16 +78,29 @@ void PassBook::End() {
   iPhase = Phase::Idle;
   aList.CompareMemory();
   CompareNext();
-  // What could not be saved in one pass is saved in the next.
-  const bool bFaults = The().lStoreFaults != lPassStoreFaults;
-  if (bFaults || aList.bStoreUnsure) aList.TakeStatuses();
-  aList.bStoreUnsure = aOptions.bCookiesOwed = bFaults;
-  if (bFaults) return;
+  aList.SavedAgain(The().lStoreFaults == lStoreFaultsRecorded);
   aList.CompareStore();
-  aOptions.RequireOwnCookies();
+  aOptions.bCookiesOwed = The().lStoreFaults != lPassStoreFaults;
+  if (!aOptions.bCookiesOwed) aOptions.RequireOwnCookies();
+}
+
+// What is not stored, and what is missing in the log, is said; what is said has a reason.
+void PassBook::Says(const std::vector<std::string>& aTroubles, bool bAllKept) const {
+  RequireSame("the number of lines that the log is said to miss", Program::TakeMissingLines(), lMissingLines);
+  const bool bUnsaved = std::any_of(aTroubles.begin(), aTroubles.end(), [](const auto& szText) {
+    return szText.find("could not be stored") != std::string::npos;
+  });
+  Require(bUnsaved == (Program::Unsaved() > 0), "unsaved results are not said, or none and said");
+  const bool bNobody = std::any_of(aTroubles.begin(), aTroubles.end(), [](const auto& szText) {
+    return szText.starts_with("No site could be reached");
+  });
+  Require(bNobody == (lOutcomes > 1 && !bAnyReached),
+          "that nobody was reached is not said, or not so and said");
+  Require(bAllKept == !bUnsaved, "the pass's own word on what was kept");
 }
 
 void PassBook::Forget() {
+  if (iPhase == Phase::Recording && bMailTried) Site().bMayRepeat = true;
   iPhase = Phase::Idle;
   bInFlight = false;
 }
@@ -99,7 +118,12 @@ bool PassBook::GoOn() {
 void PassBook::Requested(const std::string& szURL, const Conversation& aComing) {
   if (Traced()) Trace(szURL + " is asked, answer after " + std::to_string(aComing.EndsAt()));
   Require(!bInFlight, "a request begins while another is in flight");
-  if (iPhase == Phase::BackupDue) {
+  if (std::exchange(bPruningDue, false)) aLog.RequirePruned();
+  if (iPhase == Phase::AgainDue) {
+    RequireSame("the request that is made once more", szURL,
+                szAgent + Rules::Trimmed(bBackup ? Site().aNow.szIp : Site().aNow.szUrl));
+    if (!bBackup) aEntry.dtChecked = The().Second();
+  } else if (iPhase == Phase::BackupDue) {
     ++lBackups;
     bBackup = true;
     RequireSame("the second request", szURL, szAgent + Rules::Trimmed(Site().aNow.szIp));
@@ -108,13 +132,13 @@ void PassBook::Requested(const std::string& szURL, const Conversation& aComing) 
     Require(!bEndWritten && GoOn() && Site().aNow.iEnabled == 1, "a request that is nobody's turn");
     RequireSame("the request", szURL, szAgent + Rules::Trimmed(Site().aNow.szUrl));
     bBackup = false;
-    aEntry = {The().Wall(), szAgent + Site().aNow.szUrl, "", "", 0, LogBook::Kind::Up};
+    aEntry = {The().Second(), szAgent + Site().aNow.szUrl, "", "", 0, LogBook::Kind::Up};
     ++Where().lChecks;
   }
   if (The().lStoreFaults == lPassStoreFaults) aOptions.RequireProgramCookies();
   iPhase = Phase::Asked;
   bInFlight = true;
-  bSilent = false;
+  bSilent = bStoodStill = false;
   aAnswer = aComing;
   dAsked = The().Boot();
   dDeadline = The().Steady() + Site().aNow.lTimeOut;
@@ -123,10 +147,11 @@ void PassBook::Requested(const std::string& szURL, const Conversation& aComing) 
 void PassBook::Answered(std::int16_t iState, bool bLimit) {
   if (Traced()) Trace("state " + std::to_string(iState) + (bLimit ? " by the client's limit" : ""));
   bInFlight = false;
-  if (iPhase == Phase::Recording && bLimit) return;  // the time-out is recorded already
+  if (bLimit && OutcomeKnown()) return;  // the time-out is recorded already
   Require(iPhase == Phase::Asked, "an answer to no request");
   Require(The().Steady() <= std::max(dDeadline, dAwake) + dTolerance, "a time-out is overdue");
   if (iState == 12) return Outcome(Rules::OfHeader(aAnswer.szHeader));
+  if (ProvesNothing()) return;
   if (!bLimit) return Outcome(Rules::OfError(aAnswer.lCode, aAnswer.szInfo));
   Require(The().Steady() >= dDeadline - dHair, "the client gave up before the time");
   ++lTimeOuts;
@@ -137,7 +162,7 @@ void PassBook::Cancelled() {
   if (Traced()) Trace("cancelled");
   Require(bInFlight, "a cancel of no request");
   bInFlight = false;
-  if (bSilent || iPhase == Phase::Recording || iPhase == Phase::BackupDue) return;
+  if (bSilent || OutcomeKnown()) return;
   Violate("a request is given up before its time");
 }
 
@@ -147,16 +172,24 @@ void PassBook::BeforeTick() {
   if (std::abs(The().Steady() - dDeadline) < 10 * dHair) The().Pass(20 * dHair);  // no rounding shall decide
   if (The().Steady() < dDeadline) return;
   if (aAnswer.EndsAt() >= 0 && dAsked + aAnswer.EndsAt() <= The().Boot()) return;
+  if (ProvesNothing()) return;
   ++lTimeOuts;
   Outcome(Rules::OfTimeOut());
 }
 
 void PassBook::AfterTick() {
-  Require(iPhase != Phase::Recording && iPhase != Phase::BackupDue, "a time-out is not recorded");
+  Require(!OutcomeKnown(), "a time-out is not recorded");
 }
 
 void PassBook::Awake() {
   dAwake = The().Steady();
+  bStoodStill = iPhase == Phase::Asked;
+}
+
+// The request that got no answer while the machine or the process stood still.
+bool PassBook::ProvesNothing() {
+  if (bStoodStill) iPhase = Phase::AgainDue;
+  return bStoodStill;
 }
 
 void PassBook::Outcome(const Rules::Verdict& aVerdict) {
@@ -165,6 +198,11 @@ void PassBook::Outcome(const Rules::Verdict& aVerdict) {
   bSaved = true;
   iLightShown = 0;
   szRemarkShown = szRemark = "";
+  ++lOutcomes;
+  bAnyReached =
+      bAnyReached || std::any_of(aAnswer.aSteps.begin(), aAnswer.aSteps.end(), [&](const auto& aStep) {
+        return aStep.iState >= 4 && aStep.iState <= 10 && dAsked + aStep.dAt <= The().Boot();
+      });
   lStoreFaultsBefore = The().lStoreFaults;
   lFileFaultsBefore = The().lFileFaults;
   if (bBackup)
@@ -180,7 +218,7 @@ void PassBook::FirstOutcome(const Rules::Verdict& aVerdict) {
     aEntry.szStatus = szRemark = aNow.szRemark = "Site OK";
     aEntry.iClass = 1;
     aNow.iStatus = aSite.iLight = iUp;
-    aSite.bAlerted = false;
+    aSite.bAlerted = aSite.bMayRepeat = false;
     return;
   }
   aEntry.szStatus = aVerdict.szLogText.empty() ? aVerdict.szText : aVerdict.szLogText;
@@ -261,8 +299,12 @@ void PassBook::Mailed(const Mail& aMail, std::int32_t lResult) {
     Violate("the mail does not name the site " + Site().aNow.szUrl + ": " + aMail.szBody);
   if (bBackup && szBody.find(szAgent + Site().aNow.szIp) == std::string::npos)
     Violate("the mail does not name the IP address: " + aMail.szBody);
-  if (Site().bAlerted) ++lRepeats;
+  if (Site().bAlerted) {
+    Require(Site().bMayRepeat, "the mail about an outage is repeated");
+    ++lRepeats;
+  }
   Site().bAlerted = true;
+  Site().bMayRepeat = false;
   if (lResult != 0) aEntry.iClass = 2;
   AddComment(lResult == 0 ? "E-mail Notification Sent" : "E-mail Notification Failed");
 }
@@ -272,7 +314,7 @@ void PassBook::AddComment(const std::string& szText) {
 }
 
 std::string PassBook::LineOf(const Entry& aOf) const {
-  const auto lElapsed = std::max<std::int64_t>(0, SecondsBetween(aOf.dtChecked, The().Wall())) % 60;
+  const auto lElapsed = std::max<std::int64_t>(0, SecondsBetween(aOf.dtChecked, The().Second())) % 60;
   return FormatGeneral(aOf.dtChecked) + "," + aOf.szAddress + "," + aOf.szStatus + "," +
          std::to_string(lElapsed) + "," + aOf.szComment + "," + std::to_string(aOf.iClass);
 }
@@ -286,11 +328,13 @@ void PassBook::TakeLine(const std::string& szBytes, const std::string& szMustBe,
 void PassBook::Appended(const std::string& szFile, const std::string& szBytes, bool bKept) {
   ++lAppends;
   if (Traced()) Trace((bKept ? "" : "LOST ") + szBytes);
+  if (!bKept) ++lMissingLines;
   Require(aOptions.aNow.lLogPeriod != 0, "a log line though no log is kept");
   RequireSame("the log file", szFile, aLog.CurrentFile());
-  const auto dtNow = The().Wall();
+  const auto dtNow = The().Second();
   if (iPhase == Phase::Starting) {
     iPhase = Phase::Walking;
+    bPruningDue = bKept && The().lFileFaults == lPassFileFaults && Disk::The().aLocked.empty();
     return TakeLine(
         szBytes,
         std::string("[START CHECK: ") + (bManual ? "MANUAL" : "AUTO") + " - " + FormatGeneral(dtNow) + "]",
@@ -366,17 +410,8 @@ void PassBook::Recorded(std::int32_t lOf) {
     bSaved = false;
     if (bBackup) Site().aNow.szRemark.clear();
   }
-  if (bSaved) Keep();
-}
-
-void PassBook::Keep() {
-  auto& aSite = Site();
-  if (The().lStoreFaults != lStoreFaultsBefore) {
-    aList.bStoreUnsure = true;
-    return;
-  }
-  aSite.aStored.aSite = aSite.aNow;
-  aSite.aStored.lIndex = lSlot;
+  lStoreFaultsRecorded = The().lStoreFaults;
+  if (bSaved) aList.Saved(lSlot, The().lStoreFaults == lStoreFaultsBefore);
 }
 
 }  // namespace Simulated

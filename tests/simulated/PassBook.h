@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "simulated/ListBook.h"
 #include "simulated/LogBook.h"
@@ -48,6 +49,8 @@ class PassBook : public Witness {
   void ShowsRemark(std::int32_t lOf, const std::string& szText);
   void Recorded(std::int32_t lOf);
   void Rings() { ++lBells; }
+  // All that was said of the pass at its end.
+  void Says(const std::vector<std::string>& aTroubles, bool bAllKept) const;
 
   void Requested(const std::string& szURL, const Conversation& aAnswer) override;
   void Answered(std::int16_t iState, bool bLimit) override;
@@ -65,6 +68,7 @@ class PassBook : public Witness {
     Walking,    // between two sites
     Asked,      // a request is in flight
     BackupDue,  // the same site is to be asked by its IP address
+    AgainDue,   // nothing was learned: the same request is to be made once more
     Recording   // the outcome is known: a mail, a log line and the record are owed
   };
   // The entry that is to be written.
@@ -76,6 +80,11 @@ class PassBook : public Witness {
   };
 
   BookedSite& Site() { return aList.aSites[static_cast<std::size_t>(lSlot) - 1]; }
+  bool ProvesNothing();
+  // And what follows of it is not done yet.
+  bool OutcomeKnown() const {
+    return iPhase == Phase::Recording || iPhase == Phase::BackupDue || iPhase == Phase::AgainDue;
+  }
   bool GoOn();  // to the next site that leaves a trace; false at the end
   bool LogsDisabled() const { return aOptions.aNow.lLogPeriod != 0 && aOptions.aNow.lSkipDisabled == 0; }
   void Outcome(const Rules::Verdict& aVerdict);
@@ -83,7 +92,6 @@ class PassBook : public Witness {
   void FirstOutcome(const Rules::Verdict& aVerdict);
   void Alert(const std::string& szCode);
   void AddComment(const std::string& szText);
-  void Keep();
   std::string LineOf(const Entry& aEntry) const;
   void TakeLine(const std::string& szBytes, const std::string& szMustBe, const LogBook::Line& aLine,
                 bool bKept);
@@ -91,7 +99,10 @@ class PassBook : public Witness {
   Phase iPhase = Phase::Idle;
   bool bManual = false, bStopped = false, bQuit = false, bFailureSeen = false, bEndWritten = false,
        bInFlight = false;
-  bool bSilent = false;  // a cancel is expected
+  bool bSilent = false;      // a cancel is expected
+  bool bStoodStill = false;  // since the request was made
+  bool bAnyReached = false;  // in this pass
+  std::int32_t lOutcomes = 0;
   std::int32_t lSlot = 0, lLast = 0, lBells = 0;
 
   Conversation aAnswer;
@@ -106,7 +117,9 @@ class PassBook : public Witness {
   int iLightShown = 0;
   std::string szRemarkShown;
   std::int64_t lStoreFaultsBefore = 0, lFileFaultsBefore = 0;
-  std::int64_t lPassStoreFaults = 0;
+  std::int64_t lPassStoreFaults = 0, lPassFileFaults = 0, lStoreFaultsRecorded = 0;
+  std::int32_t lMissingLines = 0;
+  bool bPruningDue = false;  // the first line is written: old files must be gone when the first site is asked
 
   DateTime dtNextWall = 0;
   double dNextBoot = 0;

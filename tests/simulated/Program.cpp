@@ -38,6 +38,14 @@ DateTime Program::NextCheck() {
   return NextCheckTime;
 }
 
+std::int32_t Program::Unsaved() {
+  return modAddress::UnsavedSites();
+}
+
+std::int32_t Program::TakeMissingLines() {
+  return CheckLog::TakeMissingLines();
+}
+
 void Program::Begin() {
   Settings = {};
   CheckLog::CurrentLogFile.clear();

@@ -30,6 +30,10 @@ std::int32_t SiteCount();
 Site SiteIn(std::int32_t lSlot);
 Options Current();
 DateTime NextCheck();
+// How many sites the program says are not saved.
+std::int32_t Unsaved();
+// How many lines it says the log misses, since the last call.
+std::int32_t TakeMissingLines();
 
 // A process begins: nothing of the one before is left in memory.
 void Begin();

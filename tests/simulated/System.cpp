@@ -57,8 +57,8 @@ std::string Shell::ProgramFolder() {
   return "/program";
 }
 
-bool Shell::ProgramFolderIsPackaged() {
-  return false;
+std::string Shell::DefaultLogFolder() {
+  return "/program/Logs";
 }
 
 std::string Shell::UserDataFolder() {

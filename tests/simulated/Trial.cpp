@@ -228,6 +228,7 @@ void Trial::Operate() {
 }
 
 void Trial::Command() {
+  if (aBook.aList.IsUnsure()) return;  // what a list that is read back will be cannot be told
   Where().szStep = "a command";
   ++aTotals.lCommands;
   auto& aMachine = The();

@@ -50,6 +50,16 @@ curl_socket_t OpenSocket(int iFamily, int iType, int iProtocol);
 void CloseSocket(curl_socket_t hSocket);
 // Ends the connection both ways and keeps the socket: whoever reads it next reads the end.
 void ShutSocket(curl_socket_t hSocket);
+// Whether bytes lie ready to be read, on a socket that does not block. They stay there.
+bool HasBytes(curl_socket_t hSocket);
+// Whether bytes ever came over it, as far as the system counts them; false where it does not.
+bool HasReceived(curl_socket_t hSocket);
 void IgnoreBrokenPipes();
+// Whether anything came back over it, if only a refusal; true where the system does not tell.
+bool WasAnswered(curl_socket_t hSocket);
+
+// Whether this machine has what a request takes beside its server: a few descriptors and a thread, to look up
+// a name and to connect. To be asked after a request that failed and was cleaned up.
+bool HasMeans();
 
 }  // namespace CurlSupport

@@ -4,6 +4,7 @@
 #include <deque>
 #include <limits>
 #include <string_view>
+#include <vector>
 
 #include "base/Text.h"
 #include "platform/curl/CurlSupport.h"
@@ -38,9 +39,14 @@ class Inet::Impl {
   bool bAcceptCookies = false;
   bool bExecuting = false;
   bool bDelivering = false;
+  bool bOwnFault = false;
+  bool HasReached() const { return aProgress.bAnswered || aProgress.bConnected; }
 
  private:
   CURLcode SetOptions();
+  void NoteFirstByte();
+  CURLcode Judge(CURLcode iOutcome) const;
+  std::string TextOf(CURLcode iOutcome) const;
   void Finish(CURLcode iOutcome);
   void Raise(State iState) { aStates.push_back(iState); }
 
@@ -50,11 +56,13 @@ class Inet::Impl {
   static int OnTrace(CURL*, curl_infotype iType, char*, std::size_t, void* pSelf);
   static std::size_t OnHeader(char* pLine, std::size_t, std::size_t lSize, void* pSelf);
   static std::size_t OnBody(char*, std::size_t, std::size_t lSize, void*) { return lSize; }
-  static int OnClose(void*, curl_socket_t hSocket);
+  static int OnClose(void* pSelf, curl_socket_t hSocket);
 
   // What came up during the request in flight.
   struct Progress {
     bool bOpened = false, bConnected = false, bSent = false, bReceiving = false, bTooMuch = false;
+    bool bByteCame = false;
+    bool bAnswered = false;  // by somebody, if only with a refusal
     ResponseHeader aHeader;
   };
 
@@ -63,8 +71,9 @@ class Inet::Impl {
   CurlSupport::List aLines;     // request header lines, outlive their request
   CurlSupport::Easy hEasy;
   Progress aProgress;
-  std::deque<std::int16_t> aStates;  // came up, not delivered yet
-  std::uint64_t lRequest = 0;        // number of the request the states belong to
+  std::vector<curl_socket_t> aSockets;  // open
+  std::deque<std::int16_t> aStates;     // came up, not delivered yet
+  std::uint64_t lRequest = 0;           // number of the request the states belong to
 };
 
 void Inet::Impl::Begin(const std::string& szMethod) {
@@ -73,6 +82,7 @@ void Inet::Impl::Begin(const std::string& szMethod) {
   szHeader.clear();
   szInfo.clear();
   iResult = CURLE_OK;
+  bOwnFault = false;
   aProgress = {};
   bExecuting = true;
   hEasy.reset(curl_easy_init());
@@ -119,6 +129,7 @@ CURLcode Inet::Impl::SetOptions() {
   aOptions.Set(CURLOPT_OPENSOCKETFUNCTION, &OnOpen);
   aOptions.Set(CURLOPT_OPENSOCKETDATA, this);
   aOptions.Set(CURLOPT_CLOSESOCKETFUNCTION, &OnClose);
+  aOptions.Set(CURLOPT_CLOSESOCKETDATA, this);
   aOptions.Set(CURLOPT_PREREQFUNCTION, &OnConnected);
   aOptions.Set(CURLOPT_PREREQDATA, this);
   aOptions.Set(CURLOPT_DEBUGFUNCTION, &OnTrace);
@@ -149,6 +160,7 @@ void Inet::Impl::Proceed(std::int32_t lMilliseconds) {
     curl_multi_poll(hMulti.get(), nullptr, 0, lMilliseconds, &lReady);
     if (lReady == 0 && curl_multi_timeout(hMulti.get(), &lDue) == CURLM_OK && lDue != 0) return;
   }
+  NoteFirstByte();
   int lRunning = 0, lLeft = 0;
   if (curl_multi_perform(hMulti.get(), &lRunning) != CURLM_OK) return Finish(CURLE_FAILED_INIT);
   while (const CURLMsg* pMessage = curl_multi_info_read(hMulti.get(), &lLeft))
@@ -156,28 +168,53 @@ void Inet::Impl::Proceed(std::int32_t lMilliseconds) {
       return Finish(pMessage->data.result);
 }
 
+// What libcurl reads of a status line that never ends it tells nobody: so it is looked whether there is a
+// first byte before libcurl takes it.
+void Inet::Impl::NoteFirstByte() {
+  if (!aProgress.bByteCame)
+    aProgress.bByteCame = std::any_of(aSockets.begin(), aSockets.end(), &CurlSupport::HasBytes);
+}
+
+// What the outcome is for who asked a web server, rather than for libcurl.
+CURLcode Inet::Impl::Judge(CURLcode iOutcome) const {
+  const ResponseHeader& aHeader = aProgress.aHeader;
+  // Answered, but in something that is not HTTP, or in less than a status line; or ended after an interim
+  // response; or ended after 101, which libcurl takes for an interim one.
+  const bool bUnreadable = iOutcome == CURLE_UNSUPPORTED_PROTOCOL || iOutcome == CURLE_WEIRD_SERVER_REPLY;
+  const bool bHungUp = iOutcome == CURLE_GOT_NOTHING || iOutcome == CURLE_RECV_ERROR;
+  const bool bAnswered = (bUnreadable && aProgress.bConnected) || (bHungUp && aProgress.bByteCame);
+  const bool bNoStatusLine = bAnswered && !aHeader.StatusLineSeen();
+  const bool bNoMore = iOutcome == CURLE_GOT_NOTHING && aHeader.Complete();
+  const bool bInterimOnly = iOutcome == CURLE_UNSUPPORTED_PROTOCOL && aHeader.Complete() && aHeader.Interim();
+  if (bNoStatusLine || bNoMore || bInterimOnly) return CURLE_OK;
+  if (iOutcome == CURLE_OK && !(aHeader.Complete() && !aHeader.Interim()))
+    return CURLE_PARTIAL_FILE;  // libcurl takes a header that was cut short for a whole one
+  return aProgress.bTooMuch ? CURLE_RECV_ERROR : iOutcome;
+}
+
+// Two of libcurl's errors speak of us where it was the server: what it sent is said instead.
+std::string Inet::Impl::TextOf(CURLcode iOutcome) const {
+  if (iOutcome == CURLE_OK) return {};
+  if (aProgress.bConnected && iOutcome == CURLE_OUT_OF_MEMORY)
+    return "The server sent a header line that is too long";
+  if (aProgress.bConnected && iOutcome == CURLE_BAD_FUNCTION_ARGUMENT)
+    return "The server sent a header that begins with a folded line";
+  return CurlSupport::FixedText(iOutcome);
+}
+
 // Only here does a request end, other than by being dropped.
 void Inet::Impl::Finish(CURLcode iOutcome) {
   if (hEasy && hMulti) curl_multi_remove_handle(hMulti.get(), hEasy.get());
+  const bool bMade = hEasy && hMulti;
   hEasy.reset();
-  const ResponseHeader& aHeader = aProgress.aHeader;
-  szHeader = aHeader.Text();
-
-  // Answered, but in something that is not HTTP; or ended after an interim response; or ended after 101,
-  // which libcurl takes for an interim one.
-  const bool bUnreadable = iOutcome == CURLE_UNSUPPORTED_PROTOCOL || iOutcome == CURLE_WEIRD_SERVER_REPLY;
-  const bool bNoStatusLine = bUnreadable && aProgress.bConnected && !aHeader.StatusLineSeen();
-  const bool bNoMore = iOutcome == CURLE_GOT_NOTHING && aHeader.Complete();
-  const bool bInterimOnly = iOutcome == CURLE_UNSUPPORTED_PROTOCOL && aHeader.Complete() && aHeader.Interim();
-  if (bNoStatusLine || bNoMore || bInterimOnly)
-    iOutcome = CURLE_OK;
-  else if (iOutcome == CURLE_OK && !(aHeader.Complete() && !aHeader.Interim()))
-    iOutcome = CURLE_PARTIAL_FILE;  // libcurl takes a header that was cut short for a whole one
-  else if (aProgress.bTooMuch)
-    iOutcome = CURLE_RECV_ERROR;
+  szHeader = aProgress.aHeader.Text();
+  iOutcome = Judge(iOutcome);
+  const bool bNobody = iOutcome == CURLE_COULDNT_RESOLVE_HOST || iOutcome == CURLE_COULDNT_CONNECT ||
+                       iOutcome == CURLE_OUT_OF_MEMORY || iOutcome == CURLE_FAILED_INIT;
+  bOwnFault = !bMade || (bNobody && !HasReached() && !CurlSupport::HasMeans());
 
   iResult = iOutcome;
-  szInfo = iOutcome == CURLE_OK ? "" : CurlSupport::FixedText(iOutcome);
+  szInfo = TextOf(iOutcome);
   if (iOutcome == CURLE_OK) {
     if (!aProgress.bReceiving) Raise(ReceivingResponse);
     Raise(ResponseReceived);
@@ -228,10 +265,17 @@ curl_socket_t Inet::Impl::OnOpen(void* pSelf, curlsocktype, curl_sockaddr* pAddr
     aSelf.Raise(Connecting);
   }
   aSelf.aProgress.bOpened = true;
-  return CurlSupport::OpenSocket(pAddress->family, pAddress->socktype, pAddress->protocol);
+  const auto hSocket = CurlSupport::OpenSocket(pAddress->family, pAddress->socktype, pAddress->protocol);
+  if (hSocket != CURL_SOCKET_BAD) aSelf.aSockets.push_back(hSocket);
+  return hSocket;
 }
 
-int Inet::Impl::OnClose(void*, curl_socket_t hSocket) {
+int Inet::Impl::OnClose(void* pSelf, curl_socket_t hSocket) {
+  auto& aSelf = *static_cast<Impl*>(pSelf);
+  std::erase(aSelf.aSockets, hSocket);
+  aSelf.aProgress.bAnswered = aSelf.aProgress.bAnswered || CurlSupport::WasAnswered(hSocket);
+  // A server on this machine may have answered and gone before libcurl was back from sending.
+  if (!aSelf.aProgress.bByteCame) aSelf.aProgress.bByteCame = CurlSupport::HasReceived(hSocket);
   CurlSupport::CloseSocket(hSocket);
   return 0;
 }
@@ -314,4 +358,12 @@ const std::string& Inet::GetHeader() const {
 
 bool Inet::TimedOut() const {
   return pImpl->iResult == CURLE_OPERATION_TIMEDOUT;
+}
+
+bool Inet::OwnFault() const {
+  return pImpl->bOwnFault;
+}
+
+bool Inet::Reached() const {
+  return pImpl->HasReached();
 }

@@ -109,12 +109,16 @@ std::string Shell::ProgramFolder() {
   return lLength > 0 ? Folder({aPath.data(), static_cast<std::size_t>(lLength)}) : "/";
 }
 
-bool Shell::ProgramFolderIsPackaged() {
-  return ProgramFolder().starts_with("/usr/") && !ProgramFolder().starts_with("/usr/local/");
-}
-
 std::string Shell::UserDataFolder() {
   return UserFolders::Data() + "/kestrova";
+}
+
+std::string Shell::DefaultLogFolder() {
+  const char* const szHome = std::getenv("KESTROVA_HOME");
+  const auto szProgram = ProgramFolder() + "/";
+  const bool bPackaged = szProgram.starts_with("/usr/") && !szProgram.starts_with("/usr/local/");
+  const bool bBeside = szHome != nullptr && szHome[0] != '\0' && !bPackaged;
+  return (bBeside ? szProgram : UserDataFolder() + "/") + "Logs";
 }
 
 std::string Shell::HomeFolder() {

@@ -15,6 +15,19 @@ void CurlSupport::ShutSocket(curl_socket_t hSocket) {
   shutdown(hSocket, SD_BOTH);
 }
 
+bool CurlSupport::HasBytes(curl_socket_t hSocket) {
+  char chFirst = 0;
+  return recv(hSocket, &chFirst, 1, MSG_PEEK) > 0;
+}
+
+bool CurlSupport::HasReceived(curl_socket_t) {
+  return false;
+}
+
+bool CurlSupport::WasAnswered(curl_socket_t) {
+  return true;
+}
+
 // Windows has no such signal.
 void CurlSupport::IgnoreBrokenPipes() {
 }

@@ -56,12 +56,12 @@ std::string Shell::ProgramFolder() {
 }
 
 // Who may write to "Program Files" is asked of the file system.
-bool Shell::ProgramFolderIsPackaged() {
-  return false;
-}
-
 std::string Shell::UserDataFolder() {
   return UserFolder("LOCALAPPDATA", LocalDataFolder) + "\\Kestrova";
+}
+
+std::string Shell::DefaultLogFolder() {
+  return ProgramFolder() + "\\Logs";
 }
 
 std::string Shell::HomeFolder() {

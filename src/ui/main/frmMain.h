@@ -83,6 +83,7 @@ class frmMain : public wxFrame, public CheckView, public MainHost {
   void ShowProgressSite(const std::string& szText) override;
   void ShowProgressStatus(const std::string& szText) override;
   void ShowMessage(const std::string& szText) override;
+  void ReportTrouble(const std::string& szText) override;
   void SoundBell() override;
   void LockCommands(bool bLock) override;
   void EnableAutoTimer(bool bEnable) override;
@@ -170,8 +171,8 @@ class frmMain : public wxFrame, public CheckView, public MainHost {
   std::string szProgressSite, szProgressStatus;
   std::int32_t lSlotToShow = 0;  // 0 none
   bool bCountsDue = false;
-  std::string szRestsNote, szStoreNote, szLogNote;  // in the status bar; empty for none
-  std::int32_t lMissingLines = 0;                   // of the log, since somebody has seen the note
+  std::string szRestsNote, szStoreNote, szPassNote, szLogNote;  // in the status bar; empty for none
+  std::int32_t lMissingLines = 0;  // of the log, since somebody has seen the note
   std::vector<SiteRecord> aBeforePass;
   std::vector<std::string> aWentDown, aUnmailed;  // addresses, in this pass
   bool bPassRan = false;

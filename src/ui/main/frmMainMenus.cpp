@@ -51,6 +51,7 @@ void frmMain::LockCommands(bool bLock) {
   if (bLock) {
     bPassRan = true;
     bStopped = false;
+    szPassNote.clear();
     aBeforePass = aSites;
     aWentDown.clear();
     aUnmailed.clear();

@@ -36,12 +36,21 @@ const SettingsRecord& frmMain::CurrentSettings() {
 
 // The first of them that there is: what was refused just now, what was not kept, what is missing.
 std::string frmMain::Note() const {
-  return !szRestsNote.empty() ? szRestsNote : !szStoreNote.empty() ? szStoreNote : szLogNote;
+  return !szRestsNote.empty()   ? szRestsNote
+         : !szStoreNote.empty() ? szStoreNote
+         : !szPassNote.empty()  ? szPassNote
+                                : szLogNote;
 }
 
 void frmMain::ShowNotes() {
   LayOutStatusBar();
   if (sbrMain->GetFieldsCount() > 3) sbrMain->SetStatusText(ToWx(Note()), 3);
+}
+
+// What is not stored is told by the store's own note.
+void frmMain::ReportTrouble(const std::string& szText) {
+  if (modAddress::UnsavedSites() == 0) szPassNote = szText;
+  ShowNotes();
 }
 
 void frmMain::SeeThatAllIsStored() {

@@ -112,6 +112,33 @@ TEST_F(Kept, ALogWithoutAPlaceIsCountedAndNotNamed) {
   EXPECT_THAT(aResult.szOutput, AllOf(HasSubstr("1 up"), Not(HasSubstr("Log:"))));
 }
 
+// How few are too few depends on libcurl; whether a site is to blame does not.
+TEST_F(Kept, AMachineWithoutDescriptorsBlamesNoSite) {
+  ImportList(ListOf({aServer.Site("/a"), aServer.Site("/b")}));
+  ASSERT_EQ(Run({"check"}).iCode, 0);
+  const auto szBefore = Run({"list"}).szOutput;
+  int lTooFew = 0;
+  for (const char* const szLimit : {"7", "8", "9", "10"}) {
+    SCOPED_TRACE(szLimit);
+    const Result aResult = Shell(std::string("ulimit -n ") + szLimit + "; exec " + Program() + " check");
+    EXPECT_THAT(aResult.szOutput, testing::Not(HasPattern("[1-9] (warning|down)")));
+    EXPECT_EQ(aResult.iCode == 2, !aResult.szErrors.empty()) << aResult.szErrors;
+    lTooFew += aResult.szErrors.find("this computer has no file descriptor") != std::string::npos ? 1 : 0;
+    EXPECT_EQ(Run({"list"}).szOutput, szBefore);
+  }
+  EXPECT_GT(lTooFew, 0);
+}
+
+TEST_F(Kept, WhereNobodyCanBeReachedThatIsSaid) {
+  const std::string szSaid = "No site could be reached: the fault is probably here.";
+  ImportList(ListOf({"one.invalid", "two.invalid"}));
+  const Result aAlone = Run({"check"});
+  EXPECT_EQ(aAlone.iCode, 1);
+  EXPECT_THAT(aAlone.szErrors, HasSubstr(szSaid));
+  ImportList(ListOf({"one.invalid", "127.0.0.1:" + std::to_string(FaultServer::RefusingPort())}));
+  EXPECT_THAT(Run({"check"}).szErrors, Not(HasSubstr(szSaid))) << "who refuses is there";
+}
+
 TEST_F(Kept, ResultsThatTheLockedStoreDoesNotTakeAreTriedAgainAndSaid) {
   aServer.Serve("/slow", {Fault::Delay(300), Fault::Send("HTTP/1.1 200 OK\r\n\r\n")});
   ImportList(ListOf({aServer.Site("/a"), aServer.Site("/slow")}));

@@ -19,7 +19,9 @@ TEST(PackagedTest, KeepsItsLogsOutOfTheProgramFolderEvenForRoot) {
   EXPECT_TRUE(Files::FolderExists(Settings.LogPath));
   EXPECT_FALSE(Files::FolderExists(szPackaged));
   Environment::Set("KESTROVA_HOME", "/usr/local/kestrova");
-  EXPECT_FALSE(Shell::ProgramFolderIsPackaged());
+  EXPECT_EQ(Shell::DefaultLogFolder(), "/usr/local/kestrova/Logs");
+  Environment::Unset("KESTROVA_HOME");
+  EXPECT_EQ(Shell::DefaultLogFolder(), Shell::UserDataFolder() + "/Logs") << "a program in its build folder";
 }
 
 }  // namespace
