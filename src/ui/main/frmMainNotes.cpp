@@ -1,6 +1,5 @@
 // What the main window says without a box: the fourth panel of the status bar, which is there while there is
 // something, a notification about a pass that nobody saw, and the remarks that a stopped pass gives back.
-#include <wx/notifmsg.h>
 #include <wx/statusbr.h>
 
 #include "log/CheckLog.h"
@@ -10,6 +9,7 @@
 #include "platform/Clock.h"
 #include "ui/common/TextGlue.h"
 #include "ui/main/frmMain.h"
+#include "ui/main/modSysTray.h"
 
 namespace {
 
@@ -96,5 +96,5 @@ void frmMain::NotifyOfPass() {
   if (Notify)
     Notify(szText);
   else
-    wxNotificationMessage(ResText(IDS_APP_TITLE), ToWx(szText), this, wxICON_WARNING).Show();
+    modSysTray::Tell(ToWx(szText));  // who missed it sees the lights
 }

@@ -59,3 +59,7 @@ void modSysTray::EnableRestore(bool bEnable) {
 bool modSysTray::RestoreEnabled() {
   return bRestoreEnabled;
 }
+
+bool modSysTray::Tell(const wxString& szText) {
+  return pIcon && pIcon->Tell(ResText(IDS_APP_TITLE), szText);
+}

@@ -4,6 +4,7 @@
 #include <functional>
 
 class wxFrame;
+class wxString;
 
 namespace modSysTray {
 
@@ -17,5 +18,7 @@ void RefreshTip();
 // "&Restore" is enabled while the window is minimised. "&Exit" always is.
 void EnableRestore(bool bEnable);
 bool RestoreEnabled();
+// A notification under the program's name. False when the desktop did not take it.
+bool Tell(const wxString& szText);
 
 }  // namespace modSysTray

@@ -38,6 +38,10 @@ class TrayIcon {
   void Remove();
   bool Added() const;
 
+  // Shows one notification on the desktop, for as long as the desktop likes. On Windows it comes from the
+  // icon, and what is longer than 255 UTF-16 units is cut. False when it could not be handed over.
+  bool Tell(const wxString& szTitle, const wxString& szText);
+
  private:
   struct Impl;
   std::unique_ptr<Impl> pImpl;

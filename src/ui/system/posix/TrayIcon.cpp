@@ -2,6 +2,7 @@
 
 #include <wx/frame.h>
 #include <wx/menu.h>
+#include <wx/notifmsg.h>
 #include <wx/taskbar.h>
 
 namespace {
@@ -64,4 +65,8 @@ void TrayIcon::Remove() {
 
 bool TrayIcon::Added() const {
   return pImpl->pIcon != nullptr;
+}
+
+bool TrayIcon::Tell(const wxString& szTitle, const wxString& szText) {
+  return wxNotificationMessage(szTitle, szText, &pImpl->Owner, wxICON_WARNING).Show();
 }

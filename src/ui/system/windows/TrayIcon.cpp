@@ -4,6 +4,8 @@
 #include <wx/menu.h>
 
 #include <cstring>
+#include <cwchar>
+#include <iterator>
 #include <string>
 
 #include "platform/windows/System.h"
@@ -120,4 +122,16 @@ void TrayIcon::Remove() {
 
 bool TrayIcon::Added() const {
   return pImpl->bAdded;
+}
+
+bool TrayIcon::Tell(const wxString& szTitle, const wxString& szText) {
+  NOTIFYICONDATAW aRecord{};
+  aRecord.cbSize = sizeof aRecord;
+  aRecord.hWnd = pImpl->hOwner;
+  aRecord.uID = lIdentifier;
+  aRecord.uFlags = NIF_INFO;
+  aRecord.dwInfoFlags = NIIF_WARNING;
+  wcsncpy(aRecord.szInfoTitle, szTitle.wc_str(), std::size(aRecord.szInfoTitle) - 1);
+  wcsncpy(aRecord.szInfo, szText.wc_str(), std::size(aRecord.szInfo) - 1);
+  return pImpl->bAdded && Shell_NotifyIconW(NIM_MODIFY, &aRecord) != FALSE;
 }
