@@ -44,7 +44,7 @@ fi
 if [ -n "$mode" ]; then
   wineserver -k || true  # an earlier one would hold on to a display that is gone
   [ $mode = --start ] || exit 0
-  wineserver -p
+  wineserver -p </dev/null >/dev/null 2>&1  # it stays, and would hold ours open
   # What Wine starts along stays too, and would hold open the output of the program that it came with.
   exec >/dev/null 2>&1 </dev/null
 fi
