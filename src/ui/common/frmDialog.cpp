@@ -98,14 +98,16 @@ void frmDialog::SelectOnFocus(wxTextCtrl* pBox) {
   const auto bEntered = std::make_shared<bool>(false);
   pBox->Bind(wxEVT_SET_FOCUS, [this, pBox](wxFocusEvent& aEvent) {
     aEvent.Skip();
+    if (pBox->IsBeingDeleted())
+      return;  // the focus wanders while the dialog's boxes go, and the dialog is half gone
     if (pBox == pAtEnd)
       pBox->SetInsertionPointEnd();
     else
       pBox->SelectAll();
   });
-  pBox->Bind(wxEVT_KILL_FOCUS, [this](wxFocusEvent& aEvent) {
+  pBox->Bind(wxEVT_KILL_FOCUS, [this, pBox](wxFocusEvent& aEvent) {
     aEvent.Skip();
-    pAtEnd = nullptr;
+    if (!pBox->IsBeingDeleted()) pAtEnd = nullptr;
   });
   // A click sets the caret after the focus has come.
   pBox->Bind(wxEVT_LEFT_DOWN, [pBox, bEntered](wxMouseEvent& aEvent) {
