@@ -40,7 +40,7 @@ Startup::Answer Startup::Read() {
 }
 
 Startup::Answer Startup::TurnOn() {
-  if (const Answer aPresent = Read(); aPresent.bOn && !HasValue()) return aPresent;
+  if (Answer aPresent = Read(); aPresent.bOn && !HasValue()) return aPresent;
   const std::string szCommand = Command();
   const auto lCode = RegSetKeyValueA(hSystemCurrentUser, szRunKey, szValue, lRegSz, szCommand.c_str(),
                                      static_cast<DWORD>(szCommand.size() + 1));
