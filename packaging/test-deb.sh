@@ -89,7 +89,8 @@ see() {
 see "$1" kestrova '^Kestrova$' 2 # the splash screen comes alone; then the main window, with a welcome at the first start
 see "$1" LogView 'Kestrova Log$' 1
 SCRIPT
-"${as_operator[@]}" xvfb-run -a -e "$HOME/xvfb.log" bash "$folder/windows.sh" "$root" || fail "windows"
+# A display without -noreset begins anew when its last window goes, and turns away who starts in that moment.
+"${as_operator[@]}" xvfb-run -a -s "-screen 0 1280x1024x24 -noreset" -e "$HOME/xvfb.log" bash "$folder/windows.sh" "$root" || fail "windows"
 
 [ "$(id -u)" = 0 ] || chmod -R u+w "$root/usr/lib/kestrova"
 dpkg_there -P kestrova

@@ -38,7 +38,7 @@ trap 'fail "a command answered $?"' ERR
 
 unset KESTROVA_HOME KESTROVA_REGISTRY WAYLAND_DISPLAY
 # The server chooses the number of the display, so that tests that start together never choose the same.
-Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$folder/display" >/dev/null 2>&1 &
+Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp -noreset 3>"$folder/display" >/dev/null 2>&1 &
 helpers+=($!)
 within 20 test -s "$folder/display"
 DISPLAY=:$(cat "$folder/display")

@@ -22,7 +22,7 @@ std::unique_ptr<ChildProcess> StartHelper(std::vector<std::string> aWords) {
 }  // namespace
 
 bool Display::Start() {
-  pServer = StartHelper({"Xvfb", "-displayfd", "1", "-screen", "0", "1280x1024x24", "-nolisten", "tcp"});
+  pServer = StartHelper({"Xvfb", "-displayfd", "1", "-screen", "0", "1280x1024x24", "-nolisten", "tcp", "-noreset"});
   if (!pServer->WaitForOutput("\n", 20)) return false;
   Environment::Set("DISPLAY", ":" + pServer->Output().substr(0, pServer->Output().find('\n')));
   Environment::Set("GDK_BACKEND", "x11");
