@@ -9,6 +9,8 @@ bool Start();
 void Stop();
 // Returns when the screen has dealt with all that was sent to it, so that its answers lie in our queue.
 void Sync();
+// Whether what the keyboard sends comes to this program's windows. When not, asks for it.
+bool HasKeyboard();
 // A notification area in the bottom left corner.
 bool StartTray();
 void StopTray();

@@ -79,6 +79,7 @@ bool Focused(wxWindow* pControl) {
 
 void Key(int lKey, int lModifiers) {
   // A menu's own key comes as the command.
+  EXPECT_TRUE(Until(Display::HasKeyboard));
   Arrival aArrival({wxEVT_CHAR_HOOK, wxEVT_KEY_DOWN, wxEVT_MENU});
   wxUIActionSimulator().Char(lKey, lModifiers);
   EXPECT_TRUE(aArrival.Came()) << "key " << lKey;

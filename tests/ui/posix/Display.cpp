@@ -22,7 +22,8 @@ std::unique_ptr<ChildProcess> StartHelper(std::vector<std::string> aWords) {
 }  // namespace
 
 bool Display::Start() {
-  pServer = StartHelper({"Xvfb", "-displayfd", "1", "-screen", "0", "1280x1024x24", "-nolisten", "tcp", "-noreset"});
+  pServer = StartHelper(
+      {"Xvfb", "-displayfd", "1", "-screen", "0", "1280x1024x24", "-nolisten", "tcp", "-noreset"});
   if (!pServer->WaitForOutput("\n", 20)) return false;
   Environment::Set("DISPLAY", ":" + pServer->Output().substr(0, pServer->Output().find('\n')));
   Environment::Set("GDK_BACKEND", "x11");
@@ -37,6 +38,11 @@ void Display::Sync() {
   const auto aDefault = reinterpret_cast<void* (*)()>(dlsym(RTLD_DEFAULT, "gdk_display_get_default"));
   const auto aSync = reinterpret_cast<void (*)(void*)>(dlsym(RTLD_DEFAULT, "gdk_display_sync"));
   if (aDefault && aSync) aSync(aDefault());
+}
+
+// The window manager sees to it.
+bool Display::HasKeyboard() {
+  return true;
 }
 
 bool Display::StartTray() {

@@ -1,6 +1,9 @@
 #include "ui/system/AccessibleName.h"
 
+#include <wx/access.h>
 #include <wx/window.h>
+
+#include <utility>
 
 #include "platform/windows/System.h"
 
@@ -9,16 +12,27 @@
 #include <oleacc.h>
 // clang-format on
 
-// Said of the window itself, beside whatever the control tells.
+namespace {
+
+// Tells the name itself and leaves all other questions to the control.
+class Named : public wxAccessible {
+ public:
+  Named(wxWindow* pControl, wxString szText) : wxAccessible(pControl), szName(std::move(szText)) {}
+
+  wxAccStatus GetName(int lChild, wxString* pName) override {
+    if (lChild != wxACC_SELF) return wxACC_NOT_IMPLEMENTED;
+    *pName = szName;
+    return wxACC_OK;
+  }
+
+ private:
+  const wxString szName;
+};
+
+}  // namespace
+
 void AccessibleName::Set(wxWindow& aControl, const wxString& szName) {
-  IAccPropServices* pServices = nullptr;
-  CoInitialize(nullptr);
-  if (FAILED(CoCreateInstance(CLSID_AccPropServices, nullptr, CLSCTX_INPROC_SERVER, IID_IAccPropServices,
-                              reinterpret_cast<void**>(&pServices))))
-    return;
-  pServices->SetHwndPropStr(static_cast<HWND>(aControl.GetHWND()), static_cast<DWORD>(OBJID_CLIENT),
-                            CHILDID_SELF, PROPID_ACC_NAME, szName.wc_str());
-  pServices->Release();
+  aControl.SetAccessible(new Named(&aControl, szName));
 }
 
 wxString AccessibleName::Get(const wxWindow& aControl) {
