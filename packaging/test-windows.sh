@@ -120,6 +120,13 @@ has "$(reg query "$entry")" 'InstallLocation +REG_SZ +C:\\Other folder$'
 wine "$setup" /S # the folder and the shortcuts stay as chosen
 [ -e "$home/kestrova.exe" ] && [ -e "$desktop" ] && [ -e "$menu/StartUp/Kestrova.lnk" ] || fail "not where it was"
 [ "$(sites)" = 1 ] || fail "the list is gone"
+code=0
+wine "$setup" /S /STARTUP=yes || code=$? # neither yes nor no: nothing is done
+[ $code = 2 ] && [ -e "$menu/StartUp/Kestrova.lnk" ] || fail "/STARTUP=yes answered $code"
+wine "$setup" /S /STARTUP=0
+[ -e "$desktop" ] && [ ! -e "$menu/StartUp/Kestrova.lnk" ] || fail "/STARTUP=0 was not heeded"
+wine "$setup" /S /STARTUP=0
+[ ! -e "$menu/StartUp/Kestrova.lnk" ] || fail "/STARTUP=0 was taken for 1"
 
 # Taken away: the list stays, unless that is asked for too. It goes on in a copy of itself.
 touch "$home/Logs/D-20200101.kvl"

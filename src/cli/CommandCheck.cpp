@@ -50,11 +50,24 @@ int OutcomeOf(const std::set<std::int32_t>& aSlots) {
   return bAllUp ? Report::iAllUp : Report::iNotAllUp;
 }
 
+// A monitoring system calls a plugin for each of its services, several at the same moment, and each is to
+// have its turn; it waits a minute for the answer.
+bool LockInTurn(SingleInstance& aInstance, bool bPlugin) {
+  constexpr double dPatience = 30;  // seconds
+  constexpr double dPause = 0.1;
+  for (double dWaited = 0; !aInstance.TryLock(); dWaited += dPause) {
+    if (!bPlugin || dWaited > dPatience) return false;
+    Clock::Wait(dPause);
+  }
+  return true;
+}
+
 // A pass for a script or a person: its exit code.
 int CheckOnce(const PassOptions& aOptions, PassView& aView) {
   if (!Report::OpenStore()) return Report::iFailed;
   SingleInstance aInstance;
-  if (!aInstance.TryLock()) return Report::Fail(FillResString(IDS_CLI_IN_USE, {Registry::StoreName()}));
+  if (!LockInTurn(aInstance, aOptions.bPlugin))
+    return Report::Fail(FillResString(IDS_CLI_IN_USE, {Registry::StoreName()}));
   if (!Load(aInstance, aOptions.bRestart)) return Report::iFailed;
 
   const auto aSlots = SiteChoice::Read(aOptions.szSite);

@@ -35,7 +35,7 @@ TEST_F(Startup, AServiceWhereThereIsNoDesktop) {
   const Result aOn = Run({"startup", "on"});
   EXPECT_THAT(aOn.szOutput, HasSubstr("loginctl enable-linger"));
   const std::string szUnit = aHome.Read("co nf$ig/systemd/user/kestrova-watch.service");
-  EXPECT_THAT(szUnit, HasSubstr("ExecStart=\"" + Program() + "\" watch\n"));
+  EXPECT_THAT(szUnit, HasSubstr("ExecStart=\"" + Program() + "\" watch --verbose\n"));
   EXPECT_THAT(szUnit, HasSubstr("Environment=\"KESTROVA_REGISTRY=" + aHome.Folder()));
   EXPECT_TRUE(fs::is_symlink(Config("systemd/user/default.target.wants/kestrova-watch.service")));
   EXPECT_THAT(Run({"startup", "status"}).szOutput, HasSubstr("starts with the machine"));
