@@ -80,7 +80,7 @@ cat >"$folder/windows.sh" <<'SCRIPT'
 see() {
   "$1/usr/bin/$2" &
   for ((tries = 0; $(xdotool search --onlyvisible --name "$3" 2>/dev/null | wc -l) < $4; tries++)); do
-    [ $tries -lt 200 ] && kill -0 $! || { echo "no window of $2"; exit 1; }
+    [ $tries -lt 600 ] && kill -0 $! || { echo "no window of $2"; exit 1; }
     sleep 0.1
   done
   kill $!

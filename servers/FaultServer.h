@@ -5,9 +5,9 @@
 // connection is closed. Answers are chosen by the request's path:
 //
 //   FaultServer aServer;
-//   aServer.Serve("/short", {Fault::Send("HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nabc"),
-//   Fault::Reset()}); aServer.ServeInOrder("/flaps", {Fault::Status("500 Oops"), Fault::Ok()});
-//   aInet.Execute(aServer.URL("/short"), "GET");
+//   aServer.Serve("/torn", {Fault::Send("HTTP/1.1 200 OK\r\nContent-Le"), Fault::Reset()});
+//   aServer.ServeInOrder("/flaps", {Fault::Status("500 Oops"), Fault::Ok()});
+//   aInet.Execute(aServer.URL("/torn"), "GET");
 //
 // All members may be called from any thread, at any time.
 #pragma once
@@ -55,9 +55,9 @@ class FaultServer {
   std::size_t Count(const std::string& szPath) const;
   std::size_t OpenConnections() const;
   // True once so many requests have come in all; false when the time ran out first.
-  bool WaitForRequests(std::size_t lWanted, std::int32_t lMilliseconds = 5000) const;
+  bool WaitForRequests(std::size_t lWanted, std::int32_t lMilliseconds = 30000) const;
   // True once every client has gone.
-  bool WaitUntilIdle(std::int32_t lMilliseconds = 5000) const;
+  bool WaitUntilIdle(std::int32_t lMilliseconds = 30000) const;
 
   // A port of 127.0.0.1 on which nothing listens.
   static std::uint16_t RefusingPort();

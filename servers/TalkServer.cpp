@@ -29,6 +29,12 @@ static TalkServer::Talk Do(TalkServer::Client& aClient, const Fault::Step& aStep
       aTimer.expires_after(aPause);
       co_await aTimer.async_wait(use_awaitable);
       break;
+    case Kind::HoldUntil:
+      for (constexpr std::chrono::milliseconds aLook(2); !*aStep.pGo;) {
+        aTimer.expires_after(aLook);
+        co_await aTimer.async_wait(use_awaitable);
+      }
+      break;
     case Kind::Hang:
       for (char aLost[4096];;)
         co_await aClient.async_read_some(asio::buffer(aLost), use_awaitable);

@@ -1,4 +1,6 @@
-// The pass as a whole: its order of steps, its guards against events that come in the middle, stop, schedule.
+// The pass against a real server and the real store: what it shows, whom it asks, what it leaves of the
+// user's cookies. What may come in the middle of it, and the schedule, is tried out by tests/simulated/ from
+// every side.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -6,15 +8,10 @@
 
 #include "check/CookiePolicy.h"
 #include "check/PassFixture.h"
-#include "check/Schedule.h"
 #include "support/Stored.h"
 
 using Events = std::vector<std::string>;
 using modAddress::Site;
-
-namespace {
-const Fault::Answer aHang = {Fault::Hang()};
-}  // namespace
 
 TEST(Pass, ShowsItsStepsInOrder) {
   PassFixture b;
@@ -54,6 +51,12 @@ TEST(Pass, ShowsItsStepsInOrder) {
   EXPECT_EQ(b.View.aEvents, aAutomatic);
   EXPECT_EQ(b.Log()[3], "[START CHECK: AUTO - 11/15/1999 6:44:21 PM]");
   EXPECT_FALSE(b.View.bLocked);
+
+  b.Server.Serve("/x", Fault::Status("404 x"));
+  modAddress::ReplaceSite(
+      1, {b.Server.Address(), b.Server.Site("/x"), SiteStatus::iWarning, SiteRecord::iEnabled, 30, ""});
+  b.Engine.mF_StartCheck_Click();
+  EXPECT_TRUE(b.View.Has("progress IP Check: http://" + b.Server.Address()));
 }
 
 TEST(Pass, AnEmptyListSaysSo) {
@@ -66,24 +69,6 @@ TEST(Pass, AnEmptyListSaysSo) {
   b.Engine.TimerAutoCheck_Timer();
   EXPECT_EQ(b.View.aEvents, (Events{"panel 3: No sites to check.", "panel 2: Next: 7:44:21 PM"}));
   EXPECT_EQ(b.View.aMessages.size(), 2U);
-}
-
-TEST(Pass, NothingStartsASecondPassInsideTheFirst) {
-  PassFixture b;
-  Settings.Interval = 1;
-  b.Server.Serve("/x", {Fault::Delay(60), Fault::Send("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n")});
-  b.Add(b.Server.Site("/x"));
-  b.View.OnPump = [&b] {
-    b.aClock.Advance(0.1);
-    b.aClock.SetWall(b.aClock.WallTime() + 1);  // the next pass is long overdue
-    b.Engine.mF_StartCheck_Click();
-    b.Engine.TimerAutoCheck_Timer();
-  };
-  b.Engine.mF_StartCheck_Click();
-  EXPECT_EQ(b.Server.Count(), 1U);
-  b.View.OnPump = {};
-  b.Engine.TimerAutoCheck_Timer();
-  EXPECT_EQ(b.Server.Count(), 2U) << "the overdue pass comes at the first tick after the end";
 }
 
 TEST(Pass, DisabledAndUnusableSites) {
@@ -116,28 +101,9 @@ TEST(Stop, BetweenTwoRequestsBlamesNoSite) {
   EXPECT_EQ(b.Log().size(), 3U);
 }
 
-TEST(Stop, DuringTheIPCheckLeavesTheWarning) {
-  PassFixture b;
-  b.Server.Serve("/x", Fault::Status("404 x"));
-  b.Server.Serve("/", aHang);
-  b.Add(b.Server.Site("/x"), b.Server.Address(), SiteStatus::iWarning);
-  b.View.OnPump = [&b] {
-    if (b.Server.Count("/") == 0) return;
-    EXPECT_EQ(b.Engine.State(), PassState::CheckingIP);
-    b.Engine.StopCheck();
-    EXPECT_EQ(b.Engine.State(), PassState::Stopping);
-  };
-  b.Engine.mF_StartCheck_Click();
-  EXPECT_EQ(Site(1).Status, SiteStatus::iWarning);
-  ASSERT_EQ(b.Log().size(), 3U);
-  EXPECT_EQ(b.Log()[1],
-            "11/15/1999 5:44:21 PM,(1) http://SERVER/x<BR>(2) http://SERVER,404 File Not Found,0,Manually "
-            "Stopped.,2");
-}
-
 TEST(Stop, QuitIsSilentAndStartsNothingMore) {
   PassFixture b;
-  b.Server.Serve("/x", aHang);
+  b.Server.Serve("/x", {Fault::Hang()});
   b.Add(b.Server.Site("/x"));
   b.View.OnPump = [&b] {
     if (b.Server.Count() > 0) b.Engine.Quit();
@@ -151,25 +117,9 @@ TEST(Stop, QuitIsSilentAndStartsNothingMore) {
   EXPECT_TRUE(b.View.aMessages.empty());
 }
 
-TEST(Pass, AnEditedSiteIsNotJudgedByItsOldAddress) {
-  PassFixture b;
-  b.Server.Serve("/old", aHang);
-  b.Add(b.Server.Site("/old"));
-  b.Add(b.Server.Site("/other"));
-  b.View.OnPump = [&b] {
-    if (b.Server.Count("/old") == 0 || b.Engine.CheckIndex() != 1) return;
-    b.Engine.DropRequest(2);
-    b.Engine.DropRequest(1);
-  };
-  b.Engine.mF_StartCheck_Click();
-  EXPECT_EQ(Site(1).Status, SiteStatus::iNotKnown);
-  EXPECT_EQ(Site(2).Status, SiteStatus::iUp);
-  EXPECT_EQ(b.Log().size(), 3U);
-}
-
 TEST(Pass, ASiteThatThrowsCostsTheNextOneNothing) {
   PassFixture b;
-  b.Server.Serve("/1", aHang);
+  b.Server.Serve("/1", {Fault::Hang()});
   b.AddPaths(2);
   b.View.OnPump = [&b, bThrown = false]() mutable {
     if (b.Server.Count("/1") == 0 || bThrown) return;
@@ -181,7 +131,7 @@ TEST(Pass, ASiteThatThrowsCostsTheNextOneNothing) {
   EXPECT_EQ(Site(1).Status, SiteStatus::iNotKnown);
   EXPECT_EQ(Site(2).Status, SiteStatus::iUp);
   EXPECT_EQ(b.Log().size(), 3U);
-  EXPECT_LT(aWatch.Seconds(), 5);
+  EXPECT_LT(aWatch.Seconds(), 20) << "the first one's time-out is 30";
 }
 
 TEST(Pass, TheUsersCookieValueIsNeverInvented) {
@@ -219,16 +169,4 @@ TEST(Pass, CookiesAreKeptForOnePassAtMost) {
       szSent += aRequest.szHead.find("Cookie: a=b") != std::string::npos ? "y" : "n";
     EXPECT_EQ(szSent, bAccept ? "nyny" : "nnnn");
   }
-}
-
-TEST(Schedule, SurvivesAClockThatIsSet) {
-  PassFixture b;
-  Schedule::SetNextCheck(60);
-  b.aClock.SetWall(b.aClock.WallTime() - 365);
-  EXPECT_FALSE(Schedule::IsDue());
-  b.aClock.Advance(3600);
-  EXPECT_TRUE(Schedule::IsDue()) << "set back by a year: still due after an hour";
-  Schedule::SetNextCheck(60);
-  b.aClock.SetWall(b.aClock.WallTime() + 1);
-  EXPECT_TRUE(Schedule::IsDue()) << "set forward: due by the clock on the wall";
 }

@@ -78,7 +78,7 @@ TEST_F(Cli, APassRefusesOtherProgramsAndAnInterruptStopsItInGoodOrder) {
   EXPECT_EQ(Run({"export", aHome.Path("look.kvd")}).iCode, 0) << "only looks";
 
   aCheck.Interrupt();
-  EXPECT_EQ(aCheck.Wait(2), 130) << "128 and the signal's number: not all sites were checked";
+  EXPECT_EQ(aCheck.Wait(dMostSeconds), 130) << "128 and the signal's number: not all sites were checked";
   EXPECT_THAT(aCheck.Output(), HasPattern("  stopped +http://[^ ]*/b-hang +Manually Stopped."));
   EXPECT_THAT(aCheck.Output(), HasSubstr("Stopped. 1 site checked"));
   EXPECT_EQ(aServer.Count("/c-never"), 0U);
@@ -91,7 +91,7 @@ TEST_F(Cli, WatchWaitsForItsTimeAndEndsAtOnce) {
   ChildProcess aWatch(Program(), {"watch"});
   ASSERT_TRUE(aWatch.WaitForOutput("Watching 1 site. Next: ", dMostSeconds));
   aWatch.Interrupt();
-  EXPECT_EQ(aWatch.Wait(2), 0) << "it was asked to end";
+  EXPECT_EQ(aWatch.Wait(dMostSeconds), 0) << "it was asked to end";
   EXPECT_EQ(aServer.Count(), 0U);
 }
 

@@ -13,10 +13,8 @@ class RecordingView : public CheckView {
  public:
   std::vector<std::string> aEvents;              // in order; the clock panel and progress states are left out
   std::vector<std::string> aStates;              // the progress window's status line
-  std::map<std::int32_t, std::int16_t> aLights;  // by slot
   std::map<std::int32_t, std::string> aRemarks;  // by slot
   std::vector<std::string> aMessages;
-  int lBells = 0;
   bool bLocked = false;
   std::function<void()> OnPump;      // called at every PumpEvents
   std::function<void()> OnRecorded;  // called at every SiteRecorded
@@ -33,7 +31,6 @@ class RecordingView : public CheckView {
   }
   void EnsureRowVisible(std::int32_t lSlot) override { Note("visible", lSlot); }
   void ShowLight(std::int32_t lSlot, std::int16_t iIcon) override {
-    aLights[lSlot] = iIcon;
     Note("light", lSlot, ": " + std::to_string(iIcon));
   }
   void ShowLightText(std::int32_t lSlot, const std::string& szText) override {
@@ -53,7 +50,7 @@ class RecordingView : public CheckView {
   void ShowProgressSite(const std::string& szText) override { aEvents.push_back("progress " + szText); }
   void ShowProgressStatus(const std::string& szText) override { aStates.push_back(szText); }
   void ShowMessage(const std::string& szText) override { aMessages.push_back(szText); }
-  void SoundBell() override { ++lBells; }
+  void SoundBell() override {}
   void LockCommands(bool bLock) override {
     bLocked = bLock;
     aEvents.emplace_back(bLock ? "locked" : "unlocked");
