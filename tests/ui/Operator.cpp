@@ -64,10 +64,6 @@ void Settle() {
   }
 }
 
-void PumpFor(double dSeconds) {
-  Until([] { return false; }, dSeconds);
-}
-
 bool Focused(wxWindow* pControl) {
   auto* pTop = dynamic_cast<wxTopLevelWindow*>(wxGetTopLevelParent(pControl));
   return Until([&] {

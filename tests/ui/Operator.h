@@ -16,7 +16,6 @@
 bool Until(const std::function<bool()>& aHolds, double dSeconds = 60);
 // Handles all that has been sent or asked for by now: before a test says that something did not happen.
 void Settle();
-void PumpFor(double dSeconds);
 
 // The open window of a class, nullptr for none.
 template <typename Window>

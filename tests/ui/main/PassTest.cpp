@@ -175,7 +175,8 @@ TEST(Pass, TheScheduleGoesOnUnderABoxThatNobodyCloses) {
 // must not become a time-out, and with it a false alert. A message waits for the end of the pass.
 TEST(Pass, AnOpenDialogMakesNoFalseTimeOut) {
   FaultServer aServer;
-  aServer.Serve("/slow", {Fault::Delay(300), Fault::Send("HTTP/1.1 200 OK\r\n\r\n")});
+  const auto pOpen = std::make_shared<std::atomic<bool>>(false);
+  aServer.Serve("/slow", {Fault::HoldUntil(pOpen), Fault::Send("HTTP/1.1 200 OK\r\n\r\n")});
   Program aProgram({Site(aServer.Site("/slow"), 1, 1)});
   wxDialog aDialog(&aProgram.Main(), wxID_ANY, "in the way");
   Answers aAnswers({"ok"});
@@ -187,6 +188,7 @@ TEST(Pass, AnOpenDialogMakesNoFalseTimeOut) {
       bOpened = true;
       aProgram.Main().ShowMessage("later");
       During aClose([&] {
+        *pOpen = aDialog.IsModal();
         // By now the answer is in, and then the deadline passes while the dialog is still open.
         if (aSites[1].Comments.empty() || !aDialog.IsModal()) return;
         aProgram.aClock.Advance(3600);

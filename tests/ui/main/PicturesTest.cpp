@@ -6,8 +6,11 @@
 #include <wx/notebook.h>
 #include <wx/stattext.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <utility>
+#include <vector>
 
 #include "support/ChildProcess.h"
 #include "support/LogScript.h"
@@ -30,23 +33,30 @@ namespace fs = std::filesystem;
 
 namespace {
 
-void Save(const std::string& szName, const wxRect& aPart) {
-  PumpFor(0.5);
-  const auto szFile = std::string(std::getenv("KESTROVA_PICTURES")) + "/" + szName + ".png";
-  ASSERT_TRUE(Screen::Save(szFile, aPart)) << szName;
-  // A window that was covered, or not yet drawn, is a plain area.
-  if (!wxImage::FindHandler(wxBITMAP_TYPE_PNG)) wxImage::AddHandler(new wxPNGHandler);
-  wxImage aTaken;
-  ASSERT_TRUE(aTaken.LoadFile(ToWx(szFile), wxBITMAP_TYPE_PNG)) << szName;
-  constexpr unsigned long lPlain = 8;
-  EXPECT_GT(aTaken.CountColours(lPlain + 1), lPlain) << szName;
-}
-
-void Save(const std::string& szName, wxWindow* pWindow) {
+// Taken again until three pictures in a row are alike: by then all is drawn, and stands where the window
+// manager wants it.
+void Save(const std::string& szName, wxWindow* pWindow, int lMostHeight = 10000) {
   ASSERT_TRUE(pWindow) << szName;
-  pWindow->Raise();
-  PumpFor(0.3);  // window managers move what they frame
-  Save(szName, pWindow->GetScreenRect());
+  const auto szFile = std::string(std::getenv("KESTROVA_PICTURES")) + "/" + szName + ".png";
+  if (!wxImage::FindHandler(wxBITMAP_TYPE_PNG)) wxImage::AddHandler(new wxPNGHandler);
+  wxGetTopLevelParent(pWindow)->Raise();
+  std::vector<unsigned char> aBefore;
+  int lAlike = 0;
+  EXPECT_TRUE(Until([&] {
+    pWindow->Update();
+    Settle();
+    wxRect aPart = pWindow->GetScreenRect();
+    aPart.height = std::min(aPart.height, lMostHeight);
+    wxImage aTaken;
+    if (!Screen::Save(szFile, aPart) || !aTaken.LoadFile(ToWx(szFile), wxBITMAP_TYPE_PNG)) return false;
+    const auto lBytes = 3 * aTaken.GetWidth() * aTaken.GetHeight();
+    std::vector<unsigned char> aNow(aTaken.GetData(), aTaken.GetData() + lBytes);
+    lAlike = aNow == aBefore ? lAlike + 1 : 1;
+    aBefore = std::move(aNow);
+    // A window that is covered, or not yet drawn, is a plain area.
+    constexpr unsigned long lPlain = 8;
+    return lAlike >= 3 && aTaken.CountColours(lPlain + 1) > lPlain;
+  })) << szName;
 }
 
 template <typename Window>
@@ -87,29 +97,32 @@ void SaveMain(Program& aProgram) {
   aMain.Display_lvwMain(4);
   aMain.ShowPanel(3, "Last: 11:58:30 AM");
   Save("main", &aMain);
-  const wxRect aList = aMain.lvwMain->GetScreenRect();
-  Save("list", wxRect(aList.x, aList.y, aList.width, 180));
+  Save("list", aMain.lvwMain, 180);
   SaveProgress("progress", aMain, "www.example.com/shop");
+}
+
+void CloseDialog(Program& aProgram) {
+  Key(WXK_ESCAPE);
+  EXPECT_TRUE(Until([&] { return !Open<wxDialog>() && aProgram.Main().IsEnabled(); }));
 }
 
 void SaveDialogs(Program& aProgram) {
   aProgram.Run(mF_NewAddress);
   Save("editor", Open<wxDialog>());
   Key(WXK_RETURN);
-  PumpFor(0.2);
+  EXPECT_TRUE(Until([] { return Open<frmNotice>() != nullptr; }));
   Save("notice", Open<frmNotice>());
   CloseNotice();
-  Key(WXK_ESCAPE);
+  CloseDialog(aProgram);
   aProgram.Run(mE_Options);
   for (std::size_t i = 0; const char* szPage : {"timer", "manager", "logs", "cookies"}) {
     Open<frmOptions>()->tabOptions->SetSelection(i++);
     Save(std::string("options-") + szPage, Open<frmOptions>());
   }
-  Key(WXK_ESCAPE);
-  PumpFor(0.2);
+  CloseDialog(aProgram);
   aProgram.Run(mH_About);
   Save("about", Open<frmAbout>());
-  Key(WXK_ESCAPE);
+  CloseDialog(aProgram);
 }
 
 void SaveOthers(Program& aProgram) {
@@ -162,7 +175,7 @@ TEST(Pictures, OfTheWindowsWithNothingAndWithLongTexts) {
   SaveProgress("progress-long", aProgram.Main(), szLong);
   aProgram.Run(mE_EditAddress);
   Save("editor-long", Open<wxDialog>());
-  Key(WXK_ESCAPE);
+  CloseDialog(aProgram);
   SaveViewer("viewer-long-", aProgram,
              LogScript()
                  .Start()

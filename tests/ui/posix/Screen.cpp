@@ -12,7 +12,7 @@ bool Screen::Save(const std::string& szFile, const wxRect& aPart) {
                              std::to_string(aPart.x) + "+" + std::to_string(aPart.y);
   ChildProcess aCamera("import", {"-window", "root", "-crop", szCrop, "+repage", "-strip", "+dither",
                                   "-colors", "96", "PNG8:" + szFile});
-  return aCamera.Wait(10) == 0;
+  return aCamera.Wait(60) == 0;
 }
 
 // The area lies at the bottom left corner and is as large as its icons.
