@@ -41,18 +41,19 @@ else
 fi
 
 differs=0
-same() { if cmp -s "$1" "$2"; then echo "the same: ${1##*/}"; else echo "differs: ${1##*/}"; differs=1; fi; }
+same() { if cmp -s "$2" "$3"; then echo "the same: $1"; else echo "differs: $1"; differs=1; fi; }
 for program in "$there"/bin/*; do
   [ -f "$program" ] && [ -x "$program" ] || continue
   name=${program##*/}
-  "$strip" -o "$folder/here-$name" "$build/bin/$name"
-  "$strip" -o "$folder/there-$name" "$program"
-  same "$folder/here-$name" "$folder/there-$name"
+  # -p: of a Windows program it would else set the time inside it to that of now.
+  "$strip" -p -o "$folder/here-$name" "$build/bin/$name"
+  "$strip" -p -o "$folder/there-$name" "$program"
+  same "$name" "$folder/here-$name" "$folder/there-$name"
 done
 (cd "$build" && quietly cpack -B "$folder/here")
 (cd "$there" && quietly cpack -B "$folder/there")
 for package in "$folder"/here/Kestrova-*.* "$folder"/here/kestrova_*.*; do
-  [ ! -f "$package" ] || same "$package" "$folder/there/${package##*/}"
+  [ ! -f "$package" ] || same "${package##*/}" "$package" "$folder/there/${package##*/}"
 done
 # Of the package of symbols only what it installs: cpack writes the folder it was made in into its list of sums.
 for package in "$folder"/here/kestrova-dbgsym_*; do
