@@ -1,6 +1,4 @@
 // pass_bench: what a pass costs. Prints its figures; bench/README.md says how to read them.
-#include <curl/curl.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -11,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/BareLoop.h"
 #include "check/CheckEngine.h"
 #include "check/QuietView.h"
 #include "persistence/ProductKeys.h"
@@ -74,32 +73,9 @@ void Store(const std::vector<SiteRecord>& aRecords) {
   modAddress::LoadSites(false, false);
 }
 
-std::size_t Discard(char*, std::size_t lSize, std::size_t lCount, void*) {
-  return lSize * lCount;
-}
-
-// The least a client of this library can do for one URL after the other: a new handle and a new connection
-// each, as the monitor has it, and nothing else.
-double BareLoop(const std::vector<std::string>& aURLs) {
+double TimeBareLoop(const std::vector<std::string>& aURLs) {
   const double dStart = Now();
-  CURLM* pMulti = curl_multi_init();
-  for (const auto& szURL : aURLs) {
-    CURL* pEasy = curl_easy_init();
-    curl_easy_setopt(pEasy, CURLOPT_URL, szURL.c_str());
-    curl_easy_setopt(pEasy, CURLOPT_NOSIGNAL, 1L);
-    curl_easy_setopt(pEasy, CURLOPT_FRESH_CONNECT, 1L);
-    curl_easy_setopt(pEasy, CURLOPT_FORBID_REUSE, 1L);
-    curl_easy_setopt(pEasy, CURLOPT_WRITEFUNCTION, Discard);
-    curl_multi_add_handle(pMulti, pEasy);
-    int lRunning = 1;
-    while (lRunning > 0) {
-      curl_multi_perform(pMulti, &lRunning);
-      if (lRunning > 0) curl_multi_poll(pMulti, nullptr, 0, 10, nullptr);
-    }
-    curl_multi_remove_handle(pMulti, pEasy);
-    curl_easy_cleanup(pEasy);
-  }
-  curl_multi_cleanup(pMulti);
+  BareLoop::OnCurl(aURLs);
   return Now() - dStart;
 }
 
@@ -159,7 +135,7 @@ void CompareWithBareLoop() {
   Runner aRunner;
   std::vector<double> aBare, aPlain, aFull;
   for (int i = 0; i < lRounds; ++i) {
-    aBare.push_back(BareLoop(aURLs));
+    aBare.push_back(TimeBareLoop(aURLs));
     TakeList(aUnsaved);
     Settings.LogPeriod = 0;
     aPlain.push_back(aRunner.Pass());

@@ -92,8 +92,9 @@ bool Report::LoadRebuilt(bool bKeepResults) {
   if (modAddress::LoadSites(bKeepResults, bKeepResults) != 0) return false;
   modAddress::ListKeyNames(aAfter);
   std::string szDropped;
+  std::sort(aAfter.begin(), aAfter.end());
   for (const auto& szName : aBefore)
-    if (std::find(aAfter.begin(), aAfter.end(), szName) == aAfter.end())
+    if (!std::binary_search(aAfter.begin(), aAfter.end(), szName))
       szDropped += (szDropped.empty() ? "" : ", ") + szName;
   if (szDropped.empty()) return true;
   bIncomplete = true;

@@ -1,6 +1,7 @@
 #include "persistence/RegistryAccess.h"
 
 #include <algorithm>
+#include <cstring>
 #include <limits>
 #include <optional>
 
@@ -11,6 +12,9 @@ namespace {
 
 constexpr std::uint32_t lFullAccess = 0x3F;
 constexpr std::uint32_t lKeyNameBuffer = 256;
+constexpr std::size_t lLongestValueName = 16384;  // with its NUL
+constexpr std::size_t lUsualName = 64;            // more than nearly all values have
+constexpr std::size_t lUsualData = 512;
 
 constexpr std::int32_t lTypeText = static_cast<std::int32_t>(Registry::REG_SZ);
 constexpr std::int32_t lTypeNumber = static_cast<std::int32_t>(Registry::REG_DWORD);
@@ -65,29 +69,33 @@ void Assign(const Variant& aValue, Number& lField) {
   if (const auto lNumber = NumberOf(aValue)) lField = Text::Saturate<Number>(*lNumber);
 }
 
-std::int32_t QueryText(Registry::Key hKey, const std::string& szName, std::uint32_t lSize,
-                       std::optional<Variant>& aFound, std::int32_t& lType) {
-  if (lSize == 0) return Registry::lSuccess;
-  std::string szBuffer(lSize, '\0');
-  const auto lCode = Registry::RegQueryValueExA(hKey, szName.c_str(), nullptr, szBuffer.data(), &lSize);
-  lType = lTypeText;
-  if (lCode != Registry::lSuccess) {
-    aFound = Variant{};
-    return lCode;
-  }
-  szBuffer.resize(std::min<std::size_t>(szBuffer.size(), lSize));
-  if (!szBuffer.empty()) szBuffer.pop_back();  // the NUL that every stored string ends with
-  aFound = std::move(szBuffer);
-  return lCode;
+// What was stored as text or as a number. Nothing of another type, nor of a size that is none of a number,
+// nor of a text without even its NUL.
+std::optional<Variant> Decode(std::uint32_t lStoredType, std::string_view szData) {
+  if (lStoredType == Registry::REG_SZ && !szData.empty())
+    return std::string(
+        szData.substr(0, szData.size() - 1));  // without the NUL that every stored string ends with
+  std::int32_t lNumber = 0;
+  if (lStoredType != Registry::REG_DWORD || szData.size() > sizeof lNumber) return std::nullopt;
+  std::memcpy(&lNumber, szData.data(), szData.size());
+  return lNumber;
 }
 
-std::int32_t QueryNumber(Registry::Key hKey, const std::string& szName, std::optional<Variant>& aFound,
-                         std::int32_t& lType) {
-  std::int32_t lNumber = 0;
-  std::uint32_t lSize = sizeof lNumber;
-  const auto lCode = Registry::RegQueryValueExA(hKey, szName.c_str(), nullptr, &lNumber, &lSize);
-  if (lCode == Registry::lSuccess) aFound = lNumber;
-  lType = lTypeNumber;
+std::int32_t TypeOf(std::uint32_t lStoredType) {
+  return lStoredType == Registry::REG_SZ ? lTypeText : lStoredType == Registry::REG_DWORD ? lTypeNumber : 0;
+}
+
+// The buffer grows where it is too small for the data.
+std::int32_t QueryData(Registry::Key hKey, const std::string& szName, std::uint32_t& lStoredType,
+                       std::string& szData) {
+  szData.resize(lUsualData);
+  auto lSize = static_cast<std::uint32_t>(szData.size());
+  auto lCode = Registry::RegQueryValueExA(hKey, szName.c_str(), &lStoredType, szData.data(), &lSize);
+  if (lCode == Registry::lMoreData) {
+    szData.resize(lSize);
+    lCode = Registry::RegQueryValueExA(hKey, szName.c_str(), &lStoredType, szData.data(), &lSize);
+  }
+  szData.resize(std::min<std::size_t>(szData.size(), lSize));
   return lCode;
 }
 
@@ -95,13 +103,19 @@ std::int32_t QueryNumber(Registry::Key hKey, const std::string& szName, std::opt
 std::int32_t Query(Registry::Key hKey, const std::string& szName, std::optional<Variant>& aFound,
                    std::int32_t& lType) {
   std::uint32_t lStoredType = 0;
-  std::uint32_t lSize = 0;
-  const auto lCode = Registry::RegQueryValueExA(hKey, szName.c_str(), &lStoredType, nullptr, &lSize);
-  if (lCode != Registry::lSuccess) return lCode;
-  if (lStoredType == Registry::REG_SZ) return QueryText(hKey, szName, lSize, aFound, lType);
-  if (lStoredType == Registry::REG_DWORD) return QueryNumber(hKey, szName, aFound, lType);
-  lType = 0;
-  return -1;
+  std::string szData;
+  const auto lCode = QueryData(hKey, szName, lStoredType, szData);
+  if (lCode != Registry::lSuccess) {
+    if (lStoredType != Registry::REG_SZ) return lCode;
+    aFound = Variant{};  // a text that was there, and could not be read whole
+    lType = lTypeText;
+    return lCode;
+  }
+  aFound = Decode(lStoredType, szData);
+  if (lStoredType == Registry::REG_SZ && !aFound) return lCode;
+  lType = TypeOf(lStoredType);
+  if (lStoredType == Registry::REG_DWORD && !aFound) return Registry::lMoreData;
+  return lType != 0 ? lCode : -1;
 }
 
 template <typename Field>
@@ -115,23 +129,12 @@ std::int32_t ReadInto(Registry::Key hRoot, const std::string& szPath, const std:
   return lCode;
 }
 
-// Reads the value that has just been listed. Data beyond the limit is not read.
-void FillEntry(Registry::Key hKey, const std::string& szStoredName, std::uint32_t lStoredType,
-               std::uint32_t lLimit, RegValueEntry& aEntry) {
+void FillEntry(std::uint32_t lStoredType, std::string_view szData, RegValueEntry& aEntry) {
   if (lStoredType == Registry::REG_SZ) {
-    std::string szBuffer(lLimit, ' ');
-    auto lSize = lLimit;
-    const auto lCode =
-        Registry::RegQueryValueExA(hKey, szStoredName.c_str(), nullptr, szBuffer.data(), &lSize);
-    if (lCode != Registry::lSuccess) szBuffer.clear();
-    szBuffer.resize(std::min<std::size_t>(szBuffer.size(), lSize));
-    aEntry.Value = Text::Trim(szBuffer.substr(0, szBuffer.find('\0')));
+    aEntry.Value = Text::Trim(szData.substr(0, szData.find('\0')));
     aEntry.Type = lTypeText;
   } else if (lStoredType == Registry::REG_DWORD) {
-    std::int32_t lNumber = 0;
-    std::uint32_t lSize = sizeof lNumber;
-    Registry::RegQueryValueExA(hKey, szStoredName.c_str(), nullptr, &lNumber, &lSize);
-    aEntry.Value = lNumber;
+    aEntry.Value = Decode(lStoredType, szData).value_or(std::int32_t{0});
     aEntry.Type = lTypeNumber;
   } else {
     aEntry.Type = -1;
@@ -178,12 +181,12 @@ std::int32_t RegListKeys(Registry::Key hRoot, const std::string& szPath, std::st
   const OpenedKey aKey(hRoot, szPath);
   const auto lBytes = std::max<std::uint32_t>(Text::Saturate<std::uint32_t>(lBufferLength), lKeyNameBuffer);
   auto lCode = aKey.bRefused ? Registry::lAccessDenied : Registry::lSuccess;
+  std::string szName(lBytes, ' ');
   for (std::int32_t lIndex = 0; lIndex <= lMaxIndex && lCode == Registry::lSuccess; ++lIndex) {
-    std::string szName(lBytes, ' ');
     lCode =
         Registry::RegEnumKeyA(aKey.hKey, static_cast<std::uint32_t>(lIndex), szName.data(), lKeyNameBuffer);
     if (lCode == Registry::lSuccess) {
-      szNames += Text::Trim(szName);
+      szNames += Text::Trim(std::string_view(szName).substr(0, szName.find('\0') + 1));
       ++lCount;
     } else if (lCode == Registry::lMoreData) {
       lCode = Registry::lSuccess;  // one name that is too long must not hide all those after it
@@ -204,27 +207,79 @@ std::int32_t RegListValues(Registry::Key hRoot, const std::string& szPath,
   const OpenedKey aKey(hRoot, szPath);
   if (aKey.bRefused) return Registry::lAccessDenied;
   const auto lBytes = Text::Saturate<std::uint32_t>(lLimit);
+  std::string szName(lBytes, ' '), szData(lBytes, ' ');
   std::int32_t lResult = Registry::lSuccess;
   for (std::int32_t lIndex = 0; lIndex <= lLimit; ++lIndex) {
     ++lCount;
-    std::string szName(lBytes, ' ');
-    auto lNameSize = lBytes;
-    auto lDataSize = lBytes;
-    std::uint32_t lStoredType = 0;
-    const auto lCode = Registry::RegEnumValueA(aKey.hKey, static_cast<std::uint32_t>(lIndex), szName.data(),
-                                               &lNameSize, &lStoredType, nullptr, &lDataSize);
+    std::uint32_t lStoredType = 0, lNameSize = lBytes, lDataSize = lBytes;
+    const auto Enumerate = [&](void* pData) {
+      lNameSize = lBytes;
+      return Registry::RegEnumValueA(aKey.hKey, static_cast<std::uint32_t>(lIndex), szName.data(), &lNameSize,
+                                     &lStoredType, pData, &lDataSize);
+    };
+    auto lCode = Enumerate(szData.data());
+    if (lCode == Registry::lMoreData && lDataSize > lBytes) {  // data beyond the limit is not read
+      lCode = Enumerate(nullptr);
+      lDataSize = 0;
+    }
     if (lCode != Registry::lSuccess) {
       if (lCode != Registry::lNoMoreItems) lResult = lCode;
       break;
     }
-    szName.resize(std::min(szName.find('\0'), szName.size()));
     auto& aEntry = aEntries.emplace_back();
-    aEntry.Name = Text::Trim(szName);
-    FillEntry(aKey.hKey, szName, lStoredType, lBytes, aEntry);
+    aEntry.Name = Text::Trim(std::string_view(szName).substr(0, szName.find('\0')));
+    FillEntry(lStoredType, std::string_view(szData).substr(0, lDataSize), aEntry);
   }
   if (lCount > 0) --lCount;  // the last turn failed or went past the limit
   aEntries.resize(static_cast<std::size_t>(lCount) + 1);
   return lResult;
+}
+
+std::int32_t RegReadValues(Registry::Key hRoot, const std::string& szPath,
+                           std::vector<RegValueEntry>& aEntries) {
+  aEntries.clear();
+  const OpenedKey aKey(hRoot, szPath);
+  if (aKey.bRefused) return Registry::lAccessDenied;
+  std::string szName(lUsualName, '\0'), szData(lUsualData, '\0');
+  for (std::uint32_t lIndex = 0;;) {
+    auto lNameSize = static_cast<std::uint32_t>(szName.size());
+    auto lSize = static_cast<std::uint32_t>(szData.size());
+    std::uint32_t lStoredType = 0;
+    const auto lCode = Registry::RegEnumValueA(aKey.hKey, lIndex, szName.data(), &lNameSize, &lStoredType,
+                                               szData.data(), &lSize);
+    if (lCode == Registry::lMoreData && (lSize > szData.size() || szName.size() < lLongestValueName)) {
+      szData.resize(std::max<std::size_t>(szData.size(), lSize));
+      szName.resize(lLongestValueName);
+      continue;
+    }
+    if (lCode != Registry::lSuccess) return lCode == Registry::lNoMoreItems ? Registry::lSuccess : lCode;
+    ++lIndex;
+    if (auto aFound = Decode(lStoredType, std::string_view(szData).substr(0, lSize)))
+      aEntries.push_back({szName.substr(0, lNameSize), std::move(*aFound), TypeOf(lStoredType)});
+  }
+}
+
+const RegValueEntry* FindValue(const std::vector<RegValueEntry>& aEntries, std::string_view szName) {
+  const auto pFound = std::find_if(aEntries.begin(), aEntries.end(), [&](const RegValueEntry& aEntry) {
+    return Text::EqualNoCase(aEntry.Name, szName);
+  });
+  return pFound != aEntries.end() ? &*pFound : nullptr;
+}
+
+void TakeValue(const std::vector<RegValueEntry>& aEntries, std::string_view szName, std::string& szField) {
+  if (const auto* const pEntry = FindValue(aEntries, szName)) Assign(pEntry->Value, szField);
+}
+
+void TakeValue(const std::vector<RegValueEntry>& aEntries, std::string_view szName, std::uint8_t& iField) {
+  if (const auto* const pEntry = FindValue(aEntries, szName)) Assign(pEntry->Value, iField);
+}
+
+void TakeValue(const std::vector<RegValueEntry>& aEntries, std::string_view szName, std::int16_t& iField) {
+  if (const auto* const pEntry = FindValue(aEntries, szName)) Assign(pEntry->Value, iField);
+}
+
+void TakeValue(const std::vector<RegValueEntry>& aEntries, std::string_view szName, std::int32_t& lField) {
+  if (const auto* const pEntry = FindValue(aEntries, szName)) Assign(pEntry->Value, lField);
 }
 
 std::int32_t RegWriteValueAt(Registry::Key hKey, const std::string& szName, std::int32_t lType,
@@ -286,12 +341,15 @@ std::int32_t RegReadValue(Registry::Key hRoot, const std::string& szPath, const 
 void SortKeyedRecords(std::vector<std::pair<Variant, Variant>>& aRecords, std::int32_t lCount,
                       bool bAscending) {
   const auto lEnd = std::min(aRecords.size(), static_cast<std::size_t>(std::max(lCount, 0)) + 1);
+  const auto IsBefore = [&](const auto& aLeft, const auto& aRight) {
+    return bAscending ? IsLess(aLeft.first, aRight.first) : IsLess(aRight.first, aLeft.first);
+  };
+  if (lEnd < 2 ||
+      std::is_sorted(aRecords.begin() + 1, aRecords.begin() + static_cast<std::ptrdiff_t>(lEnd), IsBefore))
+    return;  // as it nearly always is
   for (std::size_t i = 1; i < lEnd; ++i) {
-    for (std::size_t j = i + 1; j < lEnd; ++j) {
-      const auto& aFirst = aRecords[bAscending ? j : i].first;
-      const auto& aSecond = aRecords[bAscending ? i : j].first;
-      if (IsLess(aFirst, aSecond)) std::swap(aRecords[i], aRecords[j]);
-    }
+    for (std::size_t j = i + 1; j < lEnd; ++j)
+      if (IsBefore(aRecords[j], aRecords[i])) std::swap(aRecords[i], aRecords[j]);
   }
 }
 

@@ -9,6 +9,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -44,6 +45,11 @@ std::int32_t RegListValues(Registry::Key hRoot, const std::string& szPath,
                            std::vector<RegValueEntry>& aEntries, std::int32_t& lCount,
                            std::int32_t& lFirstLimit, std::int32_t& lLimit);
 
+// All values of the key in one walk, from slot 0: each as RegReadValue gives it, and those left out of which
+// it gives none. 0, or the code that ended it; the values are then not all there.
+std::int32_t RegReadValues(Registry::Key hRoot, const std::string& szPath,
+                           std::vector<RegValueEntry>& aEntries);
+
 // Writes the value converted to the type: 1 text, 4 number. Any other type writes nothing and answers 0.
 // Text that is no number, written as a number, writes nothing and answers lInvalidParameter.
 std::int32_t RegWriteValue(Registry::Key hRoot, const std::string& szPath, const std::string& szName,
@@ -68,6 +74,14 @@ std::int32_t RegReadValue(Registry::Key hRoot, const std::string& szPath, const 
                           std::int16_t& iField, std::int32_t& lType);
 std::int32_t RegReadValue(Registry::Key hRoot, const std::string& szPath, const std::string& szName,
                           std::int32_t& lField, std::int32_t& lType);
+
+// The value of that name among those that were read, into a typed field in the same way; without one the
+// field stays as it was. nullptr where there is none.
+const RegValueEntry* FindValue(const std::vector<RegValueEntry>& aEntries, std::string_view szName);
+void TakeValue(const std::vector<RegValueEntry>& aEntries, std::string_view szName, std::string& szField);
+void TakeValue(const std::vector<RegValueEntry>& aEntries, std::string_view szName, std::uint8_t& iField);
+void TakeValue(const std::vector<RegValueEntry>& aEntries, std::string_view szName, std::int16_t& iField);
+void TakeValue(const std::vector<RegValueEntry>& aEntries, std::string_view szName, std::int32_t& lField);
 
 // An exchange sort of slots 1..lCount by the first of each pair; numbers by size, an empty key as 0. Equal
 // keys are never swapped with each other.

@@ -1,6 +1,7 @@
 #include "persistence/modAddress.h"
 
 #include <algorithm>
+#include <map>
 #include <set>
 #include <utility>
 
@@ -73,47 +74,66 @@ std::int32_t ListReferences(std::vector<RegValueEntry>& aEntries) {
                                        lLimit);
 }
 
+using Values = std::vector<RegValueEntry>;
+
+// A site's values in the order in which they are written.
+Values FieldsOf(const SiteRecord& aRecord, std::int32_t lIndex) {
+  return {{"Index", lIndex, lNumber},
+          {"URL", aRecord.URL, lText},
+          {"IP", aRecord.IP, lText},
+          {"Comments", aRecord.Comments, lText},
+          {"Enabled", std::int32_t{aRecord.Enabled}, lNumber},
+          {"Status", std::int32_t{aRecord.Status}, lNumber},
+          {"Timeout", aRecord.TimeOut, lNumber}};
+}
+
 // 0, or the code of the first write that failed; all are tried.
-std::int32_t WriteFields(const std::string& szKeyName, const SiteRecord& aRecord, std::int32_t lIndex) {
-  const auto szKey = SiteKey(szKeyName);
+std::int32_t WriteFields(const std::string& szKeyName, const Values& aFields) {
   std::int32_t lFailed = 0;
-  const auto Write = [&](const char* szName, const RegistryAccess::Variant& aValue, std::int32_t lType) {
-    const auto lCode = RegWriteValue(hRoot, szKey, szName, aValue, lType);
+  for (const auto& aField : aFields) {
+    const auto lCode = RegWriteValue(hRoot, SiteKey(szKeyName), aField.Name, aField.Value, aField.Type);
     if (lFailed == 0) lFailed = lCode;
-  };
-  Write("Index", lIndex, lNumber);
-  Write("URL", aRecord.URL, lText);
-  Write("IP", aRecord.IP, lText);
-  Write("Comments", aRecord.Comments, lText);
-  Write("Enabled", std::int32_t{aRecord.Enabled}, lNumber);
-  Write("Status", std::int32_t{aRecord.Status}, lNumber);
-  Write("Timeout", aRecord.TimeOut, lNumber);
+  }
   return lFailed;
 }
 
-std::set<std::string> aUnsaved;  // key names
-
-// A pass changes the result of a site that is stored, and nothing else.
-bool OnlyResultChanged(const std::string& szKeyName, const SiteRecord& aRecord, std::int32_t n) {
-  std::vector<SiteRecord> aStored;
-  return ReadSite(szKeyName, aStored, Text::Saturate<std::int16_t>(n)) == 0 &&
-         aStored[1].URL == aRecord.URL && aStored[1].IP == aRecord.IP &&
-         aStored[1].Enabled == aRecord.Enabled && aStored[1].TimeOut == aRecord.TimeOut;
+bool IsStored(const Values& aStored, const RegValueEntry& aField) {
+  const auto* const pStored = RegistryAccess::FindValue(aStored, aField.Name);
+  return pStored != nullptr && pStored->Type == aField.Type && pStored->Value == aField.Value;
 }
+
+// What is to be written of a site that should be there: what is stored in another way. All of it where the
+// store cannot be read, so that the write tells what is the matter.
+Values ChangedFields(const std::string& szKeyName, const SiteRecord& aRecord, std::int32_t n) {
+  const Registry::Transaction aOneLook;
+  auto aFields = FieldsOf(aRecord, n);
+  Values aStored;
+  if (RegistryAccess::RegReadValues(hRoot, SiteKey(szKeyName), aStored) == Registry::lSuccess)
+    std::erase_if(aFields, [&](const RegValueEntry& aField) { return IsStored(aStored, aField); });
+  return aFields;
+}
+
+// A pass changes the result of a site, and nothing else.
+bool IsResult(const RegValueEntry& aField) {
+  return aField.Name == "Status" || aField.Name == "Comments";
+}
+
+std::set<std::string> aUnsaved;  // key names
 
 // 0, or the code after which the site is not stored as it is.
 std::int32_t WriteSite(std::int32_t n, bool bIsNew) {
   const auto& aRecord = Site(n);
   const auto szKeyName = KeyName(aRecord.URL);
   if (szKeyName.empty()) return 0;
-  const bool bByThePass = !bIsNew && OnlyResultChanged(szKeyName, aRecord, n);
+  const auto aFields = bIsNew ? FieldsOf(aRecord, n) : ChangedFields(szKeyName, aRecord, n);
+  const bool bByThePass = std::all_of(aFields.begin(), aFields.end(), IsResult);
   Registry::Transaction aOneCommit(bByThePass ? Registry::Written::ByThePass
                                               : Registry::Written::ByTheOperator);
   if (bIsNew) {
     RegWriteValue(hRoot, ProductKeys::szAddressKey, ReferenceName(n), szKeyName, lText);
     RegistryAccess::RegCreatePath(hRoot, SiteKey(szKeyName));
   }
-  const auto lWritten = WriteFields(szKeyName, aRecord, n);
+  const auto lWritten = WriteFields(szKeyName, aFields);
   const auto lCommitted = aOneCommit.Commit();
   const auto lCode = lWritten != 0 ? lWritten : lCommitted;
   if (lCode == 0)
@@ -146,17 +166,50 @@ std::int32_t WriteWholeList() {
   return lCode != 0 ? lCode : lCommitted;
 }
 
-void TakeSite(const std::string& szKeyName, SiteRecord aRecord, bool bKeepStatus, bool bKeepComments) {
-  const auto szKey = SiteKey(modBasic::EscapeBackslash(szKeyName));
+// The record that the values are, by the rules for each of them. False without a usable URL.
+bool RecordOf(const Values& aStored, SiteRecord& aRecord) {
+  const auto* const pURL = RegistryAccess::FindValue(aStored, "URL");
+  if (pURL == nullptr || pURL->Type != lText) return false;
+  RegistryAccess::TakeValue(aStored, "URL", aRecord.URL);
+  if (Text::IsBlank(aRecord.URL)) return false;
+  RegistryAccess::TakeValue(aStored, "IP", aRecord.IP);
+  RegistryAccess::TakeValue(aStored, "Enabled", aRecord.Enabled);
+  if (aRecord.Enabled != SiteRecord::iEnabled) aRecord.Enabled = SiteRecord::iDisabled;
+  RegistryAccess::TakeValue(aStored, "Status", aRecord.Status);
+  if (!SiteStatus::HasLight(aRecord.Status)) aRecord.Status = SiteStatus::iNotKnown;
+  RegistryAccess::TakeValue(aStored, "TimeOut", aRecord.TimeOut);
+  aRecord.TimeOut = std::clamp(aRecord.TimeOut, 1, 1800);
+  RegistryAccess::TakeValue(aStored, "Comments", aRecord.Comments);
+  return true;
+}
+
+// 0, or the code of the failure; what was read until then is there.
+std::int32_t ReadValuesOf(const std::string& szKeyName, Values& aStored) {
+  return RegistryAccess::RegReadValues(hRoot, SiteKey(modBasic::EscapeBackslash(szKeyName)), aStored);
+}
+
+// False where the reference leads to no usable site.
+bool TakeSite(const std::string& szKeyName, bool bKeepStatus, bool bKeepComments,
+              std::set<std::string>& aLoaded) {
+  Values aStored;
+  SiteRecord aRecord;
+  if (ReadValuesOf(szKeyName, aStored) != Registry::lSuccess || !RecordOf(aStored, aRecord)) return false;
+  if (!aLoaded.insert(KeyName(szKeyName)).second) return true;
+  const auto Reset = [&](const RegValueEntry& aField) {
+    if (!IsStored(aStored, aField))
+      RegWriteValue(hRoot, SiteKey(modBasic::EscapeBackslash(szKeyName)), aField.Name, aField.Value,
+                    aField.Type);
+  };
   if (!bKeepStatus) {
     aRecord.Status = SiteStatus::iNotChecked;
-    RegWriteValue(hRoot, szKey, "Status", std::int32_t{SiteStatus::iNotKnown}, lNumber);
+    Reset({"Status", std::int32_t{SiteStatus::iNotKnown}, lNumber});
   }
   if (!bKeepComments) {
     aRecord.Comments.clear();
-    RegWriteValue(hRoot, szKey, "Comments", std::string(), lText);
+    Reset({"Comments", std::string(), lText});
   }
   AddSite(aRecord);
+  return true;
 }
 
 std::int32_t BeginIndex(std::string& szMessage) {
@@ -180,11 +233,8 @@ std::int32_t ReadList(bool bKeepStatus, bool bKeepComments, std::string& szMessa
   std::set<std::string> aLoaded;
   for (const auto& aReference : SortedReferences(aEntries)) {
     const auto& szKeyName = std::get<std::string>(aReference.Value);
-    std::vector<SiteRecord> aTemp;
-    if (ReadSite(szKeyName, aTemp, ReferenceNumber(aReference)) == 1)
+    if (!TakeSite(szKeyName, bKeepStatus, bKeepComments, aLoaded))
       RegistryAccess::RegRemoveValue(hRoot, ProductKeys::szAddressKey, aReference.Name);
-    else if (aLoaded.insert(KeyName(szKeyName)).second)
-      TakeSite(szKeyName, aTemp[1], bKeepStatus, bKeepComments);
   }
   SetSiteCount(lSiteCount);
   return Registry::lSuccess;
@@ -203,21 +253,47 @@ void EmptyIndex() {
 
 using IndexedUrl = std::pair<RegistryAccess::Variant, RegistryAccess::Variant>;
 
-// The site's number and trimmed URL. A key whose URL does not give its name is deleted, but only where the
-// read has told so: after one that failed the site may be there and whole.
-bool ReadForIndex(const std::string& szKeyName, IndexedUrl& aPair) {
+// What a rebuild goes by.
+struct IndexPlan {
+  std::vector<IndexedUrl> aPairs = std::vector<IndexedUrl>(1);  // number and trimmed URL, from slot 1
+  std::vector<std::string> aStale;                              // keys whose URL does not give their name
+  bool bNumbers = true;                                         // all numbers are stored as numbers
+};
+
+// A key whose URL does not give its name is to go, but only where the read has told so: after one that failed
+// the site may be there and whole.
+void PlanSite(const std::string& szKeyName, IndexPlan& aPlan) {
   std::string szURL;
-  std::int32_t lType = 0;
+  std::int32_t lType = 0, lIndex = 0;
   const auto lCode = RegReadValue(hRoot, SiteKey(szKeyName), "URL", szURL, lType);
-  if (lCode != Registry::lSuccess && lCode != Registry::lNotFound && lCode != -1) return false;
+  if (lCode != Registry::lSuccess && lCode != Registry::lNotFound && lCode != -1) return;
   szURL = lType == lText ? Text::Trim(szURL) : std::string();
-  if (Text::LowerCase(modBasic::EscapeBackslash(szURL)) != Text::LowerCase(szKeyName)) {
-    RegistryAccess::RegRemoveKey(hRoot, SiteKey(szKeyName));
-    return false;
-  }
-  std::int32_t lIndex = 0;
+  if (Text::LowerCase(modBasic::EscapeBackslash(szURL)) != Text::LowerCase(szKeyName))
+    return aPlan.aStale.push_back(szKeyName);
+  lType = 0;
   RegReadValue(hRoot, SiteKey(szKeyName), "Index", lIndex, lType);
-  aPair = {lIndex, szURL};
+  aPlan.bNumbers = aPlan.bNumbers && lType == lNumber;
+  aPlan.aPairs.emplace_back(lIndex, szURL);
+}
+
+// The index holds what WriteIndex would write, and nothing else.
+bool IndexStands(const IndexPlan& aPlan) {
+  Values aEntries;
+  if (!aPlan.bNumbers || ListReferences(aEntries) != Registry::lSuccess) return false;
+  if (aEntries.size() != aPlan.aPairs.size()) return false;
+  std::map<std::string, RegistryAccess::Variant> aReferences;
+  for (std::size_t i = 1; i < aEntries.size(); ++i)
+    aReferences.emplace(aEntries[i].Name, aEntries[i].Value);
+  for (std::size_t i = 1; i < aPlan.aPairs.size(); ++i) {
+    const auto lSlot = static_cast<std::int32_t>(i);
+    const auto& [aIndex, aURL] = aPlan.aPairs[i];
+    const auto szURL = Text::LowerCase(std::get<std::string>(aURL));
+    const auto pReference = aReferences.find(ReferenceName(lSlot));
+    if (pReference == aReferences.end() ||
+        pReference->second != RegistryAccess::Variant(modBasic::EscapeBackslash(szURL)))
+      return false;
+    if (aIndex != RegistryAccess::Variant(lSlot) && szURL.find('\\') == std::string::npos) return false;
+  }
   return true;
 }
 
@@ -282,22 +358,12 @@ std::int32_t LoadSites(bool bKeepStatus, bool bKeepComments) {
 std::int32_t ReadSite(const std::string& szKeyName, std::vector<SiteRecord>& aTemp,
                       std::int16_t iExpectedIndex) {
   aTemp.assign(2, {});
-  auto& aRecord = aTemp[1];
-  if (Text::IsBlank(szKeyName)) return 1;
-  const auto szKey = SiteKey(modBasic::EscapeBackslash(szKeyName));
-  std::int32_t lType = 0;
-  const auto lCode = RegReadValue(hRoot, szKey, "URL", aRecord.URL, lType);
-  if (lCode != Registry::lSuccess || lType != lText || Text::IsBlank(aRecord.URL)) return 1;
+  Values aStored;
+  if (Text::IsBlank(szKeyName) || ReadValuesOf(szKeyName, aStored) != Registry::lSuccess ||
+      !RecordOf(aStored, aTemp[1]))
+    return 1;
   std::int16_t iIndex = 0;
-  RegReadValue(hRoot, szKey, "Index", iIndex, lType);
-  RegReadValue(hRoot, szKey, "IP", aRecord.IP, lType);
-  RegReadValue(hRoot, szKey, "Enabled", aRecord.Enabled, lType);
-  if (aRecord.Enabled != SiteRecord::iEnabled) aRecord.Enabled = SiteRecord::iDisabled;
-  RegReadValue(hRoot, szKey, "Status", aRecord.Status, lType);
-  if (!SiteStatus::HasLight(aRecord.Status)) aRecord.Status = SiteStatus::iNotKnown;
-  RegReadValue(hRoot, szKey, "TimeOut", aRecord.TimeOut, lType);
-  aRecord.TimeOut = std::clamp(aRecord.TimeOut, 1, 1800);
-  RegReadValue(hRoot, szKey, "Comments", aRecord.Comments, lType);
+  RegistryAccess::TakeValue(aStored, "Index", iIndex);
   return iIndex == iExpectedIndex ? 0 : 2;
 }
 
@@ -346,12 +412,13 @@ std::int32_t WriteSiteRecord(const SiteRecord& aRecord, std::int32_t lIndex) {
   if (szKeyName.empty()) return 0;
   Registry::Transaction aOneCommit;
   RegistryAccess::RegCreatePath(hRoot, SiteKey(szKeyName));
-  const auto lCode = WriteFields(szKeyName, aRecord, lIndex == 0 ? lImportedIndex : lIndex);
+  const auto lCode = WriteFields(szKeyName, FieldsOf(aRecord, lIndex == 0 ? lImportedIndex : lIndex));
   const auto lCommitted = aOneCommit.Commit();
   return lCode != 0 ? lCode : lCommitted;
 }
 
 bool ListKeyNames(std::vector<std::string>& aNames) {
+  const Registry::Transaction aOneLook;
   aNames.clear();
   std::string szNames;
   std::int32_t lCount = 0;
@@ -373,19 +440,24 @@ void RebuildSiteIndex() {
   const Registry::Transaction aOneCommit;
   std::vector<std::string> aNames;
   if (!ListKeyNames(aNames)) return;  // an index over half the sites would be worse than the old one
-  EmptyIndex();
-  std::vector<IndexedUrl> aPairs(1);
-  for (const auto& szName : aNames) {
-    IndexedUrl aPair;
-    if (ReadForIndex(szName, aPair)) aPairs.push_back(std::move(aPair));
-  }
-  const auto lCount = static_cast<std::int32_t>(aPairs.size()) - 1;
-  RegistryAccess::SortKeyedRecords(aPairs, lCount, true);
-  WriteIndex(aPairs);
+  IndexPlan aPlan;
+  for (const auto& szName : aNames)
+    PlanSite(szName, aPlan);
+  const auto lCount = static_cast<std::int32_t>(aPlan.aPairs.size()) - 1;
+  RegistryAccess::SortKeyedRecords(aPlan.aPairs, lCount, true);
+  // At most starts nothing has to be numbered anew.
+  const bool bStands = IndexStands(aPlan);
+  if (!bStands) EmptyIndex();
+  for (const auto& szName : aPlan.aStale)
+    RegistryAccess::RegRemoveKey(hRoot, SiteKey(szName));
+  if (!bStands) WriteIndex(aPlan.aPairs);
   SetSiteCount(lCount);
 }
 
 void SetSiteCount(std::int32_t n) {
+  std::int32_t lStored = -1, lType = 0;
+  RegReadValue(hRoot, ProductKeys::szAddress, "NumActualDomain", lStored, lType);
+  if (lStored == n && lType == lNumber) return;
   if (n == 0) RegistryAccess::RegCreatePath(hRoot, ProductKeys::szAddress);
   RegWriteValue(hRoot, ProductKeys::szAddress, "NumActualDomain", n, lNumber);
 }

@@ -66,6 +66,35 @@ TEST_F(RegistryAccessTest, WhatCannotBeReadOrWrittenLeavesTheOther) {
   EXPECT_EQ(Stored::Get(szKey, "v"), "kept");
 }
 
+TEST_F(RegistryAccessTest, AllValuesOfAKeyAreThoseThatAreReadOneByOne) {
+  const std::string szLongName(5000, 'n'), szLongText(70000, 't');
+  Stored::Put(szKey, "short", "  blanks stay ");
+  Stored::Put(szKey, szLongName, szLongText);
+  Stored::Put(szKey, "Number", -5);
+  RawRegistry::Put(szKey, "binary", Registry::REG_BINARY, "xyz");
+  RawRegistry::Put(szKey, "size 0", Registry::REG_SZ, "");
+  RawRegistry::Put(szKey, "8 bytes", Registry::REG_DWORD, "12345678");
+  std::vector<RegValueEntry> aEntries;
+  EXPECT_EQ(RegReadValues(hRoot, szKey, aEntries), 0);
+  EXPECT_EQ(aEntries.size(), 3U);
+  for (const auto& szName : {"SHORT"s, szLongName, "number"s}) {
+    const auto* const pEntry = FindValue(aEntries, szName);
+    ASSERT_NE(pEntry, nullptr) << szName;
+    std::string szText;
+    TakeValue(aEntries, szName, szText);
+    EXPECT_EQ(szText, Stored::Get(szKey, szName));
+    EXPECT_EQ(pEntry->Type, szName == "number" ? 4 : 1);
+  }
+  std::uint8_t iByte = 77;
+  TakeValue(aEntries, "number", iByte);
+  EXPECT_EQ(iByte, 0);
+  iByte = 77;
+  TakeValue(aEntries, "missing", iByte);
+  EXPECT_EQ(iByte, 77);
+  EXPECT_EQ(RegReadValues(hRoot, "Software\\None", aEntries), Registry::lInvalidHandle);
+  EXPECT_TRUE(aEntries.empty());
+}
+
 TEST_F(RegistryAccessTest, ListsUpToTheirBounds) {
   for (const char* szName : {"a", "B b", "c"})
     RegCreatePath(hRoot, std::string(szKey) + "\\" + szName);

@@ -1,12 +1,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 
 #include "support/Stored.h"
 #include "support/TestHome.h"
 
 using namespace modAddress;
 using Stored::Get;
+using Stored::hRoot;
 using Stored::Put;
 using Stored::PutSite;
 using Stored::SiteKey;
@@ -107,6 +109,39 @@ TEST_F(modAddressTest, RebuildDropsOnlyKeysThatDoNotFitTheirUrl) {
   EXPECT_EQ(Stored::Values(szIndex), (Texts{"Domain1=good", "Domain2=outer.test"}));
   LoadSites(true, true);
   EXPECT_EQ(Urls(), "good   Outer.test ");
+}
+
+TEST_F(modAddressTest, RebuildMendsWhateverIsWrongWithTheIndex) {
+  const std::function<void()> aFaults[] = {
+      [] {},
+      [] { Put(szIndex, "Domain3", "one"); },
+      [] { Put(szIndex, "Domain2", "one"); },
+      [] { Put(szIndex, "Domain2", 2); },
+      [] { RegistryAccess::RegRemoveValue(hRoot, szIndex, "Domain1"); },
+      [] { RegistryAccess::RegRemoveKey(hRoot, szIndex); },
+      [] { Put(SiteKey("two"), "Index", "2"); },
+      [] { Put(SiteKey("two"), "Index", 2000); },
+      [] {
+        RegistryAccess::RegRemoveValue(hRoot, SiteKey("two"), "Index"), Put(SiteKey("one"), "Index", -1);
+      },
+      [] { PutSite("three", 1), Put(SiteKey("three"), "URL", "other"); },
+      [] { Put(std::string(ProductKeys::szAddress), "NumActualDomain", "2"); },
+  };
+  PutSite("one", 1);
+  PutSite("two", 2);
+  RebuildSiteIndex();
+  for (const auto& Spoil : aFaults) {
+    Spoil();
+    RebuildSiteIndex();
+    const auto lFault = &Spoil - aFaults;
+    EXPECT_EQ(Stored::Values(szIndex), (Texts{"Domain1=one", "Domain2=two"})) << lFault;
+    EXPECT_EQ(Get(SiteKey("one"), "Index") + Get(SiteKey("two"), "Index"), "12") << lFault;
+    EXPECT_EQ(RawRegistry::Get(SiteKey("two"), "Index").size(), 4U) << lFault << ": a number";
+    EXPECT_EQ(RawRegistry::Get(ProductKeys::szAddress, "NumActualDomain").size(), 4U) << lFault;
+    Texts aNames;
+    ListKeyNames(aNames);
+    EXPECT_EQ(aNames, (Texts{"one", "two"})) << lFault;
+  }
 }
 
 TEST_F(modAddressTest, MoreSitesThanTheListHoldsStayStored) {

@@ -24,6 +24,11 @@ class ChildProcess {
   void Kill();       // hard, as when the machine stops
   void Interrupt();  // as Ctrl-C does
 
+  // What it took, once it has ended: of the processors, and of memory at its most (0 where that is not
+  // known).
+  double CpuSeconds() const { return dCpuSeconds; }
+  std::int64_t PeakKilobytes() const { return lPeakKilobytes; }
+
   // Written so far, with LF at line ends.
   std::string Output() const;
   std::string Errors() const;
@@ -40,4 +45,6 @@ class ChildProcess {
   const std::string szOutputFile = NewFile(), szErrorFile = NewFile();
   std::intptr_t hProcess = 0;
   int lResult = lRunning;
+  double dCpuSeconds = 0;
+  std::int64_t lPeakKilobytes = 0;
 };

@@ -23,8 +23,9 @@ constexpr std::array<const char*, Database::SQL_COUNT> aSql = {
     "INSERT INTO vals(key, name, type, data) VALUES(?, ?, ?, ?) ON CONFLICT(key, name) DO UPDATE "
     "SET type = excluded.type, data = excluded.data WHERE type <> excluded.type OR data <> excluded.data",
     "DELETE FROM vals WHERE key = ? AND name = ?",
-    "SELECT name, type, data FROM vals WHERE key = ? ORDER BY id",
+    "SELECT name, type, data, id FROM vals WHERE key = ?",
     "PRAGMA data_version",
+    "BEGIN",
     "BEGIN IMMEDIATE",
     "COMMIT",
     "ROLLBACK",
@@ -64,7 +65,8 @@ Database::Condition Database::Open(const std::string& szPath, bool bCheck) {
 }
 
 int Database::Connect(const std::string& szUri, int lFlags) {
-  const int lResult = sqlite3_open_v2(szUri.c_str(), &pConnection, lFlags | SQLITE_OPEN_URI, nullptr);
+  const int lResult =
+      sqlite3_open_v2(szUri.c_str(), &pConnection, lFlags | SQLITE_OPEN_URI | SQLITE_OPEN_NOMUTEX, nullptr);
   return lResult == SQLITE_OK ? ConfigureWhenFree() : lResult;
 }
 
@@ -151,7 +153,7 @@ void Database::FinalizeStatements() {
 void Database::Close() {
   if (pConnection == nullptr) return;
   bBroken = lDepth > 0;
-  bBegun = false;
+  bBegun = bReading = false;
   FinalizeStatements();
   sqlite3_close(pConnection);  // rolls an open bracket back
   pConnection = nullptr;
@@ -302,6 +304,7 @@ std::int32_t Database::BeforeWrite() {
   if (bBegun && sqlite3_get_autocommit(pConnection) != 0) Undo();
   if (bBroken) return Registry::lAccessDenied;
   if (bBegun) return Registry::lSuccess;
+  EndReading();
   // Not to be changed once it has begun.
   if (bSyncWanted != bSyncSet)
     Execute(bSyncWanted ? "PRAGMA synchronous = FULL" : "PRAGMA synchronous = NORMAL");
@@ -309,7 +312,30 @@ std::int32_t Database::BeforeWrite() {
   const auto lCode = Use(*this, BEGIN).Run();
   bBegun = lCode == Registry::lSuccess;
   bBroken = !bBegun;
+  lVersionSeen = -1;
   return lCode;
+}
+
+// A thousand looks, each with locks of its own around it, cost more than what is looked at.
+void Database::BeginReading() {
+  if (lDepth == 0 || bBegun || sqlite3_get_autocommit(pConnection) == 0) return;
+  bReading = Use(*this, BEGIN_READING).Run() == Registry::lSuccess;
+  lVersionSeen = -1;
+}
+
+void Database::EndReading() {
+  if (bReading && sqlite3_get_autocommit(pConnection) == 0) Use(*this, COMMIT).Run();
+  bReading = false;
+}
+
+std::int32_t Database::Version(std::int64_t& lVersion) {
+  Use aVersion(*this, DATA_VERSION);
+  if ((!bBegun && !bReading) || lVersionSeen < 0) {
+    if (aVersion.Row()) lVersionSeen = aVersion.Number(0);
+    if (aVersion.Code() != Registry::lSuccess) return aVersion.Code();
+  }
+  lVersion = lVersionSeen;
+  return Registry::lSuccess;
 }
 
 void Database::Enter(bool bSynced) {
@@ -323,6 +349,7 @@ void Database::BePatient() {
 
 std::int32_t Database::Leave() {
   if (lDepth == 0 || --lDepth > 0) return Registry::lSuccess;
+  EndReading();
   if (bBegun && sqlite3_get_autocommit(pConnection) != 0) Undo();
   if (bBegun && Use(*this, COMMIT).Run() != Registry::lSuccess) Undo();
   const bool bLost = bBroken;
@@ -338,7 +365,7 @@ void Database::Break() {
 
 void Database::Undo() {
   if (sqlite3_get_autocommit(pConnection) == 0) Use(*this, ROLLBACK).Run();
-  bBegun = false;
+  bBegun = bReading = false;
   bBroken = true;
   if (RolledBack) RolledBack();
 }

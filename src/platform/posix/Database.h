@@ -28,8 +28,9 @@ class Database {
     FIND_VALUE,    // key, name -> type, data
     SET_VALUE,     // key, name, type, data
     DELETE_VALUE,  // key, name
-    LIST_VALUES,   // key -> name, type, data
-    DATA_VERSION,  // -> a number that another connection's commit changes
+    LIST_VALUES,   // key -> name, type, data, id; in no order
+    DATA_VERSION,  // -> see Version
+    BEGIN_READING,
     BEGIN,
     COMMIT,
     ROLLBACK,
@@ -65,7 +66,9 @@ class Database {
   // A statement in use: binds from the first parameter on; reset when it goes.
   class Use {
    public:
-    Use(Database& aOwner, Sql lSql) : aDatabase(aOwner), pStatement(aOwner.aStatements[lSql]) {}
+    Use(Database& aOwner, Sql lSql) : aDatabase(aOwner), pStatement(aOwner.aStatements[lSql]) {
+      if (lSql < BEGIN_READING) aOwner.BeginReading();
+    }
     ~Use();
     Use(const Use&) = delete;
     Use& operator=(const Use&) = delete;
@@ -90,7 +93,11 @@ class Database {
   std::int64_t Changes() const { return sqlite3_changes64(pConnection); }
   std::int64_t LastId() const { return sqlite3_last_insert_rowid(pConnection); }
 
-  // The bracket. Every write asks BeforeWrite first; a bracket begins with its first write. After a failure
+  // A number that another connection's commit changes. 0, or the registry's code.
+  std::int32_t Version(std::int64_t& lVersion);
+
+  // The bracket. What is read in it before its first write is one snapshot, for which the file is locked
+  // once; from the first write on nobody else writes. Every write asks BeforeWrite first. After a failure
   // that undid its writes all further ones in it answer 5, so that it stays whole: all or none.
   void Enter(bool bSynced);  // bSynced: the outermost one's commit is on the disk when Leave answers
   std::int32_t Leave();
@@ -116,6 +123,8 @@ class Database {
   std::int32_t Translate(int lResult, bool bWritten = false);
   Condition Judge(int lResult);
   Condition JudgeSystem(Condition iElse) const;
+  void BeginReading();
+  void EndReading();
   void Undo();
 
   sqlite3* pConnection = nullptr;
@@ -125,8 +134,10 @@ class Database {
   std::string szLastText;
   std::int32_t lDepth = 0;
   bool bBegun = false;
-  bool bSyncWanted = false;  // for the bracket
-  bool bSyncSet = false;     // in the connection
+  bool bReading = false;
+  std::int64_t lVersionSeen = -1;  // in what is begun; -1: not looked yet
+  bool bSyncWanted = false;        // for the bracket
+  bool bSyncSet = false;           // in the connection
   bool bBroken = false;
   bool bDamageSeen = false;
   bool bImpatient = false;  // a wait for the lock came to nothing, and nothing was written since

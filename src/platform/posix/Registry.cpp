@@ -1,6 +1,8 @@
 // The nine entry points, on the store.
 #include "platform/Registry.h"
 
+#include <array>
+
 #include "base/Text.h"
 #include "platform/RegistryRules.h"
 #include "platform/posix/Store.h"
@@ -15,7 +17,7 @@ using Use = Database::Use;
 
 constexpr std::size_t lLongestValueName = 16383;
 
-using Walk = std::int32_t (*)(Database&, std::int64_t, const std::vector<std::string_view>&, std::int64_t&);
+using Walk = std::int32_t (*)(Database&, std::int64_t, Store::Path, std::int64_t&);
 
 std::int32_t OpenBy(Walk pWalk, Key hKey, const char* szPath, Key& hResult) {
   hResult = 0;
@@ -34,11 +36,10 @@ std::int32_t OpenBy(Walk pWalk, Key hKey, const char* szPath, Key& hResult) {
 // What Windows keeps in the registry and the desktop keeps elsewhere: the user's desktop folder.
 bool IsDesktopFolder(Database& aDatabase, std::int64_t lId, std::string_view szName) {
   if (!Text::EqualNoCase(szName, "Desktop")) return false;
+  constexpr std::array<std::string_view, 6> aFolders = {"Software",       "Microsoft", "Windows",
+                                                        "CurrentVersion", "Explorer",  "Shell Folders"};
   std::int64_t lFolders = 0;
-  return Store::Resolve(aDatabase, Database::lCurrentUser,
-                        {"Software", "Microsoft", "Windows", "CurrentVersion", "Explorer", "Shell Folders"},
-                        lFolders) == lSuccess &&
-         lFolders == lId;
+  return Store::Resolve(aDatabase, Database::lCurrentUser, aFolders, lFolders) == lSuccess && lFolders == lId;
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "platform/posix/Store.h"
 
+#include <algorithm>
 #include <chrono>
 #include <optional>
 #include <unordered_map>
@@ -127,9 +128,10 @@ void TendCopy(bool bEntered) {
 
 // The moment that a listing shows: it changes with our own writes and with another process's commits.
 std::int32_t Moment(Database& aDatabase, std::int64_t lOwnChanges, std::int64_t& lMoment) {
-  Database::Use aVersion(aDatabase, Database::DATA_VERSION);
-  if (aVersion.Row()) lMoment = (aVersion.Number(0) << 32) + lOwnChanges;
-  return aVersion.Code();
+  std::int64_t lVersion = 0;
+  const auto lCode = aDatabase.Version(lVersion);
+  lMoment = (lVersion << 32) + lOwnChanges;
+  return lCode;
 }
 
 std::int32_t Child(Database& aDatabase, std::int64_t lParent, std::string_view szName, std::int64_t& lId) {
@@ -139,7 +141,7 @@ std::int32_t Child(Database& aDatabase, std::int64_t lParent, std::string_view s
   return lSuccess;
 }
 
-std::string PathKey(std::int64_t lBase, const std::vector<std::string_view>& aParts) {
+std::string PathKey(std::int64_t lBase, Store::Path aParts) {
   auto szKey = std::to_string(lBase);
   for (const auto szPart : aParts)
     szKey.append("\\").append(Text::LowerCase(szPart));
@@ -150,6 +152,32 @@ void Remember(const std::string& szKey, std::int64_t lId) {
   auto& aPaths = Process().aPaths;
   if (aPaths.size() >= lMostPaths) aPaths.clear();
   aPaths[szKey] = lId;
+}
+
+// Where the path led last, if that key is still there. 2 where nothing is known of it.
+std::int32_t Recall(Database& aDatabase, const std::string& szKey, std::int64_t& lId) {
+  auto& aPaths = Process().aPaths;
+  const auto aKnown = aPaths.find(szKey);
+  if (aKnown == aPaths.end()) return lNotFound;
+  const auto lCode = Store::CheckExists(aDatabase, aKnown->second);
+  if (lCode == lSuccess) lId = aKnown->second;
+  if (lCode != lInvalidHandle) return lCode;
+  aPaths.erase(aKnown);
+  return lNotFound;
+}
+
+std::int32_t Walk(Database& aDatabase, std::int64_t lBase, Store::Path aParts, std::int64_t& lId) {
+  lId = lBase;
+  auto lCode = lSuccess;
+  for (std::size_t i = 0; i < aParts.size() && lCode == lSuccess; ++i)
+    lCode = Child(aDatabase, lId, aParts[i], lId);
+  return lCode;
+}
+
+// Another process may have set a damaged file aside; what we wrote into that one would be lost.
+void LeaveOneSetAside() {
+  auto& aDatabase = Process().aDatabase;
+  if (aDatabase.IsOpen() && !aDatabase.InBracket() && aDatabase.Moved()) aDatabase.Close();
 }
 
 }  // namespace
@@ -170,9 +198,7 @@ std::int32_t Store::Find(Key hKey, Database*& pDatabase, OpenKey*& pKey) {
   if (hKey == hUnreadable) return lAccessDenied;
   auto& aState = Process();
   const bool bRoot = hKey == HKEY_LOCAL_MACHINE || hKey == HKEY_CURRENT_USER;
-  // Another process may have set a damaged file aside; what we wrote into that one would be lost.
-  if (bRoot && aState.aDatabase.IsOpen() && !aState.aDatabase.InBracket() && aState.aDatabase.Moved())
-    aState.aDatabase.Close();
+  if (bRoot) LeaveOneSetAside();
   if (!bRoot && !aState.aOpen.contains(hKey)) return lInvalidHandle;
   pDatabase = Get();
   if (pDatabase == nullptr) return lAccessDenied;
@@ -199,30 +225,26 @@ std::int32_t Store::CheckExists(Database& aDatabase, std::int64_t lId) {
   return aExists.Code() != 0 ? aExists.Code() : lInvalidHandle;
 }
 
-std::int32_t Store::Resolve(Database& aDatabase, std::int64_t lBase,
-                            const std::vector<std::string_view>& aParts, std::int64_t& lId) {
+std::int32_t Store::Resolve(Database& aDatabase, std::int64_t lBase, Path aParts, std::int64_t& lId) {
   lId = lBase;
   if (aParts.empty()) return CheckExists(aDatabase, lBase);
   const auto szKey = PathKey(lBase, aParts);
-  const auto aKnown = Process().aPaths.find(szKey);
-  if (aKnown != Process().aPaths.end()) {
-    lId = aKnown->second;
-    const auto lCode = CheckExists(aDatabase, lId);
-    if (lCode != lInvalidHandle) return lCode;
-    Process().aPaths.erase(aKnown);
-    lId = lBase;
+  auto lCode = Recall(aDatabase, szKey, lId);
+  if (lCode != lNotFound) return lCode;
+  // A thousand keys lie below one: the way there is walked once.
+  const auto aAbove = aParts.first(aParts.size() - 1);
+  const auto szAbove = PathKey(lBase, aAbove);
+  lCode = Recall(aDatabase, szAbove, lId);
+  if (lCode == lNotFound) {
+    lCode = Walk(aDatabase, lBase, aAbove, lId);
+    if (lCode == lSuccess) Remember(szAbove, lId);
   }
-  for (const auto szPart : aParts) {
-    const auto lCode = Child(aDatabase, lId, szPart, lId);
-    if (lCode == lNotFound && CheckExists(aDatabase, lBase) == lInvalidHandle) return lInvalidHandle;
-    if (lCode != lSuccess) return lCode;
-  }
-  Remember(szKey, lId);
-  return lSuccess;
+  if (lCode == lSuccess) lCode = Child(aDatabase, lId, aParts.back(), lId);
+  if (lCode == lSuccess) Remember(szKey, lId);
+  return lCode == lNotFound && CheckExists(aDatabase, lBase) == lInvalidHandle ? lInvalidHandle : lCode;
 }
 
-std::int32_t Store::Make(Database& aDatabase, std::int64_t lBase, const std::vector<std::string_view>& aParts,
-                         std::int64_t& lId) {
+std::int32_t Store::Make(Database& aDatabase, std::int64_t lBase, Path aParts, std::int64_t& lId) {
   auto lCode = Resolve(aDatabase, lBase, aParts, lId);
   if (lCode != lNotFound) return lCode;
   Transaction aAllParents;
@@ -271,8 +293,10 @@ std::int32_t Store::ListValues(Database& aDatabase, OpenKey& aKey) {
   aList.Bind(aKey.lId);
   while (aList.Row()) {
     aKey.aValues.push_back({std::string(aList.Bytes(0)), static_cast<std::uint32_t>(aList.Number(1)),
-                            std::string(aList.Bytes(2))});
+                            std::string(aList.Bytes(2)), aList.Number(3)});
   }
+  // In the order in which they were made; the database would take longer over so few.
+  std::ranges::sort(aKey.aValues, {}, &Value::lId);
   lCode = aList.Code();
   if (lCode == lSuccess && aKey.aValues.empty()) lCode = CheckExists(aDatabase, aKey.lId);
   if (lCode == lSuccess) aKey.lValuesSeen = lMoment;
@@ -290,6 +314,7 @@ void Store::ValuesChanged() {
 Registry::Transaction::Transaction(Written iBy) {
   auto& aState = Process();
   if (!aState.aDatabase.InBracket()) {
+    LeaveOneSetAside();
     // The first thing entered begins the store that nothing is left of.
     if (iBy == Written::ByTheOperator && Store::Get() == nullptr) OpenStore(true);
     aState.iBracketBy = iBy;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,10 +13,13 @@
 
 namespace Store {
 
+using Path = std::span<const std::string_view>;  // key names, from the top
+
 struct Value {
   std::string szName;
   std::uint32_t lType = 0;
   std::string szData;
+  std::int64_t lId = 0;
 };
 
 // A key as a caller holds it, with what it listed last: enumeration asks index by index.
@@ -40,11 +44,9 @@ Registry::Key Hold(std::int64_t lId);
 std::int32_t Release(Registry::Key hKey);
 
 // The key at the path below lBase: 0, 2 where it is missing, 6 where lBase is, 5.
-std::int32_t Resolve(Database& aDatabase, std::int64_t lBase, const std::vector<std::string_view>& aParts,
-                     std::int64_t& lId);
+std::int32_t Resolve(Database& aDatabase, std::int64_t lBase, Path aParts, std::int64_t& lId);
 // The same, made with all parents where it is missing.
-std::int32_t Make(Database& aDatabase, std::int64_t lBase, const std::vector<std::string_view>& aParts,
-                  std::int64_t& lId);
+std::int32_t Make(Database& aDatabase, std::int64_t lBase, Path aParts, std::int64_t& lId);
 // 0, 6 where the key is gone, 5.
 std::int32_t CheckExists(Database& aDatabase, std::int64_t lId);
 

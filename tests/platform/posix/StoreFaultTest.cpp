@@ -221,6 +221,38 @@ TEST_F(StoreFaultTest, ALockedStoreAnswersFiveInTimeAndIsNotTakenForEmpty) {
   EXPECT_EQ(lSuccess, Write("value1", "new"));
 }
 
+// What is read in a bracket is of one moment; its first write is not refused because somebody wrote since.
+// And one that begins after the file was exchanged goes to the new file.
+TEST_F(StoreFaultTest, ABracketReadsOneMomentOfTheStoreThatIsThere) {
+  Fill();
+  {
+    Transaction aBracket;
+    EXPECT_EQ(szValue, Read("value1"));
+    const Stranger aOther(szStore, "UPDATE vals SET data = 'theirs' WHERE name = 'value1'");
+    EXPECT_EQ(szValue, Read("value1"));
+    EXPECT_EQ(lSuccess, Write("value2", "ours"));
+    EXPECT_EQ("theirs", Read("value1"));
+    EXPECT_EQ(lSuccess, aBracket.Commit());
+  }
+  EXPECT_EQ(
+      "theirs"
+      "ours",
+      Read("value1") + Read("value2"));
+  { const Stranger aOther(szStore, "PRAGMA wal_checkpoint(TRUNCATE)"); }
+  fs::copy_file(szStore, szStore + ".new");
+  fs::rename(szStore, szStore + ".aside");
+  for (const char* const szBeside : {"-wal", "-shm"})
+    fs::remove(szStore + szBeside);
+  fs::rename(szStore + ".new", szStore);
+  {
+    Transaction aBracket;
+    EXPECT_EQ(lSuccess, Write("value3", "new file"));
+    EXPECT_EQ(lSuccess, aBracket.Commit());
+  }
+  CloseStore();
+  EXPECT_EQ("new file", Read("value3"));
+}
+
 TEST_F(StoreFaultTest, WithoutTheRightToWriteItIsRead) {
   Fill();
   fs::permissions(szStore, fs::perms(0444));

@@ -3,10 +3,19 @@
 #include <fcntl.h>
 #include <signal.h>
 #include <spawn.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <filesystem>
+
+namespace {
+
+double Seconds(const timeval& aTime) {
+  return static_cast<double>(aTime.tv_sec) + static_cast<double>(aTime.tv_usec) / 1e6;
+}
+
+}  // namespace
 
 void ChildProcess::Start(const std::vector<std::string>& aWords) {
   std::vector<char*> aList;
@@ -27,7 +36,10 @@ void ChildProcess::Start(const std::vector<std::string>& aWords) {
 
 bool ChildProcess::Ended() {
   int lStatus = 0;
-  if (waitpid(static_cast<pid_t>(hProcess), &lStatus, WNOHANG) == 0) return false;
+  rusage aUsed{};
+  if (wait4(static_cast<pid_t>(hProcess), &lStatus, WNOHANG, &aUsed) == 0) return false;
+  dCpuSeconds = Seconds(aUsed.ru_utime) + Seconds(aUsed.ru_stime);
+  lPeakKilobytes = aUsed.ru_maxrss;
   lResult = WIFEXITED(lStatus) ? WEXITSTATUS(lStatus) : lKilled;
   return true;
 }

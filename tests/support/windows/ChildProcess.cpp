@@ -7,6 +7,10 @@ namespace {
 // The number of a process that Ctrl-C ended, and here also of one that was killed.
 constexpr DWORD lEndedFromOutside = 0xC000013A;
 
+double Seconds(const FILETIME& aTime) {
+  return ((static_cast<double>(aTime.dwHighDateTime) * 4294967296.0) + aTime.dwLowDateTime) / 1e7;
+}
+
 HANDLE Inherited(const std::string& szFile, DWORD lAccess, DWORD lHow) {
   SECURITY_ATTRIBUTES aInherited{sizeof aInherited, nullptr, TRUE};
   constexpr DWORD lShare = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
@@ -63,6 +67,9 @@ bool ChildProcess::Ended() {
   if (WaitForSingleObject(hChild, 0) != WAIT_OBJECT_0) return false;
   DWORD lCode = 0;
   GetExitCodeProcess(hChild, &lCode);
+  FILETIME aStarted{}, aEnded{}, aKernel{}, aUser{};
+  if (GetProcessTimes(hChild, &aStarted, &aEnded, &aKernel, &aUser))
+    dCpuSeconds = Seconds(aKernel) + Seconds(aUser);
   CloseHandle(hChild);
   lResult = lCode >= 0x80000000 ? lKilled : static_cast<int>(lCode);  // crashes have such codes too
   return true;
