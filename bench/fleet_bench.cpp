@@ -2,10 +2,14 @@
 #include <benchmark/benchmark.h>
 #include <sys/resource.h>
 
+#include <algorithm>
+
 #include "fleet/Metrics.h"
+#include "fleet/PastTrails.h"
 #include "fleet/PrometheusFolder.h"
 #include "fleet/StatusPage.h"
 #include "platform/Files.h"
+#include "support/LogScript.h"
 #include "support/TestHome.h"
 
 namespace {
@@ -86,6 +90,33 @@ void WritePage(benchmark::State& aState) {
   aState.counters["bytes"] = static_cast<double>(Files::FileSize(aHome.Path("p.htm")).value_or(0));
 }
 BENCHMARK(WritePage)->Unit(benchmark::kMillisecond);
+
+// One day of the month that is read back at a program's start: 1,000 sites each five minutes.
+void ReadADayOfLogs(benchmark::State& aState) {
+  const TestHome aHome;
+  LogScript aScript;
+  for (int lPass = 0; lPass < 288; ++lPass) {
+    aScript.dtNow = dtMonday + lPass / 288.0;
+    aScript.Start();
+    for (int n = 0; n < modAddress::lSiteCapacity; ++n)
+      (lPass * 7 + n) % 400 < 2 ? aScript.Warn(Site(n).URL) : aScript.Up(Site(n).URL);
+    aScript.End();
+  }
+  aHome.Write("D-20260105.kvl", aScript.szText);
+  double dLongest = 0;
+  for (auto _ : aState) {
+    PastTrails aPast(aHome.Folder(), 1);
+    while (!aPast.Done()) {
+      const Stopwatch aWatch;
+      aPast.ReadPiece();
+      dLongest = std::max(dLongest, aWatch.Seconds());
+    }
+    benchmark::DoNotOptimize(aPast.Take());
+  }
+  aState.counters["bytes"] = static_cast<double>(aScript.szText.size());
+  aState.counters["longest_piece_ms"] = dLongest * 1000;
+}
+BENCHMARK(ReadADayOfLogs)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 

@@ -113,7 +113,7 @@ class ErrorsKept {
 }  // namespace
 
 int CliCommands::Check(const PassOptions& aOptions) {
-  PassView aView(aOptions);
+  PassView aView(aOptions, true);
   if (!aOptions.bPlugin) return CheckOnce(aOptions, aView);
   std::string szErrors;
   {

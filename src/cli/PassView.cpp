@@ -41,7 +41,8 @@ double Steady() {
 
 }  // namespace
 
-PassView::PassView(const PassOptions& aGiven) : aOptions(aGiven) {
+PassView::PassView(const PassOptions& aGiven, bool bSinglePass) : aOptions(aGiven) {
+  aFiles.bSinglePass = bSinglePass;
   aFiles.szOwnMetrics = aGiven.szMetrics;
   aFiles.szOwnPage = aGiven.szPage;
 }

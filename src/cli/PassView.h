@@ -12,7 +12,8 @@
 
 class PassView : public TerminalView {
  public:
-  explicit PassView(const PassOptions& aGiven);
+  // bSinglePass: no other follows.
+  PassView(const PassOptions& aGiven, bool bSinglePass);
   std::set<std::int32_t> aSlots;  // the sites that count; empty: all
 
   // After a pass: writes the files and says what it found. False when a file could not be written.

@@ -7,12 +7,13 @@
 #include "base/Text.h"
 #include "check/Schedule.h"
 #include "cli/Report.h"
+#include "fleet/PassFacts.h"
+#include "fleet/PastTrails.h"
 #include "history/LogFiles.h"
-#include "history/LogHistory.h"
-#include "history/LogSummary.h"
 #include "history/LogWords.h"
 #include "persistence/modAddress.h"
 #include "platform/Clock.h"
+#include "platform/Terminal.h"
 
 namespace {
 
@@ -41,16 +42,26 @@ std::string Counts() {
                        {Number(SiteStatus::iUp), Number(SiteStatus::iWarning), Number(SiteStatus::iDown)});
 }
 
-// The sites that fail at the end of the log, in lower case, and since when.
-std::map<std::string, DateTime> FailingByLog() {
-  constexpr std::int32_t lDaysBack = 31;
-  std::map<std::string, DateTime> aFailing;
+// Of the sites that fail: since when, by their slots. The last days tell it of nearly all; a site that failed
+// throughout them is looked for in a month.
+std::map<std::int32_t, DateTime> FailingByLog() {
+  std::map<std::int32_t, DateTime> aFailing;
   const auto szFolder = LogFiles::MonitorFolder();
-  const auto aLogs = szFolder.empty() ? std::vector<std::string>() : LogFiles::Recent(szFolder, lDaysBack);
-  LogHistory aHistory;
-  if (aLogs.empty() || !aHistory.Open(aLogs)) return aFailing;
-  for (const auto& aSite : Summarise(aHistory).aSites)
-    if (const auto* pRun = aSite.Current()) aFailing[Text::LowerCase(aSite.szSite)] = pRun->dtFrom;
+  if (szFolder.empty()) return aFailing;
+  for (const std::int32_t lDaysBack : {2, 31}) {
+    PastTrails aPast(szFolder, lDaysBack);
+    while (!aPast.Done() && !Terminal::Interrupted())
+      aPast.ReadPiece();
+    const Trails aTrails = aPast.Take();
+    bool bAllKnown = true;
+    for (std::int32_t i = 1; i <= lSiteCount; ++i) {
+      if (!Fails(modAddress::Site(i))) continue;
+      const auto& aStates = aTrails.Of(SiteName(modAddress::Site(i)));
+      aFailing[i] = Trails::FailingSince(aStates);
+      bAllKnown = bAllKnown && !aStates.empty() && aFailing[i] != aStates.front().dtFrom;
+    }
+    if (bAllKnown) break;
+  }
   return aFailing;
 }
 
@@ -64,11 +75,11 @@ void WatchView::ShowStart() {
   dtStarted = Clock::Now();
   if (bJson) return;
   Report::Say(FillResString(IDS_CLI_WATCHING, {Report::SiteNumber(lSiteCount), Schedule::NextPanelText()}));
-  const auto aFailing = AnyFails() ? FailingByLog() : std::map<std::string, DateTime>();
+  const auto aFailing = AnyFails() ? FailingByLog() : std::map<std::int32_t, DateTime>();
   for (std::int32_t i = 1; i <= lSiteCount; ++i) {
     const SiteRecord& aSite = modAddress::Site(i);
-    const auto aFound = aFailing.find(Text::LowerCase(Text::Trim(aSite.URL)));
-    Known(i) = {aSite.Status, Fails(aSite) && aFound != aFailing.end() ? aFound->second : 0};
+    const auto aFound = aFailing.find(i);
+    Known(i) = {aSite.Status, aFound != aFailing.end() ? aFound->second : 0};
   }
   const bool bAnyKnown = std::any_of(aSites.begin() + 1, aSites.end(), [](const SiteRecord& aSite) {
     return aSite.TakesPart() && SiteStatus::HasLight(aSite.Status);

@@ -14,7 +14,7 @@
 class WatchView : public PassView {
  public:
   explicit WatchView(const PassOptions& aGiven)
-      : PassView(aGiven), bJson(aGiven.bJson), bEverything(aGiven.bVerbose) {
+      : PassView(aGiven, false), bJson(aGiven.bJson), bEverything(aGiven.bVerbose) {
     bHeadline = bEverything;
   }
 

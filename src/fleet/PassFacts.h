@@ -17,7 +17,7 @@ struct PassFacts {
   double dStarted = 0;            // of the last pass begun, seconds since 1970; 0: none yet
   double dDuration = -1;          // of the last pass ended, seconds; below 0: none yet
   DateTime dtEnded = 0;           // of the last pass ended; 0: none yet
-  DateTime dtNext = 0;            // when the next automatic pass begins
+  DateTime dtNext = 0;            // when the next automatic pass begins; 0: nobody has planned one
   std::int64_t lChecked = 0;      // sites checked in the last pass ended
   std::int32_t lInterval = 3600;  // seconds from pass to pass
   // Since the metrics file was first written.

@@ -1,13 +1,12 @@
 #include "fleet/PassFiles.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/Strings.h"
 #include "check/Schedule.h"
 #include "fleet/Metrics.h"
 #include "fleet/StatusPage.h"
-#include "history/LogFiles.h"
-#include "history/LogHistory.h"
 #include "log/CheckLog.h"
 #include "persistence/KeptFiles.h"
 #include "persistence/Settings.h"
@@ -45,7 +44,11 @@ void PassFiles::PassBegins() {
   aFacts.lInterval = IntervalMinutes() * lMinute;
   szMetrics = szOwnMetrics.empty() ? KeptFiles::Read(KeptFiles::Kind::Metrics) : szOwnMetrics;
   szPage = szOwnPage.empty() ? KeptFiles::Read(KeptFiles::Kind::Page) : szOwnPage;
-  if (!szPage.empty() && !bTrailsLoaded) LoadTrails();
+  if (!szPage.empty() && !bPastRead) {
+    bPastRead = true;
+    aPast.emplace(Settings.LogPath, Trails::lDays + 1);
+    ReadPast(0);
+  }
   if (szMetrics.empty()) return;
   if (!bFactsTaken)
     Metrics::TakeFacts(Files::ReadWhole(szMetrics, lMostMetrics).value_or(""), aSites, aFacts);
@@ -53,11 +56,24 @@ void PassFiles::PassBegins() {
   WriteMetrics();  // if it fails it will at the end too, and be told then
 }
 
-// The log is read once; from then on the results themselves tell.
-void PassFiles::LoadTrails() {
-  bTrailsLoaded = true;
-  LogHistory aHistory;
-  if (aHistory.Open(LogFiles::Recent(Settings.LogPath, Trails::lDays + 1))) aTrails.Take(Summarise(aHistory));
+// The logs are read once, after each site a piece, at least one; from then on the results themselves tell.
+void PassFiles::ReadPast(double dMostSeconds) {
+  const double dBegun = Steady();
+  while (aPast && !aPast->Done()) {
+    aPast->ReadPiece();
+    if (Steady() - dBegun >= dMostSeconds) break;
+  }
+  if (!aPast || !aPast->Done()) return;
+  Trails aWhole = aPast->Take();
+  aWhole.Append(aTrails, MostGap());
+  aTrails = std::move(aWhole);
+  aPast.reset();
+}
+
+// Days. Two intervals, and as long as the last pass took, are no gap yet.
+double PassFiles::MostGap() const {
+  return (2.0 * IntervalMinutes() + 5) / dMinutesPerDay +
+         std::max(0.0, aFacts.dDuration) / (dMinutesPerDay * lMinute);
 }
 
 void PassFiles::RequestMoves() {
@@ -85,10 +101,8 @@ void PassFiles::SiteRecorded(std::int32_t lSlot) {
   if (szMetrics.empty() && szPage.empty()) return;
   if (modAddress::IsUnsaved(lSlot)) ++aFacts.lSavesFailed;
   if (szPage.empty()) return;
-  // Two intervals, and as long as the last pass took, are no gap yet.
-  const double dMostGap = (2.0 * IntervalMinutes() + 5) / dMinutesPerDay +
-                          std::max(0.0, aFacts.dDuration) / (dMinutesPerDay * lMinute);
-  aTrails.Add(SiteName(aSite), StateOf(aSite.Status), Clock::Now(), dMostGap);
+  aTrails.Add(SiteName(aSite), StateOf(aSite.Status), Clock::Now(), MostGap());
+  ReadPast(0);
 }
 
 void PassFiles::CountMail() {
@@ -111,10 +125,14 @@ std::vector<std::string> PassFiles::PassEnds() {
   bBegun = false;
   aFacts.dDuration = std::max(0.0, Steady() - dBegan);
   aFacts.dtEnded = Clock::Now();
-  aFacts.dtNext = NextCheckTime;
+  aFacts.dtNext = bSinglePass ? 0 : NextCheckTime;
   aFacts.lChecked = lRecorded;
   if (!szMetrics.empty() && !WriteMetrics()) aUnwritten.push_back(szMetrics);
   if (!szPage.empty()) {
+    // A monitor that goes on reads the rest beside its next pass.
+    constexpr double dMoment = 0.3;
+    constexpr double dAsLongAsItTakes = 3600;
+    ReadPast(bSinglePass && !bStopped ? dAsLongAsItTakes : dMoment);
     aTrails.Trim(Clock::Now());
     if (!Files::WriteWhole(szPage, StatusPage::Compose(aSites, aFacts, aTrails, Clock::Now())))
       aUnwritten.push_back(szPage);

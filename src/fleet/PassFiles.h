@@ -3,16 +3,20 @@
 // cannot be written never holds a pass up.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "fleet/PassFacts.h"
+#include "fleet/PastTrails.h"
 #include "fleet/Trails.h"
 
 class PassFiles {
  public:
   // Files of this run alone, in place of the stored ones; empty: as stored.
   std::string szOwnMetrics, szOwnPage;
+  // This program runs one pass and ends: nobody has planned another.
+  bool bSinglePass = false;
 
   void PassBegins();
   void RequestMoves();  // anything happens to the request in flight
@@ -26,15 +30,17 @@ class PassFiles {
   double LastResponse() const { return dLastResponse; }
 
  private:
-  void LoadTrails();
+  void ReadPast(double dMostSeconds);
+  double MostGap() const;
   void CountMail();
   bool WriteMetrics() const;
 
   PassFacts aFacts;
   Trails aTrails;
-  std::string szMetrics, szPage;  // of this pass
+  std::optional<PastTrails> aPast;  // while the logs of before this run are being read
+  std::string szMetrics, szPage;    // of this pass
   std::vector<std::string> aUnwritten;
-  bool bBegun = false, bTrailsLoaded = false, bFactsTaken = false, bStopped = false;
+  bool bBegun = false, bPastRead = false, bFactsTaken = false, bStopped = false;
   double dBegan = 0, dRequested = 0, dAnswered = 0;  // steady seconds; 0: not yet
   double dLastResponse = -1;
   std::int64_t lRecorded = 0;

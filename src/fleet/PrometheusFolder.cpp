@@ -1,6 +1,7 @@
 #include "fleet/PrometheusFolder.h"
 
 #include <algorithm>
+#include <deque>
 #include <optional>
 
 #include "base/Text.h"
@@ -86,14 +87,23 @@ PrometheusFolder::Report PrometheusFolder::Write(const std::string& szFolder, co
     if (NotOurs(aFile.szName)) return Fail(Result::Foreign, Path(aFile.szName));
     aNames.push_back(aFile.szName);
   }
-  // The modules of new time-outs first, then the targets that name them.
+  struct New {
+    std::string szPath;
+    Files::Replacement aFile;
+    explicit New(const std::string& szFile) : szPath(szFile), aFile(szFile) {}
+  };
+  std::deque<New> aNew;
   for (const auto& aFile : aFiles) {
     const auto szOld = Files::ReadWhole(Path(aFile.szName), lMostText);
     if (szOld && *szOld == aFile.szBytes) continue;
-    if (!Files::WriteWhole(Path(aFile.szName), aFile.szBytes))
-      return Fail(Result::NotWritten, Path(aFile.szName));
+    if (!aNew.emplace_back(Path(aFile.szName)).aFile.Write(aFile.szBytes))
+      return Fail(Result::NotWritten, aNew.back().szPath);
     if (szOld && aFile.szName != "README.txt") aReport.aChanged.push_back(aFile.szName);
   }
+  if (!aTargets.Finish()) return Fail(Result::NotWritten, Path(aNames.front()));
+  // The modules of new time-outs first, then the targets that name them.
+  for (New& aFile : aNew)
+    if (!aFile.aFile.Commit()) return Fail(Result::NotWritten, aFile.szPath);
   if (!aTargets.Commit()) return Fail(Result::NotWritten, Path(aNames.front()));
   RemoveOtherShards(szFolder, aNames);
   return aReport;

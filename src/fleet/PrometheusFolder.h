@@ -1,5 +1,5 @@
-// PrometheusFolder: writes the folder, whole or not at all as far as a folder can be: everything is composed
-// and the targets written beside before the first file is replaced. What is not ours is left alone.
+// PrometheusFolder: writes the folder, whole or not at all as far as a folder can be: everything is written
+// beside before the first file is replaced. What is not ours is left alone.
 #pragma once
 
 #include <cstdint>

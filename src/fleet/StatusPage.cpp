@@ -177,7 +177,9 @@ std::string Head(const std::vector<Entry>& aEntries, const PassFacts& aFacts, Da
       "<p>" +
       FillResString(IDS_PAGE_LAST, {LogWords::Moment(dtEnded), Seconds(std::max(0.0, aFacts.dDuration))}) +
       "</p>\n";
-  if (aFacts.dtNext > 0) {
+  if (aFacts.dtNext == 0) {
+    szHead += "<p><strong>" + LoadResString(IDS_PAGE_NO_NEXT) + "</strong></p>\n";
+  } else {
     // The page comes at the pass's end.
     const DateTime dtDue = AddSeconds(aFacts.dtNext, 60 + 2 * std::max(0.0, aFacts.dDuration));
     szHead += "<p><strong>" + FillResString(IDS_PAGE_NEXT, {LogWords::Moment(dtDue)}) + "</strong></p>\n";

@@ -101,9 +101,11 @@ void TargetFiles::Add(const SiteRecord& aSite, std::int64_t lSlot) {
   szOut.clear();
 }
 
+bool TargetFiles::Finish() {
+  return std::ranges::all_of(aPieces,
+                             [](Piece& aPiece) { return aPiece.aFile.Write(aPiece.szBytes + "\n]\n"); });
+}
+
 bool TargetFiles::Commit() {
-  return std::ranges::all_of(aPieces, [](Piece& aPiece) {
-    aPiece.aFile.Write(aPiece.szBytes + "\n]\n");
-    return aPiece.aFile.Commit();
-  });
+  return std::ranges::all_of(aPieces, [](Piece& aPiece) { return aPiece.aFile.Commit(); });
 }

@@ -26,7 +26,9 @@ class TargetFiles {
 
   // A site that is disabled, or has no address at all, is passed over.
   void Add(const SiteRecord& aSite, std::int64_t lSlot);
-  // False when any of the files could not be written. Those before it are then new already.
+  // After the last site. False when any of the files could not be written, and none may be committed then.
+  bool Finish();
+  // False when one could not be put in place. Those before it are then new already.
   bool Commit();
 
   std::int64_t Count() const { return lCount; }

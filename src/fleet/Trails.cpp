@@ -1,6 +1,8 @@
 #include "fleet/Trails.h"
 
 #include <algorithm>
+#include <iterator>
+#include <ranges>
 
 #include "base/Text.h"
 
@@ -8,6 +10,45 @@ namespace {
 
 bool IsFailure(SiteState iState) {
   return iState == SiteState::Warning || iState == SiteState::Down;
+}
+
+using States = std::vector<StateInterval>;
+
+// Two failed checks in a row are an outage from the first of them, though one of them ends what was known
+// and the other begins what is new from lJoint on. Time that nobody watched lies in between at most.
+void FindOutage(States& aStates, std::size_t lJoint) {
+  const auto Continues = [](const StateInterval& a) {
+    return IsFailure(a.iState) || a.iState == SiteState::Unwatched;
+  };
+  const auto Fails = [](const StateInterval& a) { return IsFailure(a.iState); };
+  const auto pJoint = aStates.begin() + static_cast<std::ptrdiff_t>(lJoint);
+  const auto pFirst = std::find_if_not(std::make_reverse_iterator(pJoint), aStates.rend(), Continues).base();
+  const auto pPast = std::find_if_not(pJoint, aStates.end(), Continues);
+  if (std::none_of(pFirst, pJoint, Fails) || std::none_of(pJoint, pPast, Fails)) return;
+  for (auto& a : std::ranges::subrange(pFirst, pPast))
+    if (a.iState == SiteState::Warning) a.iState = SiteState::Down;
+}
+
+void Join(States& aStates, const States& aLater, double dMostGap) {
+  if (aStates.empty()) {
+    aStates = aLater;
+    return;
+  }
+  const DateTime dtEnd = aStates.back().dtTo;
+  const auto pNew = std::ranges::find_if(aLater, [&](const StateInterval& a) { return a.dtTo >= dtEnd; });
+  if (pNew == aLater.end()) return;
+  const DateTime dtNext = std::max(dtEnd, pNew->dtFrom);
+  if (dtNext - dtEnd <= dMostGap || aStates.back().iState == SiteState::Unwatched)
+    aStates.back().dtTo = dtNext;
+  else
+    aStates.push_back({dtEnd, dtNext, SiteState::Unwatched});
+  const auto lJoint = aStates.size();
+  aStates.insert(aStates.end(), pNew, aLater.end());
+  aStates[lJoint].dtFrom = dtNext;
+  FindOutage(aStates, lJoint);
+  if (aStates[lJoint].iState != aStates[lJoint - 1].iState) return;
+  aStates[lJoint].dtFrom = aStates[lJoint - 1].dtFrom;
+  aStates.erase(aStates.begin() + static_cast<std::ptrdiff_t>(lJoint) - 1);
 }
 
 }  // namespace
@@ -28,6 +69,12 @@ void Trails::Add(const std::string& szSite, SiteState iState, DateTime dtNow, do
       aStates.push_back({aStates.back().dtTo, dtNow, SiteState::Unwatched});
   }
   if (aStates.empty() || aStates.back().iState != iState) aStates.push_back({dtNow, dtNow, iState});
+}
+
+void Trails::Append(const Trails& aLater, double dMostGap) {
+  for (const auto& [szSite, aStates] : aLater.aTrails)
+    Join(aTrails[szSite], aStates, dMostGap);
+  if (aLater.dtFrom > 0 && (dtFrom == 0 || aLater.dtFrom < dtFrom)) dtFrom = aLater.dtFrom;
 }
 
 void Trails::Trim(DateTime dtNow) {
@@ -55,6 +102,15 @@ Trails::Watched Trails::TimeUp(const std::vector<StateInterval>& aStates, DateTi
     if (a.iState == SiteState::Up) aTime.dUp += dLength;
   }
   return aTime;
+}
+
+DateTime Trails::FailingSince(const std::vector<StateInterval>& aStates) {
+  DateTime dtSince = 0;
+  for (const StateInterval& a : std::views::reverse(aStates)) {
+    if (a.iState != SiteState::Unwatched && !IsFailure(a.iState)) break;
+    if (IsFailure(a.iState)) dtSince = a.dtFrom;
+  }
+  return dtSince;
 }
 
 std::vector<Trails::Failure> Trails::Failures(const std::vector<StateInterval>& aStates) {

@@ -17,6 +17,8 @@ class Trails {
   void Take(const LogSummary& aSummary);
   // A result of now. dMostGap: days without a check after which nobody is taken to have watched.
   void Add(const std::string& szSite, SiteState iState, DateTime dtNow, double dMostGap);
+  // What follows in time. Where the two overlap, the later one gives way.
+  void Append(const Trails& aLater, double dMostGap);
   // Nothing older than lDays is kept.
   void Trim(DateTime dtNow);
 
@@ -29,6 +31,8 @@ class Trails {
     double dUp = 0, dAll = 0;
   };
   static Watched TimeUp(const std::vector<StateInterval>& aStates, DateTime dtFrom, DateTime dtTo);
+  // When the failed checks began with which the states end; 0: they end with none.
+  static DateTime FailingSince(const std::vector<StateInterval>& aStates);
   // From a first failure to the next success, where a second one came between.
   struct Failure {
     DateTime dtFrom = 0, dtTo = 0;

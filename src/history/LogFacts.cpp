@@ -88,6 +88,7 @@ std::vector<LogFacts::Fact> LogFacts::Of(const LogSummary& aSummary) {
     Add(IDS_LOG_FACT_GAPS, LogWords::Gaps(aSummary), LoadResString(IDS_LOG_FACT_GAPS_NOTE));
   if (aSummary.lEndless + aSummary.lStartless > 0)
     Add(IDS_LOG_FACT_BROKEN_OFF, {LogWords::BrokenOff(aSummary)});
+  if (aSummary.lPartial > 0) Add(IDS_LOG_FACT_PARTIAL, {LogWords::ChosenSites(aSummary)});
   if (aSummary.lUnread > 0)
     Add(IDS_LOG_FACT_UNREAD, {FillResString(IDS_LOG_FACT_UNREAD_VALUE, {Count(aSummary.lUnread)})});
   return aFacts;

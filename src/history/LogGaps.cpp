@@ -70,6 +70,13 @@ std::vector<StateInterval> LogGaps::Find(const LogHistory& aHistory) {
   return aGaps;
 }
 
+std::int64_t LogGaps::LongestPauseAfter(const LogHistory& aHistory) {
+  std::vector<std::size_t> aTimed;
+  std::vector<Distance> aDistances;
+  Measure(aHistory, aTimed, aDistances);
+  return std::max(lShortest, LongestPause(aDistances, aDistances.size()));
+}
+
 DateTime LogGaps::NextDue(const LogHistory& aHistory) {
   constexpr double dGrace = 120;  // seconds
   std::vector<std::size_t> aTimed;

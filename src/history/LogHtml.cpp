@@ -265,8 +265,7 @@ std::string PassHead(const LogPass& aPass, bool bLast) {
                                       : IDS_LOG_PASS_AUTO,
                       {szTime});
   if (aPass.bStopped) szHead += " <span>(" + Words(IDS_LOG_PASS_STOPPED) + ")</span>";
-  if (aPass.bStarted && !aPass.bEnded && !bLast)
-    szHead += " <span>(" + Words(IDS_LOG_PASS_ENDLESS) + ")</span>";
+  if (aPass.bStarted && !aPass.bEnded && !bLast) szHead += " <span>(" + LogWords::NoEnd(aPass) + ")</span>";
   return "<tbody>\n<tr><th colspan=\"6\" scope=\"rowgroup\">" + szHead + "</th></tr>\n";
 }
 

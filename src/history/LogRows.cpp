@@ -226,9 +226,8 @@ std::string LogRows::PassRemark(const LogPass& aPass) const {
   if (aPass.bStopped) return LoadResString(IDS_LOG_PASS_STOPPED);
   // The last pass may still be running.
   const auto& aLast = pHistory->Passes().back();
-  return aPass.bStarted && !aPass.bEnded && &aPass != &pHistory->Pass(aLast)
-             ? LoadResString(IDS_LOG_PASS_ENDLESS)
-             : std::string();
+  return aPass.bStarted && !aPass.bEnded && &aPass != &pHistory->Pass(aLast) ? LogWords::NoEnd(aPass)
+                                                                             : std::string();
 }
 
 std::optional<std::size_t> LogRows::Find(std::optional<std::size_t> lFrom, std::string_view szWords,

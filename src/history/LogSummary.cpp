@@ -88,7 +88,8 @@ void Summariser::CountPass(std::uint32_t lPass) {
   const auto& aPass = aHistory.Pass(aRef);
   if (aPass.bStarted) ++(aPass.bManual ? aSummary.lManual : aSummary.lAutomatic);
   if (!aPass.bStarted && aPass.lEntries > 0) ++aSummary.lStartless;
-  if (aPass.bStarted && !aPass.bEnded && lPass + 1 < aHistory.Passes().size()) ++aSummary.lEndless;
+  if (aPass.bStarted && !aPass.bEnded && lPass + 1 < aHistory.Passes().size())
+    ++(aPass.bManual ? aSummary.lPartial : aSummary.lEndless);
   aSummary.lUnread += aPass.lUnread;
   aSummary.lEntries += aPass.lEntries;
   if (aPass.dtStart > 0) {

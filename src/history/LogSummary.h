@@ -95,7 +95,9 @@ struct LogSummary {
   DateTime dtFrom = 0, dtTo = 0;  // first and last moment known; 0 when there is none
   std::uint32_t lManual = 0, lAutomatic = 0;
   std::uint32_t lStartless = 0;  // groups of entries whose start line is missing
-  std::uint32_t lEndless = 0;    // passes without end line, the last one not counted
+  // Passes without end line, the last one not counted: on schedule, and by hand, which then had only chosen
+  // sites or were broken off.
+  std::uint32_t lEndless = 0, lPartial = 0;
   std::uint32_t lEntries = 0, lUnread = 0;
   std::uint32_t lMailsSent = 0, lMailsFailed = 0;
   DateTime dtLastCheck = 0;  // the newest check of any site; 0: none

@@ -147,6 +147,18 @@ std::string LogWords::BrokenOff(const LogSummary& aSummary) {
                        {Count(lCount)});
 }
 
+std::string LogWords::ChosenSites(const LogSummary& aSummary) {
+  return FillResString(aSummary.lPartial == 1 ? IDS_LOG_FACT_PARTIAL_ONE : IDS_LOG_FACT_PARTIAL_VALUE,
+                       {Count(aSummary.lPartial)});
+}
+
+std::string LogWords::NoEnd(const LogPass& aPass) {
+  if (!aPass.bManual || aPass.lEntries == 0) return LoadResString(IDS_LOG_PASS_ENDLESS);
+  return FillResString(IDS_LOG_PASS_PARTIAL,
+                       {aPass.lEntries == 1 ? LoadResString(IDS_CLI_SITE_ONE)
+                                            : FillResString(IDS_CLI_SITE_MANY, {Count(aPass.lEntries)})});
+}
+
 std::string LogWords::Checks(const LogSummary& aSummary) {
   std::uint64_t lChecks = 0;
   std::uint64_t lSuccesses = 0;

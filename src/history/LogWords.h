@@ -34,6 +34,10 @@ std::string Mails(const Outage& aOutage);
 
 // How many passes lack their start or end line, and what that means.
 std::string BrokenOff(const LogSummary& aSummary);
+// How many by hand have no end line, and why that may be.
+std::string ChosenSites(const LogSummary& aSummary);
+// The same of one pass that has none.
+std::string NoEnd(const LogPass& aPass);
 // How many checks all sites had, and how many of them were answered well.
 std::string Checks(const LogSummary& aSummary);
 

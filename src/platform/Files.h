@@ -53,7 +53,8 @@ class Replacement {
   Replacement(const Replacement&) = delete;
   Replacement& operator=(const Replacement&) = delete;
 
-  void Write(std::string_view szBytes);
+  // False when this piece or one before it could not be written.
+  bool Write(std::string_view szBytes);
   bool Commit();
 
  private:

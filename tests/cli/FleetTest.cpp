@@ -104,7 +104,8 @@ TEST_F(Fleet, FilesForOtherToolsAreKept) {
   EXPECT_EQ(Run({"check"}).iCode, 0);
   EXPECT_THAT(aHome.Read("k.prom"),
               testing::HasSubstr("kestrova_site_up{site=\"" + aServer.Site("/good") + "\"} 1"));
-  EXPECT_THAT(aHome.Read("p.htm"), testing::HasSubstr("The one site is up"));
+  EXPECT_THAT(aHome.Read("p.htm"), testing::AllOf(testing::HasSubstr("The one site is up"),
+                                                  testing::HasSubstr("no next one is planned")));
 
   // A file that cannot be written costs a line, not the pass.
   const Result aResult = Run({"check", "--metrics", aHome.Path("no/m.prom")});

@@ -5,11 +5,13 @@
 #include "check/Schedule.h"
 #include "fleet/Metrics.h"
 #include "fleet/PassFiles.h"
+#include "fleet/PastTrails.h"
 #include "fleet/StatusPage.h"
 #include "log/CheckLog.h"
 #include "persistence/KeptFiles.h"
 #include "persistence/Settings.h"
 #include "platform/Files.h"
+#include "support/LogScript.h"
 #include "support/TestHome.h"
 #include "support/WellFormed.h"
 
@@ -89,6 +91,74 @@ TEST(Trails, TimeThatNobodyWatchedIsNeitherUpNorDown) {
   EXPECT_NEAR(aFailures[0].dtTo, dtNow + 12 * dHour, 1e-6);
   aTrails.Trim(dtNow + 40);
   EXPECT_EQ(Trails::TimeUp(aTrails.Of("a.test"), dtNow, dtNow + 40).dAll, 0);
+}
+
+// Some days of passes with outages, a pause, and a site that is off the list for a while: more than one
+// piece.
+void WriteLongLogs(const TestHome& aHome) {
+  constexpr int lSites = 24, lDays = 4, lADay = 288;
+  std::uint32_t lRandom = 1;
+  std::vector<int> aFailing(lSites);
+  for (int lDay = 0; lDay < lDays; ++lDay) {
+    LogScript aScript{dtNow - lDays + lDay};
+    for (int lPass = 0; lPass < lADay; ++lPass) {
+      if (lDay == 2 && lPass >= 100 && lPass < 130) continue;  // nobody watched
+      aScript.dtNow = dtNow - lDays + lDay + lPass / static_cast<double>(lADay);
+      aScript.Start();
+      for (int n = 0; n < lSites; ++n) {
+        const std::string szSite = "www." + std::to_string(n) + ".test/" + std::string(160, 'x');
+        if (n == 5 && lDay == 1) continue;
+        lRandom = lRandom * 1664525 + 1013904223;
+        auto& lLeft = aFailing[static_cast<std::size_t>(n)];
+        lLeft = lLeft > 0 ? lLeft - 1 : (lRandom >> 16U) % 97 == 0 ? static_cast<int>(lRandom >> 28U) : 0;
+        lLeft > 0 ? aScript.Warn(szSite) : aScript.Up(szSite);
+      }
+      aScript.End();
+    }
+    aHome.Write("D-2026011" + std::to_string(6 + lDay) + ".kvl", aScript.szText);
+  }
+}
+
+TEST(PastTrails, PieceByPieceTheySayWhatTheLogsSayAsAWhole) {
+  const TestHome aHome;
+  const StandingClock aClock(dtNow);
+  WriteLongLogs(aHome);
+  LogHistory aHistory;
+  ASSERT_TRUE(aHistory.Open({aHome.Folder()}));
+  Trails aWhole;
+  aWhole.Take(Summarise(aHistory));
+
+  PastTrails aPast(aHome.Folder(), 30);
+  int lPieces = 0;
+  for (; !aPast.Done(); ++lPieces) {
+    // What the pass that runs meanwhile writes is not read.
+    if (lPieces == 1)
+      Files::Append(aHome.Path("D-20260119.kvl"), "[START CHECK: AUTO - 1/20/2026 8:00:00 AM]\r\n");
+    aPast.ReadPiece();
+  }
+  EXPECT_GE(lPieces, 3);
+  const Trails aPieced = aPast.Take();
+  EXPECT_EQ(aPieced.From(), aWhole.From());
+  std::size_t lOutages = 0;
+  for (const std::string& szSite : aHistory.Sites()) {
+    const auto &aOne = aWhole.Of(szSite), &aOther = aPieced.Of(szSite);
+    ASSERT_EQ(aOne.size(), aOther.size()) << szSite;
+    for (std::size_t i = 0; i < aOne.size(); ++i) {
+      EXPECT_EQ(aOne[i].iState, aOther[i].iState) << szSite << i;
+      EXPECT_NEAR(aOne[i].dtFrom, aOther[i].dtFrom, 1e-9) << szSite << i;
+      EXPECT_NEAR(aOne[i].dtTo, aOther[i].dtTo, 1e-9) << szSite << i;
+    }
+    lOutages += Trails::Failures(aOther).size();
+  }
+  EXPECT_GT(lOutages, 150U);
+}
+
+TEST(StatusPage, ASingleCheckPromisesNoOther) {
+  PassFacts aFacts;
+  aFacts.dtEnded = dtNow;
+  const std::string szPage = StatusPage::Compose(List({{"", "up.test", 1, 1, 60, ""}}), aFacts, {}, dtNow);
+  EXPECT_TRUE(Holds(szPage, "no next one is planned"));
+  EXPECT_FALSE(Holds(szPage, "expected by"));
 }
 
 TEST(StatusPage, SaysWhatIsDownAndWhenItIsOld) {

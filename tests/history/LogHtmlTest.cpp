@@ -32,15 +32,16 @@ TEST(LogHtml, LetsNothingHostileIn) {
     aScript.Entry("http://" + szText, szText, 2, szText).Raw("raw " + szText + "\r\n");
   aScript.Entry("(1) http://x<BR>(2) http://y", "(1) z<BR>(2) Site OK", 2,
                 "<SPAN class=\"Emphasis\">IP Check Performed</SPAN>; E-mail Notification Sent");
-  aScript.Entry("http://a", "", 2, "Manually Stopped.").Start();
+  aScript.Entry("http://a", "", 2, "Manually Stopped.").Start().Start(true).Up("a").Start();
   const auto szPage = PageOf(aHome, aScript.szText);
   for (const auto* szTag :
        {"<script", "<img", "<svg onload", "<SPAN", "<BR", "<!--", "onclick=\"x", "]]>", "\x1b"})
     EXPECT_EQ(szPage.find(szTag), std::string::npos) << szTag;
   EXPECT_EQ(szPage.find('\0'), std::string::npos);
-  for (const auto* szPart : {"(1) z<br/>(2) Site OK",
-                             "<span class=\"Emphasis\">IP Check Performed</span>; E-mail Notification Sent",
-                             "(stopped by hand)", "(its end is missing)", "<bdi>raw &lt;script"})
+  for (const auto* szPart :
+       {"(1) z<br/>(2) Site OK",
+        "<span class=\"Emphasis\">IP Check Performed</span>; E-mail Notification Sent", "(stopped by hand)",
+        "(its end is missing)", "(a check of 1 site alone, or broken off)", "<bdi>raw &lt;script"})
     EXPECT_NE(szPage.find(szPart), std::string::npos) << szPart;
   ExpectWellFormed(aHome, szPage);
 }

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <sstream>
 
+#include "history/LogFacts.h"
 #include "history/LogStrip.h"
 #include "history/LogSummary.h"
 #include "history/LogSummaryText.h"
@@ -187,6 +188,30 @@ TEST(LogSummary, SaysWhatStandsAtTheEndAndWhetherItIsStillTrue) {
         LogSummaryText::Compose(aSummary, AddMinutes(aSummary.dtLastCheck, aCase.dMinutesLater));
     EXPECT_NE(szTold.find(aCase.szTold), std::string::npos) << aCase.szStory << "\n" << szTold;
   }
+}
+
+// A check of chosen sites leaves no end line, and those it passed over were watched all the same.
+TEST(LogSummary, AChosenSiteIsNoPassThatBrokeOff) {
+  LogScript aScript;
+  for (int lPass = 0; lPass < 6; ++lPass) {
+    aScript.Start().Up("a").Up("b").End().After(10);
+    if (lPass == 2) aScript.Start(true).Up("a").After(10);
+  }
+  auto aSummary = Of(aScript.szText);
+  EXPECT_EQ(aSummary.lPartial, 1U);
+  EXPECT_EQ(aSummary.lEndless, 0U);
+  for (const auto& aSite : aSummary.aSites)
+    EXPECT_EQ(aSite.aStates.size(), 1U) << aSite.szSite;
+  const auto Holds = [&](const char* szText) {
+    return std::ranges::any_of(LogFacts::Of(aSummary), [&](const LogFacts::Fact& aFact) {
+      return aFact.aLines.front().starts_with(szText);
+    });
+  };
+  EXPECT_TRUE(Holds("1 pass started by hand has no end line: it was a check of chosen sites alone"));
+  EXPECT_FALSE(Holds("1 pass has no proper"));
+  aSummary = Of(aScript.Start().Up("a").Start().Up("a").Up("b").End().szText);
+  EXPECT_EQ(aSummary.lEndless, 1U);
+  EXPECT_TRUE(Holds("1 pass has no proper"));
 }
 
 // Told to the minute of the checks, however wide a minute is painted.

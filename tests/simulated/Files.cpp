@@ -156,8 +156,9 @@ Files::Replacement::Replacement(const std::string& szPath)
 
 Files::Replacement::~Replacement() = default;
 
-void Files::Replacement::Write(std::string_view szBytes) {
+bool Files::Replacement::Write(std::string_view szBytes) {
   pState->szBytes += szBytes;
+  return true;
 }
 
 bool Files::Replacement::Commit() {

@@ -148,8 +148,9 @@ Files::Replacement::~Replacement() {
   if (!pState->szBeside.empty()) unlink(pState->szBeside.c_str());
 }
 
-void Files::Replacement::Write(std::string_view szBytes) {
+bool Files::Replacement::Write(std::string_view szBytes) {
   pState->bWhole = pState->bWhole && WriteAll(pState->aFile.Number(), szBytes) == szBytes.size();
+  return pState->bWhole;
 }
 
 bool Files::Replacement::Commit() {

@@ -115,8 +115,9 @@ Files::Replacement::~Replacement() {
   if (!pState->szBeside.empty()) DeleteFileA(pState->szBeside.c_str());
 }
 
-void Files::Replacement::Write(std::string_view szBytes) {
+bool Files::Replacement::Write(std::string_view szBytes) {
   pState->bWhole = pState->bWhole && WriteAll(pState->aFile->Get(), szBytes);
+  return pState->bWhole;
 }
 
 bool Files::Replacement::Commit() {

@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include <filesystem>
+#include <map>
 
 #include "cli/Cli.h"
 #include "support/Stored.h"
@@ -204,6 +205,29 @@ TEST_F(Kept, TwoWaysToOneStoreAreOneStore) {
               HasSubstr("already running on this list"));
   aCheck.Interrupt();
   EXPECT_EQ(aCheck.Wait(dMostSeconds), 130);
+}
+
+TEST_F(Kept, AFullDiskLeavesTheFolderForPrometheusAsItWas) {
+  ImportList(ListOf({aServer.Site("/fine")}));
+  ASSERT_EQ(Run({"export", "--prometheus", aHome.Path("p")}).iCode, 0);
+  const auto Folder = [&] {
+    std::map<std::string, std::string> aFiles;
+    for (const auto& aEntry : fs::directory_iterator(aHome.Path("p")))
+      aFiles[aEntry.path().filename()] = aHome.Read("p/" + aEntry.path().filename().string());
+    return aFiles;
+  };
+  const auto aBefore = Folder();
+  std::string szList;
+  for (int i = 0; i < 500; ++i)
+    szList += "www.site" + std::to_string(i) + ".test,,4,1," + std::to_string(i) + "\n";
+  aHome.Write("long.kvd", szList);
+  for (const char* szBlocks : {"0", "8", "40"}) {
+    const Result aResult =
+        Shell(std::string("trap '' XFSZ; ulimit -f ") + szBlocks + "; exec " + Program() +
+              " export --prometheus " + aHome.Path("p") + " --from " + aHome.Path("long.kvd"));
+    EXPECT_EQ(aResult.iCode, 2) << szBlocks;
+    EXPECT_EQ(Folder(), aBefore) << szBlocks;
+  }
 }
 
 }  // namespace
