@@ -46,7 +46,10 @@ struct LogArguments {
   std::vector<std::string> aFiles;  // "-": standard input; none: the folder of the settings
   std::string szHtml, szCsv;        // empty: not asked for; "-": standard output
   std::string szSite;               // empty: all
+  std::string szFrom, szTo;         // see LogPeriod::Moment; empty: from its beginning, to its end
   bool bSummary = false, bOutages = false, bFailures = false, bJson = false, bEntries = false;
+  bool bPasses = false, bSlow = false, bWhen = false;
+  std::string szAgainst;  // "before", or when the other period begins; empty: nothing is compared
 };
 int Log(LogArguments a);
 

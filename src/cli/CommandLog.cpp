@@ -3,16 +3,19 @@
 #include <iostream>
 #include <iterator>
 #include <nlohmann/json.hpp>
+#include <optional>
 
 #include "base/Strings.h"
 #include "base/Text.h"
 #include "cli/CliCommands.h"
+#include "cli/LogViews.h"
 #include "cli/Report.h"
 #include "history/LogCsv.h"
 #include "history/LogFiles.h"
 #include "history/LogFilter.h"
 #include "history/LogHistory.h"
 #include "history/LogHtml.h"
+#include "history/LogPeriod.h"
 #include "history/LogSummary.h"
 #include "history/LogSummaryText.h"
 #include "history/LogWords.h"
@@ -61,6 +64,19 @@ std::string Read(const std::vector<std::string>& aNames, LogHistory& aHistory) {
   return {};
 }
 
+// Only the passes asked for; a sentence where none is.
+std::string KeepPeriod(const LogArguments& a, LogHistory& aHistory) {
+  if (a.szFrom.empty() && a.szTo.empty()) return {};
+  LogPeriod aPeriod;
+  if (auto szWrong = LogViews::ReadPeriod(a, aHistory, aPeriod); !szWrong.empty()) return szWrong;
+  const auto aAll = LogPeriod::Of(aHistory);
+  aHistory.Keep(aPeriod);
+  if (!aHistory.Passes().empty()) return {};
+  return FillResString(IDS_CLI_LOG_NO_PASS,
+                       {LogWords::Moment(aPeriod.dtFrom), LogWords::Moment(aPeriod.dtPast),
+                        LogWords::Moment(aAll.dtFrom), LogWords::Moment(aAll.dtPast)});
+}
+
 // Which of the log's sites are asked for, by their numbers; none where no address holds the text.
 std::vector<bool> Wanted(const LogHistory& aHistory, const std::string& szSite) {
   std::vector<bool> aWanted;
@@ -68,6 +84,14 @@ std::vector<bool> Wanted(const LogHistory& aHistory, const std::string& szSite) 
   for (const auto& szKnown : aHistory.Sites())
     aWanted.push_back(Text::LowerCase(szKnown).find(szLowered) != std::string::npos);
   return aWanted;
+}
+
+void LeaveWanted(LogSummary& aSummary, const LogHistory& aHistory, const std::vector<bool>& aWanted) {
+  if (std::ranges::count(aWanted, false) == 0) return;
+  std::erase_if(aSummary.aSites, [&](const auto& aSite) {
+    const auto aFound = std::ranges::find(aHistory.Sites(), aSite.szSite);
+    return !aWanted[static_cast<std::size_t>(aFound - aHistory.Sites().begin())];
+  });
 }
 
 std::string SitesOf(const LogHistory& aHistory) {
@@ -155,6 +179,13 @@ void SayLines(const LogArguments& a, const LogHistory& aHistory, const std::vect
   }
 }
 
+std::string Compare(const LogArguments& a, const LogHistory& aHistory, const std::vector<bool>& aWanted,
+                    std::optional<PeriodComparison>& aComparison) {
+  auto aSummary = Summarise(aHistory);
+  LeaveWanted(aSummary, aHistory, aWanted);
+  return LogViews::Compare(a, aHistory, aSummary, aComparison);
+}
+
 // What goes to the terminal, if anything is asked for or no file is.
 void Show(const LogArguments& a, const LogHistory& aHistory, const LogSummary& aSummary,
           const std::vector<bool>& aWanted) {
@@ -167,13 +198,16 @@ void Show(const LogArguments& a, const LogHistory& aHistory, const LogSummary& a
     SayJson(aSites, 2);
   } else if (a.bSummary) {
     Report::Say(LogSummaryText::Compose(aSummary, Clock::Now(), lColumns));
+    const auto szBudget = LogPassTable::Budget(LogPasses::Lengths(aHistory));
+    if (!szBudget.empty()) Report::Say(szBudget);
   } else if (a.bOutages) {
     const auto szTable = LogSummaryText::Outages(aSummary, LogTables::Runs::Outages, lColumns);
     Report::Say(szTable.empty() ? std::string(LoadResString(IDS_CLI_LOG_NO_OUTAGES))
                                 : szTable.substr(0, szTable.size() - 1));
   }
   const bool bAnyFile = !a.szHtml.empty() || !a.szCsv.empty();
-  if (a.bFailures || (!bSummary && (a.bJson || !bAnyFile))) SayLines(a, aHistory, aWanted);
+  if (a.bFailures || (!bSummary && !LogViews::Any(a) && (a.bJson || !bAnyFile)))
+    SayLines(a, aHistory, aWanted);
 }
 
 }  // namespace
@@ -188,22 +222,25 @@ int CliCommands::Log(LogArguments a) {
   if (!szWrong.empty()) return Report::Fail(szWrong);
   LogHistory aHistory;
   szWrong = Read(a.aFiles, aHistory);
+  const auto aWanted = Wanted(aHistory, a.szSite);
+  std::optional<PeriodComparison> aComparison;
+  if (szWrong.empty() && !a.szAgainst.empty()) szWrong = Compare(a, aHistory, aWanted, aComparison);
+  if (szWrong.empty()) szWrong = KeepPeriod(a, aHistory);
   if (!szWrong.empty()) return Report::Fail(szWrong);
 
-  LogSummary aSummary = Summarise(aHistory);
-  const auto aWanted = Wanted(aHistory, a.szSite);
   if (!a.szSite.empty() && std::ranges::count(aWanted, true) == 0)
     return Report::Fail(FillResString(IDS_CLI_LOG_NO_SITE, {a.szSite, SitesOf(aHistory)}));
-  std::erase_if(aSummary.aSites, [&](const auto& aSite) {
-    const auto aFound = std::ranges::find(aHistory.Sites(), aSite.szSite);
-    return !aWanted[static_cast<std::size_t>(aFound - aHistory.Sites().begin())];
-  });
+  LogSummary aSummary = Summarise(aHistory);
+  LeaveWanted(aSummary, aHistory, aWanted);
+  const LogViews aViews(a, aHistory, aSummary, aComparison);
   LogHtml::Limits aLimits;
   aLimits.bEveryEntry = a.bEntries;
   if (!a.szHtml.empty() && !Write(a.szHtml, LogHtml::Compose(aHistory, aSummary, aLimits)))
     return Report::Fail(FillResString(IDS_CLI_CANNOT_WRITE, {a.szHtml}));
-  if (!a.szCsv.empty() && !Write(a.szCsv, LogCsv::Compose(aHistory)))
+  const auto* const pTable = aViews.Table();
+  if (!a.szCsv.empty() && !Write(a.szCsv, pTable ? pTable->Csv() : LogCsv::Compose(aHistory)))
     return Report::Fail(FillResString(IDS_CLI_CANNOT_WRITE, {a.szCsv}));
   Show(a, aHistory, aSummary, aWanted);
+  if (LogViews::Any(a) && (a.bJson || a.szCsv != szStandard)) aViews.Say();
   return Report::iAllUp;
 }

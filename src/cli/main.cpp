@@ -128,6 +128,12 @@ void AddLog(CLI::App& aApp, Arguments& a) {
   pLog->add_flag("--outages", aLog.bOutages, LoadResString(IDS_CLI_LOG_OUTAGES));
   pLog->add_flag("--failures", aLog.bFailures, LoadResString(IDS_CLI_LOG_FAILURES));
   pLog->add_option("--site", aLog.szSite, LoadResString(IDS_CLI_LOG_SITE))->type_name("ADDRESS");
+  pLog->add_option("--from", aLog.szFrom, LoadResString(IDS_CLI_LOG_FROM))->type_name("WHEN");
+  pLog->add_option("--to", aLog.szTo, LoadResString(IDS_CLI_LOG_TO))->type_name("WHEN");
+  pLog->add_flag("--passes", aLog.bPasses, LoadResString(IDS_CLI_LOG_PASSES));
+  pLog->add_flag("--slow", aLog.bSlow, LoadResString(IDS_CLI_LOG_SLOW));
+  pLog->add_flag("--when", aLog.bWhen, LoadResString(IDS_CLI_LOG_WHEN));
+  pLog->add_option("--against", aLog.szAgainst, LoadResString(IDS_CLI_LOG_AGAINST))->type_name("WHEN");
   pLog->add_flag("--json", aLog.bJson, LoadResString(IDS_CLI_LOG_AS_JSON));
   pLog->add_option("--html", aLog.szHtml, LoadResString(IDS_CLI_LOG_HTML))->type_name("FILE");
   pLog->add_flag("--entries", aLog.bEntries, LoadResString(IDS_CLI_LOG_ENTRIES));

@@ -87,3 +87,24 @@ DateTime LogGaps::NextDue(const LogHistory& aHistory) {
   const auto& aLast = aHistory.Pass(aHistory.Passes()[aTimed.back()]);
   return AddSeconds(std::max(aLast.dtLast, AddSeconds(aLast.dtStart, static_cast<double>(lUsual))), dGrace);
 }
+
+std::vector<std::int64_t> LogGaps::Usual(const LogHistory& aHistory) {
+  std::vector<std::int64_t> aUsual(aHistory.Passes().size());
+  std::vector<std::size_t> aTimed;
+  std::vector<Distance> aDistances;
+  Measure(aHistory, aTimed, aDistances);
+  std::size_t lNext = 0;
+  for (std::size_t lPass = 0; lPass < aUsual.size(); ++lPass) {
+    while (lNext < aDistances.size() && aDistances[lNext].lPass < lPass)
+      ++lNext;
+    aUsual[lPass] = UsualDistance(aDistances, lNext);
+  }
+  return aUsual;
+}
+
+std::int64_t LogGaps::Interval(const LogHistory& aHistory) {
+  std::vector<std::size_t> aTimed;
+  std::vector<Distance> aDistances;
+  Measure(aHistory, aTimed, aDistances);
+  return UsualDistance(aDistances, aDistances.size());
+}

@@ -5,6 +5,7 @@
 #include <queue>
 
 #include "base/Text.h"
+#include "history/LogPeriod.h"
 #include "platform/Files.h"
 
 namespace {
@@ -98,6 +99,13 @@ bool LogHistory::Update() {
   }
   if (bChanged) PutInOrder();
   return bChanged;
+}
+
+void LogHistory::Keep(const LogPeriod& aPeriod) {
+  std::erase_if(aOrder, [&](PassRef aRef) { return !aPeriod.Holds(Pass(aRef).dtStart); });
+  std::erase_if(aRows, [&](LineRef aRef) {
+    return !aPeriod.Holds(Pass({aRef.lFile, Line(aRef).lPass}).dtStart);
+  });
 }
 
 // An unfinished last line is grouped like any other, but so that this can be undone when the line grows.

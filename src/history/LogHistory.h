@@ -13,6 +13,8 @@
 
 #include "history/LogReader.h"
 
+struct LogPeriod;
+
 struct LogPass {
   DateTime dtStart = 0;                 // of the start line, else of the first entry; 0 not known
   DateTime dtLast = 0;                  // the last moment at which it was surely running
@@ -53,6 +55,9 @@ class LogHistory {
 
   // Reads what was added since. True when anything changed; line references from before are then void.
   bool Update();
+
+  // Leaves only the passes that begin in that time; until the next call of the others above.
+  void Keep(const LogPeriod& aPeriod);
 
   std::size_t FileCount() const { return aFiles.size(); }
   const LogReader& File(std::uint32_t lFile) const { return *aFiles[lFile].pReader; }

@@ -6,6 +6,8 @@
 
 #include "base/Utf8.h"
 #include "history/LogFacts.h"
+#include "history/LogHtmlParts.h"
+#include "history/LogHtmlWeeks.h"
 #include "history/LogPageStyle.h"
 #include "history/LogStrip.h"
 #include "history/LogTables.h"
@@ -16,32 +18,11 @@
 
 namespace {
 
+using namespace LogHtmlParts;
 using LogHtml::Escape;
 using LogHtml::Limits;
 using LogWords::Count;
 using LogWords::Moment;
-
-std::string Words(StringId iText) {
-  return Escape(LoadResString(iText));
-}
-
-std::string Words(StringId iText, std::initializer_list<std::string_view> aValues) {
-  return Escape(FillResString(iText, aValues));
-}
-
-// Names come from outside; on their own they cannot turn the direction of the text around them.
-std::string Isolated(const std::string& szMarkup) {
-  return "<bdi>" + szMarkup + "</bdi>";
-}
-
-std::string SiteName(std::string_view szSite) {
-  return Isolated(Escape(Utf8::Shorten(szSite, 200)));
-}
-
-std::string Cell(const char* szClass, const std::string& szMarkup) {
-  return std::string("<td") + (*szClass ? std::string(" class=\"") + szClass + "\"" : "") + ">" + szMarkup +
-         "</td>";
-}
 
 // Broken, if at all, between day and time.
 std::string When(const std::string& szMoment) {
@@ -57,33 +38,6 @@ std::string WhenCell(const std::string& szMoment) {
 
 std::string StateCell(SiteState iState, const std::string& szMarkup) {
   return Cell("state", LogStrip::Icon(iState) + szMarkup);
-}
-
-// A cell that names its column: where a window is narrow, a row is shown as a card.
-std::string Named(std::string szCell, StringId iColumn) {
-  constexpr std::string_view szStart = "<td";
-  return szCell.starts_with(szStart) ? szCell.insert(szStart.size(), " data-name=\"" + Words(iColumn) + "\"")
-                                     : szCell;
-}
-
-std::string Heads(const std::vector<StringId>& aColumns, const std::vector<StringId>& aNumbers = {}) {
-  std::string szHeads = "<thead><tr>";
-  for (const auto iColumn : aColumns) {
-    const bool bNumber = std::find(aNumbers.begin(), aNumbers.end(), iColumn) != aNumbers.end();
-    szHeads +=
-        std::string("<th scope=\"col\"") + (bNumber ? " class=\"n\">" : ">") + Words(iColumn) + "</th>";
-  }
-  return szHeads + "</tr></thead>\n";
-}
-
-// What is too wide for the window is scrolled by itself, with the keyboard too.
-std::string Region(StringId iLabel, const std::string& szMarkup) {
-  return "<div class=\"wide\" role=\"region\" tabindex=\"0\" aria-label=\"" + Words(iLabel) + "\">" +
-         szMarkup + "</div>\n";
-}
-
-std::string TableOf(const char* szClass, StringId iLabel, const std::string& szRows) {
-  return Region(iLabel, std::string("<table class=\"") + szClass + "\">\n" + szRows + "</table>");
 }
 
 std::string Head(const LogSummary& aSummary) {
@@ -103,7 +57,7 @@ std::string Head(const LogSummary& aSummary) {
          LogStrip::Definitions();
 }
 
-std::string Opening(const LogSummary& aSummary, DateTime dtNow) {
+std::string Opening(const LogSummary& aSummary, DateTime dtNow, const std::string& szLinks) {
   std::string szOut = "<header>\n<p class=\"kind\">" + Words(IDS_LOG_PAGE_KIND);
   if (aSummary.dtFrom > 0)
     szOut += ", " + Words(IDS_LOG_SPAN, {LogWords::Day(aSummary.dtFrom), LogWords::Day(aSummary.dtTo)});
@@ -111,7 +65,7 @@ std::string Opening(const LogSummary& aSummary, DateTime dtNow) {
            Escape(LogWords::Headline(aSummary, dtNow)) + "</span></h1>\n<div class=\"lead\">\n";
   for (const auto& szSentence : LogWords::Lead(aSummary, dtNow))
     szOut += "<p>" + Isolated(Escape(szSentence)) + "</p>\n";
-  return szOut + "</div>\n<p class=\"note\">" + Words(IDS_LOG_HOW) + "</p>\n</header>\n";
+  return szOut + "</div>\n<p class=\"note\">" + Words(IDS_LOG_HOW) + "</p>\n" + szLinks + "</header>\n";
 }
 
 std::string FactOf(const LogFacts::Fact& aFact) {
@@ -465,10 +419,11 @@ std::string LogHtml::Field(std::string_view szBytes) {
 
 std::string LogHtml::Compose(const LogHistory& aHistory, const LogSummary& aSummary, const Limits& aLimits) {
   const auto dtNow = Clock::Now();
-  return Head(aSummary) + Opening(aSummary, dtNow) + "<main>\n" + Facts(aSummary) + Sites(aSummary, aLimits) +
-         Outages(aSummary, LogTables::Runs::Outages, aLimits) +
+  const LogHtmlWeeks::Sections aWeeks(aHistory, aSummary, aLimits.lSites);
+  return Head(aSummary) + Opening(aSummary, dtNow, aWeeks.Links()) + "<main>\n" + Facts(aSummary) +
+         Sites(aSummary, aLimits) + Outages(aSummary, LogTables::Runs::Outages, aLimits) +
          Outages(aSummary, LogTables::Runs::Hiccups, aLimits) + Entries(aHistory, aSummary, aLimits) +
-         "</main>\n<footer>" + Words(IDS_LOG_FOOT, {KESTROVA_VERSION, Moment(dtNow)}) +
+         aWeeks.Markup() + "</main>\n<footer>" + Words(IDS_LOG_FOOT, {KESTROVA_VERSION, Moment(dtNow)}) +
          "</footer>\n</body>\n</html>\n";
 }
 

@@ -44,6 +44,13 @@ td.site,th.site{min-width:9rem;font-weight:600}
 .line{stroke:var(--none);stroke-width:2;fill:none}
 .ring{fill:none;stroke:var(--none);stroke-width:1.6}.dashed{stroke-dasharray:3 2}
 .day{stroke:var(--paper);stroke-width:1;vector-effect:non-scaling-stroke;fill:none;opacity:.7}
+a{color:inherit}
+.s-median{fill:var(--soft)}.s-most{fill:url(#p-most)}.s-longest{fill:var(--ink)}
+.hours{min-width:44rem;table-layout:fixed}.hours th:first-child{width:5.5rem}
+.hours thead th{text-align:center;padding:.2rem 0}.hours thead th:first-child{text-align:left}
+.hours td{position:relative;height:2rem;padding:0;text-align:center;vertical-align:middle;border:1px solid var(--line)}
+.hours i{position:absolute;left:0;right:0;bottom:0;background:var(--warning);opacity:.6;min-height:3px}
+.hours b{position:relative}.hours tr:last-child th,.hours tr:last-child td{border-top:2px solid var(--soft)}
 .part{content-visibility:auto;min-width:46rem}
 .entries{table-layout:fixed}
 .entries col{width:18%}.entries col:nth-child(1){width:11%}.entries col:nth-child(2){width:12%}
@@ -93,6 +100,6 @@ table{font-size:.84rem;line-height:1.3}thead th{white-space:normal}th,td{padding
 .entries td:nth-child(2)::before{top:.12rem;width:.8rem;height:.8rem;font-size:.6rem;line-height:.8rem}
 .entries tbody th{padding-top:.2rem;padding-bottom:.1rem}
 tr,.strip,.name,.strips{break-inside:avoid}thead{display:table-header-group}.entries tbody th{break-after:avoid}
-svg,dl,.entries tbody th,.entries td::before{print-color-adjust:exact;-webkit-print-color-adjust:exact}}
+svg,dl,.hours i,.entries tbody th,.entries td::before{print-color-adjust:exact;-webkit-print-color-adjust:exact}}
 @page{margin:15mm}
 )";

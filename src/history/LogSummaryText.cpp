@@ -4,6 +4,7 @@
 
 #include "base/Utf8.h"
 #include "history/LogFacts.h"
+#include "history/LogTextTable.h"
 #include "history/LogWords.h"
 
 namespace {
@@ -26,51 +27,6 @@ std::string Facts(const LogSummary& aSummary) {
   return szOut;
 }
 
-using Row = std::vector<std::string>;
-
-// Columns as wide as their widest cell, those from lNumbers on to the right.
-std::string Table(const std::vector<Row>& aRows, std::size_t lNumbers) {
-  std::vector<std::size_t> aWidths(aRows.front().size());
-  for (const auto& aRow : aRows)
-    for (std::size_t lCell = 0; lCell < aRow.size(); ++lCell)
-      aWidths[lCell] = std::max(aWidths[lCell], Utf8::Width(aRow[lCell]));
-  std::string szOut;
-  for (const auto& aRow : aRows) {
-    std::string szLine;
-    for (std::size_t lCell = 0; lCell < aRow.size(); ++lCell) {
-      const std::string szFill(aWidths[lCell] - Utf8::Width(aRow[lCell]), ' ');
-      szLine += (lCell > 0 ? "  " : "") + (lCell < lNumbers ? aRow[lCell] + szFill : szFill + aRow[lCell]);
-    }
-    szLine.resize(szLine.find_last_not_of(' ') + 1);
-    szOut += szLine + "\n";
-  }
-  return szOut;
-}
-
-constexpr std::size_t lWidestName = 60, lNarrowestName = 20;
-
-// A table whose first column is names: it gives way first, then the columns that may be done without.
-std::string Fit(const std::vector<Row>& aWhole, std::vector<std::size_t> aSpare, std::size_t lNumbers,
-                std::size_t lColumns) {
-  auto aRows = aWhole;
-  for (std::size_t lName = lWidestName;; lName = std::max(lNarrowestName, lName - 4)) {
-    for (std::size_t lRow = 1; lRow < aRows.size(); ++lRow)
-      aRows[lRow][0] = Utf8::ShortenMiddle(LogWords::PlainField(aWhole[lRow][0]), lName);
-    auto szTable = Table(aRows, lNumbers);
-    const bool bFits = lColumns == 0 || Utf8::Width(szTable.substr(0, szTable.find('\n'))) <= lColumns;
-    if (bFits || (lName == lNarrowestName && aSpare.empty())) return szTable;
-    if (lName > lNarrowestName) continue;
-    for (auto& aRow : aRows)
-      aRow.erase(aRow.begin() + static_cast<std::ptrdiff_t>(aSpare.front()));
-    if (aSpare.front() < lNumbers) --lNumbers;
-    const auto lGone = aSpare.front();
-    aSpare.erase(aSpare.begin());
-    for (auto& lSpare : aSpare)
-      if (lSpare > lGone) --lSpare;
-    lName = lWidestName + 4;
-  }
-}
-
 }  // namespace
 
 std::string LogSummaryText::Sites(const LogSummary& aSummary, std::size_t lColumns) {
@@ -85,7 +41,7 @@ std::string LogSummaryText::Sites(const LogSummary& aSummary, std::size_t lColum
   for (const auto iColumn : aSpareColumns)
     if (const auto aAt = std::ranges::find(aColumns, iColumn); aAt != aColumns.end())
       aSpare.push_back(static_cast<std::size_t>(aAt - aColumns.begin()));
-  std::vector<Row> aRows(1);
+  std::vector<LogTextTable::Row> aRows(1);
   for (const auto iColumn : aColumns)
     aRows.front().push_back(LoadResString(LogTables::Title(iColumn)));
   for (const auto lSite : LogWords::ByInterest(aSummary)) {
@@ -93,7 +49,7 @@ std::string LogSummaryText::Sites(const LogSummary& aSummary, std::size_t lColum
     for (const auto iColumn : aColumns)
       aRows.back().push_back(LogTables::Cell(aSummary.aSites[lSite], iColumn));
   }
-  return Fit(aRows, aSpare, 2, lColumns);
+  return LogTextTable::Fit(aRows, aSpare, 2, lColumns);
 }
 
 std::string LogSummaryText::Outages(const LogSummary& aSummary, LogTables::Runs iWanted,
@@ -102,7 +58,7 @@ std::string LogSummaryText::Outages(const LogSummary& aSummary, LogTables::Runs 
   if (aOutages.empty()) return {};
   constexpr std::size_t lAnswer = static_cast<std::size_t>(LogTables::OutageColumn::Answer);
   constexpr std::size_t lMostAnswer = 40;
-  std::vector<Row> aRows(1);
+  std::vector<LogTextTable::Row> aRows(1);
   for (std::size_t i = 0; i < LogTables::lOutageColumns; ++i)
     aRows.front().push_back(LoadResString(LogTables::Title(static_cast<LogTables::OutageColumn>(i))));
   for (const auto& aOutage : aOutages) {
@@ -111,8 +67,8 @@ std::string LogSummaryText::Outages(const LogSummary& aSummary, LogTables::Runs 
       aRows.back().push_back(LogTables::Cell(aOutage, static_cast<LogTables::OutageColumn>(i)));
     aRows.back()[lAnswer] = Utf8::ShortenMiddle(LogWords::PlainField(aRows.back()[lAnswer]), lMostAnswer);
   }
-  return Fit(aRows, {lAnswer, static_cast<std::size_t>(LogTables::OutageColumn::To)},
-             LogTables::lOutageColumns, lColumns);
+  return LogTextTable::Fit(aRows, {lAnswer, static_cast<std::size_t>(LogTables::OutageColumn::To)},
+                           LogTables::lOutageColumns, lColumns);
 }
 
 std::string LogSummaryText::Compose(const LogSummary& aSummary, DateTime dtNow, std::size_t lColumns) {
