@@ -93,6 +93,13 @@ has "$(reg query "$entry")" 'DisplayName +REG_SZ +Kestrova$' 'DisplayVersion +RE
 # Users (BU) have full access (KA) to the product's key, and so to every key in it.
 has "$(access)" '\(A;(OI)?CI;KA;;;BU\)'
 
+# Starting with the session, for oneself alone.
+run='HKCU\Software\Microsoft\Windows\CurrentVersion\Run'
+wine "$home/kestrova-cli.exe" startup on >/dev/null
+has "$(reg query "$run")" 'Kestrova +REG_SZ +"C:\\Program Files\\Kestrova\\kestrova\.exe"$'
+wine "$home/kestrova-cli.exe" startup off >/dev/null
+if grep -q Kestrova <<<"$(reg query "$run")"; then fail "it still starts with the session"; fi
+
 # While the program runs, neither a new version nor the removal touches anything.
 reg add "$product\\Setup" /v startup /t REG_DWORD /d 1 /f >/dev/null
 opens "$home/kestrova.exe"
