@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# setup-debian.sh build|test|windows: installs what building, or building and testing, or building for Windows and
-# testing that under Wine, needs on Debian 12 or newer or Ubuntu 24.04 or newer. Says what it installs; does nothing,
+# setup-debian.sh build|test|long|windows: installs what building, or building and testing, or the long trials, or
+# building for Windows and testing that under Wine, needs on Debian 12 or newer or Ubuntu 24.04 or newer. Says what it installs; does nothing,
 # and needs no network, when all is there.
 # KESTROVA_SKIP_SETUP=1 leaves the machine as it is.
 set -euo pipefail
@@ -80,8 +80,9 @@ install_without_starting() {
 case "${1:-build}" in
   build) wanted=("${build_packages[@]}") servers=() ;;
   test) wanted=("${build_packages[@]}" "${test_packages[@]}" "${display_packages[@]}" "${package_packages[@]}") servers=("${server_packages[@]}" "${parser_packages[@]}" "${fleet_packages[@]}") ;;
+  long) wanted=("${build_packages[@]}" libbenchmark-dev clang libclang-rt-dev) servers=() ;;
   windows) wanted=("${build_packages[@]}" "${display_packages[@]}" "${windows_packages[@]}") servers=() ;;
-  *) echo "usage: $0 build|test|windows" >&2; exit 2 ;;
+  *) echo "usage: $0 build|test|long|windows" >&2; exit 2 ;;
 esac
 
 if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then

@@ -51,6 +51,8 @@ class CheckEngine {
   // Whether the last pass could ask every site and store every result. What it could not has been reported to
   // the view. Lines that the log misses are CheckLog's to count.
   bool AllKept() const { return bAllKept; }
+  // What the last pass has reported of the store; empty where that took everything.
+  const std::string& StoreTrouble() const { return szStoreTrouble; }
 
   // While one lives no pass starts, because the site list is being rewritten. Several may live at once.
   class ListHold {
@@ -125,6 +127,7 @@ class CheckEngine {
   std::set<std::int32_t> aOnly;  // the sites that have their turn; empty: all
   bool bPassFailure = false;     // a site was found down during this pass
   bool bAllKept = true;
+  std::string szStoreTrouble;
   // Of this pass: requests with an outcome, whether one of them met anybody, sites that could not be asked.
   std::int32_t lOutcomes = 0, lUnjudged = 0;
   bool bAnyReached = false;

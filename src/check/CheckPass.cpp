@@ -137,8 +137,8 @@ void CheckEngine::AutoSiteCheck() {
 // What could not be stored meanwhile is tried once more. The verdicts on the sites stand whatever is
 // reported: where nobody was met, the fault is probably, but not surely, here.
 void CheckEngine::ReportTroubles() {
-  const auto szSaid = modAddress::SaveAgain();
-  if (!szSaid.empty()) View.ReportTrouble(szSaid);
+  szStoreTrouble = modAddress::SaveAgain();
+  if (!szStoreTrouble.empty()) View.ReportTrouble(szStoreTrouble);
   if (lUnjudged > 0) View.ReportTrouble(FillResString(IDS_SITES_UNJUDGED, {std::to_string(lUnjudged)}));
   if (lOutcomes > 1 && !bAnyReached) View.ReportTrouble(LoadResString(IDS_NO_SITE_REACHED));
   bAllKept = modAddress::UnsavedSites() == 0 && lUnjudged == 0;

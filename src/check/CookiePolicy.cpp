@@ -13,14 +13,15 @@ constexpr char szValue[] = "AllowCookies";
 // While a pass runs, the user's own value is also kept here: a number, or an empty text where there was none.
 constexpr char szKept[] = "SavedAllowCookies";
 
+// What is kept goes only when it stands in its place again: where there are no brackets, or one holds only
+// half, the user's own value would be lost.
 void PutBack(std::optional<std::int32_t> aSaved) {
-  if (aSaved) {
-    RegWriteValue(Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings, szValue, *aSaved,
-                  Registry::REG_DWORD);
-  } else {
-    RegRemoveValue(Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings, szValue);
-  }
-  RegRemoveValue(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szAllowCookie, szKept);
+  const auto lCode =
+      aSaved ? RegWriteValue(Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings, szValue, *aSaved,
+                             Registry::REG_DWORD)
+             : RegRemoveValue(Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings, szValue);
+  if (lCode == Registry::lSuccess || lCode == Registry::lNotFound || lCode == Registry::lInvalidHandle)
+    RegRemoveValue(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szAllowCookie, szKept);
 }
 
 // What is kept, where the program's own value stands in the user's place; 0, or the registry's code.
@@ -46,16 +47,16 @@ CookiePolicy::CookiePolicy(std::int16_t iAllowType) {
 
   const Registry::Transaction aBoth;
   RegCreatePath(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szAllowCookie);
-  if (bNumber) {
+  if (bNumber)
     SavedAllowCookies = std::get<std::int32_t>(aValue);
-    RegWriteValue(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szAllowCookie, szKept, aValue,
-                  Registry::REG_DWORD);
-  } else {
-    RegWriteValue(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szAllowCookie, szKept, std::string(),
-                  Registry::REG_SZ);
-  }
-  bReplaced = RegWriteValue(Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings, szValue,
+  else
+    aValue = std::string();
+  const auto lNowKept = RegWriteValue(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szAllowCookie, szKept,
+                                      aValue, bNumber ? Registry::REG_DWORD : Registry::REG_SZ);
+  bReplaced = lNowKept == Registry::lSuccess &&
+              RegWriteValue(Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings, szValue,
                             std::int32_t{iAllowType}, Registry::REG_DWORD) == Registry::lSuccess;
+  if (!bReplaced) RegRemoveValue(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szAllowCookie, szKept);
 }
 
 CookiePolicy::~CookiePolicy() {

@@ -133,15 +133,17 @@ void LoadSettings() {
 }
 
 void SaveSettings(const SettingsRecord& aNew) {
-  const Registry::Transaction aOneCommit(Registry::Written::ByTheOperator);
-  const auto SaveNumber = [](const char* szKey, const char* szName, auto& aField, auto aValue) {
+  Registry::Transaction aOneCommit(Registry::Written::ByTheOperator);
+  bool bWhole = true;
+  const auto Note = [&](std::int32_t lCode) { bWhole = bWhole && lCode != Registry::lAccessDenied; };
+  const auto SaveNumber = [&](const char* szKey, const char* szName, auto& aField, auto aValue) {
     aField = aValue;
-    RegistryAccess::RegWriteValue(hRoot, szKey, szName, std::int32_t{aField}, lNumber);
+    Note(RegistryAccess::RegWriteValue(hRoot, szKey, szName, std::int32_t{aField}, lNumber));
   };
-  const auto SaveText = [](const char* szKey, const char* szName, std::string& szField,
-                           const std::string& szValue) {
+  const auto SaveText = [&](const char* szKey, const char* szName, std::string& szField,
+                            const std::string& szValue) {
     szField = szValue;
-    RegistryAccess::RegWriteValue(hRoot, szKey, szName, szField, lText);
+    Note(RegistryAccess::RegWriteValue(hRoot, szKey, szName, szField, lText));
   };
   SaveNumber(ProductKeys::szTimer, "Interval", Settings.Interval, aNew.Interval);
   SaveNumber(ProductKeys::szTimer, "Warning", Settings.Warning, aNew.Warning);
@@ -155,6 +157,7 @@ void SaveSettings(const SettingsRecord& aNew) {
   SaveNumber(ProductKeys::szLog, "DiskLogMaxFiles", Settings.DiskLogMaxFiles, aNew.DiskLogMaxFiles);
   SaveNumber(ProductKeys::szLog, "DiskLogDisabled", Settings.DiskLogDisabled, aNew.DiskLogDisabled);
   SaveNumber(ProductKeys::szAllowCookie, "AllowType", Settings.AllowType, aNew.AllowType);
+  if (!bWhole) aOneCommit.Abandon();  // no mixture of old and new
 }
 
 std::int32_t IntervalMinutes() {

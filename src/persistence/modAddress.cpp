@@ -134,6 +134,7 @@ std::int32_t WriteSite(std::int32_t n, bool bIsNew) {
     RegistryAccess::RegCreatePath(hRoot, SiteKey(szKeyName));
   }
   const auto lWritten = WriteFields(szKeyName, aFields);
+  if (lWritten != 0) aOneCommit.Abandon();  // half a record would be believed
   const auto lCommitted = aOneCommit.Commit();
   const auto lCode = lWritten != 0 ? lWritten : lCommitted;
   if (lCode == 0)
@@ -154,7 +155,9 @@ std::int32_t WriteUnsaved() {
 
 std::int32_t WriteWholeList() {
   Registry::Transaction aOneCommit(Registry::Written::ByTheOperator);
-  RegistryAccess::RegCreatePath(hRoot, ProductKeys::szAddressKey);
+  for (const char* const szKey : {ProductKeys::szAddressKey, ProductKeys::szAddress, ProductKeys::szTimer,
+                                  ProductKeys::szManager, ProductKeys::szLog, ProductKeys::szAllowCookie})
+    RegistryAccess::RegCreatePath(hRoot, szKey);
   SetSiteCount(lSiteCount);
   const auto aBefore = aUnsaved;
   std::int32_t lCode = 0;

@@ -146,7 +146,8 @@ void Import(PassBook& aBook, Random& aRandom) {
   if (WentWell(lFaults) && The().lFileFaults == lFileFaults)
     Require((iReading == ListExchange::Reading::Fine) != bCorrupt, "a list file is judged wrongly");
   if (iReading != ListExchange::Reading::Fine) return aBook.aList.Abandon();
-  ListExchange::Import(aRead, bReplace, {});
+  const bool bStored = ListExchange::Import(aRead, bReplace, {});
+  if (!The().Dead()) aBook.aList.RequireImported(bStored);
   if (WentWell(lFaults)) aBook.aList.Conclude();
 }
 

@@ -42,7 +42,7 @@ void Desk::ClickStart() {
   const bool bMay = !aBook.Running() && !bExited;
   const bool bEmpty = aBook.aList.aSites.empty();
   if (bMay && bEmpty) aBook.SetNext(std::max(1, aBook.aOptions.aNow.lInterval));
-  aMessages.clear();
+  if (bMay) aMessages.clear();  // else the box of a click before this one may still be open
   bByHand = bMay;
   aEngine.mF_StartCheck_Click();
   bByHand = false;
@@ -54,7 +54,7 @@ void Desk::ClickStart() {
 
 void Desk::ClickStop() {
   const bool bRuns = aBook.Running();
-  aMessages.clear();
+  if (!bRuns) aMessages.clear();
   aBook.Stop(false);
   aEngine.StopCheck();
   if (The().Dead() || bRuns) return;

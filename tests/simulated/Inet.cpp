@@ -27,6 +27,7 @@ class Inet::Impl {
   std::int32_t lCode = 0;
   std::int32_t lTimeout = 60;
   bool bExecuting = false, bDelivering = false, bReached = false;
+  Conversation aAnswer;
 
  private:
   bool Due() const {
@@ -34,7 +35,6 @@ class Inet::Impl {
   }
   void Finish(std::int16_t iState);
 
-  Conversation aAnswer;
   std::size_t lNext = 0;  // step not yet delivered
   double dStart = 0;      // on the boot clock
   double dLimit = 0;      // on the steady clock
@@ -162,9 +162,8 @@ bool Inet::TimedOut() const {
   return pImpl->lCode == lTimedOut;
 }
 
-// The machine has all that a request takes.
 bool Inet::OwnFault() const {
-  return false;
+  return pImpl->aAnswer.bOwnFault;
 }
 
 bool Inet::Reached() const {

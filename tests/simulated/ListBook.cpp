@@ -249,6 +249,12 @@ std::string ListBook::Difference(const std::vector<StoredSite>& aStore,
   return {};
 }
 
+void ListBook::RequireImported(bool bSaid) const {
+  const auto szTo = Difference(ReadStore(), bSaid ? *aPlanned : aSites);
+  if (!szTo.empty())
+    Violate(std::string("an import is ") + (bSaid ? "said and not" : "denied and") + " done: " + szTo);
+}
+
 void ListBook::ConcludeAfterTrouble() {
   const auto aStore = ReadStore();
   const auto szToBefore = Difference(aStore, aSites);

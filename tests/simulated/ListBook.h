@@ -46,6 +46,8 @@ class ListBook {
 
   // The planned list holds: in memory and in the store.
   void Conclude();
+  // What an import answered is so.
+  void RequireImported(bool bSaid) const;
   // A call failed or the machine was killed meanwhile: the store has the list before or the planned one,
   // whole. Statuses and remarks may be a pass old. The book then knows nothing until the next load.
   void ConcludeAfterTrouble();

@@ -25,6 +25,7 @@ struct Conversation {
   std::string szHeader;
   std::int32_t lCode = 0;  // the client's error number
   std::string szInfo;
+  bool bOwnFault = false;  // this machine lacks what a request takes
 
   // When the outcome is there; negative for never.
   double EndsAt() const { return !aSteps.empty() && aSteps.back().iState > 10 ? aSteps.back().dAt : -1; }
@@ -113,6 +114,7 @@ class Machine {
 
   // Single calls that fail.
   Troubles aTroubles;
+  bool bReadsSpareBrackets = false;                // a read that fails in a bracket does not cost the bracket
   std::int64_t lStoreFaults = 0, lFileFaults = 0;  // so many did
 
   Surroundings* pSurroundings = nullptr;

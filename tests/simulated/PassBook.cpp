@@ -22,6 +22,8 @@ bool IsNumber(const std::string& szCode) {
   return szCode.find_first_not_of("0123456789") == std::string::npos;
 }
 
+const std::string szNotChecked = "Not Checked (this computer has no descriptor or memory or thread left)";
+
 std::string Both(const std::string& szFirst, const std::string& szSecond) {
   return "(1) " + szFirst + "<BR>(2) " + szSecond;
 }
@@ -56,7 +58,8 @@ void PassBook::Begin(bool bByHand) {
   lSlot = 0;
   lLast = static_cast<std::int32_t>(aList.aSites.size());
   lPassStoreFaults = lStoreFaultsRecorded = The().lStoreFaults;
-  lMissingLines = lOutcomes = 0;
+  lMissingLines = lOutcomes = lUnjudged = 0;
+  bUnjudgedRemark = bUnjudgedLine = false;
   bAnyReached = false;
   lPassFileFaults = The().lFileFaults;
   bPruningDue = false;
@@ -96,7 +99,16 @@ void PassBook::Says(const std::vector<std::string>& aTroubles, bool bAllKept) co
   });
   Require(bNobody == (lOutcomes > 1 && !bAnyReached),
           "that nobody was reached is not said, or not so and said");
-  Require(bAllKept == !bUnsaved, "the pass's own word on what was kept");
+  const auto szUnjudged =
+      "could not be checked, because this computer has no file descriptor, memory or thread "
+      "left: " +
+      std::to_string(lUnjudged) + ".";
+  const bool bOwnFaults = std::any_of(aTroubles.begin(), aTroubles.end(), [&](const auto& szText) {
+    return szText.find(lUnjudged > 0 ? szUnjudged : "could not be checked") != std::string::npos;
+  });
+  Require(bOwnFaults == (lUnjudged > 0),
+          "sites that this machine could not check are not said, or none and said");
+  Require(bAllKept == (!bUnsaved && lUnjudged == 0), "the pass's own word on what was kept");
 }
 
 void PassBook::Forget() {
@@ -117,6 +129,7 @@ bool PassBook::GoOn() {
 
 void PassBook::Requested(const std::string& szURL, const Conversation& aComing) {
   if (Traced()) Trace(szURL + " is asked, answer after " + std::to_string(aComing.EndsAt()));
+  Require(!bUnjudgedRemark && !bUnjudgedLine, "nothing tells that a site could not be checked");
   Require(!bInFlight, "a request begins while another is in flight");
   if (std::exchange(bPruningDue, false)) aLog.RequirePruned();
   if (iPhase == Phase::AgainDue) {
@@ -151,6 +164,7 @@ void PassBook::Answered(std::int16_t iState, bool bLimit) {
   Require(iPhase == Phase::Asked, "an answer to no request");
   Require(The().Steady() <= std::max(dDeadline, dAwake) + dTolerance, "a time-out is overdue");
   if (iState == 12) return Outcome(Rules::OfHeader(aAnswer.szHeader));
+  if (aAnswer.bOwnFault && !bBackup) return LeaveUnjudged();
   if (ProvesNothing()) return;
   if (!bLimit) return Outcome(Rules::OfError(aAnswer.lCode, aAnswer.szInfo));
   Require(The().Steady() >= dDeadline - dHair, "the client gave up before the time");
@@ -209,6 +223,14 @@ void PassBook::Outcome(const Rules::Verdict& aVerdict) {
     BackupOutcome(aVerdict);
   else
     FirstOutcome(aVerdict);
+}
+
+// A remark, one line of the log for all such sites of a pass, and nothing else.
+void PassBook::LeaveUnjudged() {
+  iPhase = Phase::Walking;
+  bUnjudgedRemark = true;
+  bUnjudgedLine = ++lUnjudged == 1 && aOptions.aNow.lLogPeriod != 0;
+  aEntry.szStatus = szNotChecked;
 }
 
 void PassBook::FirstOutcome(const Rules::Verdict& aVerdict) {
@@ -351,6 +373,11 @@ void PassBook::Appended(const std::string& szFile, const std::string& szBytes, b
         bKept);
   }
   Require(iPhase == Phase::Walking && !bEndWritten, "a log line that is not due");
+  if (std::exchange(bUnjudgedLine, false))
+    return TakeLine(szBytes, LineOf(aEntry),
+                    {LogBook::Kind::Stopped, aEntry.dtChecked,
+                     Rules::Lower(Rules::Trimmed(Site().aNow.szUrl)), false, false},
+                    bKept);
   if (GoOn()) {
     Require(Site().aNow.iEnabled != 1, "a log line instead of a request");
     const auto szUrl = Site().aNow.szUrl;
@@ -368,6 +395,8 @@ void PassBook::ShowsLight(std::int32_t lOf, std::int16_t iIcon) {
 }
 
 void PassBook::ShowsRemark(std::int32_t lOf, const std::string& szText) {
+  if (lOf == lSlot && std::exchange(bUnjudgedRemark, false))
+    return RequireSame("the remark shown", szText, szNotChecked);
   Require(iPhase == Phase::Recording && lOf == lSlot, "a remark on another site");
   szRemarkShown = szText;
 }

@@ -89,6 +89,7 @@ class PassBook : public Witness {
   bool LogsDisabled() const { return aOptions.aNow.lLogPeriod != 0 && aOptions.aNow.lSkipDisabled == 0; }
   void Outcome(const Rules::Verdict& aVerdict);
   void BackupOutcome(const Rules::Verdict& aVerdict);
+  void LeaveUnjudged();
   void FirstOutcome(const Rules::Verdict& aVerdict);
   void Alert(const std::string& szCode);
   void AddComment(const std::string& szText);
@@ -102,7 +103,8 @@ class PassBook : public Witness {
   bool bSilent = false;      // a cancel is expected
   bool bStoodStill = false;  // since the request was made
   bool bAnyReached = false;  // in this pass
-  std::int32_t lOutcomes = 0;
+  std::int32_t lOutcomes = 0, lUnjudged = 0;
+  bool bUnjudgedRemark = false, bUnjudgedLine = false;  // are owed
   std::int32_t lSlot = 0, lLast = 0, lBells = 0;
 
   Conversation aAnswer;

@@ -167,10 +167,11 @@ void Erase(const NodePtr& pNode, std::vector<Value>::iterator pValue) {
   pNode->aValues.erase(pValue);
 }
 
-// A call that fails inside a bracket costs the whole bracket, as with a full or failing disk.
-bool Refused(const Call& aCall) {
+// A call that fails inside a bracket costs the whole bracket, as with a full or failing disk; a read not on
+// every machine.
+bool Refused(const Call& aCall, bool bRead) {
   auto& aTree = TheTree();
-  if (aCall.Fails() && aTree.lBrackets > 0) {
+  if (aCall.Fails() && aTree.lBrackets > 0 && !(bRead && The().bReadsSpareBrackets && !The().Dead())) {
     Undo();
     aTree.bBroken = true;
   }
@@ -178,7 +179,7 @@ bool Refused(const Call& aCall) {
 }
 
 bool MayWrite(const Call& aCall) {
-  return !Refused(aCall) && !TheTree().bBroken;
+  return !Refused(aCall, false) && !TheTree().bBroken;
 }
 
 std::size_t CountKeys(const Node& aNode, std::size_t& lValues) {
@@ -276,7 +277,7 @@ std::int32_t RegOpenKeyExA(Key hKey, const char* szPath, std::uint32_t, Key& hRe
   hResult = 0;
   std::int32_t lCode = lSuccess;
   const auto pFrom = NodeOf(hKey, lCode);
-  if (Refused(aCall)) lCode = lAccessDenied;
+  if (Refused(aCall, true)) lCode = lAccessDenied;
   if (lCode == lAccessDenied) hResult = hUnreadable;
   if (lCode != lSuccess) return lCode;
   const auto pNode = Walk(pFrom, szPath != nullptr ? szPath : "", false);
@@ -315,7 +316,7 @@ std::int32_t RegQueryValueExA(Key hKey, const char* szName, std::uint32_t* pType
   std::int32_t lCode = lSuccess;
   const auto pNode = NodeOf(hKey, lCode);
   if (lCode != lSuccess) return lCode;
-  if (Refused(aCall)) return lAccessDenied;
+  if (Refused(aCall, true)) return lAccessDenied;
   const auto pValue = FindValue(*pNode, szName != nullptr ? szName : "");
   if (pValue == pNode->aValues.end()) return lNotFound;
   return Deliver(pValue->lType, pValue->szData, pType, pData, pSize);
@@ -369,7 +370,7 @@ std::int32_t RegEnumKeyA(Key hKey, std::uint32_t lIndex, char* szName, std::uint
   const auto pNode = NodeOf(hKey, lCode);
   if (lCode != lSuccess) return lCode;
   if (szName == nullptr) return lInvalidParameter;
-  if (Refused(aCall)) return lAccessDenied;
+  if (Refused(aCall, true)) return lAccessDenied;
   if (lIndex >= pNode->aKeys.size()) return lNoMoreItems;
   const auto pChild = std::next(pNode->aKeys.begin(), static_cast<std::ptrdiff_t>(lIndex));
   return CopyName(pChild->second->szName, szName, lNameSize) ? lSuccess : lMoreData;
@@ -382,7 +383,7 @@ std::int32_t RegEnumValueA(Key hKey, std::uint32_t lIndex, char* szName, std::ui
   const auto pNode = NodeOf(hKey, lCode);
   if (lCode != lSuccess) return lCode;
   if (szName == nullptr || pNameSize == nullptr) return lInvalidParameter;
-  if (Refused(aCall)) return lAccessDenied;
+  if (Refused(aCall, true)) return lAccessDenied;
   if (lIndex >= pNode->aValues.size()) return lNoMoreItems;
   const auto& aValue = pNode->aValues[lIndex];
   if (!CopyName(aValue.szName, szName, *pNameSize)) return lMoreData;

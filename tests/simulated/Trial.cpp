@@ -53,6 +53,7 @@ Trial::Trial(std::uint64_t lSeed) : aRandom(lSeed), aWorld(lSeed ^ 0xA5A5A5A5U) 
                                      .lSecond = aRandom.Below(60)});
   auto& aMachine = The();
   aMachine.Reset(lSeed, dtStart);
+  aMachine.bReadsSpareBrackets = aRandom.Chance(0.5);
   aMachine.pSurroundings = &aWorld;
   aMachine.pWitness = &aBook;
   aBook.bUnknownTemplate = aRandom.Chance(0.7);
@@ -185,6 +186,8 @@ void Trial::WaitForPass() {
 void Trial::PlanPass() {
   pDesk->lEventsToAct = aRandom.Chance(0.15) ? aRandom.Between(1, 200) : 0;
   if (aRandom.Chance(0.03)) The().aTroubles = {.lStoreRead = 5, .lStoreWrite = 20, .lStoreCommit = 100};
+  if (aRandom.Chance(0.01)) The().aTroubles = {.lStoreRead = 50};
+  if (aRandom.Chance(0.02)) The().aTroubles = {.lStoreCommit = 900};  // much is owed when the pass ends
   if (aRandom.Chance(0.03)) The().aTroubles.lFileWrite = 100;
   if (aRandom.Chance(0.03)) The().aTroubles.lFileRead = 100;
   Disk::The().lRoom = aRandom.Chance(0.02) ? aRandom.Between(0, 2000) : -1;
@@ -234,8 +237,12 @@ void Trial::Command() {
   auto& aMachine = The();
   const auto lFaults = aMachine.lStoreFaults;
   const bool bFew = aBook.aList.aSites.size() < 4;
-  if (aRandom.Chance(0.05)) aMachine.KillAt(aRandom.Between(1, 200), aRandom.Chance(0.5));
+  if (aRandom.Chance(0.05))
+    aMachine.KillAt(aRandom.Between(1, aRandom.Chance(0.5) ? 200 : 2000), aRandom.Chance(0.5));
+  // Where single writes fail, hardly a long command gets as far as its commit.
   if (aRandom.Chance(0.05)) aMachine.aTroubles = {.lStoreRead = 10, .lStoreWrite = 30, .lStoreCommit = 300};
+  if (aRandom.Chance(0.03)) aMachine.aTroubles = {.lStoreCommit = 500};
+  if (aRandom.Chance(0.03)) aMachine.aTroubles = {.lStoreRead = 3};
   switch (aRandom.Below(8)) {
     case 0:
     case 1:

@@ -132,6 +132,7 @@ void World::LiveOn(Server& aServer) {
 }
 
 Conversation World::Answer(const std::string& szURL) {
+  if (aRandom.Chance(0.003)) return {{{0, 11}}, {}, 7, "Couldn't connect to server", true};
   auto& aServer = ServerOf(szURL);
   LiveOn(aServer);
   double dSeconds = aRandom.Between(0.004, 0.4);

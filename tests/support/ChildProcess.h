@@ -24,6 +24,7 @@ class ChildProcess {
   void Kill();       // hard, as when the machine stops
   void Interrupt();  // as Ctrl-C does
 
+  std::intptr_t Number() const { return hProcess; }  // the system's
   // What it took, once it has ended: of the processors, and of memory at its most (0 where that is not
   // known).
   double CpuSeconds() const { return dCpuSeconds; }

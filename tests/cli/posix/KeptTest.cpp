@@ -6,6 +6,7 @@
 #include <map>
 
 #include "cli/Cli.h"
+#include "servers/SmtpServer.h"
 #include "support/Stored.h"
 
 using testing::AllOf;
@@ -143,6 +144,66 @@ TEST_F(Kept, WhereNobodyCanBeReachedThatIsSaid) {
   EXPECT_THAT(Run({"check"}).szErrors, Not(HasSubstr(szSaid))) << "who refuses is there";
 }
 
+// What was stored before the disk was full is not mailed again; how much was not is said.
+TEST_F(Kept, ADiskThatFillsInMidPassIsSaidInOneLineAndRepeatsNoMailThatIsStored) {
+  constexpr int lSites = 40;
+  SmtpServer aMail;
+  Stored::Put(ProductKeys::szManager, "Email", "me@kestrova.invalid");
+  Stored::Put(ProductKeys::szManager, "SMTP", "127.0.0.1");
+  Stored::Put(ProductKeys::szManager, "SMTPPort", aMail.Port());
+  std::vector<std::string> aPaths;
+  for (int i = 0; i < lSites; ++i)
+    aPaths.push_back(aServer.Site("/" + std::to_string(i)));
+  aServer.Serve("*", Fault::Status("404 Not Found"));
+  ImportList(ListOf(aPaths));
+  ASSERT_EQ(Run({"check"}).iCode, 1);
+  const Result aFull = Shell("trap '' XFSZ; ulimit -f 300; exec " + Program() + " check");
+  EXPECT_EQ(aFull.iCode, 2);
+  EXPECT_THAT(aFull.szErrors, HasPattern("^kestrova-cli: [^\n]*\n$"));
+  EXPECT_EQ(aMail.Mails().size(), lSites);
+  std::smatch aCount;
+  ASSERT_TRUE(std::regex_search(aFull.szErrors, aCount, std::regex("results of ([0-9]+) sites")))
+      << aFull.szErrors;
+  const auto lUnsaved = std::stoul(aCount[1]);
+  EXPECT_TRUE(lUnsaved > 0 && lUnsaved < lSites) << aFull.szErrors;
+  EXPECT_EQ(Run({"check"}).iCode, 1);
+  EXPECT_EQ(aMail.Mails().size(), lSites + lUnsaved);
+}
+
+TEST_F(Kept, ARegistryExportSweepsWhatKilledOnesLeft) {
+  ImportList(ListOf({"one.invalid"}));
+  for (const char* const szName : {".kestrova-Ab12Cd", ".kestrova-inUse0", ".kestrova-notes.txt"})
+    aHome.Write(szName, "half a file");
+  ChildProcess aOther("/usr/bin/flock", {aHome.Path(".kestrova-inUse0"), "sh", "-c", "echo held; sleep 60"});
+  ASSERT_TRUE(aOther.WaitForOutput("held", dMostSeconds));
+  EXPECT_EQ(Run({"registry", "export", aHome.Path("all.reg")}).iCode, 0);
+  std::string szLeft;
+  for (const auto& szName : aHome.Names())
+    if (szName.starts_with(".kestrova-")) szLeft += szName + " ";
+  EXPECT_EQ(szLeft, ".kestrova-inUse0 .kestrova-notes.txt ");
+}
+
+TEST_F(Kept, ASecondInterruptGivesUpASilentMailServer) {
+  SmtpServer aMail;
+  aMail.At(SmtpServer::Stage::Greeting, {Fault::Hang()});
+  Stored::Put(ProductKeys::szManager, "Email", "me@kestrova.invalid");
+  Stored::Put(ProductKeys::szManager, "SMTP", "127.0.0.1");
+  Stored::Put(ProductKeys::szManager, "SMTPPort", aMail.Port());
+  aServer.Serve("/a", Fault::Status("404 Not Found"));
+  ImportList(ListOf({aServer.Site("/a"), aServer.Site("/b")}));
+  ASSERT_EQ(Run({"check"}).iCode, 1);
+  Registry::CloseStore();
+  ChildProcess aCheck(Program(), {"check"});
+  for (const Stopwatch aPatience; aMail.Connections() == 0 && aPatience.Seconds() < dMostSeconds;)
+    aCheck.Wait(0.01);
+  aCheck.Interrupt();
+  EXPECT_EQ(aCheck.Wait(1.5), ChildProcess::lRunning) << "the first waits for the mail";
+  aCheck.Interrupt();
+  EXPECT_EQ(aCheck.Wait(5), 130);
+  EXPECT_THAT(Log(), HasSubstr("E-mail Notification Failed"));
+  EXPECT_THAT(Run({"list"}).szOutput, HasPattern("down +http://[^ ]*/a"));
+}
+
 TEST_F(Kept, ResultsThatTheLockedStoreDoesNotTakeAreTriedAgainAndSaid) {
   ImportList(ListOf({aServer.Site("/a"), aServer.Site("/slow")}));
   for (const bool bForEver : {true, false}) {
@@ -167,6 +228,7 @@ TEST_F(Kept, ResultsThatTheLockedStoreDoesNotTakeAreTriedAgainAndSaid) {
 
 TEST_F(Kept, AStoreDeletedUnderAWatchIsWrittenAnewFromMemory) {
   ImportList(ListOf({aServer.Site("/a"), aServer.Site("/b")}));
+  Stored::Put(ProductKeys::szManager, "Name", "the operator's own");
   Registry::CloseStore();
   ChildProcess aWatch(ChildProcess::BuiltProgram("hurried-watch"), {});
   ASSERT_TRUE(aServer.WaitForRequests(4));
@@ -178,6 +240,7 @@ TEST_F(Kept, AStoreDeletedUnderAWatchIsWrittenAnewFromMemory) {
   aWatch.Interrupt();
   EXPECT_EQ(aWatch.Wait(dMostSeconds), 0);
   EXPECT_THAT(Run({"list"}).szOutput, AllOf(HasSubstr("/a"), HasSubstr("/b")));
+  EXPECT_EQ(Stored::Get(ProductKeys::szManager, "Name"), "the operator's own");
 }
 
 TEST_F(Kept, IgnoredSignalsStayIgnoredAndAClosedOutputEndsTheProgram) {

@@ -1,0 +1,164 @@
+#include <algorithm>
+#include <filesystem>
+#include <iostream>
+
+#include "history/LogHistory.h"
+#include "long/Stand.h"
+#include "long/Trials.h"
+#include "platform/Files.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::string Slurp(const std::string& szPath) {
+  return Files::ReadWhole(szPath, UINT32_MAX).value_or("");
+}
+
+std::size_t Entries(const std::string& szPath) {
+  LogHistory aHistory;
+  std::size_t lEntries = 0;
+  if (!aHistory.Open({szPath})) return 0;
+  for (const auto& aLine : aHistory.Lines())
+    lEntries += aHistory.Line(aLine).iKind == LineKind::Entry ? 1 : 0;
+  return lEntries;
+}
+
+// Fills the file system up to so many bytes.
+class Ballast {
+ public:
+  Ballast(const std::string& szFolder, std::uint64_t lRoom) : szPath(szFolder + "/ballast") {
+    const auto lFree = fs::space(szFolder).available;
+    if (lFree > lRoom) Files::Append(szPath, std::string(lFree - lRoom, 'x'));
+  }
+  ~Ballast() { Files::Delete(szPath); }
+  Ballast(const Ballast&) = delete;
+  Ballast& operator=(const Ballast&) = delete;
+
+ private:
+  std::string szPath;
+};
+
+}  // namespace
+
+void Trials::Bits(int lTimes) {
+  Stand aStand(30);
+  const auto aGood = Stand::Listed();
+  const auto szGood = Slurp(aStand.StorePath());
+  for (const bool bCopy : {true, false}) {
+    int lUnharmed = 0, lRecovered = 0, lRefused = 0, lOther = 0;
+    for (int i = 0; i < lTimes; ++i) {
+      aStand.PutBack();
+      if (!bCopy) fs::remove(aStand.StorePath("registry.db.good"));
+      auto szTurned = szGood;
+      const auto lBit = static_cast<std::size_t>(aStand.Random() * static_cast<double>(szGood.size() * 8));
+      szTurned[lBit / 8] = static_cast<char>(szTurned[lBit / 8] ^ (1 << (lBit % 8)));
+      Must(Files::WriteWhole(aStand.StorePath(), szTurned), "the store can be written");
+      const auto aResult = Stand::Run({"list", "--json"});
+      if (aResult.iCode == 2) {
+        ++lRefused;
+        continue;
+      }
+      std::size_t lDifferent = 0, lMissing = 0;
+      const auto aList = Stand::Parsed(aResult.szOutput);
+      for (const auto& [szURL, szFacts] : aGood) {
+        lMissing += aList.contains(szURL) ? 0 : 1;
+        lDifferent += aList.contains(szURL) && aList.at(szURL) != szFacts ? 1 : 0;
+      }
+      const auto szWhich = " (bit " + std::to_string(lBit) + (bCopy ? ", with the copy)" : ", without)");
+      Must(lMissing == 0 || !aResult.szErrors.empty(), "no site is missing in silence" + szWhich);
+      Must(lDifferent <= 1 || !aResult.szErrors.empty(), "one bit changes one site at most" + szWhich);
+      Must(!bCopy || lMissing <= 1, "the copy has every site" + szWhich);
+      ++(!aResult.szErrors.empty() ? lRecovered : lDifferent > 0 ? lOther : lUnharmed);
+    }
+    std::cout << "  " << lTimes << (bCopy ? " bits turned beside the copy: " : " without it: ") << lUnharmed
+              << " without effect, " << lRecovered << " mended and said, " << lOther
+              << " a value of one site, " << lRefused << " refused with 2" << std::endl;
+  }
+}
+
+void Trials::Logs(int lTimes) {
+  constexpr int lSites = 10;
+  Stand aStand(lSites);
+  for (int i = 0; i < 5; ++i)
+    Stand::Run({"check"});
+  aStand.KeepAsFirst();
+  const auto szLog = aStand.LogPath(), szWhole = Slurp(szLog);
+  int lCut = 0, lOverwritten = 0, lZeros = 0;
+  for (int i = 0; i < lTimes; ++i) {
+    aStand.PutBack();
+    auto szTorn = szWhole;
+    const auto lAt = static_cast<std::size_t>(aStand.Below(static_cast<int>(szWhole.size())));
+    std::size_t lTouched = 1;
+    switch (i % 3) {
+      case 0:
+        ++lCut;
+        szTorn.resize(lAt);
+        break;
+      case 1:
+        ++lOverwritten;
+        for (auto l = lAt; l < std::min(szTorn.size(), lAt + 40); ++l) {
+          lTouched += szTorn[l] == '\n' ? 1 : 0;
+          szTorn[l] = static_cast<char>(aStand.Below(256));
+        }
+        break;
+      default:
+        ++lZeros;
+        szTorn.replace(lAt, std::string::npos, std::string(4096, '\0'));
+    }
+    Must(Files::WriteWhole(szLog, szTorn), "the log can be written");
+    const auto szKept = i % 3 == 1 ? szWhole : szWhole.substr(0, lAt);
+    Must(Files::WriteWhole(aStand.aHome.Path("kept"), szKept), "a file can be written");
+    const auto lKept = Entries(aStand.aHome.Path("kept"));
+    Must(Entries(szLog) + lTouched >= lKept, "every line that was not touched is read");
+    Must(Stand::Run({"check"}).iCode == 1, "a torn log does not hinder a pass");
+    Must(Entries(szLog) + lTouched >= lKept + 2 * lSites, "the lines of the pass behind are read");
+    Must(Stand::Run({"log", szLog, "--summary", "--html", aStand.aHome.Path("log.htm")}).iCode == 0,
+         "a torn log can be told");
+  }
+  std::cout << "  " << lCut << " logs cut, " << lOverwritten << " overwritten, " << lZeros
+            << " continued with zeros; a pass appended to each" << std::endl;
+}
+
+void Trials::Disk(int lTimes, const std::string& szFolder) {
+  Stand aStand(10, szFolder);
+  std::string szMany;
+  for (int i = 0; i < 300; ++i)
+    szMany += "www.site" + std::to_string(i) + ".invalid,,4,1,60\r\n";
+  aStand.aHome.Write("many.kvd", szMany);
+  const auto aBefore = Stand::Listed();
+  int lImports = 0, lImported = 0, lPasses = 0, lKept = 0, lRepeated = 0;
+  for (int i = 0; i < lTimes; ++i) {
+    aStand.PutBack();
+    const bool bImport = i % 2 == 0;
+    Stand::Result aResult;
+    {
+      const Ballast aBallast(szFolder, static_cast<std::uint64_t>(aStand.Below(bImport ? 400 : 120)) * 1024);
+      aResult =
+          Stand::Run(bImport ? std::vector<std::string>{"import", "--add", aStand.aHome.Path("many.kvd")}
+                             : std::vector<std::string>{"check"});
+    }
+    const auto aAfter = Stand::Listed();
+    if (bImport) {
+      ++lImports;
+      lImported += aResult.iCode == 0 ? 1 : 0;
+      Must(aAfter.size() == aBefore.size() + (aResult.iCode == 0 ? 300 : 0),
+           "an import on a full disk is whole, or none and said");
+      Must(aResult.iCode == 0 || std::ranges::count(aResult.szErrors, '\n') == 1, "it is said in one line");
+      continue;
+    }
+    ++lPasses;
+    Must(aAfter.size() == aBefore.size(), "no site is lost");
+    const auto bSaid = aResult.iCode == 2;
+    const auto lFirst = aStand.aMail.Mails().size();
+    Stand::Run({"check"});
+    const auto lAgain = static_cast<int>(aStand.aMail.Mails().size() - lFirst);
+    Must(bSaid || lAgain == 0, "no mail is repeated where nothing was said");
+    Must(bSaid || Entries(aStand.LogPath()) == 60, "no line of the log is missing where nothing was said");
+    lKept += bSaid ? 0 : 1;
+    lRepeated += lAgain;
+  }
+  std::cout << "  " << lImports << " imports: " << lImported
+            << " stored, the others refused with 2 and not there; " << lPasses << " passes: " << lKept
+            << " kept whole, the others said so (" << lRepeated << " mails again after those)" << std::endl;
+}
