@@ -26,6 +26,45 @@ std::string Format(const char* szForm, Numbers... aNumbers) {
   return aBuffer.data();
 }
 
+// "11/15/1999 5:44:21 PM" without the detour over a format: who reads a long log writes each time again.
+class GeneralText {
+ public:
+  explicit GeneralText(const DateParts& aParts) {
+    Put(aParts.lMonth, '/');
+    Put(aParts.lDay, '/');
+    for (const auto lScale : {1000, 100, 10})
+      if (aParts.lYear < lScale) *pPast++ = '0';
+    Put(aParts.lYear, ' ');
+    lTime = static_cast<std::size_t>(pPast - aBuffer.data());
+    Put((aParts.lHour + 11) % 12 + 1, ':');
+    PutTwo(aParts.lMinute, ':');
+    PutTwo(aParts.lSecond, ' ');
+    *pPast++ = aParts.lHour < 12 ? 'A' : 'P';
+    *pPast++ = 'M';
+  }
+  GeneralText(const GeneralText&) = delete;
+  GeneralText& operator=(const GeneralText&) = delete;
+
+  std::string_view Whole() const {
+    return {aBuffer.data(), static_cast<std::size_t>(pPast - aBuffer.data())};
+  }
+  std::string_view Time() const { return Whole().substr(lTime); }
+
+ private:
+  void Put(std::int32_t lNumber, char chAfter) {
+    pPast = std::to_chars(pPast, aBuffer.data() + aBuffer.size(), lNumber).ptr;
+    *pPast++ = chAfter;
+  }
+  void PutTwo(std::int32_t lNumber, char chAfter) {
+    if (lNumber < 10) *pPast++ = '0';
+    Put(lNumber, chAfter);
+  }
+
+  std::array<char, 32> aBuffer{};
+  char* pPast = aBuffer.data();
+  std::size_t lTime = 0;
+};
+
 }  // namespace
 
 DateParts SplitDateTime(DateTime dtMoment) {
@@ -70,14 +109,11 @@ std::int64_t SecondsBetween(DateTime dtFirst, DateTime dtSecond) {
 }
 
 std::string FormatGeneral(DateTime dtMoment) {
-  const auto aParts = SplitDateTime(dtMoment);
-  return Format("%d/%d/%04d ", aParts.lMonth, aParts.lDay, aParts.lYear) + FormatTimeOfDay(dtMoment);
+  return std::string(GeneralText(SplitDateTime(dtMoment)).Whole());
 }
 
 std::string FormatTimeOfDay(DateTime dtMoment) {
-  const auto aParts = SplitDateTime(dtMoment);
-  return Format("%d:%02d:%02d ", (aParts.lHour + 11) % 12 + 1, aParts.lMinute, aParts.lSecond) +
-         (aParts.lHour < 12 ? "AM" : "PM");
+  return std::string(GeneralText(SplitDateTime(dtMoment)).Time());
 }
 
 std::string FormatDay(DateTime dtMoment) {
@@ -106,7 +142,8 @@ bool ParseGeneral(std::string_view szText, DateTime& dtMoment) {
   }
   aParts.lHour = aParts.lHour % 12 + (std::string_view(pAt, pEnd) == "PM" ? 12 : 0);
   const auto dtRead = JoinDateTime(aParts);
-  if (FormatGeneral(dtRead) != szText) return false;  // a leading zero, 2/30, 25:00:00, "am"
+  if (GeneralText(SplitDateTime(dtRead)).Whole() != szText)
+    return false;  // a leading zero, 2/30, 25:00:00, "am"
   dtMoment = dtRead;
   return true;
 }

@@ -132,6 +132,7 @@ class CheckEngine {
   std::int32_t lOutcomes = 0, lUnjudged = 0;
   bool bAnyReached = false;
   double dLastLook = 0;       // boot seconds
+  double dLastHeard = 0;      // the same: of the request in flight
   bool bStoodStill = false;   // during the request in flight
   int lAskedAgain = 0;        // how often, for this site
   Classification FirstCheck;  // the URL's failure while the IP check runs

@@ -13,7 +13,10 @@
 
 namespace {
 
+// A wait for an answer ends with every byte that comes, or with this time: events want to be handled.
 constexpr std::int32_t lPollMilliseconds = 10;
+constexpr std::int32_t lSilentPollMilliseconds = 50;  // where nothing came for so many seconds
+constexpr double dSilence = 1;
 constexpr std::int16_t iCookiesRefused = 2;
 
 std::string AddressOf(const SiteRecord& aSite) {
@@ -211,7 +214,7 @@ void CheckEngine::ShowProgressFor(std::int32_t i) {
 void CheckEngine::WaitForClient() {
   while (Inet1.StillExecuting()) {
     LookAtGap();
-    Inet1.Poll(lPollMilliseconds);
+    Inet1.Poll(dLastLook - dLastHeard < dSilence ? lPollMilliseconds : lSilentPollMilliseconds);
     View.PumpEvents();
   }
 }
@@ -261,7 +264,7 @@ void CheckEngine::Request(PassState iAsking, const std::string& szAddress, std::
   RequestTimeOut = AddSeconds(Clock::SteadyNow(), lTimeOut);
   iState = iAsking;
   bStoodStill = false;
-  dLastLook = Clock::System().BootSeconds();
+  dLastLook = dLastHeard = Clock::System().BootSeconds();
   Inet1.RequestTimeout(lTimeOut + lBehindTimer);
   Inet1.Execute(LoadResString(IDS_AGENT) + szAddress, "GET");
 }

@@ -9,6 +9,7 @@
 #include "platform/Clock.h"
 
 void CheckEngine::Inet1_StateChanged(std::int16_t iInetState) {
+  dLastHeard = dLastLook;
   if (!RequestInFlight() || iInetState == Inet::None) return;
   if (iInetState >= Inet::ResolvingHost && iInetState <= Inet::Disconnected)
     View.ShowProgressStatus(LoadResString(IDS_STATE_RESOLVING + iInetState - Inet::ResolvingHost));

@@ -86,16 +86,11 @@ bool Report::ListMayBeIncomplete() {
 }
 
 bool Report::LoadRebuilt(bool bKeepResults) {
-  std::vector<std::string> aBefore, aAfter;
-  modAddress::ListKeyNames(aBefore);
-  modAddress::RebuildSiteIndex();
+  const auto aDropped = modAddress::RebuildSiteIndex();
   if (modAddress::LoadSites(bKeepResults, bKeepResults) != 0) return false;
-  modAddress::ListKeyNames(aAfter);
   std::string szDropped;
-  std::sort(aAfter.begin(), aAfter.end());
-  for (const auto& szName : aBefore)
-    if (!std::binary_search(aAfter.begin(), aAfter.end(), szName))
-      szDropped += (szDropped.empty() ? "" : ", ") + szName;
+  for (const auto& szName : aDropped)
+    szDropped += (szDropped.empty() ? "" : ", ") + szName;
   if (szDropped.empty()) return true;
   bIncomplete = true;
   Complain(FillResString(IDS_CLI_REGISTRY_DROPPED, {szDropped}));

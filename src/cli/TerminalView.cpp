@@ -156,13 +156,22 @@ void TerminalView::SoundBell() {
 
 void TerminalView::PumpEvents() {
   if (pEngine == nullptr) return;
-  if ((Terminal::Interrupted() || Terminal::OutputClosed()) && pEngine->CheckInProgress()) {
+  if ((Terminal::Interrupted() || OutputClosed()) && pEngine->CheckInProgress()) {
     bStopped = true;
     pEngine->StopCheck();
     return;
   }
   TickMainTimer();
   if (bProgress && bProgressDirty && SteadySeconds() >= dNextDraw) DrawProgress();
+}
+
+// Asked of the system now and then; events are handled several times for each site.
+bool TerminalView::OutputClosed() {
+  constexpr double dLookSeconds = 0.02;
+  const double dNow = SteadySeconds();
+  if (dNow < dNextLook) return false;
+  dNextLook = dNow + dLookSeconds;
+  return Terminal::OutputClosed();
 }
 
 void TerminalView::TickMainTimer() {

@@ -63,6 +63,7 @@ class TerminalView : public CheckView {
   void ErasePassing();
 
  private:
+  bool OutputClosed();
   void DrawProgress();
 
   CheckEngine* pEngine = nullptr;
@@ -81,6 +82,7 @@ class TerminalView : public CheckView {
   double dNextDraw = 0;
 
   double dNextTick = 0;
+  double dNextLook = 0;
   bool bStopped = false;  // the last pass
   std::int32_t lPasses = 0;
   std::int32_t lChecked = 0, lUp = 0, lWarning = 0, lDown = 0;

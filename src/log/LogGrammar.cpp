@@ -20,7 +20,9 @@ std::string_view LogGrammar::FirstOfNumbered(std::string_view szField) {
 }
 
 bool LogGrammar::IsAddress(std::string_view szText) {
-  if (szText.starts_with(LoadResString(IDS_UNKNOWN_SITE))) return true;
+  static const std::string_view szUnknown = LoadResString(IDS_UNKNOWN_SITE),
+                                szAgent = LoadResString(IDS_AGENT);
+  if (szText.starts_with(szUnknown)) return true;
   if (szText.starts_with(szFirst)) szText.remove_prefix(szFirst.size());
-  return szText.starts_with(LoadResString(IDS_AGENT));
+  return szText.starts_with(szAgent);
 }

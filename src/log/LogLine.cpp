@@ -73,7 +73,8 @@ std::size_t FindText(std::string_view szMiddle) {
 }
 
 Outcome OutcomeOf(char chClass, std::string_view szComment) {
-  if (szComment.ends_with(LoadResString(IDS_MANUALLY_STOPPED))) return Outcome::None;
+  static const std::string_view szStopped = LoadResString(IDS_MANUALLY_STOPPED);
+  if (szComment.ends_with(szStopped)) return Outcome::None;
   switch (chClass - '0') {
     case CheckLog::iClassSuccess:
       return Outcome::Up;
@@ -152,7 +153,7 @@ bool LooksLikeStart(std::string_view szLine) {
 
 std::string_view SiteOfAddress(std::string_view szAddress) {
   szAddress = FirstOfNumbered(szAddress);
-  const auto szAgent = LoadResString(IDS_AGENT);
+  static const std::string_view szAgent = LoadResString(IDS_AGENT);
   if (szAddress.starts_with(szAgent)) szAddress.remove_prefix(szAgent.size());
   while (szAddress.starts_with(' '))
     szAddress.remove_prefix(1);

@@ -1,5 +1,7 @@
 #include "log/ResultText.h"
 
+#include <array>
+
 #include "log/LogGrammar.h"
 
 ResultText::ResultText(ResultId iBegin, std::string_view szMore)
@@ -21,6 +23,11 @@ std::vector<ResultText> ResultText::All() {
 
 bool ResultText::Begins(std::string_view szText) {
   if (szText.starts_with(LogGrammar::szFirst)) szText.remove_prefix(LogGrammar::szFirst.size());
-  return std::ranges::any_of(aResultTexts,
-                             [&](StringId iText) { return szText.starts_with(LoadResString(iText)); });
+  static const auto aBegins = [] {
+    std::array<std::string_view, aResultTexts.size()> aLoaded;
+    std::ranges::transform(aResultTexts, aLoaded.begin(),
+                           [](StringId iText) { return LoadResString(iText); });
+    return aLoaded;
+  }();
+  return std::ranges::any_of(aBegins, [&](std::string_view szBegin) { return szText.starts_with(szBegin); });
 }

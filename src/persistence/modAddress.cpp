@@ -126,6 +126,10 @@ std::int32_t WriteSite(std::int32_t n, bool bIsNew) {
   const auto szKeyName = KeyName(aRecord.URL);
   if (szKeyName.empty()) return 0;
   const auto aFields = bIsNew ? FieldsOf(aRecord, n) : ChangedFields(szKeyName, aRecord, n);
+  if (aFields.empty()) {
+    aUnsaved.erase(szKeyName);
+    return 0;
+  }
   const bool bByThePass = std::all_of(aFields.begin(), aFields.end(), IsResult);
   Registry::Transaction aOneCommit(bByThePass ? Registry::Written::ByThePass
                                               : Registry::Written::ByTheOperator);
@@ -439,10 +443,10 @@ bool ListKeyNames(std::vector<std::string>& aNames) {
   return lEnd == Registry::lSuccess || lEnd == Registry::lNoMoreItems || lEnd == Registry::lInvalidHandle;
 }
 
-void RebuildSiteIndex() {
-  const Registry::Transaction aOneCommit;
-  std::vector<std::string> aNames;
-  if (!ListKeyNames(aNames)) return;  // an index over half the sites would be worse than the old one
+std::vector<std::string> RebuildSiteIndex() {
+  Registry::Transaction aOneCommit;
+  std::vector<std::string> aNames, aDropped;
+  if (!ListKeyNames(aNames)) return aDropped;  // an index over half the sites would be worse than the old one
   IndexPlan aPlan;
   for (const auto& szName : aNames)
     PlanSite(szName, aPlan);
@@ -452,9 +456,12 @@ void RebuildSiteIndex() {
   const bool bStands = IndexStands(aPlan);
   if (!bStands) EmptyIndex();
   for (const auto& szName : aPlan.aStale)
-    RegistryAccess::RegRemoveKey(hRoot, SiteKey(szName));
+    if (RegistryAccess::RegRemoveKey(hRoot, SiteKey(szName)) == Registry::lSuccess)
+      aDropped.push_back(szName);
   if (!bStands) WriteIndex(aPlan.aPairs);
   SetSiteCount(lCount);
+  if (aOneCommit.Commit() != Registry::lSuccess) aDropped.clear();
+  return aDropped;
 }
 
 void SetSiteCount(std::int32_t n) {

@@ -98,8 +98,8 @@ std::string SaveAgain();
 std::int32_t WriteSiteRecord(const SiteRecord& aRecord, std::int32_t lIndex);
 
 // Renumbers all sites from their keys and writes the index anew; keys whose URL does not match their name are
-// deleted.
-void RebuildSiteIndex();
+// deleted. The names of those that were.
+std::vector<std::string> RebuildSiteIndex();
 
 // The names of all site keys in the registry, at most one more than the list can hold. False when the store
 // did not give them all.

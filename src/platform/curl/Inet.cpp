@@ -45,6 +45,7 @@ class Inet::Impl {
  private:
   CURLcode SetOptions();
   void NoteFirstByte();
+  void NoteSent();
   CURLcode Judge(CURLcode iOutcome) const;
   std::string TextOf(CURLcode iOutcome) const;
   void Finish(CURLcode iOutcome);
@@ -53,7 +54,6 @@ class Inet::Impl {
   static int OnResolve(void*, void*, void* pSelf);
   static curl_socket_t OnOpen(void* pSelf, curlsocktype, curl_sockaddr* pAddress);
   static int OnConnected(void* pSelf, char*, char*, int, int);
-  static int OnTrace(CURL*, curl_infotype iType, char*, std::size_t, void* pSelf);
   static std::size_t OnHeader(char* pLine, std::size_t, std::size_t lSize, void* pSelf);
   static std::size_t OnBody(char*, std::size_t, std::size_t lSize, void*) { return lSize; }
   static int OnClose(void* pSelf, curl_socket_t hSocket);
@@ -132,9 +132,6 @@ CURLcode Inet::Impl::SetOptions() {
   aOptions.Set(CURLOPT_CLOSESOCKETDATA, this);
   aOptions.Set(CURLOPT_PREREQFUNCTION, &OnConnected);
   aOptions.Set(CURLOPT_PREREQDATA, this);
-  aOptions.Set(CURLOPT_DEBUGFUNCTION, &OnTrace);
-  aOptions.Set(CURLOPT_DEBUGDATA, this);
-  aOptions.Set(CURLOPT_VERBOSE, 1L);
   aOptions.Set(CURLOPT_HEADERFUNCTION, &OnHeader);
   aOptions.Set(CURLOPT_HEADERDATA, this);
   aOptions.Set(CURLOPT_WRITEFUNCTION, &OnBody);
@@ -163,6 +160,7 @@ void Inet::Impl::Proceed(std::int32_t lMilliseconds) {
   NoteFirstByte();
   int lRunning = 0, lLeft = 0;
   if (curl_multi_perform(hMulti.get(), &lRunning) != CURLM_OK) return Finish(CURLE_FAILED_INIT);
+  NoteSent();
   while (const CURLMsg* pMessage = curl_multi_info_read(hMulti.get(), &lLeft))
     if (pMessage->msg == CURLMSG_DONE && pMessage->easy_handle == hEasy.get())
       return Finish(pMessage->data.result);
@@ -173,6 +171,15 @@ void Inet::Impl::Proceed(std::int32_t lMilliseconds) {
 void Inet::Impl::NoteFirstByte() {
   if (!aProgress.bByteCame)
     aProgress.bByteCame = std::any_of(aSockets.begin(), aSockets.end(), &CurlSupport::HasBytes);
+}
+
+// libcurl tells that something was sent in its trace alone, which costs as much as all else that it does.
+void Inet::Impl::NoteSent() {
+  long lSent = 0;
+  if (aProgress.bSent || !aProgress.bConnected) return;
+  if (curl_easy_getinfo(hEasy.get(), CURLINFO_REQUEST_SIZE, &lSent) != CURLE_OK || lSent == 0) return;
+  aProgress.bSent = true;
+  Raise(RequestSent);
 }
 
 // What the outcome is for who asked a web server, rather than for libcurl.
@@ -288,16 +295,9 @@ int Inet::Impl::OnConnected(void* pSelf, char*, char*, int, int) {
   return CURL_PREREQFUNC_OK;
 }
 
-int Inet::Impl::OnTrace(CURL*, curl_infotype iType, char*, std::size_t, void* pSelf) {
-  auto& aSelf = *static_cast<Impl*>(pSelf);
-  if (iType != CURLINFO_HEADER_OUT || aSelf.aProgress.bSent) return 0;
-  aSelf.aProgress.bSent = true;
-  aSelf.Raise(RequestSent);
-  return 0;
-}
-
 std::size_t Inet::Impl::OnHeader(char* pLine, std::size_t, std::size_t lSize, void* pSelf) {
   auto& aSelf = *static_cast<Impl*>(pSelf);
+  aSelf.NoteSent();
   if (!aSelf.aProgress.bReceiving) aSelf.Raise(ReceivingResponse);
   aSelf.aProgress.bReceiving = true;
   aSelf.aProgress.bTooMuch = !aSelf.aProgress.aHeader.TakeLine({pLine, lSize});

@@ -17,16 +17,8 @@ class SystemSource : public Clock::Source {
   DateTime WallTime() override {
     timespec aTime{};
     clock_gettime(CLOCK_REALTIME, &aTime);
-    tzset();  // localtime_r alone would miss a change of the machine's time zone
-    tm aLocal{};
-    localtime_r(&aTime.tv_sec, &aLocal);
-    const DateTime dtWhole = JoinDateTime({.lYear = aLocal.tm_year + 1900,
-                                           .lMonth = aLocal.tm_mon + 1,
-                                           .lDay = aLocal.tm_mday,
-                                           .lHour = aLocal.tm_hour,
-                                           .lMinute = aLocal.tm_min,
-                                           .lSecond = aLocal.tm_sec});
-    return AddSeconds(dtWhole, static_cast<double>(aTime.tv_nsec) / 1e9);
+    if (aTime.tv_sec != lSecond) LookAtZone(aTime.tv_sec);
+    return AddSeconds(dtSecond, static_cast<double>(aTime.tv_nsec) / 1e9);
   }
 
   std::int32_t MinutesEastOfUtc(DateTime dtLocal) override {
@@ -61,6 +53,24 @@ class SystemSource : public Clock::Source {
     const timespec aTime{lWhole, static_cast<long>((dBounded - static_cast<double>(lWhole)) * 1e9)};
     nanosleep(&aTime, nullptr);
   }
+
+ private:
+  // Once a second is enough: each look asks the system for the zone's file.
+  void LookAtZone(time_t lNow) {
+    tzset();  // localtime_r alone would miss a change of the machine's time zone
+    tm aLocal{};
+    localtime_r(&lNow, &aLocal);
+    lSecond = lNow;
+    dtSecond = JoinDateTime({.lYear = aLocal.tm_year + 1900,
+                             .lMonth = aLocal.tm_mon + 1,
+                             .lDay = aLocal.tm_mday,
+                             .lHour = aLocal.tm_hour,
+                             .lMinute = aLocal.tm_min,
+                             .lSecond = aLocal.tm_sec});
+  }
+
+  time_t lSecond = -1;    // the one looked at last
+  DateTime dtSecond = 0;  // the same as local time
 };
 
 }  // namespace
