@@ -40,6 +40,8 @@ int CliCommands::Import(const std::string& szFile, bool bReplace) {
   Report::Say(FillResString(
       IDS_CLI_NOW_IN_LIST,
       {Report::SiteNumber(static_cast<std::int32_t>(aRecords.size())), Report::SiteNumber(lSiteCount)}));
+  for (const auto& szFlaw : ListExchange::Flaws(aRecords))
+    Report::Complain(szFlaw);
   return Report::iAllUp;
 }
 

@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <set>
+#include <utility>
 
 #include "base/Strings.h"
 #include "base/Text.h"
+#include "editing/AddressRules.h"
 #include "editing/LastLocation.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
@@ -156,6 +158,18 @@ Reading Read(const std::string& szFile, std::vector<SiteRecord>& aRecords, std::
   if (!bTooMany) return Reading::Fine;
   aRecords.clear();
   return Reading::TooMany;
+}
+
+std::vector<std::string> Flaws(const std::vector<SiteRecord>& aRecords) {
+  using AddressRules::Flaw;
+  std::vector<std::string> aFlaws;
+  for (const auto& [iFlaw, iText] :
+       {std::pair{Flaw::Https, IDS_IMPORT_HTTPS}, std::pair{Flaw::Backslash, IDS_IMPORT_BACKSLASH}}) {
+    const auto lCount = std::ranges::count_if(
+        aRecords, [iFlaw = iFlaw](const SiteRecord& a) { return AddressRules::FlawOf(a.URL) == iFlaw; });
+    if (lCount > 0) aFlaws.push_back(FillResString(iText, {std::to_string(lCount)}));
+  }
+  return aFlaws;
 }
 
 bool Import(const std::vector<SiteRecord>& aRecords, bool bReplace, const Progress& aProgress) {

@@ -34,6 +34,9 @@ enum class Reading { Fine, Unreadable, Corrupt, TooMany };
 // lBadLine: number of the first line that is no site. TooMany: the list would pass its capacity.
 Reading Read(const std::string& szFile, std::vector<SiteRecord>& aRecords, std::int32_t& lBadLine);
 
+// What of the records can never answer as it stands, a sentence for each kind; empty for nothing.
+std::vector<std::string> Flaws(const std::vector<SiteRecord>& aRecords);
+
 // Stores the records, all or none. Sites that are not among them stay. bReplace only changes the remark that
 // a site which is already stored gets. Renumbers and reloads the list. False when they could not be stored;
 // list and store are then as before.

@@ -160,7 +160,7 @@ std::string Head(const std::vector<Entry>& aEntries, const PassFacts& aFacts, Da
   else if (lDown > 0)
     szLine = FillResString(IDS_PAGE_DOWN, {Number(lDown)});
   else if (lWarning > 0)
-    szLine = FillResString(IDS_PAGE_FAILED_ONCE, {Number(lWarning)});
+    szLine = FillResString(IDS_PAGE_WARNING, {Number(lWarning)});
   else if (bUnknown)
     szLine = LoadResString(IDS_PAGE_UNKNOWN);
   else if (lUp == 1)

@@ -72,8 +72,10 @@ std::vector<std::pair<DateTime, std::string>> Beside(const std::string& szLog) {
 
 LogFiles::Arguments LogFiles::Read(const std::vector<std::string>& aPaths) {
   Arguments aRead;
-  for (const auto& szPath : aPaths)
-    if (!szPath.empty()) aRead.aLogs.push_back(Absolute(szPath));
+  const bool bSite = aPaths.size() > 1 && aPaths.front() == szSiteOption;
+  if (bSite) aRead.szSite = aPaths[1];
+  for (auto i = bSite ? std::size_t{2} : std::size_t{0}; i < aPaths.size(); ++i)
+    if (!aPaths[i].empty()) aRead.aLogs.push_back(Absolute(aPaths[i]));
   if (aRead.aLogs.size() < 2) return aRead;
   const auto& szLast = aRead.aLogs.back();
   if (aRead.aLogs.size() == 2 ? !IsLog(szLast) : IsPage(szLast)) {

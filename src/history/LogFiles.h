@@ -11,11 +11,14 @@ namespace LogFiles {
 struct Arguments {
   std::vector<std::string> aLogs;  // files and folders
   std::string szPage;              // where to write the page; empty: nowhere
+  std::string szSite;              // whose entries are wanted; empty: all
 };
 
+inline constexpr char szSiteOption[] = "--site";
+
 // "LOG", "LOG PAGE" as the monitor gives them, or any number of logs and folders with or without a page
-// behind. A second path that is a log or a folder itself is shown and never written over; with more than two
-// paths only a last one that ends in ".htm" or ".html" is a page.
+// behind; "--site ADDRESS" in front of them. A second path that is a log or a folder itself is shown and
+// never written over; with more than two paths only a last one that ends in ".htm" or ".html" is a page.
 Arguments Read(const std::vector<std::string>& aPaths);
 
 // The logs of the folder whose day, week or month (by their names) reaches into the last lDays days before

@@ -164,7 +164,7 @@ std::string Outages(const LogSummary& aSummary, LogTables::Runs iWanted, const L
   const bool bHiccups = iWanted == LogTables::Runs::Hiccups;
   const auto aAll = LogTables::Outages(aSummary, iWanted);
   if (aAll.empty()) return {};
-  const auto iTitle = bHiccups ? IDS_LOG_WARNING : IDS_LOG_OUTAGES;
+  const auto iTitle = bHiccups ? IDS_LOG_WARNINGS : IDS_LOG_OUTAGES;
   const auto lShown = std::min(aAll.size(), aLimits.lOutages);
   std::string szOut = "<section>\n<h2>" + Words(iTitle) + "</h2>\n<p class=\"note\">" +
                       Words(bHiccups ? IDS_LOG_HICCUP_NOTE : IDS_LOG_OUTAGE_NOTE) + "</p>\n";

@@ -70,7 +70,7 @@ std::vector<LogTables::SiteColumn> LogTables::SiteColumns(const LogSummary& aSum
 StringId LogTables::Title(SiteColumn iColumn) {
   constexpr std::array aTitles{
       IDS_LOG_COL_SITE,      IDS_LOG_COL_NOW,    IDS_LOG_COL_SINCE,   IDS_LOG_COL_UP_DAY, IDS_LOG_COL_UP_WEEK,
-      IDS_LOG_COL_UP_MONTH,  IDS_LOG_COL_UP_ALL, IDS_LOG_COL_OUTAGES, IDS_LOG_WARNING,    IDS_LOG_COL_LONGEST,
+      IDS_LOG_COL_UP_MONTH,  IDS_LOG_COL_UP_ALL, IDS_LOG_COL_OUTAGES, IDS_LOG_WARNINGS,   IDS_LOG_COL_LONGEST,
       IDS_LOG_COL_DOWN_TIME, IDS_LOG_COL_SHARE,  IDS_LOG_COL_CHECKS};
   return aTitles[Index(iColumn)];
 }

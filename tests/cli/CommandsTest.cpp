@@ -53,6 +53,14 @@ TEST_F(Cli, WhateverIsWrongIsOneLineAndChangesNothing) {
   EXPECT_EQ(aHome.Read("there.kvd"), "mine");
 }
 
+TEST_F(Cli, AnImportTellsWhatCanNeverAnswer) {
+  aHome.Write("list.kvd", ListOf({"https://a.test", "HTTPS:b.test", "c.test\\x", "d.test/\\x"}));
+  const auto aResult = Run({"import", "--add", aHome.Path("list.kvd")});
+  EXPECT_EQ(aResult.iCode, 0);
+  EXPECT_THAT(aResult.szErrors, HasSubstr("2 of its addresses begin with \"https:\""));
+  EXPECT_THAT(aResult.szErrors, HasSubstr("1 of its addresses have a backslash"));
+}
+
 TEST_F(Cli, StoreThatCannotBeUsedFails) {
   Environment::Set("KESTROVA_REGISTRY",
                    aHome.Path(std::string(300, 'x')));  // a name too long for either system

@@ -45,9 +45,9 @@ TEST(LogRows, AFilterShowsItsEntriesUnderTheirPasses) {
     bool bPasses;
     const char *szShape, *szFirstPass;  // what the first pass says it holds
   } aCases[] = {
-      {{}, true, "PUFPUDN-PDU", "1 Failed once, 1 Up"},
-      {{}, false, "UFUDN-DU", nullptr},
-      {{"SHOP", LogFilter::lEvery, Remark::Any, ""}, true, "PFPD-PU", "1 Failed once"},
+      {{}, true, "PUWPUDN-PDU", "1 Warning, 1 Up"},
+      {{}, false, "UWUDN-DU", nullptr},
+      {{"SHOP", LogFilter::lEvery, Remark::Any, ""}, true, "PWPD-PU", "1 Warning"},
       {{"", LogFilter::Bit(Outcome::Down), Remark::Any, ""}, true, "PDPD", "1 Down"},
       {{"", LogFilter::lEvery, Remark::Mail, ""}, true, "PDPD", "1 Down"},
       {{"", LogFilter::lEvery, Remark::FailedMail, ""}, true, "PD", "1 Down"},
@@ -94,9 +94,9 @@ TEST(LogRows, EveryColumnSortsTheLinesAlone) {
     LogColumn iColumn;
     const char *szUp, *szDown;  // the results in that order
   } aCases[] = {
-      {LogColumn::Time, "UFUDNDU", "UDDNUFU"},    {LogColumn::Result, "DDFUUUN", "NUUUFDD"},
-      {LogColumn::Address, "NDFUUUD", "UUDFUDN"}, {LogColumn::Answer, "NDFDUUU", "UUUFDDN"},
-      {LogColumn::Seconds, "NUFUDDU", "UFUDDUN"}, {LogColumn::Remarks, "NUFUUDD", "DDUFUUN"},
+      {LogColumn::Time, "UWUDNDU", "UDDNUWU"},    {LogColumn::Result, "DDWUUUN", "NUUUWDD"},
+      {LogColumn::Address, "NDWUUUD", "UUDWUDN"}, {LogColumn::Answer, "NDWDUUU", "UUUWDDN"},
+      {LogColumn::Seconds, "NUWUDDU", "UWUDDUN"}, {LogColumn::Remarks, "NUWUUDD", "DDUWUUN"},
   };
   for (const auto& aCase : aCases) {
     LogRows aRows;
@@ -107,7 +107,7 @@ TEST(LogRows, EveryColumnSortsTheLinesAlone) {
     EXPECT_EQ(Shape(aRows), aCase.szDown) << static_cast<int>(aCase.iColumn);
     const auto lFailure = aRows.RowOf("shop", dtMonday, true);
     ASSERT_TRUE(lFailure);
-    EXPECT_EQ(aRows.Cell(*lFailure, LogColumn::Result), "Failed once") << "the first by time, not by place";
+    EXPECT_EQ(aRows.Cell(*lFailure, LogColumn::Result), "Warning") << "the first by time, not by place";
   }
 }
 
@@ -183,6 +183,7 @@ TEST(LogFiles, AMonitorsTwoPathsAreALogAndAPage) {
                 {{"a.kvl", aHome.Path("odd")}, 2, ""},
                 {{"a.kvl", "b.kvl", "p.html"}, 2, "p.html"},
                 {{"a.kvl", aHome.Folder()}, 2, ""},
+                {{"--site", "http://x.test", "a.kvl"}, 1, ""},
                 {{"", "a.kvl"}, 1, ""}};
   for (const auto& aCase : aCases) {
     const auto aRead = LogFiles::Read(aCase.aPaths);

@@ -9,3 +9,12 @@ inline wxTextAttr IndentedText(const wxFont& aFont) {
   aStyle.SetLeftIndent(20, 40);  // tenths of a millimetre
   return aStyle;
 }
+
+// A line "Name: text", its name in bold.
+inline void AppendNamed(wxTextCtrl& aBox, const wxFont& aFont, const wxString& szName,
+                        const wxString& szText) {
+  aBox.SetDefaultStyle(IndentedText(aFont.Bold()));
+  aBox.AppendText(szName + " ");
+  aBox.SetDefaultStyle(IndentedText(aFont));
+  aBox.AppendText(szText + "\n");
+}

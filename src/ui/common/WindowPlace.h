@@ -6,13 +6,18 @@
 #include <wx/gdicmn.h>
 
 class wxString;
+class wxTopLevelWindow;
 
 namespace WindowPlace {
 
 // Called once, at the start of a program.
 void Open();
 
-// A window's corner; wxDefaultPosition where none is known.
+// Size and place, and whether it filled the screen. A minimised window comes back in its usual size.
+void Restore(wxTopLevelWindow& aWindow, const wxString& szName);
+void Keep(const wxTopLevelWindow& aWindow, const wxString& szName);
+
+// Its corner alone; wxDefaultPosition where none is known.
 wxPoint Corner(const wxString& szName);
 void KeepCorner(const wxPoint& aCorner, const wxString& szName);
 

@@ -16,8 +16,6 @@
 #include "ui/common/TextGlue.h"
 #include "ui/dialogs/frmBusy.h"
 
-using AddressRules::Flaw;
-
 namespace {
 
 std::string About(std::int32_t lMessage, const std::string& szFile) {
@@ -71,15 +69,10 @@ std::string Summary(const std::string& szFile, const std::vector<SiteRecord>& aR
                                            std::to_string(lSiteCount - lBefore), Sites(lSiteCount)});
 }
 
-// What of it can never answer as it stands.
 std::string Flaws(const std::vector<SiteRecord>& aRecords) {
   std::string szFlaws;
-  for (const auto& [iFlaw, lText] :
-       {std::pair{Flaw::Https, IDS_IMPORT_HTTPS}, std::pair{Flaw::Backslash, IDS_IMPORT_BACKSLASH}}) {
-    const auto lCount = std::ranges::count_if(
-        aRecords, [iFlaw = iFlaw](const SiteRecord& a) { return AddressRules::FlawOf(a.URL) == iFlaw; });
-    if (lCount > 0) szFlaws += "\r\n\r\n" + About(lText, std::to_string(lCount));
-  }
+  for (const auto& szFlaw : ListExchange::Flaws(aRecords))
+    szFlaws += "\r\n\r\n" + szFlaw;
   return szFlaws;
 }
 

@@ -8,8 +8,10 @@
 #include <vector>
 
 #include "editing/LastLocation.h"
+#include "history/LogFiles.h"
 #include "log/CheckLog.h"
 #include "persistence/Settings.h"
+#include "persistence/modAddress.h"
 #include "persistence/modBasic.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
@@ -17,6 +19,7 @@
 #include "ui/common/Boxes.h"
 #include "ui/common/MainHost.h"
 #include "ui/common/TextGlue.h"
+#include "ui/dialogs/SiteCommands.h"
 
 namespace {
 
@@ -76,6 +79,16 @@ void StartViewer(MainHost& aHost, const std::vector<std::string>& aPaths) {
     aHost.ShowMessage(LoadResString(IDS_VIEWER_FAILED) + szViewer);
 }
 
+void View(MainHost& aHost, std::vector<std::string> aOptions) {
+  CheckLog::GetLogFileName(false);
+  if (Files::FileExists(CheckLog::CurrentLogFile)) {
+    aOptions.push_back(CheckLog::CurrentLogFile);
+    StartViewer(aHost, aOptions);
+  } else if (Ask(aHost, IDS_NO_CURRENT_LOG)) {
+    LogCommands::Open(aHost);
+  }
+}
+
 }  // namespace
 
 void LogCommands::Open(MainHost& aHost) {
@@ -95,9 +108,10 @@ void LogCommands::Open(MainHost& aHost) {
 }
 
 void LogCommands::ViewCurrent(MainHost& aHost) {
-  CheckLog::GetLogFileName(false);
-  if (Files::FileExists(CheckLog::CurrentLogFile))
-    StartViewer(aHost, {CheckLog::CurrentLogFile});
-  else if (Ask(aHost, IDS_NO_CURRENT_LOG))
-    Open(aHost);
+  View(aHost, {});
+}
+
+void LogCommands::ViewSite(MainHost& aHost) {
+  const auto n = SiteCommands::SelectedSite(aHost);
+  if (n != 0) View(aHost, {LogFiles::szSiteOption, LoadResString(IDS_AGENT) + modAddress::Site(n).URL});
 }

@@ -11,5 +11,7 @@ void Open(MainHost& aHost);
 
 // Shows the log of the present day or week, or offers the earlier ones where there is none.
 void ViewCurrent(MainHost& aHost);
+// The selected site's entries in it.
+void ViewSite(MainHost& aHost);
 
 }  // namespace LogCommands

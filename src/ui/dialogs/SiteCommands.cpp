@@ -14,20 +14,19 @@
 
 namespace {
 
-// The selected site's slot; 0, and a message, where there is none.
-std::int32_t SelectedSite(MainHost& aHost) {
-  const auto n = aHost.SelectedSlot();
-  if (modAddress::IsSite(n)) return n;
-  aHost.ShowMessage(LoadResString(IDS_NONE_SELECTED));
-  return 0;
-}
-
 bool AskToDelete(MainHost& aHost, std::int32_t n) {
   return Boxes::Ask(aHost.Frame(), LoadResString(IDS_DELETE_QUESTION), wxYES_NO | wxNO_DEFAULT,
                     LoadResString(IDS_AGENT) + modAddress::Site(n).URL) == wxID_YES;
 }
 
 }  // namespace
+
+std::int32_t SiteCommands::SelectedSite(MainHost& aHost) {
+  const auto n = aHost.SelectedSlot();
+  if (modAddress::IsSite(n)) return n;
+  aHost.ShowMessage(LoadResString(IDS_NONE_SELECTED));
+  return 0;
+}
 
 void SiteCommands::NewAddress(MainHost& aHost) {
   if (AddressRules::ListIsFull()) {

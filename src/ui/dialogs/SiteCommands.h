@@ -2,9 +2,14 @@
 // returns; the dialog does the rest.
 #pragma once
 
+#include <cstdint>
+
 class MainHost;
 
 namespace SiteCommands {
+
+// The selected site's slot; 0, and a message, where there is none.
+std::int32_t SelectedSite(MainHost& aHost);
 
 void NewAddress(MainHost& aHost);
 void EditAddress(MainHost& aHost);

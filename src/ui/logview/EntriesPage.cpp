@@ -24,12 +24,10 @@ constexpr std::size_t lMostSites = 1000;  // in the choice; more would take seco
 constexpr std::size_t lMostSiteBytes = 60;
 constexpr int lWordsDelay = 250;  // milliseconds after the last key
 
-const std::vector<VirtualTable::Column> aEntryColumns = {{IDS_LOG_COL_TIME, "12/30/2000 12:00:00 AM"},
-                                                         {IDS_VIEW_COL_RESULT, "MM Switched off"},
-                                                         {IDS_LOG_COL_ADDRESS, "10 Down, 1 Failed once", 35},
-                                                         {IDS_LOG_COL_ANSWER, nullptr, 35},
-                                                         {IDS_LOG_COL_SECONDS, nullptr, 0, true},
-                                                         {IDS_LOG_COL_REMARKS, nullptr, 30}};
+const std::vector<VirtualTable::Column> aEntryColumns = {
+    {IDS_LOG_COL_TIME, "12/30/2000 12:00:00 AM"},     {IDS_VIEW_COL_RESULT, "MM Switched off"},
+    {IDS_LOG_COL_ADDRESS, "10 Down, 10 Warning", 35}, {IDS_LOG_COL_ANSWER, nullptr, 35},
+    {IDS_LOG_COL_SECONDS, nullptr, 0, true},          {IDS_LOG_COL_REMARKS, nullptr, 30}};
 
 // A pass's count stands before its name: what is on the right is cut first when the window is narrow.
 LogColumn Shown(LogColumn iColumn, LogRows::Kind iKind) {
@@ -264,9 +262,10 @@ void EntriesPage::ShowSite(const std::string& szSite) {
   const auto lSite =
       static_cast<std::size_t>(std::find(aSites.begin(), aSites.end(), szSite) - aSites.begin());
   cboOutcome->SetSelection(0);
-  // A site beyond the choice is found by its words.
-  cboSite->SetSelection(lSite < std::min(aSites.size(), lMostSites) ? static_cast<int>(lSite) + 1 : 0);
-  txtWords->ChangeValue(lSite < lMostSites ? wxString() : ToWx(szSite));
+  // A site beyond the choice is found by its words; so is one that the log does not name.
+  const bool bChoice = lSite < std::min(aSites.size(), lMostSites);
+  cboSite->SetSelection(bChoice ? static_cast<int>(lSite) + 1 : 0);
+  txtWords->ChangeValue(bChoice ? wxString() : ToWx(szSite));
   Refilter();
 }
 

@@ -7,7 +7,9 @@
 #include "history/LogFiles.h"
 #include "platform/Files.h"
 #include "ui/common/TextGlue.h"
+#include "ui/logview/OpenViewer.h"
 #include "ui/logview/frmLogView.h"
+#include "ui/system/Foreground.h"
 
 bool LogView::OnInit() {
   SetAppName(ResText(IDS_APP_TITLE));
@@ -20,15 +22,19 @@ bool LogView::OnInit() {
   if (std::ranges::any_of(aPaths, IsHelp)) {
     // Into the terminal, or a box where there is none.
     wxMessageOutputBest().Output(ResText(IDS_VIEW_USAGE));
-    bOnlyHelp = true;
+    bNoWindow = true;
     return true;
   }
-  Start(aPaths);
+  const auto aRead = LogFiles::Read(aPaths);
+  Foreground::Offer();
+  bNoWindow =
+      !aRead.aLogs.empty() && aRead.szPage.empty() && OpenViewer::Ask(aRead.aLogs.back(), aRead.szSite);
+  if (!bNoWindow) Start(aPaths);
   return true;
 }
 
 int LogView::OnRun() {
-  return bOnlyHelp ? 0 : wxApp::OnRun();
+  return bNoWindow ? 0 : wxApp::OnRun();
 }
 
 frmLogView* LogView::Start(const std::vector<std::string>& aPaths) {
@@ -39,8 +45,10 @@ frmLogView* LogView::Start(const std::vector<std::string>& aPaths) {
   pWindow->CallAfter([pWindow, aArguments] {
     if (aArguments.aLogs.empty())
       pWindow->AskForLog();
-    else if (pWindow->OpenLogs(aArguments.aLogs) && !aArguments.szPage.empty())
-      pWindow->SavePage(aArguments.szPage);
+    else if (pWindow->OpenLogs(aArguments.aLogs)) {
+      if (!aArguments.szSite.empty()) pWindow->ShowSite(aArguments.szSite);
+      if (!aArguments.szPage.empty()) pWindow->SavePage(aArguments.szPage);
+    }
   });
   return pWindow;
 }

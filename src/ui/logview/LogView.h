@@ -19,5 +19,5 @@ class LogView : public wxApp {
   static class frmLogView* Start(const std::vector<std::string>& aPaths);
 
  private:
-  bool bOnlyHelp = false;  // nothing is to be shown
+  bool bNoWindow = false;  // there is nothing to show, or another viewer shows it
 };

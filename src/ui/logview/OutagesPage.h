@@ -12,6 +12,7 @@
 
 class VirtualTable;
 class wxChoice;
+class wxTextCtrl;
 
 class OutagesPage : public wxPanel {
  public:
@@ -23,9 +24,11 @@ class OutagesPage : public wxPanel {
 
   VirtualTable* lvwOutages;
   wxChoice* cboRuns;
+  wxTextCtrl* txtDetails;
 
  private:
   void Refill();
+  void ShowDetails();
 
   const LogSummary* pSummary = nullptr;
   std::vector<LogTables::OutageRow> aRows;

@@ -27,6 +27,8 @@ using LogTables::SiteColumn;
 constexpr std::size_t lMostBytes = 400;
 constexpr int lLightTwips = 480;
 constexpr int lFactLines = 12;
+constexpr std::size_t lRowsSeen = 5;  // at least, of the table
+constexpr int lRowTwips = 330;
 
 // As wide as the widest that commonly stands there; the names take what is left.
 const char* SampleOf(SiteColumn iColumn) {
@@ -63,9 +65,17 @@ SummaryPage::SummaryPage(wxWindow* pParent) : wxPanel(pParent) {
   pUpperSizer->Add(txtFacts, wxSizerFlags().Expand());
   pUpperSizer->Add(lvwSites, wxSizerFlags(1).Expand().Border(wxTOP, FromDIP(4)));
   pUpper->SetSizer(pUpperSizer);
-  pSplitter->SetMinimumPaneSize(GetCharHeight() * 6);
+  pSplitter->SetMinimumPaneSize(GetCharHeight() * 4);
   pSplitter->SetSashGravity(0.6);
   pSplitter->SplitHorizontally(pUpper, picStrips);
+  pSplitter->Bind(wxEVT_SPLITTER_SASH_POS_CHANGING, [this](wxSplitterEvent& aEvent) {
+    aEvent.Skip();
+    bSashChosen = true;
+  });
+  pSplitter->Bind(wxEVT_SIZE, [this](wxSizeEvent& aEvent) {
+    aEvent.Skip();
+    CallAfter([this] { PlaceSash(); });
+  });
 
   auto* pHead = new wxBoxSizer(wxHORIZONTAL);
   pHead->Add(imgLight, wxSizerFlags().CentreVertical().Border(wxALL, FromDIP(6)));
@@ -158,33 +168,38 @@ void SummaryPage::PutInOrder() {
   });
 }
 
-// As much as the strips need, at most half; from then on it is where the user puts it.
+// Header, some rows and the bar below them: what the table has before anything else gets more than its least.
+int SummaryPage::TableNeeds() const {
+  const auto lRows = static_cast<int>(std::clamp<std::size_t>(aOrder.size(), 1, lRowsSeen));
+  return (lRows + 2) * WindowScale::FromTwips(*this, lRowTwips);
+}
+
+// The strips get what they need, at most half, and in a low window what the table leaves. Where the user puts
+// the sash, it stays.
 void SummaryPage::PlaceSash() {
-  if (bSashPlaced || !pSummary || !IsShownOnScreen()) return;
-  bSashPlaced = true;
+  if (bSashChosen || !pSummary || !IsShownOnScreen()) return;
   const int lHeight = pSplitter->GetClientSize().y;
-  pSplitter->SetSashPosition(std::max(lHeight / 2, lHeight - picStrips->FullHeight()));
+  if (lHeight < 3 * pSplitter->GetMinimumPaneSize()) return;  // still being built
+  const int lUpper = std::max(lHeight / 2, lHeight - picStrips->FullHeight());
+  const int lMost = lHeight - pSplitter->GetMinimumPaneSize();
+  pSplitter->SetSashPosition(std::min(lMost, std::max(lUpper, TableNeeds() + LeastFacts())));
 }
 
 void SummaryPage::ShowFacts() {
   txtFacts->Freeze();
   const auto lTop = txtFacts->GetInsertionPoint();
   txtFacts->Clear();
-  const auto aPlain = IndentedText(GetFont());
-  const auto aBold = IndentedText(GetFont().Bold());
-  txtFacts->SetDefaultStyle(aPlain);
+  txtFacts->SetDefaultStyle(IndentedText(GetFont()));
   if (pSummary) {
     for (const auto& szSentence : LogWords::Lead(*pSummary, Clock::Now()))
       txtFacts->AppendText(ToWx(Utf8::Clean(szSentence)) + "\n");
     for (const auto& aFact : LogFacts::Of(*pSummary)) {
-      txtFacts->SetDefaultStyle(aBold);
-      txtFacts->AppendText(ToWx(FillResString(IDS_VIEW_DETAIL, {LoadResString(aFact.iName)})) + " ");
-      txtFacts->SetDefaultStyle(aPlain);
       std::string szValue;
       for (const auto& szLine : aFact.aLines)
         szValue += (szValue.empty() ? "" : "; ") + szLine;
       if (!aFact.szNote.empty()) szValue += ". " + aFact.szNote;
-      txtFacts->AppendText(ToWx(szValue) + "\n");
+      AppendNamed(*txtFacts, GetFont(), ToWx(FillResString(IDS_VIEW_DETAIL, {LoadResString(aFact.iName)})),
+                  ToWx(szValue));
     }
   }
   FitFacts();
@@ -200,11 +215,16 @@ void SummaryPage::FitHeadline() {
   lblHeadline->Wrap(std::max(lWrappedAt - imgLight->GetSize().x - FromDIP(30), 40 * GetCharWidth()));
 }
 
+int SummaryPage::LeastFacts() const {
+  return GetCharHeight() * 3;
+}
+
 // No more room than they need, and never so much that a low window no longer shows the sites.
 void SummaryPage::FitFacts() {
-  const int lRoom = txtFacts->GetParent()->GetClientSize().y * 2 / 5;
+  const int lUpper = txtFacts->GetParent()->GetClientSize().y;
+  const int lRoom = std::min(lUpper * 2 / 5, lUpper - TableNeeds());
   const int lNeeded = GetCharHeight() * std::min(lFactLines, txtFacts->GetNumberOfLines() + 2);
-  const wxSize aWanted(-1, std::max(GetCharHeight() * 3, std::min(lNeeded, lRoom)));
+  const wxSize aWanted(-1, std::max(LeastFacts(), std::min(lNeeded, lRoom)));
   if (txtFacts->GetMinSize() == aWanted) return;
   txtFacts->SetMinSize(aWanted);
   txtFacts->GetParent()->Layout();

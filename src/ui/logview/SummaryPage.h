@@ -48,6 +48,8 @@ class SummaryPage : public wxPanel {
   void FitFacts();
   void FitHeadline();
   void PlaceSash();
+  int TableNeeds() const;
+  int LeastFacts() const;
 
   const LogSummary* pSummary = nullptr;
   std::vector<std::size_t> aOrder;
@@ -56,5 +58,5 @@ class SummaryPage : public wxPanel {
   int lWrappedAt = 0;  // width of the page for which the headline is broken
   wxStaticBitmap* imgLight;
   wxSplitterWindow* pSplitter;
-  bool bSashPlaced = false;
+  bool bSashChosen = false;  // by the user
 };

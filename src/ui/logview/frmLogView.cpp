@@ -16,6 +16,7 @@
 #include "history/LogGaps.h"
 #include "history/LogHtml.h"
 #include "history/LogWords.h"
+#include "log/LogLine.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
 #include "ui/common/Images.h"
@@ -25,6 +26,7 @@
 #include "ui/logview/EntriesPage.h"
 #include "ui/logview/OutagesPage.h"
 #include "ui/logview/SummaryPage.h"
+#include "ui/system/Foreground.h"
 #include "ui/system/WindowScale.h"
 
 namespace {
@@ -34,6 +36,7 @@ constexpr int lFirstHeight = 12600;
 constexpr int lLeastWidth = 10200;
 constexpr int lLeastHeight = 6000;
 constexpr int lFollowMilliseconds = 1000;
+constexpr int lAskedMilliseconds = 200;
 // A summary that takes long to make is made less often: at most this share of the time is spent on it.
 constexpr int lSummaryShare = 10;
 constexpr std::size_t lMostNameBytes = 200;
@@ -64,6 +67,8 @@ frmLogView::frmLogView() : wxFrame(nullptr, wxID_ANY, ResText(IDS_VIEW_TITLE)) {
   CentreOnScreen();
   tmrFollow.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { tmrFollow_Timer(); });
   tmrFollow.Start(lFollowMilliseconds);
+  tmrAsked.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { tmrAsked_Timer(); });
+  tmrAsked.Start(lAskedMilliseconds);
   ShowTitle();
   ShowCounts();
   EnableCommands();
@@ -96,10 +101,7 @@ void frmLogView::BuildPages() {
   });
   pixEntries->Changed = [this] { ShowCounts(); };
   pixEntries->Remarked = [this](StringId iText) { SetStatusText(ResText(iText)); };
-  pixSummary->SiteChosen = [this](const std::string& szSite) {
-    RunCommand(Command::mV_Entries);
-    pixEntries->ShowSite(szSite);
-  };
+  pixSummary->SiteChosen = [this](const std::string& szSite) { ShowSite(szSite); };
   pixSummary->MomentChosen = [this](const std::string& szSite, DateTime dtMoment, bool bFailure) {
     RunCommand(Command::mV_Entries);
     pixEntries->ShowMoment(szSite, dtMoment, bFailure);
@@ -146,6 +148,7 @@ bool frmLogView::OpenLogs(const std::vector<std::string>& aPaths) {
   auto pNew = ReadLogs(aPaths);
   if (!pNew) return false;
   aOpened = aPaths;
+  aOpenViewer.Shows(aOpened.back());
   aFolderNames = NamesInFolders();
   aLaterLogs = LaterLogs();
   pixEntries->Open(pNew.get());  // lets go of the old one
@@ -206,6 +209,20 @@ void frmLogView::tmrFollow_Timer() {
   pixSummary->ShowAge();
 }
 
+void frmLogView::ShowSite(const std::string& szAddress) {
+  RunCommand(Command::mV_Entries);
+  pixEntries->ShowSite(std::string(SiteOfAddress(szAddress)));
+}
+
+void frmLogView::tmrAsked_Timer() {
+  const auto szSite = aOpenViewer.Asked();
+  if (!szSite) return;
+  tmrFollow_Timer();  // what was just written too
+  if (!szSite->empty() && pHistory) ShowSite(*szSite);
+  if (IsIconized()) Iconize(false);
+  Foreground::Take(*this);
+}
+
 void frmLogView::FindDue(const LogHistory& aTold) {
   dtLast = 0;
   for (const auto aRef : aTold.Passes())
@@ -254,6 +271,7 @@ bool frmLogView::GoOnToNextLog() {
   // One whose time is over may have been deleted since.
   std::erase_if(aOpened, [](const std::string& szPath) { return !Files::FileExists(szPath); });
   aOpened.insert(aOpened.end(), aNow.begin(), aNow.end());
+  aOpenViewer.Shows(aOpened.back());
   aLaterLogs.clear();
   ReadAgain();
   ShowTitle();

@@ -13,6 +13,7 @@
 
 #include "history/LogHistory.h"
 #include "history/LogSummary.h"
+#include "ui/logview/OpenViewer.h"
 
 class EntriesPage;
 class OutagesPage;
@@ -30,6 +31,8 @@ class frmLogView : public wxFrame {
   // Writes the whole history, whatever the filter. False after a message.
   bool SavePage(const std::string& szPath);
   bool SaveTable(const std::string& szPath);
+  // The entries of a site, by its address with or without "http://".
+  void ShowSite(const std::string& szAddress);
   // The open dialog; what mF_Open does.
   void AskForLog();
 
@@ -66,6 +69,8 @@ class frmLogView : public wxFrame {
   std::string CopyText() const;
   // Reads what is new; the timer does so every second.
   void tmrFollow_Timer();
+  // Does what a viewer that was started for this log asks of the one that shows it.
+  void tmrAsked_Timer();
 
   const LogHistory* History() const { return pHistory.get(); }
   const std::string& Notice() const { return szNotice; }
@@ -129,4 +134,6 @@ class frmLogView : public wxFrame {
   wxInfoBar* pNotice;
   std::string szNotice;
   wxTimer tmrFollow;
+  wxTimer tmrAsked;
+  OpenViewer aOpenViewer;
 };

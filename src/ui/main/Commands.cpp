@@ -63,6 +63,7 @@ constexpr Command aCommands[] = {
      By<SiteCommands::DeleteAddress>},
     {mE_OpenSite, lEdit, IDS_OPEN_SITE, "Ctrl+B", "", lNoPop, Separated, By<SiteCommands::OpenSite>},
     {mE_CopyAddress, lEdit, IDS_COPY_ADDRESS, "Ctrl+C", "", lNoPop, None, By<SiteCommands::CopyAddress>},
+    {mE_SiteLog, lEdit, IDS_SITE_LOG, "Ctrl+L", "", lNoPop, None, By<LogCommands::ViewSite>},
     {mE_Options, lEdit, IDS_OPTIONS, "Ctrl+O", "", lNoPop, Locked | Separated, By<SiteCommands::Options>},
     {mV_All, lView, IDS_VIEW_ALL, "", "", lNoPop, Locked | Radio, ShowResult<0>},
     {mV_Successful, lView, IDS_VIEW_SUCCESSFUL, "", "", lNoPop, Locked | Radio, ShowResult<1>},

@@ -22,6 +22,7 @@ enum MenuCommand : int {
   mE_DelAddress,
   mE_OpenSite,
   mE_CopyAddress,
+  mE_SiteLog,
   mE_Options,
   mV_All,
   mV_Successful,

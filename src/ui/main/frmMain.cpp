@@ -13,6 +13,7 @@
 namespace {
 
 constexpr int lSecond = 1000;  // milliseconds
+const char* const szPlace = "Main";
 const char* const szProgressPlace = "Progress";
 
 // Set while it lives; timers run within one another.
@@ -55,6 +56,7 @@ frmMain::frmMain(ProgramExit aExit)
     aEvent.Skip();
     Form_Iconize(aEvent.IsIconized());
   });
+  WindowPlace::Restore(*this, szPlace);
   aProgressPlace = WindowPlace::Corner(szProgressPlace);
   Form_Load();
 }
@@ -99,6 +101,7 @@ void frmMain::PrepareExit() {
   bExiting = true;
   TimerAutoCheck.Stop();
   CloseProgress();
+  if (IsShown() && !bMinimised) WindowPlace::Keep(*this, szPlace);
   WindowPlace::KeepCorner(aProgressPlace, szProgressPlace);
   Hide();
   aEngine.Quit();

@@ -120,12 +120,12 @@ void frmTour::Form_KeyDown(wxKeyEvent& aEvent) {
   }
 }
 
-// The text is broken anew for the window's width, but not into lines too long to read.
+// The text is broken anew for the window's width, but on the widest screens not into lines too long to read.
 void frmTour::Form_Resize() {
   if (lPage >= lTourPages) return;
   const int lWidth = GetClientSize().x - 2 * FromDIP(lMargin);
   lblText->SetLabelText(ResText(aTourPages[lPage].lText));
-  lblText->Wrap(std::max(1, std::min(lWidth, 90 * lblText->GetCharWidth())));
+  lblText->Wrap(std::max(1, std::min(lWidth, 150 * lblText->GetCharWidth())));
   Layout();
 }
 

@@ -102,8 +102,8 @@ TEST(Exchange, ImportTakesGoodFilesAndRefusesTheRestWhole) {
   }
 }
 
-TEST(LogCommands, OpenTheViewerWithTheLogAndThePage) {
-  Program aProgram;
+TEST(LogCommands, OpenTheViewerWithTheLogAndThePageOrASite) {
+  Program aProgram({Site("a.test/x")});
   TestHome& aHome = aProgram.aHome;
   const auto szViewer = aHome.Path(Shell::ProgramFileName("LogView"));
   const auto szMissing = FromWx(ResText(IDS_VIEWER_MISSING));
@@ -149,9 +149,14 @@ TEST(LogCommands, OpenTheViewerWithTheLogAndThePage) {
   EXPECT_EQ(Stored::Get(ProductKeys::szLastLoc, "hmlg"), aHome.Path("pages"));
   aHome.Write("Logs/D-20230315.kvl", "x");
   Answers aNone({});
-  aProgram.Run(mnuLogs_ViewCur);
-  const auto szStarted = "LogView\n" + InLogs("D-20230315.kvl") + "\n";
-  EXPECT_TRUE(Until([&] { return aHome.Read("started.txt") == szStarted; }));
+  aProgram.Main().lvwMain->SelectSlot(1);
+  for (const auto& [iCommand, szSite] :
+       {std::pair{mnuLogs_ViewCur, ""}, std::pair{mE_SiteLog, "--site\nhttp://a.test/x\n"}}) {
+    aProgram.Run(iCommand);
+    const auto szStarted = "LogView\n" + (szSite + InLogs("D-20230315.kvl")) + "\n";
+    EXPECT_TRUE(Until([&] { return aHome.Read("started.txt") == szStarted; })) << iCommand;
+    fs::remove(aHome.Path("started.txt"));
+  }
 }
 
 TEST(Help, EveryTopicOpensItsPageAndABookThatIsNoneIsSaid) {

@@ -63,7 +63,8 @@ TEST(Pass, LocksCommandsShowsProgressAndIsStopped) {
   aServer.Serve("/hang", {Fault::Hang()});
   Program aProgram({Site(aServer.Site("/hang")), Site(aServer.Site("/never"))});
   const auto Enabled = [&](int lCommand) { return aProgram.Main().GetMenuBar()->IsEnabled(lCommand); };
-  const MenuCommand aUnlocked[] = {mF_StopCheck, mE_OpenSite, mE_CopyAddress, mH_Topics, mH_Tour, mH_Updates};
+  const MenuCommand aUnlocked[] = {mF_StopCheck, mE_OpenSite, mE_CopyAddress, mE_SiteLog,
+                                   mH_Topics,    mH_Tour,     mH_Updates};
   for (const bool bByWindow : {true, false}) {
     modAddress::SetComments(2, "404 File Not Found");
     aProgram.Main().Display_lvwMain(0);

@@ -1,6 +1,9 @@
 // The main window minimised and restored, with a real window manager and a real notification area.
 #include <gtest/gtest.h>
 #include <wx/checkbox.h>
+#include <wx/display.h>
+#include <wx/fileconf.h>
+#include <wx/mstream.h>
 #include <wx/uiaction.h>
 
 #include "ui/Display.h"
@@ -83,14 +86,37 @@ TEST(State, WithoutATrayTheWindowIsNeverLost) {
   }
 }
 
+TEST(State, PlaceAndSizeComeBackButNeverOffTheScreen) {
+  struct InMemory {
+    InMemory() { delete wxConfigBase::Set(new wxFileConfig(aNone)); }
+    ~InMemory() { delete wxConfigBase::Set(nullptr); }
+    wxMemoryInputStream aNone{"", 0};
+  } const aFile;
+  const wxRect aPlace(150, 120, 640, 480);
+  wxPoint aSeen;
+  for (const int lRun : {0, 1, 2}) {
+    Program aProgram;
+    frmMain& aMain = aProgram.Main();
+    if (lRun == 0) aMain.SetSize(aPlace);
+    EXPECT_TRUE(Until([&] { return aMain.GetSize() == aPlace.GetSize(); })) << "run " << lRun;
+    Settle();
+    if (lRun == 0) aSeen = aMain.GetPosition();
+    EXPECT_EQ(aMain.GetPosition(), aSeen) << "it does not creep, run " << lRun;
+  }
+  for (const char* szField : {"/Main/x", "/Main/y"})
+    wxConfigBase::Get()->Write(szField, 30000);
+  Program aProgram;
+  EXPECT_TRUE(wxDisplay(0U).GetClientArea().Contains(aProgram.Main().GetScreenRect().GetTopLeft()));
+}
+
 // What a screen reader calls the controls that have neither text nor label.
 TEST(State, ControlsWithoutTextHaveAName) {
   Program aProgram;
   aProgram.Run(mF_NewAddress);
   ASSERT_TRUE(Open<frmAddress>());
   const frmAddress& aEditor = *Open<frmAddress>();
-  const std::pair<wxWindow*, const char*> aNames[] = {{aEditor.txtIP1, "IP Address, part 1"},
-                                                      {aEditor.txtIP4, "IP Address, part 4"},
+  const std::pair<wxWindow*, const char*> aNames[] = {{aEditor.txtIP1, "IP Address, number 1"},
+                                                      {aEditor.txtIP4, "IP Address, number 4"},
                                                       {aEditor.chkEnable, "Enable"}};
   for (const auto& [pControl, szName] : aNames)
     EXPECT_EQ(AccessibleName::Get(*pControl), szName);
