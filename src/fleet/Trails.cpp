@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <ranges>
 
 #include "base/Text.h"
 
@@ -25,8 +24,9 @@ void FindOutage(States& aStates, std::size_t lJoint) {
   const auto pFirst = std::find_if_not(std::make_reverse_iterator(pJoint), aStates.rend(), Continues).base();
   const auto pPast = std::find_if_not(pJoint, aStates.end(), Continues);
   if (std::none_of(pFirst, pJoint, Fails) || std::none_of(pJoint, pPast, Fails)) return;
-  for (auto& a : std::ranges::subrange(pFirst, pPast))
+  std::for_each(pFirst, pPast, [](StateInterval& a) {
     if (a.iState == SiteState::Warning) a.iState = SiteState::Down;
+  });
 }
 
 void Join(States& aStates, const States& aLater, double dMostGap) {
@@ -106,9 +106,9 @@ Trails::Watched Trails::TimeUp(const std::vector<StateInterval>& aStates, DateTi
 
 DateTime Trails::FailingSince(const std::vector<StateInterval>& aStates) {
   DateTime dtSince = 0;
-  for (const StateInterval& a : std::views::reverse(aStates)) {
-    if (a.iState != SiteState::Unwatched && !IsFailure(a.iState)) break;
-    if (IsFailure(a.iState)) dtSince = a.dtFrom;
+  for (auto pAt = aStates.rbegin(); pAt != aStates.rend(); ++pAt) {
+    if (pAt->iState != SiteState::Unwatched && !IsFailure(pAt->iState)) break;
+    if (IsFailure(pAt->iState)) dtSince = pAt->dtFrom;
   }
   return dtSince;
 }
