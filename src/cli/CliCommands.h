@@ -45,9 +45,10 @@ int RegistryShare();
 struct LogArguments {
   std::vector<std::string> aFiles;  // "-": standard input; none: the folder of the settings
   std::string szHtml, szCsv;        // empty: not asked for; "-": standard output
+  std::string szEntries;            // "all", or how many of the last; empty: those around failures
   std::string szSite;               // empty: all
   std::string szFrom, szTo;         // see LogPeriod::Moment; empty: from its beginning, to its end
-  bool bSummary = false, bOutages = false, bFailures = false, bJson = false, bEntries = false;
+  bool bSummary = false, bOutages = false, bFailures = false, bJson = false;
   bool bPasses = false, bSlow = false, bWhen = false;
   std::string szAgainst;  // "before", or when the other period begins; empty: nothing is compared
 };

@@ -28,6 +28,7 @@ namespace {
 using CliCommands::LogArguments;
 
 constexpr std::string_view szStandard = "-";
+constexpr std::string_view szEveryEntry = "all";
 
 // What is wrong with the names, as a sentence; empty when nothing is. Checked before anything is written.
 std::string WrongNames(const LogArguments& a) {
@@ -234,7 +235,11 @@ int CliCommands::Log(LogArguments a) {
   LeaveWanted(aSummary, aHistory, aWanted);
   const LogViews aViews(a, aHistory, aSummary, aComparison);
   LogHtml::Limits aLimits;
-  aLimits.bEveryEntry = a.bEntries;
+  aLimits.bEveryEntry = !a.szEntries.empty();
+  if (a.szEntries == szEveryEntry)
+    aLimits.lLines = aHistory.Lines().size();
+  else if (aLimits.bEveryEntry)
+    aLimits.lLines = static_cast<std::size_t>(Text::LeadingNumber(a.szEntries));
   if (!a.szHtml.empty() && !Write(a.szHtml, LogHtml::Compose(aHistory, aSummary, aLimits)))
     return Report::Fail(FillResString(IDS_CLI_CANNOT_WRITE, {a.szHtml}));
   const auto* const pTable = aViews.Table();

@@ -136,7 +136,9 @@ void AddLog(CLI::App& aApp, Arguments& a) {
   pLog->add_option("--against", aLog.szAgainst, LoadResString(IDS_CLI_LOG_AGAINST))->type_name("WHEN");
   pLog->add_flag("--json", aLog.bJson, LoadResString(IDS_CLI_LOG_AS_JSON));
   pLog->add_option("--html", aLog.szHtml, LoadResString(IDS_CLI_LOG_HTML))->type_name("FILE");
-  pLog->add_flag("--entries", aLog.bEntries, LoadResString(IDS_CLI_LOG_ENTRIES));
+  pLog->add_option("--entries", aLog.szEntries, LoadResString(IDS_CLI_LOG_ENTRIES))
+      ->type_name("N|all")
+      ->check(CLI::IsMember({"all"}) | CLI::PositiveNumber);
   pLog->add_option("--csv", aLog.szCsv, LoadResString(IDS_CLI_LOG_CSV))->type_name("FILE");
   pLog->callback([&a] { a.aCommand = [&a] { return CliCommands::Log(a.aLog); }; });
 }

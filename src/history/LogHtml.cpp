@@ -268,13 +268,13 @@ std::string NoteRow(const std::string& szMarkup) {
 // too long, its last lines.
 class EntryWriter {
  public:
-  EntryWriter(const LogHistory& aTheHistory, const Limits& aTheLimits)
-      : aHistory(aTheHistory), aLimits(aTheLimits), aFailing(aTheHistory.Sites().size()) {}
+  EntryWriter(const LogHistory& aTheHistory, const Limits& aTheLimits);
   std::string Write(const LogSummary& aSummary);
-  std::size_t lShown = 0;  // lines, start and end lines included where every entry is shown
+  // Lines, start and end lines included where every entry is shown.
+  std::size_t lWanted = 0, lShown = 0;
 
  private:
-  bool Wanted(LogHistory::LineRef aRef);
+  bool Wants(LogHistory::LineRef aRef);
   void AddPass(std::size_t lPass, std::size_t lFirst, std::size_t lPast);
   void AddQuiet();
 
@@ -282,10 +282,19 @@ class EntryWriter {
   const Limits& aLimits;
   EntryTables aTables;
   std::vector<bool> aFailing;  // by site: its last check failed
+  std::vector<bool> aWanted;   // by line
   std::size_t lQuiet = 0;      // passes since the last that was shown
 };
 
-bool EntryWriter::Wanted(LogHistory::LineRef aRef) {
+EntryWriter::EntryWriter(const LogHistory& aTheHistory, const Limits& aTheLimits)
+    : aHistory(aTheHistory), aLimits(aTheLimits), aFailing(aTheHistory.Sites().size()) {
+  aWanted.reserve(aHistory.Lines().size());
+  for (const auto aRef : aHistory.Lines())
+    aWanted.push_back(Wants(aRef));
+  lWanted = static_cast<std::size_t>(std::ranges::count(aWanted, true));
+}
+
+bool EntryWriter::Wants(LogHistory::LineRef aRef) {
   const auto& aLine = aHistory.Line(aRef);
   if (aLimits.bEveryEntry || aLine.iKind == LineKind::Unread) return true;
   if (aLine.iKind != LineKind::Entry || aLine.iOutcome == Outcome::Disabled) return false;
@@ -305,9 +314,8 @@ void EntryWriter::AddPass(std::size_t lPass, std::size_t lFirst, std::size_t lPa
   std::string szRows;
   std::size_t lLines = 0;
   for (auto lRow = lFirst; lRow < lPast; ++lRow) {
-    const auto aRef = aHistory.Lines()[lRow];
-    if (!Wanted(aRef)) continue;
-    szRows += EntryRow(aHistory, aRef, aLimits);
+    if (!aWanted[lRow]) continue;
+    szRows += EntryRow(aHistory, aHistory.Lines()[lRow], aLimits);
     ++lLines;
   }
   if (lLines == 0) {
@@ -322,8 +330,12 @@ void EntryWriter::AddPass(std::size_t lPass, std::size_t lFirst, std::size_t lPa
 
 std::string EntryWriter::Write(const LogSummary& aSummary) {
   const auto& aPasses = aHistory.Passes();
-  const auto lAll = aHistory.Lines().size();
-  const auto lFrom = lAll > aLimits.lLines ? lAll - aLimits.lLines : 0;
+  // The first line of the last that may be shown, and past the last.
+  std::size_t lFrom = 0, lPastWanted = aWanted.size();
+  while (lPastWanted > 0 && !aWanted[lPastWanted - 1])
+    --lPastWanted;
+  for (auto lOver = lWanted - std::min(lWanted, aLimits.lLines); lOver > 0; ++lFrom)
+    lOver -= aWanted[lFrom] ? 1 : 0;
   std::size_t lAt = 0;
   auto aGap = aSummary.aGaps.begin();
   for (std::size_t lPass = 0; lPass < aPasses.size(); ++lPass) {
@@ -331,7 +343,7 @@ std::string EntryWriter::Write(const LogSummary& aSummary) {
     const auto lPast = lAt + aPass.lPast - aPass.lFirst;
     const bool bGap = aGap != aSummary.aGaps.end() && aPass.dtStart > 0 && aPass.dtStart == aGap->dtTo;
     const auto aPresentGap = bGap ? aGap++ : aGap;
-    if (lAt >= lFrom || lPass + 1 == aPasses.size()) {
+    if (lAt >= lFrom || (lAt < lPastWanted && lPastWanted <= lPast)) {
       if (bGap && lShown + lQuiet > 0) {
         AddQuiet();
         aTables.Add(NoteRow(Words(IDS_LOG_FACT_GAPS) + ": " + Escape(LogWords::Gap(*aPresentGap))), 1);
@@ -350,11 +362,14 @@ std::string Entries(const LogHistory& aHistory, const LogSummary& aSummary, cons
   EntryWriter aWriter(aHistory, aLimits);
   const auto szTables = aWriter.Write(aSummary);
   const auto iTitle = aLimits.bEveryEntry ? IDS_LOG_ENTRIES : IDS_LOG_ENTRIES_AROUND;
-  const auto iNote = aLimits.bEveryEntry ? IDS_LOG_ENTRIES_LEFT_OUT : IDS_LOG_ENTRIES_QUIET;
+  const auto Note = [](StringId iText, std::size_t lSome, std::size_t lAll) {
+    return "<p class=\"note\">" + Words(iText, {Count(lSome), Count(lAll)}) + "</p>\n";
+  };
   std::string szOut = "<section>\n<h2>" + Words(iTitle) + "</h2>\n";
-  if (aWriter.lShown < aHistory.Lines().size())
-    szOut += "<p class=\"note\">" + Words(iNote, {Count(aWriter.lShown), Count(aHistory.Lines().size())}) +
-             "</p>\n";
+  if (aWriter.lShown < aWriter.lWanted)
+    szOut += Note(IDS_LOG_ENTRIES_LEFT_OUT, aWriter.lShown, aWriter.lWanted);
+  else if (aWriter.lShown < aHistory.Lines().size())
+    szOut += Note(IDS_LOG_ENTRIES_QUIET, aWriter.lShown, aHistory.Lines().size());
   return szOut + Region(iTitle, szTables) + "<p class=\"note\">" + Words(IDS_LOG_FOOT_NOTE) +
          "</p>\n</section>\n";
 }

@@ -17,7 +17,7 @@ namespace LogHtml {
 
 // What is shown at most; the page says so where it leaves something out. Counts always cover everything.
 struct Limits {
-  std::size_t lLines = 500000;  // the last ones, whole passes: a month of 500 sites every hour
+  std::size_t lLines = 20000;  // the last ones, whole passes: some 4 MB
   std::size_t lSites = 500;
   std::size_t lOutages = 500;      // the last ones
   std::size_t lFieldBytes = 2000;  // of one field or unread line

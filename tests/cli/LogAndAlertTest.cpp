@@ -89,6 +89,9 @@ TEST_F(Cli, LogAnswersWhatIsAskedOfIt) {
       {{"log", szPath, "--to", "2026-11-20"}, 2, "", nullptr},
       {{"log", szPath, "--csv", "-"}, 0, "b.invalid,http://b.invalid,Down", "Written"},
       {{"log", szPath, "--html", "-"}, 0, "</html>", nullptr},
+      {{"log", szPath, "--html", "-", "--entries", "1"}, 0, "This page holds the last 1 of", "Checks around"},
+      {{"log", szPath, "--html", "-", "--entries", "all"}, 0, "Every check", "This page holds"},
+      {{"log", szPath, "--html", "-", "--entries", "0"}, 2, "", nullptr},
       {{"log", aHome.Path("letter.txt")}, 2, "", nullptr},
   };
   for (const auto& aCase : aCases) {

@@ -82,7 +82,12 @@ TEST(LogHtml, HoldsTheEntriesAroundFailuresUnlessAllAreWanted) {
   EXPECT_NE(szPage.find("This page holds 3 of 28 lines"), std::string::npos);
   ExpectWellFormed(aHome, szPage);
   LogHtml::Limits aLimits;
-  aLimits.bEveryEntry = true;
+  aLimits.lLines = 2;
+  szPage = PageOf(aHome, aScript.szText, aLimits);
+  EXPECT_EQ(Occurrences(szPage, "<td>http://b</td>"), 2U) << "down, up again";
+  EXPECT_NE(szPage.find("This page holds the last 2 of 3 lines."), std::string::npos);
+  ExpectWellFormed(aHome, szPage);
+  aLimits = {.bEveryEntry = true};
   szPage = PageOf(aHome, aScript.szText, aLimits);
   EXPECT_EQ(Occurrences(szPage, "scope=\"rowgroup\""), 7U);
   EXPECT_EQ(Occurrences(szPage, "<td>http://a</td>"), 7U);
