@@ -59,12 +59,16 @@ void Trials::Bits(int lTimes) {
         ++lRefused;
         continue;
       }
-      std::size_t lDifferent = 0, lMissing = 0;
+      // A bit in an address makes another address of it.
       const auto aList = Stand::Parsed(aResult.szOutput);
-      for (const auto& [szURL, szFacts] : aGood) {
-        lMissing += aList.contains(szURL) ? 0 : 1;
-        lDifferent += aList.contains(szURL) && aList.at(szURL) != szFacts ? 1 : 0;
-      }
+      const auto lMissing = aGood.size() - std::min(aGood.size(), aList.size());
+      const auto lDifferent =
+          static_cast<std::size_t>(std::ranges::count_if(aGood,
+                                                         [&](const auto& aSite) {
+                                                           return !aList.contains(aSite.first) ||
+                                                                  aList.at(aSite.first) != aSite.second;
+                                                         })) -
+          lMissing;
       const auto szWhich = " (bit " + std::to_string(lBit) + (bCopy ? ", with the copy)" : ", without)");
       Must(lMissing == 0 || !aResult.szErrors.empty(), "no site is missing in silence" + szWhich);
       Must(lDifferent <= 1 || !aResult.szErrors.empty(), "one bit changes one site at most" + szWhich);

@@ -47,9 +47,9 @@ void frmMain::ShowNotes() {
   if (sbrMain->GetFieldsCount() > 3) sbrMain->SetStatusText(ToWx(Note()), 3);
 }
 
-// What is not stored is told by the store's own note.
+// What the pass says of the store is the store's own note.
 void frmMain::ReportTrouble(const std::string& szText) {
-  if (modAddress::UnsavedSites() == 0) szPassNote = szText;
+  if (szText != aEngine.StoreTrouble()) szPassNote = szText;
   ShowNotes();
 }
 

@@ -135,7 +135,8 @@ void frmMain::AfterPass() {
     bPassRan = false;
     szRestsNote.clear();
     CountMissingLines();
-    SeeThatAllIsStored();
+    szStoreNote = aEngine.StoreTrouble();  // the pass has just tried
+    ShowNotes();
     NotifyOfPass();
   }
   if (!aWaitingMessages.empty()) CallAfter(&frmMain::ShowWaitingMessages);
