@@ -57,7 +57,9 @@ void Trials::Soak(int lSeconds) {
     std::this_thread::sleep_for(std::chrono::milliseconds(3));
   }
   aWatch.Interrupt();
-  Must(aWatch.Wait(30) == 0, "watch ends when it is asked to");
+  const int iEnd = aWatch.Wait(30);
+  Must(iEnd == 0,
+       "watch ends when it is asked to, and not with " + std::to_string(iEnd) + ": " + aWatch.Errors());
   std::cout << "  " << lSeconds << " s, " << lRequests << " requests, " << aStand.aMail.Mails().size()
             << " mails; memory " << aFirst.lKilobytes << " kB at the tenth part, " << aLast.lKilobytes
             << " kB at the end; descriptors " << aFirst.lDescriptors << " and " << aLast.lDescriptors

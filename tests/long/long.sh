@@ -51,11 +51,11 @@ step "simulated machines"
 build/bin/kestrova-years --checks "$(part 10000000)" --seed-of-the-day
 step "kills"
 build/bin/kestrova-trials kills "$(part 100)"
-step "turned bits"
-build/bin/kestrova-trials bits "$(part 300)"
 step "torn logs"
 build/bin/kestrova-trials logs "$(part 300)"
 step "a full disk"
 disk
 step "hours of watching"
 build/bin/kestrova-trials soak "$(part 3600)"
+step "turned bits"
+build/bin/kestrova-trials bits "$(part 300)"
