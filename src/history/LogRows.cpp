@@ -273,7 +273,9 @@ std::optional<std::size_t> LogRows::RowOf(const std::string& szSite, DateTime dt
     const bool bWanted = bFailure ? iOutcome == Outcome::Down || iOutcome == Outcome::Warning
                                   : aKinds[lRow] == Kind::Line && aLine.iKind == LineKind::Entry;
     if (!bWanted || SecondsBetween(dtMoment, aLine.dtMoment) < 0) continue;
-    if (pHistory->Sites()[aLine.lSite] != szSite || (lFirst && aLine.dtMoment >= dtFirst)) continue;
+    if ((!szSite.empty() && pHistory->Sites()[aLine.lSite] != szSite) ||
+        (lFirst && aLine.dtMoment >= dtFirst))
+      continue;
     lFirst = lRow;
     dtFirst = aLine.dtMoment;
   }

@@ -52,7 +52,7 @@ class LogRows {
   std::optional<std::size_t> FindFailure(std::optional<std::size_t> lFrom, bool bForward) const;
   // The row of that line; else, of rows in their own order, the nearest before it of the same file.
   std::optional<std::size_t> RowOf(LogHistory::LineRef aRef) const;
-  // The first check, or the first failure, of that site at that moment or later.
+  // The first check, or the first failure, of that site (empty: of any) at that moment or later.
   std::optional<std::size_t> RowOf(const std::string& szSite, DateTime dtMoment, bool bFailure) const;
   // True where these rows begin with all rows of the older ones.
   bool Continues(const LogRows& aOlder) const;

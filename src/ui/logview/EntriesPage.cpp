@@ -270,7 +270,10 @@ void EntriesPage::ShowSite(const std::string& szSite) {
 }
 
 void EntriesPage::ShowMoment(const std::string& szSite, DateTime dtMoment, bool bFailure) {
-  ShowSite(szSite);
+  if (szSite.empty())
+    ShowEverything();
+  else
+    ShowSite(szSite);
   if (const auto lRow = aRows.RowOf(szSite, dtMoment, bFailure)) GoTo(*lRow, VirtualTable::Place::UpperThird);
 }
 

@@ -35,7 +35,7 @@ class EntriesPage : public wxPanel {
   void GroupByPass(bool bGroup);
   void ShowEverything();
   void ShowSite(const std::string& szSite);
-  // The site's first check, or first failure, at that moment or later.
+  // The site's first check, or first failure, at that moment or later; empty: any site's, and all are shown.
   void ShowMoment(const std::string& szSite, DateTime dtMoment, bool bFailure);
 
   void ShowFindBar();

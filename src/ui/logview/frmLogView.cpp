@@ -23,7 +23,9 @@
 #include "ui/common/TextGlue.h"
 #include "ui/common/VirtualTable.h"
 #include "ui/common/frmHelp.h"
+#include "ui/logview/CellView.h"
 #include "ui/logview/EntriesPage.h"
+#include "ui/logview/MorePages.h"
 #include "ui/logview/OutagesPage.h"
 #include "ui/logview/SummaryPage.h"
 #include "ui/system/Foreground.h"
@@ -40,6 +42,7 @@ constexpr int lAskedMilliseconds = 200;
 // A summary that takes long to make is made less often: at most this share of the time is spent on it.
 constexpr int lSummaryShare = 10;
 constexpr std::size_t lMostNameBytes = 200;
+constexpr std::size_t lFirstPages = 3;  // entries, summary, outages
 
 std::int64_t SteadyMilliseconds() {
   return static_cast<std::int64_t>(Clock::SteadyNow() * 86400000.0);
@@ -90,6 +93,7 @@ void frmLogView::BuildPages() {
   tabPages->AddPage(pixEntries, Plain(IDS_VIEW_PAGE_ENTRIES));
   tabPages->AddPage(pixSummary, Plain(IDS_VIEW_PAGE_SUMMARY));
   tabPages->AddPage(pixOutages, Plain(IDS_VIEW_PAGE_OUTAGES));
+  BuildMorePages();
   auto* pAll = new wxBoxSizer(wxVERTICAL);
   pAll->Add(pNotice, wxSizerFlags().Expand());
   pAll->Add(tabPages, wxSizerFlags(1).Expand());
@@ -112,6 +116,45 @@ void frmLogView::BuildPages() {
   };
   for (auto* pTable : {pixEntries->lvwEntries, pixSummary->lvwSites, pixOutages->lvwOutages})
     pTable->FillMenu = [this](wxMenu& aMenu) { FillMenu(aMenu); };
+}
+
+void frmLogView::BuildMorePages() {
+  const auto Add = [this](MorePage* pPage, StringId iTitle) {
+    aMore.push_back(pPage);
+    tabPages->AddPage(pPage, wxControl::RemoveMnemonics(ResText(iTitle)));
+    pPage->Told = [this](const std::string& szWords) { SetStatusText(ToWx(szWords)); };
+    pPage->MomentChosen = [this](const std::string& szSite, DateTime dtMoment) {
+      RunCommand(Command::mV_Entries);
+      pixEntries->ShowMoment(szSite, dtMoment, false);
+    };
+  };
+  Add(pixPasses = new PassesPage(tabPages), IDS_VIEW_PAGE_PASSES);
+  Add(pixPace = new PacePage(tabPages), IDS_VIEW_PAGE_PACE);
+  Add(pixHours = new HoursPage(tabPages), IDS_VIEW_PAGE_HOURS);
+  Add(pixPeriods = new PeriodsPage(tabPages), IDS_VIEW_PAGE_PERIODS);
+  pixPeriods->PeriodsChosen = [this] {
+    aUpToDate.erase(pixPeriods);
+    ShowSummary();
+  };
+  for (auto* pTable : {pixPasses->lvwRows, pixPace->lvwRows, pixPeriods->lvwRows})
+    pTable->FillMenu = [this](wxMenu& aMenu) { FillMenu(aMenu); };
+}
+
+MorePage* frmLogView::MoreShown() const {
+  const auto lPage = static_cast<std::size_t>(tabPages->GetSelection());
+  return lPage >= lFirstPages && lPage - lFirstPages < aMore.size() ? aMore[lPage - lFirstPages] : nullptr;
+}
+
+// Made anew only while it is looked at; the others when they are turned to.
+void frmLogView::ShowMore() {
+  auto* const pPage = MoreShown();
+  if (!pPage || !bSummaryShown || aUpToDate.contains(pPage)) return;
+  const wxBusyCursor aWait;
+  const auto lStart = SteadyMilliseconds();
+  pPage->ShowLog(*pHistory, *pSummary);
+  aUpToDate.insert(pPage);
+  lSummaryDone = SteadyMilliseconds();
+  lSummaryCost += lSummaryDone - lStart;
 }
 
 void frmLogView::BuildStatusBar() {
@@ -286,6 +329,7 @@ const LogSummary& frmLogView::Summary() {
     pixOutages->ShowLog(pNew.get());
     pSummary = std::move(pNew);
     bSummaryShown = true;
+    aUpToDate.clear();
     lSummaryDone = SteadyMilliseconds();
     lSummaryCost = lSummaryDone - lStart;
   }
@@ -294,9 +338,11 @@ const LogSummary& frmLogView::Summary() {
 
 // While it is looked at, and no more often than it can be afforded.
 void frmLogView::ShowSummary() {
-  if (bSummaryShown || !pHistory || tabPages->GetSelection() == 0) return;
-  if (pSummary && SteadyMilliseconds() - lSummaryDone < lSummaryCost * lSummaryShare) return;
-  Summary();
+  if (!pHistory || tabPages->GetSelection() == 0) return;
+  const bool bTooSoon = pSummary && SteadyMilliseconds() - lSummaryDone < lSummaryCost * lSummaryShare;
+  const bool bTurnedTo = MoreShown() && !aUpToDate.contains(MoreShown());
+  if (!bSummaryShown && (!bTooSoon || bTurnedTo)) Summary();
+  ShowMore();
 }
 
 void frmLogView::ShowTitle() {

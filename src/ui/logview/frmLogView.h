@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -16,7 +17,12 @@
 #include "ui/logview/OpenViewer.h"
 
 class EntriesPage;
+class HoursPage;
+class MorePage;
 class OutagesPage;
+class PacePage;
+class PassesPage;
+class PeriodsPage;
 class SummaryPage;
 class wxNotebook;
 
@@ -54,6 +60,10 @@ class frmLogView : public wxFrame {
     mV_Entries,
     mV_Summary,
     mV_Outages,
+    mV_PagePasses,
+    mV_PagePace,
+    mV_PageHours,
+    mV_PagePeriods,
     mV_FilterSite,
     mV_FilterOutcome,
     mV_FilterWords,
@@ -79,6 +89,10 @@ class frmLogView : public wxFrame {
   EntriesPage* pixEntries;
   SummaryPage* pixSummary;
   OutagesPage* pixOutages;
+  PassesPage* pixPasses;
+  PacePage* pixPace;
+  HoursPage* pixHours;
+  PeriodsPage* pixPeriods;
 
  private:
   void BuildMenus();
@@ -109,6 +123,10 @@ class frmLogView : public wxFrame {
   void ShowOverdue();
   const LogSummary& Summary();
   void ShowSummary();
+  void BuildMorePages();
+  MorePage* PageOf(Command iCommand) const;
+  MorePage* MoreShown() const;  // nullptr: one of the first three pages is
+  void ShowMore();
   void ShowCounts();
   void ShowNotice();
   void ShowTitle();
@@ -128,9 +146,11 @@ class frmLogView : public wxFrame {
   bool bDueKnown = false;
   bool bOverdueTold = false;  // the notice shown is about that
   bool bFollow = true;
-  bool bSummaryShown = false;     // what the pages show is of pSummary
-  std::int64_t lSummaryCost = 0;  // milliseconds it took last
-  std::int64_t lSummaryDone = 0;  // when, steady milliseconds
+  std::vector<MorePage*> aMore;         // behind the first three
+  std::set<const MorePage*> aUpToDate;  // those that show what is of pSummary
+  bool bSummaryShown = false;           // what the pages show is of pSummary
+  std::int64_t lSummaryCost = 0;        // milliseconds it took last
+  std::int64_t lSummaryDone = 0;        // when, steady milliseconds
   wxInfoBar* pNotice;
   std::string szNotice;
   wxTimer tmrFollow;

@@ -19,6 +19,7 @@
 #include "ui/common/TextGlue.h"
 #include "ui/common/frmHelp.h"
 #include "ui/logview/EntriesPage.h"
+#include "ui/logview/MorePages.h"
 #include "ui/logview/OutagesPage.h"
 #include "ui/logview/SummaryPage.h"
 #include "ui/logview/frmLogView.h"
@@ -58,6 +59,10 @@ const Item aEdit[] = {{Command::mE_Copy, IDS_VIEW_COPY, "Ctrl+C"},
 const Item aView[] = {{Command::mV_Entries, IDS_VIEW_PAGE_ENTRIES, "Ctrl+1"},
                       {Command::mV_Summary, IDS_VIEW_PAGE_SUMMARY, "Ctrl+2"},
                       {Command::mV_Outages, IDS_VIEW_PAGE_OUTAGES, "Ctrl+3"},
+                      {Command::mV_PagePasses, IDS_VIEW_PAGE_PASSES, "Ctrl+4"},
+                      {Command::mV_PagePace, IDS_VIEW_PAGE_PACE, "Ctrl+5"},
+                      {Command::mV_PageHours, IDS_VIEW_PAGE_HOURS, "Ctrl+6"},
+                      {Command::mV_PagePeriods, IDS_VIEW_PAGE_PERIODS, "Ctrl+7"},
                       {Command::lEnd},
                       {Command::mV_FilterSite, IDS_VIEW_FILTER_SITE, "Ctrl+I"},
                       {Command::mV_FilterOutcome, IDS_VIEW_FILTER_OUTCOME, "Ctrl+R"},
@@ -148,6 +153,10 @@ void frmLogView::RunCommand(Command iCommand) {
   }
 }
 
+MorePage* frmLogView::PageOf(Command iCommand) const {
+  return aMore[static_cast<std::size_t>(iCommand) - static_cast<std::size_t>(Command::mV_PagePasses)];
+}
+
 bool frmLogView::RunFileCommand(Command iCommand) {
   switch (iCommand) {
     case Command::mF_Open:
@@ -187,6 +196,13 @@ bool frmLogView::RunViewCommand(Command iCommand) {
     case Command::mV_Outages:
       tabPages->SetSelection(2);
       pixOutages->lvwOutages->TakeFocus();
+      return true;
+    case Command::mV_PagePasses:
+    case Command::mV_PagePace:
+    case Command::mV_PageHours:
+    case Command::mV_PagePeriods:
+      tabPages->SetSelection(tabPages->FindPage(PageOf(iCommand)));
+      PageOf(iCommand)->TakeFocus();
       return true;
     case Command::mV_Passes:
       pixEntries->GroupByPass(GetMenuBar()->IsChecked(static_cast<int>(iCommand)));
@@ -238,6 +254,8 @@ void frmLogView::RunEntriesCommand(Command iCommand) {
 void frmLogView::SelectAll() {
   if (auto* pText = dynamic_cast<wxTextEntry*>(FindFocus()))
     pText->SelectAll();
+  else if (auto* const pMore = MoreShown())
+    pMore->SelectAll();
   else if (tabPages->GetSelection() == 0)
     pixEntries->lvwEntries->SelectAll();
   else if (tabPages->GetSelection() == 1)
@@ -247,6 +265,7 @@ void frmLogView::SelectAll() {
 }
 
 std::string frmLogView::CopyText() const {
+  if (const auto* const pMore = MoreShown()) return pMore->CopyText();
   if (tabPages->GetSelection() == 0) return pixEntries->lvwEntries->CopyText();
   if (tabPages->GetSelection() == 2) return pixOutages->lvwOutages->CopyText();
   const auto szRows = pixSummary->lvwSites->CopyText();

@@ -15,8 +15,10 @@
 #include "ui/Operator.h"
 #include "ui/common/TextGlue.h"
 #include "ui/common/frmHelp.h"
+#include "ui/logview/CellView.h"
 #include "ui/logview/EntriesPage.h"
 #include "ui/logview/LogView.h"
+#include "ui/logview/MorePages.h"
 #include "ui/logview/OutagesPage.h"
 #include "ui/logview/StripView.h"
 #include "ui/logview/SummaryPage.h"
@@ -232,6 +234,75 @@ TEST(LogView, AnOutageLeadsToItsBeginningInTheUpperThird) {
             "1/5/2026 11:30:01 PM|Warning|http://shop.example.com|500 Internal Server Error|9|");
   const auto lBelowTop = aViewer.List().Focused() - static_cast<long>(aViewer.List().TopRow());
   EXPECT_TRUE(lBelowTop >= 0 && lBelowTop <= aViewer.List().List()->GetCountPerPage() / 3) << lBelowTop;
+}
+
+TEST(LogView, PagesOfWeeksAreMadeWhenTheyAreTurnedToAndLeadToTheEntries) {
+  const StandingClock aClock(dtAfterTwoDays);
+  Viewer aViewer({{"W-20260104.kvl", TwoDays()}}, {"W-20260104.kvl"});
+  auto& aWindow = *aViewer.pWindow;
+  EXPECT_EQ(TextOf(aWindow.pixPasses->txtWords), "");
+  const struct {
+    Command iCommand;
+    const MorePage* pPage;
+    const char *szWords, *szCopied;
+  } aCases[] = {
+      {Command::mV_PagePasses, aWindow.pixPasses, "A pass takes 2 s, the longest took 22 s", "By hand"},
+      {Command::mV_PagePace, aWindow.pixPace, "No site has clearly become slower",
+       "shop.example.com\tno clear"},
+      {Command::mV_PageHours, aWindow.pixHours, "Too few to point at an hour.", "All days "},
+      {Command::mV_PagePeriods, aWindow.pixPeriods, "shop.example.com got better most",
+       "shop.example.com\t"}};
+  for (const auto& aCase : aCases) {
+    aWindow.RunCommand(aCase.iCommand);
+    EXPECT_NE(TextOf(aCase.pPage->txtWords).find(aCase.szWords), std::string::npos)
+        << TextOf(aCase.pPage->txtWords);
+    aWindow.RunCommand(Command::mE_SelectAll);
+    EXPECT_NE(aWindow.CopyText().find(aCase.szCopied), std::string::npos) << aWindow.CopyText();
+  }
+  aWindow.RunCommand(Command::mV_PagePasses);
+  auto& aPasses = *aWindow.pixPasses->lvwRows;
+  ClickHeader(aPasses, 3);  // by length, the longest last
+  EXPECT_TRUE(aPasses.Cell(99, 0).starts_with("Tue Jan 6 2026, 12:00:00 AM")) << aPasses.Cell(99, 0);
+  aPasses.Activated(99);
+  EXPECT_EQ(aWindow.tabPages->GetSelection(), 0);
+  EXPECT_TRUE(aViewer.Row(aViewer.List().Focused()).starts_with("1/6/2026 12:00:00 AM|Up|"));
+}
+
+TEST(LogView, CellsAreReadWithTheKeys) {
+  const StandingClock aClock(dtAfterTwoDays);
+  Viewer aViewer({{"W-20260104.kvl", TwoDays()}}, {"W-20260104.kvl"});
+  aViewer.pWindow->RunCommand(Command::mV_PageHours);
+  ASSERT_TRUE(Focused(aViewer.pWindow->pixHours->picHours));
+  Key(WXK_DOWN);
+  Key(WXK_END);
+  ASSERT_TRUE(Until([&] { return aViewer.Status(0) == "Mon, 11 PM to 12 AM: 1 failure began in 4 checks"; }))
+      << aViewer.Status(0);
+  aViewer.pWindow->RunCommand(Command::mV_PagePace);
+  auto* const picDays = aViewer.pWindow->pixPace->picDays;
+  picDays->SetFocus();
+  ASSERT_TRUE(Focused(picDays));
+  Key(WXK_HOME);
+  ASSERT_TRUE(Until([&] {
+    return aViewer.Status(0).find(": Mon Jan 5 2026: median 1 s, 95 of 100 within 1 s") != std::string::npos;
+  })) << aViewer.Status(0);
+  Key(WXK_RETURN);
+  ASSERT_TRUE(Until([&] { return aViewer.pWindow->tabPages->GetSelection() == 0; }));
+}
+
+TEST(LogView, AnotherPairOfPeriodsIsComparedAndANewEntryCounts) {
+  const StandingClock aClock(dtAfterTwoDays);
+  Viewer aViewer({{"D-1.kvl", TwoDays()}}, {"D-1.kvl"});
+  auto& aPeriods = *aViewer.pWindow->pixPeriods;
+  aViewer.pWindow->RunCommand(Command::mV_PagePeriods);
+  aViewer.Choose(aPeriods.cboPeriods, "The last 7 days with those before");
+  EXPECT_NE(TextOf(aPeriods.txtWords).find("does not reach back"), std::string::npos)
+      << TextOf(aPeriods.txtWords);
+  aViewer.Choose(aPeriods.cboPeriods, "The last 24 hours with those before");
+  EXPECT_NE(TextOf(aPeriods.txtWords).find("Now: Tue Jan 6 2026, 9:30 AM to"), std::string::npos)
+      << TextOf(aPeriods.txtWords);
+  LogScript aMore{AddMinutes(dtAfterTwoDays, 10)};
+  aViewer.Write("D-1.kvl", TwoDays() + aMore.Start().Up("new.example.com").End().szText);
+  EXPECT_EQ(aPeriods.lvwRows->Rows(), 3U);
 }
 
 TEST(LogView, WritesAPageAndNeverOverALog) {
