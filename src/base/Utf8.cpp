@@ -95,17 +95,18 @@ std::size_t Utf8::Width(std::string_view szText) {
       szText, [](char chByte) { return (static_cast<unsigned char>(chByte) & 0xC0U) != 0x80; }));
 }
 
+std::string_view Utf8::First(std::string_view szText, std::size_t lMost) {
+  std::size_t lAt = 0;
+  for (; lAt < szText.size(); ++lAt)
+    if ((Byte(szText, lAt) & 0xC0U) != 0x80 && lMost-- == 0) break;
+  return szText.substr(0, lAt);
+}
+
 std::string Utf8::ShortenMiddle(std::string_view szText, std::size_t lMost) {
   constexpr std::string_view szCut = "...";
-  if (Width(szText) <= lMost) return std::string(szText);
+  const auto lWidth = Width(szText);
+  if (lWidth <= lMost) return std::string(szText);
   const auto lTail = (lMost - szCut.size()) / 2, lHead = lMost - szCut.size() - lTail;
-  const auto Past = [&](std::size_t lCharacters) {  // bytes of the first so many characters
-    std::size_t lAt = 0;
-    for (; lAt < szText.size(); ++lAt)
-      if ((Byte(szText, lAt) & 0xC0U) != 0x80 && lCharacters-- == 0) break;
-    return lAt;
-  };
-  return std::string(szText.substr(0, Past(lHead)))
-      .append(szCut)
-      .append(szText.substr(Past(Width(szText) - lTail)));
+  const auto szTail = szText.substr(First(szText, lWidth - lTail).size());
+  return std::string(First(szText, lHead)).append(szCut).append(szTail);
 }

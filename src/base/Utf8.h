@@ -33,6 +33,8 @@ std::string_view Shorten(std::string_view szBytes, std::size_t lMost);
 
 // How many characters the text holds; a terminal shows a column for each, as far as it is that simple.
 std::size_t Width(std::string_view szText);
+// The first lMost characters, all where there are no more.
+std::string_view First(std::string_view szText, std::size_t lMost);
 // At most lMost characters, 5 or more: cut in the middle, as addresses differ at either end.
 std::string ShortenMiddle(std::string_view szText, std::size_t lMost);
 

@@ -14,10 +14,9 @@ int CliCommands::Keep(KeptFiles::Kind iKind, const std::string& szFile, bool bOf
   std::string szKept;
   if (!szFile.empty()) {
     // The window and a service start elsewhere than this command.
-    std::error_code aError;
-    const std::filesystem::path aPath = std::filesystem::absolute(szFile, aError).lexically_normal();
+    const auto aPath = std::filesystem::path(Files::Absolute(szFile)).lexically_normal();
     szKept = aPath.string();
-    if (aError || Files::FolderExists(szKept) || !Files::FolderExists(aPath.parent_path().string()))
+    if (Files::FolderExists(szKept) || !Files::FolderExists(aPath.parent_path().string()))
       return Report::Fail(FillResString(IDS_CLI_KEEP_FOLDER, {szFile}));
   }
   if (bOff || !szKept.empty()) {

@@ -36,10 +36,10 @@ std::string WrongNames(const LogArguments& a) {
     if (szFile != szStandard && !Files::FileExists(szFile) && !Files::FolderExists(szFile))
       return FillResString(IDS_CLI_CANNOT_READ, {szFile});
     for (const auto& szOutput : {a.szHtml, a.szCsv})
-      if (!szOutput.empty() && szOutput != szStandard && LogFiles::Same(szFile, szOutput))
+      if (!szOutput.empty() && szOutput != szStandard && Files::Same(szFile, szOutput))
         return FillResString(IDS_CLI_SAME_FILE, {szOutput});
   }
-  if (!a.szHtml.empty() && LogFiles::Same(a.szHtml, a.szCsv))
+  if (!a.szHtml.empty() && Files::Same(a.szHtml, a.szCsv))
     return FillResString(IDS_CLI_SAME_OUTPUT, {a.szHtml});
   return {};
 }

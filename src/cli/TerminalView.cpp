@@ -31,16 +31,6 @@ double SteadySeconds() {
   return Clock::System().SteadySeconds();
 }
 
-std::string CutTo(const std::string& szText, std::size_t lWidth) {
-  std::string szCut;
-  std::size_t lHas = 0;
-  for (const char ch : szText) {
-    if ((static_cast<unsigned char>(ch) & 0xC0) != 0x80 && ++lHas > lWidth) break;
-    szCut += ch;
-  }
-  return szCut;
-}
-
 const char* ColourOf(std::uint8_t iStatus) {
   return iStatus == SiteStatus::iUp ? "32" : iStatus == SiteStatus::iWarning ? "33" : "31";
 }
@@ -189,7 +179,7 @@ void TerminalView::DrawProgress() {
       FillResString(IDS_CLI_SITE_OF, {std::to_string(pEngine->CheckIndex()), std::to_string(lSiteCount)}) +
       "  " + szSite;
   const std::size_t lRoom = lProgressWidth - std::min(lProgressWidth, Utf8::Width(szStatus) + 2);
-  szLine = CutTo(szLine, lRoom) + "  " + szStatus;
+  szLine = std::string(Utf8::First(szLine, lRoom)) + "  " + szStatus;
   ShowPassing(szLine);
 }
 
@@ -198,7 +188,7 @@ void TerminalView::ShowPassing(const std::string& szLine) {
     std::cout << szLine << std::endl;
     return;
   }
-  const auto szCut = CutTo(szLine, lProgressWidth);
+  const std::string szCut(Utf8::First(szLine, lProgressWidth));
   std::cout << '\r' << Coloured(Report::Padded(szCut, lDrawnWidth), "2") << std::flush;
   lDrawnWidth = Utf8::Width(szCut);
 }

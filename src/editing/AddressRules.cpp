@@ -13,8 +13,8 @@ std::vector<SiteRecord> EditCopy;
 
 namespace {
 
-constexpr std::int32_t lShortest = 1;
-constexpr std::int32_t lLongest = 1800;
+constexpr std::int32_t lShortest = SiteRecord::lShortestTimeOut;
+constexpr std::int32_t lLongest = SiteRecord::lLongestTimeOut;
 constexpr std::int32_t lUsual = 60;
 constexpr std::size_t lOctetLength = 3;
 

@@ -52,12 +52,11 @@ std::string Quoted(std::string_view szText) {
   return '"' + Text::Replace(Text::Replace(Utf8::Clean(szText), "\\", "\\\\"), "\"", "\\\"") + '"';
 }
 
-// The first mail server's port, as everywhere.
+// A port below 1 stands for the usual one, as in every mail that goes out.
 std::string SmartHost(const FleetPlan& aPlan) {
-  constexpr std::int32_t lDefaultPort = 25;
   const bool bIPv6 = std::ranges::count(aPlan.szMailServer, ':') > 1 && !aPlan.szMailServer.starts_with('[');
   const std::string szHost = bIPv6 ? "[" + aPlan.szMailServer + "]" : aPlan.szMailServer;
-  return szHost + ":" + std::to_string(aPlan.lMailPort < 1 ? lDefaultPort : aPlan.lMailPort);
+  return szHost + ":" + std::to_string(aPlan.lMailPort < 1 ? lSmtpPort : aPlan.lMailPort);
 }
 
 // A message of ours as a template of Alertmanager's: the placeholders become what the alert knows.

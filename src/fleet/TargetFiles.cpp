@@ -76,7 +76,8 @@ void TargetFiles::Add(const SiteRecord& aSite, std::int64_t lSlot) {
   const bool bByIP = Text::IsBlank(aSite.URL);
   const std::string szSite = Text::Trim(bByIP ? aSite.IP : aSite.URL);
   if (!aSite.TakesPart() || szSite.empty()) return;
-  const std::int32_t lTimeOut = std::clamp(aSite.TimeOut, 1, lMostTimeOut);
+  const std::int32_t lTimeOut =
+      std::clamp(aSite.TimeOut, SiteRecord::lShortestTimeOut, SiteRecord::lLongestTimeOut);
   aTimeOuts.insert(lTimeOut);
   ++lCount;
 

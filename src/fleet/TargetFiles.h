@@ -18,9 +18,6 @@ std::int32_t ShardOf(std::string_view szSite, std::int32_t lShards);
 
 class TargetFiles {
  public:
-  // Longest time-out, in seconds: the list's own limit.
-  static constexpr std::int32_t lMostTimeOut = 1800;
-
   // Beside the files of that folder; nothing is replaced before Commit.
   TargetFiles(const std::string& szFolder, std::int32_t lShards);
 

@@ -17,10 +17,8 @@
 
 namespace {
 
-constexpr char szEnding[] = ".kvl";
-
 bool IsLog(const std::string& szPath) {
-  if (Text::EndsWithNoCase(szPath, szEnding) || Files::FolderExists(szPath)) return true;
+  if (Text::EndsWithNoCase(szPath, LogGrammar::szFileEnding) || Files::FolderExists(szPath)) return true;
   if (Text::EndsWithNoCase(szPath, ".htm") || Text::EndsWithNoCase(szPath, ".html")) return false;
   constexpr auto szStart = LogGrammar::szStart;
   return Files::FileExists(szPath) && Files::ReadPiece(szPath, 0, szStart.size()) == szStart;
@@ -30,12 +28,6 @@ bool IsPage(const std::string& szPath) {
   return Text::EndsWithNoCase(szPath, ".htm") || Text::EndsWithNoCase(szPath, ".html");
 }
 
-std::string Absolute(const std::string& szPath) {
-  std::error_code aFailed;
-  const auto aPath = std::filesystem::absolute(szPath, aFailed);
-  return aFailed ? szPath : aPath.string();
-}
-
 struct Span {
   DateTime dtFirst = 0, dtLast = 0;  // days
 };
@@ -43,7 +35,7 @@ struct Span {
 // "D-20260105.kvl", "W-20260104.kvl", "M-202601.kvl".
 std::optional<Span> SpanOf(const std::string& szName) {
   const std::size_t lDigits = szName.size() < 2 || szName[0] != 'M' ? 8 : 6;
-  if (szName.size() != lDigits + 2 + sizeof szEnding - 1 || szName[1] != '-' ||
+  if (szName.size() != lDigits + 2 + sizeof LogGrammar::szFileEnding - 1 || szName[1] != '-' ||
       !Text::IsDigits(szName.substr(2, lDigits)))
     return {};
   DateParts aParts{};
@@ -63,7 +55,7 @@ std::vector<std::pair<DateTime, std::string>> Beside(const std::string& szLog) {
   std::vector<std::pair<DateTime, std::string>> aBeside;
   if (!SpanOf(LogFiles::NameOf(szLog))) return aBeside;
   const auto aFolder = std::filesystem::path(szLog).parent_path();
-  for (const auto& szName : Files::List(aFolder.string(), szEnding))
+  for (const auto& szName : Files::List(aFolder.string(), LogGrammar::szFileEnding))
     if (const auto aSpan = SpanOf(szName)) aBeside.emplace_back(aSpan->dtFirst, (aFolder / szName).string());
   return aBeside;
 }
@@ -75,7 +67,7 @@ LogFiles::Arguments LogFiles::Read(const std::vector<std::string>& aPaths) {
   const bool bSite = aPaths.size() > 1 && aPaths.front() == szSiteOption;
   if (bSite) aRead.szSite = aPaths[1];
   for (auto i = bSite ? std::size_t{2} : std::size_t{0}; i < aPaths.size(); ++i)
-    if (!aPaths[i].empty()) aRead.aLogs.push_back(Absolute(aPaths[i]));
+    if (!aPaths[i].empty()) aRead.aLogs.push_back(Files::Absolute(aPaths[i]));
   if (aRead.aLogs.size() < 2) return aRead;
   const auto& szLast = aRead.aLogs.back();
   if (aRead.aLogs.size() == 2 ? !IsLog(szLast) : IsPage(szLast)) {
@@ -90,7 +82,7 @@ std::vector<std::string> LogFiles::Recent(const std::string& szFolder, std::int3
   const auto szBefore = szFolder + Files::chSeparator;
   const auto dtToday = std::floor(Clock::Now());
   DateTime dtNewest = 0;
-  for (const auto& szName : Files::List(szFolder, szEnding))
+  for (const auto& szName : Files::List(szFolder, LogGrammar::szFileEnding))
     if (const auto aSpan = SpanOf(szName)) {
       aDated.emplace_back(szBefore + szName, *aSpan);
       // The week or month that is running reaches into the future.
@@ -126,11 +118,6 @@ std::string LogFiles::MonitorFolder() {
     return *pText;
   const auto szDefault = Shell::DefaultLogFolder();
   return Files::FolderExists(szDefault) ? szDefault : std::string();
-}
-
-bool LogFiles::Same(const std::string& szOne, const std::string& szOther) {
-  std::error_code aMissing;
-  return szOne == szOther || std::filesystem::equivalent(szOne, szOther, aMissing);
 }
 
 std::string LogFiles::FolderOf(const std::string& szPath) {

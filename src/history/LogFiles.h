@@ -35,9 +35,6 @@ std::string Earlier(const std::string& szLog);
 // The folder that the monitor writes its logs to; empty where it is not known.
 std::string MonitorFolder();
 
-// True where both name one existing file.
-bool Same(const std::string& szOne, const std::string& szOther);
-
 // The folder part, and the name alone.
 std::string FolderOf(const std::string& szPath);
 std::string NameOf(const std::string& szPath);

@@ -6,6 +6,7 @@
 
 #include "base/Text.h"
 #include "history/LogPeriod.h"
+#include "log/LogGrammar.h"
 #include "platform/Files.h"
 
 namespace {
@@ -42,7 +43,7 @@ bool LogHistory::Open(const std::vector<std::string>& aPaths) {
       AddFile(szPath);
       continue;
     }
-    auto aNames = Files::List(szPath, ".kvl");
+    auto aNames = Files::List(szPath, LogGrammar::szFileEnding);
     std::sort(aNames.begin(), aNames.end());
     auto szFolder = szPath;
     if (!szFolder.ends_with(Files::chSeparator)) szFolder += Files::chSeparator;

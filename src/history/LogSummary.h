@@ -47,9 +47,10 @@ struct Outage {
   std::int64_t lUnwatched = 0;  // seconds
   std::uint32_t lFailures = 0;  // failed checks
   std::vector<MailAttempt> aMails;
-  DateTime dtRestarted =
-      0;               // the last check that was logged as a first failure though it was none; 0: none was
-  bool bDown = false;  // false: a hiccup
+  // The last check that was logged as a first failure though it was none, because the monitor had been
+  // started again; 0: none was.
+  DateTime dtRestarted = 0;
+  bool bDown = false;        // false: a hiccup
   bool bStartKnown = false;  // false: it may have begun earlier; no success was seen just before it
   bool bEndKnown = true;     // false: it may have ended earlier, while nobody watched
   OutageEnd iEnd = OutageEnd::StillDown;
@@ -82,8 +83,8 @@ struct SiteSummary {
   std::vector<StateInterval> aStates;  // without holes, from its first check to the end of the log
 
   const Outage* Longest() const;  // nullptr without outages
-  const Outage* Current()
-      const;  // what it is in at the end of the log; nullptr where it is up or not watched
+  // What it is in at the end of the log; nullptr where it is up or not watched.
+  const Outage* Current() const;
   // How often it failed within the 24 hours in which it failed most often, outages and hiccups.
   std::size_t MostFailuresADay() const;
 };

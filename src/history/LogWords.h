@@ -18,8 +18,8 @@ std::string Moment(DateTime dtMoment);            // Tue Jan 6 2026, 2:05 PM; da
 std::string Day(DateTime dtMoment);               // Tue Jan 6 2026
 std::string MomentToSecond(DateTime dtMoment);    // Tue Jan 6 2026, 2:05:44 PM
 std::string MomentForSorting(DateTime dtMoment);  // 2026-01-06 14:05:44
-std::string Share(std::uint64_t lPart,
-                  std::uint64_t lWhole);  // 99.93%, never rounded up to 100; "-" of nothing
+// 99.93%, never rounded up to 100; "-" of nothing
+std::string Share(std::uint64_t lPart, std::uint64_t lWhole);
 std::string Share(const Availability& aAvailability);
 std::string Name(const SiteSummary& aSite);   // of bounded length
 std::string State(const SiteSummary& aSite);  // in words: how it stood at the end

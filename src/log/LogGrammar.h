@@ -17,6 +17,7 @@ inline constexpr std::string_view szStartManual = "[START CHECK: MANUAL - ";
 inline constexpr std::string_view szStartAuto = "[START CHECK: AUTO - ";
 inline constexpr std::string_view szStartEnd = "]";
 inline constexpr std::string_view szEnd = "[END CHECK]";
+inline constexpr char szFileEnding[] = ".kvl";  // of a check log's name
 inline constexpr std::string_view szLineEnd = "\r\n";
 inline constexpr char chField = ',';
 

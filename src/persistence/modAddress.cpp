@@ -185,7 +185,7 @@ bool RecordOf(const Values& aStored, SiteRecord& aRecord) {
   RegistryAccess::TakeValue(aStored, "Status", aRecord.Status);
   if (!SiteStatus::HasLight(aRecord.Status)) aRecord.Status = SiteStatus::iNotKnown;
   RegistryAccess::TakeValue(aStored, "TimeOut", aRecord.TimeOut);
-  aRecord.TimeOut = std::clamp(aRecord.TimeOut, 1, 1800);
+  aRecord.TimeOut = std::clamp(aRecord.TimeOut, SiteRecord::lShortestTimeOut, SiteRecord::lLongestTimeOut);
   RegistryAccess::TakeValue(aStored, "Comments", aRecord.Comments);
   return true;
 }

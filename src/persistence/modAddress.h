@@ -26,12 +26,14 @@ constexpr bool HasLight(std::uint8_t iStatus) {
 struct SiteRecord {
   static constexpr std::uint8_t iDisabled = 0;
   static constexpr std::uint8_t iEnabled = 1;
+  static constexpr std::int32_t lShortestTimeOut = 1;
+  static constexpr std::int32_t lLongestTimeOut = 1800;
 
   std::string IP;   // dotted address of the same server, empty when none
   std::string URL;  // without "http://"
   std::uint8_t Status = SiteStatus::iNotChecked;
   std::uint8_t Enabled = iDisabled;
-  std::int32_t TimeOut = 0;  // seconds, 1 to 1800
+  std::int32_t TimeOut = 0;  // seconds, from the shortest to the longest
   std::string Comments;      // remark of the last check
 
   bool TakesPart() const { return Enabled == iEnabled; }  // in passes
@@ -88,9 +90,9 @@ bool IsUnsaved(std::int32_t n);  // site n is one of them
 // Tries once more to save them. For who is about to have the list read back from the store: what is only in
 // memory would be lost, and an outage be reported again.
 void SaveUnsaved();
-// The same, as long as the store lets itself be waited for. Where the store has lost the
-// sites meanwhile (its file was deleted), the whole list and the settings are written anew. Answers what is
-// to be said of it, empty where there is nothing.
+// The same at the end of a pass: a store that is locked is waited for once more, at most 2 seconds. Where it
+// has lost the sites meanwhile (its file was deleted), the whole list and the settings are written anew.
+// Answers what is to be said of it, empty where there is nothing.
 std::string SaveAgain();
 
 // Writes a record that is not in the list, without an index entry. Index 0 is stored as 2000, so that it

@@ -77,6 +77,19 @@ std::vector<std::string> Files::List(const std::string& szFolder, const std::str
   return aNames;
 }
 
+std::string Files::Absolute(const std::string& szPath) {
+  const auto aPath = ToPath(szPath);
+  std::error_code aFailed;
+  const auto aWhole = aPath ? fs::absolute(*aPath, aFailed) : fs::path();
+  return !aPath || aFailed ? szPath : aWhole.string();
+}
+
+bool Files::Same(const std::string& szOne, const std::string& szOther) {
+  const auto aOne = ToPath(szOne), aOther = ToPath(szOther);
+  std::error_code aMissing;
+  return szOne == szOther || (aOne && aOther && fs::equivalent(*aOne, *aOther, aMissing));
+}
+
 bool Files::MakeFolder(const std::string& szPath) {
   const auto aPath = ToPath(szPath);
   std::error_code aFailed;

@@ -29,6 +29,11 @@ std::optional<std::uint64_t> FileSize(const std::string& szPath);
 // bytewise, and in the letters' upper case where case does not matter, as Windows itself lists them.
 std::vector<std::string> List(const std::string& szFolder, const std::string& szEnding);
 
+// The path from its root or drive on; the path as it is where the system does not tell.
+std::string Absolute(const std::string& szPath);
+// The two are one path, or lead to one thing that is there.
+bool Same(const std::string& szOne, const std::string& szOther);
+
 bool MakeFolder(const std::string& szPath);  // one level; true also when it is there already
 
 enum class Deletion { Done, Gone, Failed };  // Gone: it was not there any more

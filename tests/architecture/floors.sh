@@ -34,6 +34,12 @@ while read -r hit; do say "servers stand on base alone: $hit"; done < <(includes
 while read -r hit; do say "the demonstration needs a test: $hit"; done < <(includes '"(support|tests|ui)/' demo servers)
 while read -r hit; do say "a window outside src/ui: $hit"; done < <(includes '<wx/' src demo servers | grep -v '^src/ui/')
 
+# Time, files, variables of the environment and waits come through the platform, or no other could take its place.
+while read -r hit; do say "asks the system past the platform: $hit"; done < <(
+  grep -rnE --include='*.h' --include='*.cpp' -- \
+    '(system|steady|file)_clock::|sleep_(for|until)|getenv|[io]?fstream|\bfopen\(|filesystem::(absolute|canonical|copy|create|current|directory|equivalent|exists|file_size|is_|last_write|permissions|read|remove|rename|space|status|temp|weakly)' src |
+    grep -vE '^src/(platform|ui/system)/')
+
 # Below the seam a file lies in the folder of its system or library.
 while read -r hit; do say "knows the system: $hit"; done < <(
   includes '<(windows\.h|winsock|shlobj|shellapi|sqlite3\.h|curl/|unistd\.h|fcntl\.h|sys/|netdb\.h|poll\.h|signal\.h|csignal|pwd\.h|gtk/|gdk/|X11/)' src |

@@ -14,16 +14,16 @@ using Events = std::vector<std::string>;
 using modAddress::Site;
 
 TEST(Pass, ShowsItsStepsInOrder) {
-  PassFixture b;
-  b.Add(b.Server.Site("/x"));
-  b.Engine.mF_StartCheck_Click();
+  PassFixture aPass;
+  aPass.Add(aPass.Server.Site("/x"));
+  aPass.Engine.mF_StartCheck_Click();
   const Events aManual = {"locked",
                           "panel 3: Last: 5:44:21 PM",
                           "timer off",
                           "panel 2: Site checking in progress",
                           "remarks cleared",
                           "progress opened",
-                          "progress Checking http://" + b.Server.Site("/x"),
+                          "progress Checking http://" + aPass.Server.Site("/x"),
                           "visible 1",
                           "light 1: 1",
                           "remark 1: Site OK",
@@ -32,105 +32,105 @@ TEST(Pass, ShowsItsStepsInOrder) {
                           "panel 2: Next: 6:44:21 PM",
                           "timer on",
                           "unlocked"};
-  EXPECT_EQ(b.View.aEvents, aManual);
-  EXPECT_EQ(b.View.aStates.front(), "Resolving Host...");
-  EXPECT_EQ(b.View.aStates.back(), "Disconnected...");
-  EXPECT_EQ(b.Log().front(), "[START CHECK: MANUAL - 11/15/1999 5:44:21 PM]");
-  EXPECT_EQ(b.Log().back(), "[END CHECK]");
+  EXPECT_EQ(aPass.View.aEvents, aManual);
+  EXPECT_EQ(aPass.View.aStates.front(), "Resolving Host...");
+  EXPECT_EQ(aPass.View.aStates.back(), "Disconnected...");
+  EXPECT_EQ(aPass.Log().front(), "[START CHECK: MANUAL - 11/15/1999 5:44:21 PM]");
+  EXPECT_EQ(aPass.Log().back(), "[END CHECK]");
 
-  b.View.aEvents.clear();
-  b.Engine.TimerAutoCheck_Timer();
-  EXPECT_TRUE(b.View.aEvents.empty()) << "not due yet";
-  b.aClock.Advance(3600);
-  b.Engine.TimerAutoCheck_Timer();
+  aPass.View.aEvents.clear();
+  aPass.Engine.TimerAutoCheck_Timer();
+  EXPECT_TRUE(aPass.View.aEvents.empty()) << "not due yet";
+  aPass.aClock.Advance(3600);
+  aPass.Engine.TimerAutoCheck_Timer();
   Events aAutomatic = aManual;
   aAutomatic[1] = "panel 3: Last: 6:44:21 PM";
   aAutomatic[12] = "panel 2: Next: 7:44:21 PM";
   std::erase(aAutomatic, "timer off");
   std::erase(aAutomatic, "timer on");
-  EXPECT_EQ(b.View.aEvents, aAutomatic);
-  EXPECT_EQ(b.Log()[3], "[START CHECK: AUTO - 11/15/1999 6:44:21 PM]");
-  EXPECT_FALSE(b.View.bLocked);
+  EXPECT_EQ(aPass.View.aEvents, aAutomatic);
+  EXPECT_EQ(aPass.Log()[3], "[START CHECK: AUTO - 11/15/1999 6:44:21 PM]");
+  EXPECT_FALSE(aPass.View.bLocked);
 
-  b.Server.Serve("/x", Fault::Status("404 x"));
-  modAddress::ReplaceSite(
-      1, {b.Server.Address(), b.Server.Site("/x"), SiteStatus::iWarning, SiteRecord::iEnabled, 30, ""});
-  b.Engine.mF_StartCheck_Click();
-  EXPECT_TRUE(b.View.Has("progress IP Check: http://" + b.Server.Address()));
+  aPass.Server.Serve("/x", Fault::Status("404 x"));
+  modAddress::ReplaceSite(1, {aPass.Server.Address(), aPass.Server.Site("/x"), SiteStatus::iWarning,
+                              SiteRecord::iEnabled, 30, ""});
+  aPass.Engine.mF_StartCheck_Click();
+  EXPECT_TRUE(aPass.View.Has("progress IP Check: http://" + aPass.Server.Address()));
 }
 
 TEST(Pass, AnEmptyListSaysSo) {
-  PassFixture b;
-  b.Engine.mF_StartCheck_Click();
-  b.Engine.StopCheck();
-  EXPECT_EQ(b.View.aMessages, (Events{"No sites to check.", "Checking is not in progress."}));
-  EXPECT_TRUE(b.View.aEvents.empty());
-  b.aClock.Advance(3600);
-  b.Engine.TimerAutoCheck_Timer();
-  EXPECT_EQ(b.View.aEvents, (Events{"panel 3: No sites to check.", "panel 2: Next: 7:44:21 PM"}));
-  EXPECT_EQ(b.View.aMessages.size(), 2U);
+  PassFixture aPass;
+  aPass.Engine.mF_StartCheck_Click();
+  aPass.Engine.StopCheck();
+  EXPECT_EQ(aPass.View.aMessages, (Events{"No sites to check.", "Checking is not in progress."}));
+  EXPECT_TRUE(aPass.View.aEvents.empty());
+  aPass.aClock.Advance(3600);
+  aPass.Engine.TimerAutoCheck_Timer();
+  EXPECT_EQ(aPass.View.aEvents, (Events{"panel 3: No sites to check.", "panel 2: Next: 7:44:21 PM"}));
+  EXPECT_EQ(aPass.View.aMessages.size(), 2U);
 }
 
 TEST(Pass, DisabledAndUnusableSites) {
-  PassFixture b;
-  b.AddPaths(4);
+  PassFixture aPass;
+  aPass.AddPaths(4);
   const SiteRecord aUnusable[] = {
-      {"", b.Server.Site("/1"), SiteStatus::iNotKnown, SiteRecord::iDisabled, 30, ""},
+      {"", aPass.Server.Site("/1"), SiteStatus::iNotKnown, SiteRecord::iDisabled, 30, ""},
       {"", "  ", SiteStatus::iNotKnown, SiteRecord::iEnabled, 30, ""},
       {"  ", "", SiteStatus::iNotKnown, SiteRecord::iEnabled, 30, ""},
-      {b.Server.Address(), "", SiteStatus::iNotKnown, SiteRecord::iEnabled, 30, ""}};
+      {aPass.Server.Address(), "", SiteStatus::iNotKnown, SiteRecord::iEnabled, 30, ""}};
   for (std::int32_t n = 1; n <= 4; ++n)
     modAddress::ReplaceSite(n, aUnusable[n - 1]);
   Settings.DiskLogDisabled = 0;
-  b.Engine.mF_StartCheck_Click();
-  const auto aLog = b.Log();
+  aPass.Engine.mF_StartCheck_Click();
+  const auto aLog = aPass.Log();
   // A site known by its address alone has no time of its own; its seconds count from midnight.
   EXPECT_EQ(aLog, (Events{aLog[0], "11/15/1999 5:44:21 PM,http://SERVER/1,Unknown Site: Site #,0,,3",
                           "11/15/1999 5:44:21 PM,Unknown Site: Site #3,Missing Site Address,0,,2",
                           "12/30/1899 12:00:00 AM,http://SERVER,Site OK,21,,1", "[END CHECK]"}));
-  EXPECT_EQ(b.Server.Count(), 1U);
+  EXPECT_EQ(aPass.Server.Count(), 1U);
 }
 
 TEST(Stop, BetweenTwoRequestsBlamesNoSite) {
-  PassFixture b;
-  b.AddPaths(2);
-  b.View.OnRecorded = [&b] { b.Engine.StopCheck(); };
-  b.Engine.mF_StartCheck_Click();
-  EXPECT_EQ(b.Server.Count(), 1U);
-  EXPECT_EQ(b.View.aRemarks[1], "Site OK");
-  EXPECT_EQ(b.Log().size(), 3U);
+  PassFixture aPass;
+  aPass.AddPaths(2);
+  aPass.View.OnRecorded = [&aPass] { aPass.Engine.StopCheck(); };
+  aPass.Engine.mF_StartCheck_Click();
+  EXPECT_EQ(aPass.Server.Count(), 1U);
+  EXPECT_EQ(aPass.View.aRemarks[1], "Site OK");
+  EXPECT_EQ(aPass.Log().size(), 3U);
 }
 
 TEST(Stop, QuitIsSilentAndStartsNothingMore) {
-  PassFixture b;
-  b.Server.Serve("/x", {Fault::Hang()});
-  b.Add(b.Server.Site("/x"));
-  b.View.OnPump = [&b] {
-    if (b.Server.Count() > 0) b.Engine.Quit();
+  PassFixture aPass;
+  aPass.Server.Serve("/x", {Fault::Hang()});
+  aPass.Add(aPass.Server.Site("/x"));
+  aPass.View.OnPump = [&aPass] {
+    if (aPass.Server.Count() > 0) aPass.Engine.Quit();
   };
-  b.Engine.mF_StartCheck_Click();
-  EXPECT_EQ(b.Log().size(), 3U);
-  EXPECT_FALSE(b.View.Has("timer on"));
-  b.Engine.mF_StartCheck_Click();
-  b.Engine.StopCheck();
-  EXPECT_EQ(b.Server.Count(), 1U);
-  EXPECT_TRUE(b.View.aMessages.empty());
+  aPass.Engine.mF_StartCheck_Click();
+  EXPECT_EQ(aPass.Log().size(), 3U);
+  EXPECT_FALSE(aPass.View.Has("timer on"));
+  aPass.Engine.mF_StartCheck_Click();
+  aPass.Engine.StopCheck();
+  EXPECT_EQ(aPass.Server.Count(), 1U);
+  EXPECT_TRUE(aPass.View.aMessages.empty());
 }
 
 TEST(Pass, ASiteThatThrowsCostsTheNextOneNothing) {
-  PassFixture b;
-  b.Server.Serve("/1", {Fault::Hang()});
-  b.AddPaths(2);
-  b.View.OnPump = [&b, bThrown = false]() mutable {
-    if (b.Server.Count("/1") == 0 || bThrown) return;
+  PassFixture aPass;
+  aPass.Server.Serve("/1", {Fault::Hang()});
+  aPass.AddPaths(2);
+  aPass.View.OnPump = [&aPass, bThrown = false]() mutable {
+    if (aPass.Server.Count("/1") == 0 || bThrown) return;
     bThrown = true;
     throw std::runtime_error("window");
   };
   const Stopwatch aWatch;
-  b.Engine.mF_StartCheck_Click();
+  aPass.Engine.mF_StartCheck_Click();
   EXPECT_EQ(Site(1).Status, SiteStatus::iNotKnown);
   EXPECT_EQ(Site(2).Status, SiteStatus::iUp);
-  EXPECT_EQ(b.Log().size(), 3U);
+  EXPECT_EQ(aPass.Log().size(), 3U);
   EXPECT_LT(aWatch.Seconds(), 20) << "the first one's time-out is 30";
 }
 
@@ -138,13 +138,13 @@ TEST(Pass, TheUsersCookieValueIsNeverInvented) {
   const std::pair<RegistryAccess::Variant, const char*> aCases[] = {
       {{}, "code 2"}, {-1, "-1"}, {"text", "text"}};
   for (const auto& [aValue, szValue] : aCases) {
-    PassFixture b;
-    b.AddPaths(1);
-    b.Engine.mF_StartCheck_Click();
+    PassFixture aPass;
+    aPass.AddPaths(1);
+    aPass.Engine.mF_StartCheck_Click();
     EXPECT_EQ(Stored::Cookies(), "code 6") << "no such key";
     RegistryAccess::RegCreatePath(Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings);
     if (aValue.index() != 0) Stored::PutCookies(aValue);
-    b.Engine.mF_StartCheck_Click();
+    aPass.Engine.mF_StartCheck_Click();
     EXPECT_EQ(Stored::Cookies(), szValue);
     auto* pKilled = new CookiePolicy(1);  // never put back, as when the process is killed
     CookiePolicy::RestoreAfterKill();
@@ -158,14 +158,14 @@ TEST(Pass, TheUsersCookieValueIsNeverInvented) {
 
 TEST(Pass, CookiesAreKeptForOnePassAtMost) {
   for (const bool bAccept : {true, false}) {
-    PassFixture b;
+    PassFixture aPass;
     Settings.AllowType = bAccept ? 0 : 2;
-    b.Server.Serve("*", {Fault::Send("HTTP/1.1 200 OK\r\nSet-Cookie: a=b\r\nContent-Length: 0\r\n\r\n")});
-    b.AddPaths(2);
-    b.Engine.mF_StartCheck_Click();
-    b.Engine.mF_StartCheck_Click();
+    aPass.Server.Serve("*", {Fault::Send("HTTP/1.1 200 OK\r\nSet-Cookie: a=b\r\nContent-Length: 0\r\n\r\n")});
+    aPass.AddPaths(2);
+    aPass.Engine.mF_StartCheck_Click();
+    aPass.Engine.mF_StartCheck_Click();
     std::string szSent;
-    for (const auto& aRequest : b.Server.Requests())
+    for (const auto& aRequest : aPass.Server.Requests())
       szSent += aRequest.szHead.find("Cookie: a=b") != std::string::npos ? "y" : "n";
     EXPECT_EQ(szSent, bAccept ? "nyny" : "nnnn");
   }

@@ -25,21 +25,22 @@ TEST(Recording, TheMailHasBothResultsAndBothTimes) {
        "HTTP/1.1 418 x"},
   };
   for (const auto& aCase : aCases) {
-    PassFixture b;
+    PassFixture aPass;
     SmtpServer aMail;
     Settings.Email = "m@example.org";
     Settings.SMTP = "127.0.0.1";
     Settings.SMTPPort = aMail.Port();
-    b.Home.Write("Messages/HTTP-" + aCase.szCode + ".txt", szTemplate);
-    b.Home.Write("Messages/DT_OK.txt", "");
-    b.Home.Write("Messages/DT_NG.txt", "");
-    b.Server.Serve("/x", Status("418 x"));
-    b.Server.Serve("/", aCase.aByIP);
-    b.Add(aCase.bRefused ? "127.0.0.1:" + std::to_string(FaultServer::RefusingPort()) : b.Server.Site("/x"),
-          b.Server.Address());
-    b.Engine.mF_StartCheck_Click();
-    b.aClock.Advance(900);
-    b.Engine.mF_StartCheck_Click();
+    aPass.Home.Write("Messages/HTTP-" + aCase.szCode + ".txt", szTemplate);
+    aPass.Home.Write("Messages/DT_OK.txt", "");
+    aPass.Home.Write("Messages/DT_NG.txt", "");
+    aPass.Server.Serve("/x", Status("418 x"));
+    aPass.Server.Serve("/", aCase.aByIP);
+    aPass.Add(
+        aCase.bRefused ? "127.0.0.1:" + std::to_string(FaultServer::RefusingPort()) : aPass.Server.Site("/x"),
+        aPass.Server.Address());
+    aPass.Engine.mF_StartCheck_Click();
+    aPass.aClock.Advance(900);
+    aPass.Engine.mF_StartCheck_Click();
     ASSERT_EQ(aMail.Mails().size(), 1U);
     const std::string szBody = ReadMail(aMail.Mails()[0].szText).szBody;
     EXPECT_TRUE(Text::Replace(Text::Replace(szBody, "\n", ""), " |", "|")

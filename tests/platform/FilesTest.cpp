@@ -30,6 +30,10 @@ TEST(Files, AreListedReadAndReplaced) {
 
   EXPECT_TRUE(Files::WriteWhole(aHome.Path("list"), "long") && Files::WriteWhole(aHome.Path("list"), "new"));
   EXPECT_EQ("new", aHome.Read("list"));
+  EXPECT_TRUE(Files::Same(aHome.Path("list"), aHome.Path(".") + Files::chSeparator + "list"));
+  EXPECT_FALSE(Files::Same(aHome.Path("list"), aHome.Path("kvl")));
+  EXPECT_EQ(aHome.Path("list"), Files::Absolute(aHome.Path("list")));
+  EXPECT_TRUE(Files::Same(Files::Absolute("."), "."));
   for (const auto& szBad : {aHome.Path("no/file"), aHome.Folder()})
     EXPECT_FALSE(Files::Append(szBad, "x") || Files::WriteWhole(szBad, "x"));
   EXPECT_EQ(6U + 1, aHome.Names().size()) << "something is left beside";

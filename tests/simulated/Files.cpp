@@ -84,6 +84,14 @@ std::vector<std::string> Files::List(const std::string& szFolder, const std::str
   return aNames;
 }
 
+std::string Files::Absolute(const std::string& szPath) {
+  return szPath;
+}
+
+bool Files::Same(const std::string& szOne, const std::string& szOther) {
+  return szOne == szOther;
+}
+
 bool Files::MakeFolder(const std::string& szPath) {
   const Call aCall(Access::FileWrite);
   auto& aDisk = Disk::The();

@@ -1,6 +1,5 @@
 // StoreFile: the file that holds the registry, as a file: where it lies, that nobody else may read it, and
-// how a
-// damaged one is kept and another put in its place.
+// how a damaged one is kept and another put in its place.
 #pragma once
 
 #include <sys/types.h>

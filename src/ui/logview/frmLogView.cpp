@@ -16,6 +16,7 @@
 #include "history/LogGaps.h"
 #include "history/LogHtml.h"
 #include "history/LogWords.h"
+#include "log/LogGrammar.h"
 #include "log/LogLine.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
@@ -230,7 +231,7 @@ std::vector<std::string> frmLogView::NamesInFolders() const {
   std::vector<std::string> aNames;
   for (const auto& szPath : aOpened)
     if (Files::FolderExists(szPath))
-      for (const auto& szName : Files::List(szPath, ".kvl"))
+      for (const auto& szName : Files::List(szPath, LogGrammar::szFileEnding))
         aNames.push_back(szName);
   return aNames;
 }
@@ -433,7 +434,7 @@ void frmLogView::Say(std::int32_t lText, const std::string& szValue) {
 
 bool frmLogView::Writable(const std::string& szPath) {
   for (std::uint32_t lFile = 0; lFile < pHistory->FileCount(); ++lFile)
-    if (LogFiles::Same(pHistory->File(lFile).Path(), szPath)) {
+    if (Files::Same(pHistory->File(lFile).Path(), szPath)) {
       Say(IDS_VIEW_TARGET_IS_LOG, szPath);
       return false;
     }

@@ -90,8 +90,8 @@ class SiteList : public wxListView {
   DateTime dtTouched = 0;  // by the operator; steady
   DateTime dtTyped = 0;    // steady
   std::string szTyped;     // the beginning of an address
-  long lOperatorsTop =
-      -1;  // the top row that the operator had; -1: the list stands where the operator left it
+  // The top row that the operator had; -1: the list stands where the operator left it.
+  long lOperatorsTop = -1;
   wxPanel* pixHint;
   wxStaticText* lblHint;
   wxString szHint;
