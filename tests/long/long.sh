@@ -4,7 +4,7 @@
 set -euo pipefail
 cd -P "$(dirname "$0")/../.."
 share=${1:-100}
-part() { echo $((($1 * share + 99) / 100)); }
+share() { echo $((($1 * share + 99) / 100)); }
 step() { echo; echo "== $*"; }
 scratch=$(mktemp -d)
 mounted=
@@ -22,13 +22,13 @@ fuzz() {
     target=${target##*/}
     mkdir -p "build-fuzz/found/$target"
     # What is new goes into the first folder, and a crash beside it.
-    if ! build-fuzz/bin/fuzz-"$target" -max_total_time="$(part 60)" -max_len=4096 -print_final_stats=1 \
+    if ! build-fuzz/bin/fuzz-"$target" -max_total_time="$(share 60)" -max_len=4096 -print_final_stats=1 \
       -artifact_prefix="build-fuzz/found/$target-" "build-fuzz/found/$target" "tests/fuzz/corpus/$target" \
       >"$scratch/$target.log" 2>&1; then
       tail -n 60 "$scratch/$target.log"
       exit 1
     fi
-    echo "  $target: $(sed -n 's/^stat::number_of_executed_units: *//p' "$scratch/$target.log") inputs in $(part 60) s"
+    echo "  $target: $(sed -n 's/^stat::number_of_executed_units: *//p' "$scratch/$target.log") inputs in $(share 60) s"
   done
 }
 
@@ -39,7 +39,7 @@ disk() {
     return
   fi
   mounted=yes
-  build/bin/kestrova-trials disk "$(part 100)" "$scratch/small"
+  build/bin/kestrova-trials disk "$(share 100)" "$scratch/small"
 }
 
 step "building the optimised programs (build/)"
@@ -48,14 +48,14 @@ cmake --build --preset bench -j "$(nproc)" --target kestrova-years kestrova-tria
 step "inputs of strangers, made up"
 fuzz
 step "simulated machines"
-build/bin/kestrova-years --checks "$(part 10000000)" --seed-of-the-day
+build/bin/kestrova-years --checks "$(share 10000000)" --seed-of-the-day
 step "kills"
-build/bin/kestrova-trials kills "$(part 100)"
+build/bin/kestrova-trials kills "$(share 100)"
 step "torn logs"
-build/bin/kestrova-trials logs "$(part 300)"
+build/bin/kestrova-trials logs "$(share 300)"
 step "a full disk"
 disk
 step "hours of watching"
-build/bin/kestrova-trials soak "$(part 3600)"
+build/bin/kestrova-trials soak "$(share 3600)"
 step "turned bits"
-build/bin/kestrova-trials bits "$(part 300)"
+build/bin/kestrova-trials bits "$(share 300)"
