@@ -1,4 +1,5 @@
 #include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -39,6 +40,7 @@ void Trials::Soak(int lSeconds) {
                                  {Fault::Send("HTTP/1.1 200"), Fault::Reset()},
                                  {Fault::Close()},
                                  {Fault::Send("\r\nnothing\r\n")}};
+  std::signal(SIGINT, SIG_DFL);  // who runs in the background may have it ignored, and hands that on
   ChildProcess aWatch(ChildProcess::BuiltProgram("hurried-watch"), {});
   const Stopwatch aClock;
   Size aFirst;
