@@ -47,12 +47,15 @@ CookiePolicy::CookiePolicy(std::int16_t iAllowType) {
 
   const Registry::Transaction aBoth;
   RegCreatePath(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szAllowCookie);
-  if (bNumber)
+  std::int32_t lKeptType = Registry::REG_DWORD;
+  if (bNumber) {
     SavedAllowCookies = std::get<std::int32_t>(aValue);
-  else
+  } else {
     aValue = std::string();
-  const auto lNowKept = RegWriteValue(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szAllowCookie, szKept,
-                                      aValue, bNumber ? Registry::REG_DWORD : Registry::REG_SZ);
+    lKeptType = Registry::REG_SZ;
+  }
+  const auto lNowKept =
+      RegWriteValue(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szAllowCookie, szKept, aValue, lKeptType);
   bReplaced = lNowKept == Registry::lSuccess &&
               RegWriteValue(Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings, szValue,
                             std::int32_t{iAllowType}, Registry::REG_DWORD) == Registry::lSuccess;

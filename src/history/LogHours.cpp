@@ -39,7 +39,7 @@ void CountBegun(HourReport& aReport, std::vector<DateTime> aBegun) {
   std::array<std::array<DateTime, lHours>, lDays + 1> aLastDay{};
   for (const auto dtMoment : aBegun) {
     const auto [lDay, lHour] = PlaceOf(dtMoment);
-    const auto Count = [&, lAt = lHour](HourFigures& aCell, DateTime& dtLast) {
+    const auto Count = [dtMoment](HourFigures& aCell, DateTime& dtLast) {
       ++aCell.lBegun;
       if (std::floor(dtMoment) != dtLast) ++aCell.lDays;
       dtLast = std::floor(dtMoment);

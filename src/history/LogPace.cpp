@@ -43,7 +43,7 @@ double Mean(const Seconds& aSeconds) {
 double ShareLonger(const Seconds& aFirst, const Seconds& aOther) {
   double dPairs = 0;
   for (const auto lSeconds : aFirst) {
-    const auto [aFrom, aPast] = std::ranges::equal_range(aOther, lSeconds);
+    const auto [aFrom, aPast] = std::equal_range(aOther.begin(), aOther.end(), lSeconds);
     dPairs += static_cast<double>(aFrom - aOther.begin()) + static_cast<double>(aPast - aFrom) / 2;
   }
   return dPairs / (static_cast<double>(aFirst.size()) * static_cast<double>(aOther.size()));

@@ -6,6 +6,7 @@
 #include "base/Strings.h"
 #include "base/Text.h"
 #include "editing/OptionsRules.h"
+#include "support/TestHome.h"
 
 using namespace OptionsRules;
 using enum Field;
@@ -80,7 +81,8 @@ TEST(OptionsRulesTest, WhatIsInsistedOnIsAskedOnceButNoLogIsLostInSilence) {
   aForm.szMaxLogFiles = "40";
   EXPECT_TRUE(Asks(aChecks.Confirm(MaxLogFiles, aForm)));
 
-  aForm.szLogPath = KESTROVA_SOURCE "/no such folder";
+  const TestHome aHome;
+  aForm.szLogPath = aHome.Path("no such folder");
   for (const bool bConfirm : {false, true, true}) {
     const auto aFinding = bConfirm ? aChecks.Confirm(LogPath, aForm) : aChecks.Leave(LogPath, aForm);
     EXPECT_EQ(aFinding.iButtons, Buttons::YesNoCancel);
