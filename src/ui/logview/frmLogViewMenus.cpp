@@ -201,7 +201,7 @@ bool frmLogView::RunViewCommand(Command iCommand) {
     case Command::mV_PagePace:
     case Command::mV_PageHours:
     case Command::mV_PagePeriods:
-      tabPages->SetSelection(tabPages->FindPage(PageOf(iCommand)));
+      tabPages->SetSelection(static_cast<std::size_t>(tabPages->FindPage(PageOf(iCommand))));
       PageOf(iCommand)->TakeFocus();
       return true;
     case Command::mV_Passes:
