@@ -142,8 +142,7 @@ TEST(LogPasses, TellLengthLatenessAndWhatWasWaitedFor) {
   EXPECT_EQ(aReport.lWorst, 40 + 840 + 59);
   const auto szWords = All(aTable.Words());
   for (const auto* szPart :
-       {"A pass takes 10 s, the longest took 15 min (Mon Jan 5 2026, 10:45:00 AM), of which about 13 min "
-        "waited",
+       {"A pass takes 10 s, the longest took 15 min (Mon Jan 5 2026, 10:45:00 AM), of which about 13 min",
         "; the interval is 15 min: there is no room.", "The longest waited most for shop (14 min), z (59 s).",
         "1 pass began late because the one before it was still running: by 4 s, Mon Jan 5 2026, 11:00:04 AM.",
         "a pass would take 16 min: longer than the interval"})
