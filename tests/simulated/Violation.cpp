@@ -25,7 +25,7 @@ void Violate(const std::string& szWhat) {
               static_cast<long long>(aAt.lChecks), static_cast<long long>(aAt.lLives), aAt.szStep,
               FormatGeneral(The().Wall()).c_str(), Text::Printable(szWhat).c_str());
   std::printf("See it again: kestrova-years --checks %lld --seed %llu\n",
-              static_cast<long long>(aAt.lChecks + 1), static_cast<unsigned long long>(aAt.lSeed));
+              static_cast<long long>(aAt.lChecks) + 1, static_cast<unsigned long long>(aAt.lSeed));
   std::fflush(stdout);
   std::_Exit(1);
 }
