@@ -9,12 +9,12 @@
 #include "ui/Display.h"
 #include "ui/main/App.h"
 
-namespace {
-
 class TestApp : public App {
  public:
   bool OnInit() override { return PrepareWindows(); }
 };
+
+namespace {
 
 void ReportAssert(const wxString& szFile, int lLine, const wxString&, const wxString& szCondition,
                   const wxString& szMessage) {
