@@ -3,8 +3,6 @@
 #include <wx/access.h>
 #include <wx/window.h>
 
-#include <utility>
-
 #include "platform/windows/System.h"
 
 // clang-format off (needs windows.h before it)
@@ -17,7 +15,7 @@ namespace {
 // Tells the name itself and leaves all other questions to the control.
 class Named : public wxAccessible {
  public:
-  Named(wxWindow* pControl, wxString szText) : wxAccessible(pControl), szName(std::move(szText)) {}
+  Named(wxWindow* pControl, const wxString& szText) : wxAccessible(pControl), szName(szText) {}
 
   wxAccStatus GetName(int lChild, wxString* pName) override {
     if (lChild != wxACC_SELF) return wxACC_NOT_IMPLEMENTED;
