@@ -1,7 +1,7 @@
 #include "ui/logview/CellView.h"
 
 #include <wx/control.h>
-#include <wx/dcbuffer.h>
+#include <wx/dc.h>
 #include <wx/settings.h>
 
 #include <algorithm>
@@ -24,47 +24,15 @@ wxString Name(const std::string& szName) {
 
 }  // namespace
 
-CellView::CellView(wxWindow* pParent, const wxString& szName)
-    : wxScrolledCanvas(pParent, wxID_ANY, wxDefaultPosition, aFirstSize,
-                       wxVSCROLL | wxBORDER_THEME | wxFULL_REPAINT_ON_RESIZE | wxWANTS_CHARS, szName) {
-  SetBackgroundStyle(wxBG_STYLE_PAINT);
+CellView::CellView(wxWindow* pParent, const wxString& szName) : PaintedView(pParent, aFirstSize, szName) {
   SetLabel(szName);
-  lLine = GetCharHeight();
-  lRowHeight = lLine * 2;
-  lGap = std::max(4, lLine / 3);
-  SetScrollRate(0, lRowHeight);
-  EnableScrolling(false, false);  // the heads stay in place below the cells
-  Bind(wxEVT_PAINT, [this](wxPaintEvent&) {
-    wxAutoBufferedPaintDC aDC(this);
-    OnPaint(aDC);
-  });
-  Bind(wxEVT_SIZE, [this](wxSizeEvent& aEvent) {
-    aEvent.Skip();
-    Measure();
-  });
-  Bind(wxEVT_MOTION, [this](wxMouseEvent& aEvent) {
-    aEvent.Skip();
-    const auto szTip = TipAt(aEvent.GetPosition());
-    if (szTip.empty())
-      UnsetToolTip();
-    else if (GetToolTipText() != szTip)
-      SetToolTip(szTip);
-  });
-  Bind(wxEVT_LEFT_DOWN, [this](wxMouseEvent& aEvent) {
-    aEvent.Skip();
-    std::size_t lRow = 0, lColumn = 0;
-    if (!At(aEvent.GetPosition(), lRow, lColumn)) return;
-    MoveTo(lRow, lColumn);
-    if (Chosen) Chosen(lRow, lColumn);
-  });
-  Bind(wxEVT_KEY_DOWN, [this](wxKeyEvent& aEvent) {
-    if (!OnKey(aEvent)) aEvent.Skip();
-  });
-  for (const auto& iEvent : {wxEVT_SET_FOCUS, wxEVT_KILL_FOCUS})
-    Bind(iEvent, [this](wxFocusEvent& aEvent) {
-      aEvent.Skip();
-      Refresh();
-    });
+}
+
+void CellView::OnClick(const wxPoint& aPoint) {
+  std::size_t lRow = 0, lColumn = 0;
+  if (!At(aPoint, lRow, lColumn)) return;
+  MoveTo(lRow, lColumn);
+  if (Chosen) Chosen(lRow, lColumn);
 }
 
 void CellView::ShowCells(Cells aNew) {

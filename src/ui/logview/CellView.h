@@ -3,13 +3,13 @@
 // keys one goes from cell to cell.
 #pragma once
 
-#include <wx/scrolwin.h>
-
 #include <cstddef>
 #include <functional>
 #include <string>
 
-class CellView : public wxScrolledCanvas {
+#include "ui/logview/PaintedView.h"
+
+class CellView : public PaintedView {
  public:
   // Heights are parts of the cell's, 0 to 1.
   struct Cell {
@@ -31,21 +31,18 @@ class CellView : public wxScrolledCanvas {
   void ShowCells(Cells aNew);
   // A click on a cell, or Enter.
   std::function<void(std::size_t lRow, std::size_t lColumn)> Chosen;
-  // What the keys have led to, in words.
-  std::function<void(const std::string& szWords)> Told;
-
-  // The words for a point of the window; empty where there is nothing.
-  wxString TipAt(const wxPoint& aPoint) const;
+  wxString TipAt(const wxPoint& aPoint) const override;
   int FullHeight() const;
 
  private:
-  void OnPaint(wxDC& aDC);
+  void OnPaint(wxDC& aDC) override;
+  void OnClick(const wxPoint& aPoint) override;
   void PaintRow(wxDC& aDC, std::size_t lRow);
   void PaintCell(wxDC& aDC, const wxRect& aArea, const Cell& aCell) const;
   void PaintHeads(wxDC& aDC, int lTop) const;
-  bool OnKey(const wxKeyEvent& aEvent);
+  bool OnKey(const wxKeyEvent& aEvent) override;
   void MoveTo(std::size_t lRow, std::size_t lColumn);
-  void Measure();
+  void Measure() override;
   bool Empty() const { return aCells.lRows == 0 || aCells.lColumns == 0; }
   bool At(const wxPoint& aPoint, std::size_t& lRow, std::size_t& lColumn) const;
   wxRect Area(std::size_t lRow, std::size_t lColumn) const;  // in the window
@@ -53,5 +50,5 @@ class CellView : public wxScrolledCanvas {
 
   Cells aCells;
   std::size_t lRowAt = 0, lColumnAt = 0;
-  int lLine = 16, lRowHeight = 30, lGap = 6, lNames = 100, lWidth = 400;
+  int lNames = 100, lWidth = 400;
 };

@@ -1,7 +1,7 @@
 #include "ui/logview/StripView.h"
 
 #include <wx/control.h>
-#include <wx/dcbuffer.h>
+#include <wx/dc.h>
 #include <wx/settings.h>
 
 #include <algorithm>
@@ -41,49 +41,17 @@ void PaintBand(wxDC& aDC, const wxRect& aStrip, SiteState iState, int lFrom, int
 
 }  // namespace
 
-StripView::StripView(wxWindow* pParent)
-    : wxScrolledCanvas(pParent, wxID_ANY, wxDefaultPosition, wxDefaultSize,
-                       wxVSCROLL | wxBORDER_THEME | wxFULL_REPAINT_ON_RESIZE | wxWANTS_CHARS) {
-  SetBackgroundStyle(wxBG_STYLE_PAINT);
-  lLine = GetCharHeight();
-  lRow = lLine * 2;
-  lGap = std::max(4, lLine / 3);
-  SetScrollRate(0, lRow);
-  EnableScrolling(false, false);  // the axis and the legend stay in place below the strips
-  Bind(wxEVT_PAINT, [this](wxPaintEvent&) {
-    wxAutoBufferedPaintDC aDC(this);
-    OnPaint(aDC);
-  });
-  Bind(wxEVT_SIZE, [this](wxSizeEvent& aEvent) {
-    aEvent.Skip();
-    Measure();
-  });
-  Bind(wxEVT_MOTION, [this](wxMouseEvent& aEvent) {
-    aEvent.Skip();
-    const auto szTip = TipAt(aEvent.GetPosition());
-    if (szTip.empty())
-      UnsetToolTip();
-    else if (GetToolTipText() != szTip)
-      SetToolTip(szTip);
-  });
-  Bind(wxEVT_LEFT_DOWN, [this](wxMouseEvent& aEvent) {
-    aEvent.Skip();
-    const auto lPlace = PlaceAt(aEvent.GetPosition());
-    if (lPlace >= Places()) return;
-    const int lColumn = aEvent.GetPosition().x - StripArea(lPlace).x;
-    if (lColumn >= 0 && lColumn < lStripWidth)
-      Choose(lPlace, lColumn);
-    else if (Marked)
-      Marked(lPlace);
-  });
-  Bind(wxEVT_KEY_DOWN, [this](wxKeyEvent& aEvent) {
-    if (!OnKey(aEvent)) aEvent.Skip();
-  });
-  for (const auto& iEvent : {wxEVT_SET_FOCUS, wxEVT_KILL_FOCUS})
-    Bind(iEvent, [this](wxFocusEvent& aEvent) {
-      aEvent.Skip();
-      Refresh();
-    });
+StripView::StripView(wxWindow* pParent) : PaintedView(pParent, wxDefaultSize, wxPanelNameStr) {
+}
+
+void StripView::OnClick(const wxPoint& aPoint) {
+  const auto lPlace = PlaceAt(aPoint);
+  if (lPlace >= Places()) return;
+  const int lColumn = aPoint.x - StripArea(lPlace).x;
+  if (lColumn >= 0 && lColumn < lStripWidth)
+    Choose(lPlace, lColumn);
+  else if (Marked)
+    Marked(lPlace);
 }
 
 void StripView::ShowSites(const LogSummary* pShown, const std::vector<std::size_t>* pNewOrder) {
@@ -97,14 +65,14 @@ void StripView::ShowSites(const LogSummary* pShown, const std::vector<std::size_
 // A window's height is bounded; no one scrolls through more sites than that anyway.
 int StripView::FullRows() const {
   constexpr std::size_t lMostPixels = 1'000'000;
-  return static_cast<int>(std::min(Places(), lMostPixels / static_cast<std::size_t>(lRow)));
+  return static_cast<int>(std::min(Places(), lMostPixels / static_cast<std::size_t>(lRowHeight)));
 }
 
 void StripView::Measure() {
   const int lWidth = GetClientSize().x;
   lNames = std::clamp(lWidth / 4, FromDIP(80), lLine * 18);
   lStripWidth = std::max(1, lWidth - lNames - 3 * lGap);
-  SetVirtualSize(wxSize(-1, FullRows() * lRow + Footer()));
+  SetVirtualSize(wxSize(-1, FullRows() * lRowHeight + Footer()));
 }
 
 void StripView::Mark(std::size_t lPlace) {
@@ -116,13 +84,13 @@ void StripView::Mark(std::size_t lPlace) {
 }
 
 wxRect StripView::StripArea(std::size_t lPlace) const {
-  const int lTop = CalcScrolledPosition(wxPoint(0, static_cast<int>(lPlace) * lRow)).y;
-  return {lNames + 2 * lGap, lTop + lRow / 6, lStripWidth, lRow * 2 / 3};
+  const int lTop = CalcScrolledPosition(wxPoint(0, static_cast<int>(lPlace) * lRowHeight)).y;
+  return {lNames + 2 * lGap, lTop + lRowHeight / 6, lStripWidth, lRowHeight * 2 / 3};
 }
 
 std::size_t StripView::PlaceAt(const wxPoint& aPoint) const {
   if (aPoint.y >= GetClientSize().y - Footer()) return Places();
-  const auto lPlace = static_cast<std::size_t>(std::max(0, CalcUnscrolledPosition(aPoint).y) / lRow);
+  const auto lPlace = static_cast<std::size_t>(std::max(0, CalcUnscrolledPosition(aPoint).y) / lRowHeight);
   return std::min(lPlace, Places());
 }
 
@@ -242,7 +210,8 @@ void StripView::OnPaint(wxDC& aDC) {
   aDC.SetFont(GetFont());
   const auto aInk = wxSystemSettings::GetColour(wxSYS_COLOUR_LISTBOXTEXT);
   const int lBottom = GetClientSize().y - Footer();
-  const auto lFirst = static_cast<std::size_t>(std::max(0, CalcUnscrolledPosition(wxPoint(0, 0)).y) / lRow);
+  const auto lFirst =
+      static_cast<std::size_t>(std::max(0, CalcUnscrolledPosition(wxPoint(0, 0)).y) / lRowHeight);
   aDC.SetClippingRegion(0, 0, GetClientSize().x, std::max(1, lBottom));
   for (auto lPlace = lFirst; lPlace < Places(); ++lPlace) {
     const auto aArea = StripArea(lPlace);

@@ -4,8 +4,6 @@
 // state to state, and from site to site.
 #pragma once
 
-#include <wx/scrolwin.h>
-
 #include <cstddef>
 #include <functional>
 #include <string>
@@ -13,8 +11,9 @@
 
 #include "history/LogStrip.h"
 #include "history/LogSummary.h"
+#include "ui/logview/PaintedView.h"
 
-class StripView : public wxScrolledCanvas {
+class StripView : public PaintedView {
  public:
   explicit StripView(wxWindow* pParent);
 
@@ -26,13 +25,9 @@ class StripView : public wxScrolledCanvas {
   std::function<void(std::size_t lPlace)> Marked;
   // A click on a strip, or Enter: its place, the moment, and whether the site failed then.
   std::function<void(std::size_t lPlace, DateTime dtMoment, bool bFailure)> Chosen;
-  // What the keys have led to, in words.
-  std::function<void(const std::string& szWords)> Told;
-
   // So that every strip is seen.
-  int FullHeight() const { return FullRows() * lRow + Footer() + 2 * lGap; }
-  // The words for a point of the window; empty where there is nothing.
-  wxString TipAt(const wxPoint& aPoint) const;
+  int FullHeight() const { return FullRows() * lRowHeight + Footer() + 2 * lGap; }
+  wxString TipAt(const wxPoint& aPoint) const override;
 
  private:
   // The columns of a strip that belong together: a day's, or those of one state. On the screen a day's last
@@ -46,13 +41,14 @@ class StripView : public wxScrolledCanvas {
   const SiteSummary& SiteAt(std::size_t lPlace) const { return pSummary->aSites[(*pOrder)[lPlace]]; }
   std::string Words(const SiteSummary& aSite, int lColumn) const;
   void Choose(std::size_t lPlace, int lColumn);
-  bool OnKey(const wxKeyEvent& aEvent);
+  bool OnKey(const wxKeyEvent& aEvent) override;
   void MoveCursor(std::size_t lPlace, int lColumn);
-  void OnPaint(wxDC& aDC);
+  void OnPaint(wxDC& aDC) override;
+  void OnClick(const wxPoint& aPoint) override;
   void PaintStrip(wxDC& aDC, const wxRect& aArea, const SiteSummary& aSite, bool bMarked) const;
   void PaintAxis(wxDC& aDC, int lTop) const;
   void PaintLegend(wxDC& aDC, int lTop) const;
-  void Measure();
+  void Measure() override;
   int FullRows() const;
   std::size_t Places() const { return pOrder ? pOrder->size() : 0; }
   // The strip at a point of the window; Places() for none.
@@ -65,5 +61,5 @@ class StripView : public wxScrolledCanvas {
   const std::vector<std::size_t>* pOrder = nullptr;
   std::size_t lMarked = static_cast<std::size_t>(-1);
   double dCursor = 1;  // where the keys are, as a part of the strip
-  int lLine = 16, lRow = 30, lGap = 6, lNames = 150, lStripWidth = 400;
+  int lNames = 150, lStripWidth = 400;
 };
