@@ -63,8 +63,9 @@ std::vector<OddAnswer> OddAnswers() {
       {{Send("220 mail ESMTP\r\n"), Hang()}, ""},
       {{Send(szOk + "\r\n" + std::string(50000, 'b')), HalfClose()}, szLine},
       {{}, "", 52},
+      // Not before the client is back from sending: what comes earlier not every system counts.
       {{Delay(30), Send("HTTP/1.1 503 Bu")}, ""},
-      {{Send("H"), Delay(30), HalfClose()}, ""},
+      {{Delay(30), Send("H"), Delay(30), HalfClose()}, ""},
       {{Send(szOk + "Content-Ty")}, szLine, 18},
       {{Send(szOk + "Content-Length: 100\r\n\r\nabc")}, std::nullopt, 18},
       {{Send(szChunked + "zz\r\n")}, std::nullopt, 56},

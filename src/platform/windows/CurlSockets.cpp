@@ -1,4 +1,6 @@
 #include <winsock2.h>
+// Behind it.
+#include <mstcpip.h>
 
 #include "platform/curl/CurlSupport.h"
 
@@ -20,8 +22,13 @@ bool CurlSupport::HasBytes(curl_socket_t hSocket) {
   return recv(hSocket, &chFirst, 1, MSG_PEEK) > 0;
 }
 
-bool CurlSupport::HasReceived(curl_socket_t) {
-  return false;
+// Windows counts from 10 (1703) on.
+bool CurlSupport::HasReceived(curl_socket_t hSocket) {
+  DWORD lVersion = 0, lLength = 0;
+  TCP_INFO_v0 aInfo{};
+  const int iError = WSAIoctl(hSocket, SIO_TCP_INFO, &lVersion, sizeof(lVersion), &aInfo, sizeof(aInfo),
+                              &lLength, nullptr, nullptr);
+  return iError == 0 && aInfo.BytesIn > 0;
 }
 
 bool CurlSupport::WasAnswered(curl_socket_t) {
