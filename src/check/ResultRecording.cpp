@@ -5,6 +5,7 @@
 #include "base/Text.h"
 #include "check/CheckEngine.h"
 #include "check/Schedule.h"
+#include "check/SiteCourse.h"
 #include "log/CheckLog.h"
 #include "log/LogGrammar.h"
 #include "persistence/Settings.h"
@@ -80,25 +81,18 @@ void CheckEngine::StartBackup(std::int32_t lIndex, const Classification& aResult
 
 void CheckEngine::RecordOrdinary(std::int32_t lIndex, const Classification& aResult) {
   const std::uint8_t iBefore = modAddress::Site(lIndex).Status;
+  const auto aTurn = SiteCourse::AfterFailure(iBefore);
   CheckLog::Entry& aEntry = CheckLog::CurrentEntry;
   aEntry.StatusText = aResult.LogText();
-  aEntry.ResultClass = CheckLog::iClassFailure;
+  aEntry.ResultClass = aTurn.bSoon ? CheckLog::iClassFirstFailure : CheckLog::iClassFailure;
   modAddress::SetComments(lIndex, aResult.aText.Text());
-  if (iBefore == SiteStatus::iWarning) {
-    View.EnsureRowVisible(lIndex);
-    View.ShowLight(lIndex, SiteStatus::iDown);
-    View.ShowRemark(lIndex, aResult.aText.Text());
-    modAddress::SetStatus(lIndex, SiteStatus::iDown);
-    bPassFailure = true;
-    SendAlert(lIndex, {.aByName = LastRequest(aResult)});
-  } else if (iBefore == SiteStatus::iDown) {
-    View.ShowRemark(lIndex, aResult.aText.Text());
-    bPassFailure = true;
-  } else {
-    View.ShowLight(lIndex, SiteStatus::iWarning);
-    View.ShowRemark(lIndex, aResult.aText.Text());
-    aEntry.ResultClass = CheckLog::iClassFirstFailure;
-    modAddress::SetStatus(lIndex, SiteStatus::iWarning);
+  if (aTurn.bAlert) View.EnsureRowVisible(lIndex);
+  if (aTurn.iStatus != iBefore) View.ShowLight(lIndex, aTurn.iStatus);
+  View.ShowRemark(lIndex, aResult.aText.Text());
+  modAddress::SetStatus(lIndex, aTurn.iStatus);
+  if (aTurn.iStatus == SiteStatus::iDown) bPassFailure = true;
+  if (aTurn.bAlert) SendAlert(lIndex, {.aByName = LastRequest(aResult)});
+  if (aTurn.bSoon) {
     Schedule::SetNextCheck(WarningMinutes());
     aFirstFailures[modAddress::Site(lIndex).URL] = aEntry.CheckTime;
   }

@@ -50,7 +50,8 @@ struct LogArguments {
   std::string szFrom, szTo;         // see LogPeriod::Moment; empty: from its beginning, to its end
   bool bSummary = false, bOutages = false, bFailures = false, bJson = false;
   bool bPasses = false, bSlow = false, bWhen = false;
-  std::string szAgainst;  // "before", or when the other period begins; empty: nothing is compared
+  std::vector<std::string> aWhatIf;  // "Interval=5", "Warning=2"; empty: not asked for
+  std::string szAgainst;             // "before", or when the other period begins; empty: nothing is compared
 };
 int Log(LogArguments a);
 

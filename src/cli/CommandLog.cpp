@@ -220,6 +220,8 @@ int CliCommands::Log(LogArguments a) {
     if (a.aFiles.front().empty()) return Report::Fail(LoadResString(IDS_CLI_LOG_NO_FOLDER));
   }
   std::string szWrong = WrongNames(a);
+  WhatIf::Minutes aMinutes;
+  if (szWrong.empty()) szWrong = WhatIf::Read(a.aWhatIf, aMinutes);
   if (!szWrong.empty()) return Report::Fail(szWrong);
   LogHistory aHistory;
   szWrong = Read(a.aFiles, aHistory);
@@ -232,8 +234,10 @@ int CliCommands::Log(LogArguments a) {
   if (!a.szSite.empty() && std::ranges::count(aWanted, true) == 0)
     return Report::Fail(FillResString(IDS_CLI_LOG_NO_SITE, {a.szSite, SitesOf(aHistory)}));
   LogSummary aSummary = Summarise(aHistory);
+  std::optional<WhatIf> aWhatIf;
+  if (!a.aWhatIf.empty()) aWhatIf.emplace(aHistory, aSummary, aMinutes, aWanted);
   LeaveWanted(aSummary, aHistory, aWanted);
-  const LogViews aViews(a, aHistory, aSummary, aComparison);
+  const LogViews aViews(a, aHistory, aSummary, aComparison, std::move(aWhatIf));
   LogHtml::Limits aLimits;
   aLimits.bEveryEntry = !a.szEntries.empty();
   if (a.szEntries == szEveryEntry)

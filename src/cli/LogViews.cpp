@@ -110,6 +110,29 @@ Json JsonOf(const LogPeriodTable& aTable) {
   return {{"now", JsonOf(aComparison.aNow)}, {"before", JsonOf(aComparison.aBefore)}, {"sites", aRows}};
 }
 
+Json JsonOf(WhatIf::Minutes aMinutes) {
+  return {{"interval", aMinutes.lInterval}, {"warning", aMinutes.lWarning}};
+}
+
+Json JsonOf(const WhatIf& aWhatIf) {
+  Json aRows = Json::array();
+  for (const auto& aFailure : aWhatIf.Failures())
+    aRows.push_back({{"site", aWhatIf.SiteOf(aFailure)},
+                     {"firstFailed", TimeOf(aFailure.dtFirst)},
+                     {"mailed", TimeOf(aFailure.dtMailed)},
+                     {"sent", aFailure.bSent},
+                     {"earliest", TimeOf(aFailure.dtEarliest)},
+                     {"latest", TimeOf(aFailure.dtLatest)},
+                     {"certain", aFailure.Certain()}});
+  return {{"asked", JsonOf(aWhatIf.Asked())},
+          {"log", JsonOf(aWhatIf.OfLog())},  // 0: it shows no schedule
+          {"passes", {aWhatIf.Passes().lLeast, aWhatIf.Passes().lMost}},
+          {"passesInLog", aWhatIf.LoggedPasses()},
+          {"mails", {aWhatIf.Mails().lLeast, aWhatIf.Mails().lMost}},
+          {"mailsInLog", aWhatIf.LoggedMails()},
+          {"failures", aRows}};
+}
+
 // Sentences, an empty line, the table.
 void SayView(StringId iTitle, const std::vector<std::string>& aWords, const std::string& szTable,
              StringId iNote) {
@@ -123,15 +146,16 @@ void SayView(StringId iTitle, const std::vector<std::string>& aWords, const std:
 }  // namespace
 
 LogViews::LogViews(const LogArguments& aTheArguments, const LogHistory& aTheHistory,
-                   const LogSummary& aTheSummary, const std::optional<PeriodComparison>& aComparison)
-    : a(aTheArguments), aHistory(aTheHistory), aSummary(aTheSummary) {
+                   const LogSummary& aTheSummary, const std::optional<PeriodComparison>& aComparison,
+                   std::optional<WhatIf> aTheWhatIf)
+    : a(aTheArguments), aHistory(aTheHistory), aSummary(aTheSummary), aWhatIf(std::move(aTheWhatIf)) {
   if (a.bPasses) aPasses.emplace(aHistory);
   if (a.bSlow) aPace.emplace(LogPaces::Of(aHistory, aSummary));
   if (aComparison) aPeriods.emplace(*aComparison);
 }
 
 bool LogViews::Any(const LogArguments& a) {
-  return a.bPasses || a.bSlow || a.bWhen || !a.szAgainst.empty();
+  return a.bPasses || a.bSlow || a.bWhen || !a.szAgainst.empty() || !a.aWhatIf.empty();
 }
 
 std::string LogViews::ReadPeriod(const LogArguments& a, const LogHistory& aHistory, LogPeriod& aPeriod) {
@@ -166,7 +190,8 @@ std::string LogViews::Compare(const LogArguments& a, const LogHistory& aHistory,
 const LogGrid* LogViews::Table() const {
   if (aPasses) return &*aPasses;
   if (aPace) return &*aPace;
-  return aPeriods ? &*aPeriods : nullptr;
+  if (aPeriods) return &*aPeriods;
+  return aWhatIf ? &*aWhatIf : nullptr;
 }
 
 void LogViews::Say() const {
@@ -178,6 +203,7 @@ void LogViews::Say() const {
   if (aPasses) SayView(IDS_LOG_PASSES, aPasses->Words(), aPasses->Text(lColumns), IDS_LOG_PASSES_NOTE);
   if (aPace) SayView(IDS_LOG_PACE, aPace->Words(), aPace->Text(lColumns), IDS_LOG_PACE_NOTE);
   if (aPeriods) SayView(IDS_LOG_PERIODS, aPeriods->Words(), aPeriods->Text(lColumns), IDS_LOG_PERIODS_NOTE);
+  if (aWhatIf) SayView(IDS_WHAT_IF, aWhatIf->Words(), aWhatIf->Text(lColumns), IDS_WHAT_IF_NOTE);
   if (a.bWhen) {
     const auto aReport = LogHours::Of(aHistory, aSummary);
     SayView(IDS_LOG_WHEN, {LogHours::Words(aReport)}, LogHours::Text(aReport), IDS_LOG_WHEN_TEXT_NOTE);
@@ -189,6 +215,7 @@ void LogViews::SayJson() const {
   if (aPasses) aAll["passes"] = JsonOf(*aPasses);
   if (aPace) aAll["slow"] = JsonOf(*aPace);
   if (aPeriods) aAll["against"] = JsonOf(*aPeriods);
+  if (aWhatIf) aAll["whatIf"] = JsonOf(*aWhatIf);
   if (a.bWhen) aAll["when"] = JsonOf(LogHours::Of(aHistory, aSummary));
   // ASCII alone, so that no control character a terminal knows gets out.
   Report::Say(aAll.dump(2, ' ', true, nlohmann::json::error_handler_t::replace));

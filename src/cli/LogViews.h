@@ -1,11 +1,12 @@
-// LogViews: what log shows of passes, of how long sites take, of the hours in which failures begin, and of
-// two periods side by side; as sentences and tables, or as one JSON object each.
+// LogViews: what log shows of passes, of how long sites take, of the hours in which failures begin, of two
+// periods side by side, and of other intervals; as sentences and tables, or as one JSON object each.
 #pragma once
 
 #include <optional>
 #include <string>
 
 #include "cli/CliCommands.h"
+#include "cli/WhatIf.h"
 #include "history/LogPaceTable.h"
 #include "history/LogPassTable.h"
 #include "history/LogPeriodTable.h"
@@ -14,7 +15,8 @@ class LogViews {
  public:
   // Makes what is asked for. The history and the summary have to stay.
   LogViews(const CliCommands::LogArguments& aTheArguments, const LogHistory& aTheHistory,
-           const LogSummary& aTheSummary, const std::optional<PeriodComparison>& aComparison);
+           const LogSummary& aTheSummary, const std::optional<PeriodComparison>& aComparison,
+           std::optional<WhatIf> aTheWhatIf);
 
   static bool Any(const CliCommands::LogArguments& a);
   // The time asked for with --from and --to; the whole log's where neither is given. Else a sentence that
@@ -38,4 +40,5 @@ class LogViews {
   std::optional<LogPassTable> aPasses;
   std::optional<LogPaceTable> aPace;
   std::optional<LogPeriodTable> aPeriods;
+  std::optional<WhatIf> aWhatIf;
 };

@@ -134,6 +134,10 @@ void AddLog(CLI::App& aApp, Arguments& a) {
   pLog->add_flag("--slow", aLog.bSlow, LoadResString(IDS_CLI_LOG_SLOW));
   pLog->add_flag("--when", aLog.bWhen, LoadResString(IDS_CLI_LOG_WHEN));
   pLog->add_option("--against", aLog.szAgainst, LoadResString(IDS_CLI_LOG_AGAINST))->type_name("WHEN");
+  pLog->add_option("--what-if", aLog.aWhatIf, LoadResString(IDS_CLI_LOG_WHAT_IF))
+      ->type_name("NAME=MINUTES")
+      ->expected(1)
+      ->take_all();
   pLog->add_flag("--json", aLog.bJson, LoadResString(IDS_CLI_LOG_AS_JSON));
   pLog->add_option("--html", aLog.szHtml, LoadResString(IDS_CLI_LOG_HTML))->type_name("FILE");
   pLog->add_option("--entries", aLog.szEntries, LoadResString(IDS_CLI_LOG_ENTRIES))
