@@ -78,6 +78,13 @@ std::int32_t LeadingNumber(std::string_view szText) {
   return Saturate<std::int32_t>(bNegative ? -lNumber : lNumber);
 }
 
+std::string Joined(const std::vector<std::string>& aTexts, std::string_view szBetween) {
+  std::string szAll;
+  for (const auto& szText : aTexts)
+    szAll.append(szAll.empty() ? std::string_view() : szBetween).append(szText);
+  return szAll;
+}
+
 std::string Printable(std::string_view szText) {
   std::string szResult;
   for (std::size_t lAt = 0; lAt < szText.size(); ++lAt) {

@@ -7,6 +7,7 @@
 #include <limits>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace Text {
 
@@ -36,6 +37,9 @@ constexpr Field Saturate(std::int64_t lNumber) {
   constexpr std::int64_t lHighest = std::numeric_limits<Field>::max();
   return static_cast<Field>(lNumber < lLowest ? lLowest : lNumber > lHighest ? lHighest : lNumber);
 }
+
+// The texts, with that between each two.
+std::string Joined(const std::vector<std::string>& aTexts, std::string_view szBetween);
 
 // The text with every control character replaced by "?", fit for a terminal or one line of a log.
 std::string Printable(std::string_view szText);

@@ -22,6 +22,12 @@ Registry::StoreState Open(bool bBeginAnew) {
   return aState;
 }
 
+void NameMissing(std::int32_t lText, const std::vector<std::string>& aNames) {
+  if (aNames.empty()) return;
+  bIncomplete = true;
+  Report::Complain(FillResString(lText, {Text::Joined(aNames, ", ")}));
+}
+
 }  // namespace
 
 std::string Report::SiteNumber(std::int32_t lNumber) {
@@ -88,17 +94,14 @@ bool Report::ListMayBeIncomplete() {
 bool Report::LoadRebuilt(bool bKeepResults) {
   const auto aDropped = modAddress::RebuildSiteIndex();
   if (modAddress::LoadSites(bKeepResults, bKeepResults) != 0) return false;
-  std::string szDropped;
-  for (const auto& szName : aDropped)
-    szDropped += (szDropped.empty() ? "" : ", ") + szName;
-  if (szDropped.empty()) return true;
-  bIncomplete = true;
-  Complain(FillResString(IDS_CLI_REGISTRY_DROPPED, {szDropped}));
+  NameMissing(IDS_CLI_REGISTRY_DROPPED, aDropped);
   return true;
 }
 
 bool Report::LoadAll() {
   if (!OpenToLook()) return false;
   LoadSettings();
-  return modAddress::LoadSites(true, true) == 0;
+  if (modAddress::LoadSites(true, true) != 0) return false;
+  NameMissing(IDS_CLI_LIST_HIDDEN, modAddress::HiddenSites());
+  return true;
 }

@@ -45,7 +45,8 @@ bool ListMayBeIncomplete();
 // Renumbers the sites and loads them. Keys that turn out to be no sites are deleted by that; they are named,
 // and the exit code is 2. False when the list cannot be loaded.
 bool LoadRebuilt(bool bKeepResults);
-// Opens the store to look and loads settings and sites as they are, for commands that only look.
+// Opens the store to look and loads settings and sites as they are, for commands that only look. Sites that
+// the list does not lead to are named, and the exit code is 2.
 bool LoadAll();
 
 }  // namespace Report

@@ -18,6 +18,19 @@ bool IsWatched(SiteState iState) {
   return iState == SiteState::Up || IsFailure(iState);
 }
 
+// A server that refuses reads like one to which no way leads, so that a pass has to have a name that was not
+// found too.
+constexpr std::string_view szNoName = "ERROR:  6 ", szNoWay = "ERROR:  7 ";
+
+// By name and by IP address where both were asked.
+bool WasMissed(std::string_view szStatus) {
+  constexpr std::string_view szBoth = "<BR>(2) ";
+  static const std::string szTimedOut = LoadResString(IDS_RESULT_TIMED_OUT);
+  if (const auto lSecond = szStatus.find(szBoth); szStatus.starts_with("(1) ") && lSecond != szStatus.npos)
+    return WasMissed(szStatus.substr(4, lSecond - 4)) && WasMissed(szStatus.substr(lSecond + szBoth.size()));
+  return szStatus == szTimedOut || szStatus.starts_with(szNoName) || szStatus.starts_with(szNoWay);
+}
+
 // One site while the passes go by.
 struct SiteProgress {
   SiteSummary aSite;
@@ -51,6 +64,8 @@ class Summariser {
   // For each pass: the next pass, itself included, behind which a gap lies; and the next one, itself not
   // included, that ran complete. lNever: none.
   std::vector<std::uint32_t> aNextGap, aNextComplete;
+  std::uint32_t lJudged = 0, lMissed = 0;  // sites of the pass in hand: asked, and not reached
+  bool bNoName = false;                    // the name of one of them was not found
   const std::string szMailSent = LoadResString(IDS_MAIL_SENT);
   const std::string szMailFailed = LoadResString(IDS_MAIL_FAILED);
 };
@@ -96,8 +111,13 @@ void Summariser::CountPass(std::uint32_t lPass) {
     aSummary.dtFrom = aSummary.dtFrom > 0 ? std::min(aSummary.dtFrom, aPass.dtStart) : aPass.dtStart;
     aSummary.dtTo = std::max(aSummary.dtTo, aPass.dtLast);
   }
+  lJudged = lMissed = 0;
+  bNoName = false;
   for (auto lLine = aPass.lFirst; lLine < aPass.lPast; ++lLine)
     CountEntry(lPass, {aRef.lFile, lLine});
+  if (lJudged < 2 || lMissed < lJudged || !bNoName) return;
+  ++aSummary.lUnreached;
+  aSummary.dtLastUnreached = std::max(aSummary.dtLastUnreached, aPass.dtLast);
 }
 
 void Summariser::CountEntry(std::uint32_t lPass, LogHistory::LineRef aRef) {
@@ -110,6 +130,7 @@ void Summariser::CountEntry(std::uint32_t lPass, LogHistory::LineRef aRef) {
   if (aLine.iOutcome == Outcome::None) return;
   auto iState = StateOf(aLine.iOutcome);
   if (iState != SiteState::Disabled) {
+    ++lJudged;
     ++aSite.aSite.lChecks;
     aSite.aSite.dtLastCheck = aLine.dtMoment;
     aSummary.dtLastCheck = std::max(aSummary.dtLastCheck, aLine.dtMoment);
@@ -133,6 +154,8 @@ SiteState Summariser::CountFailure(SiteProgress& aSite, const LogLine& aLine, co
   if (bFirst) aRun.dtFrom = aLine.dtMoment;
   aSite.bFailing = true;
   ++aRun.lFailures;
+  lMissed += WasMissed(aFields.StatusText) ? 1 : 0;
+  bNoName = bNoName || aFields.StatusText.find(szNoName) != std::string_view::npos;
   aRun.szText = LogWords::Answer(aFields.StatusText);
   if (aLine.iOutcome == Outcome::Warning && !bFirst) aRun.dtRestarted = aLine.dtMoment;
   if (!aRun.bDown && (aLine.iOutcome == Outcome::Down || !bFirst)) {

@@ -99,6 +99,10 @@ struct LogSummary {
   // Passes without end line, the last one not counted: on schedule, and by hand, which then had only chosen
   // sites or were broken off.
   std::uint32_t lEndless = 0, lPartial = 0;
+  // Passes of several sites none of which was reached, and the last of them: no name found, no connection, no
+  // answer in time.
+  std::uint32_t lUnreached = 0;
+  DateTime dtLastUnreached = 0;
   std::uint32_t lEntries = 0, lUnread = 0;
   std::uint32_t lMailsSent = 0, lMailsFailed = 0;
   DateTime dtLastCheck = 0;  // the newest check of any site; 0: none

@@ -18,6 +18,8 @@ constexpr auto hRoot = Registry::HKEY_LOCAL_MACHINE;
 constexpr std::int32_t lText = 1;
 constexpr std::int32_t lNumber = 4;
 
+bool bUnsaved = false;  // what SaveSettings was given last
+
 // The reads and writes of one LoadSettings. lResult is the code of whichever ran last; one of the repairs
 // asks for it.
 class SettingsLoader {
@@ -124,6 +126,7 @@ void SettingsLoader::Cookies() {
 }  // namespace
 
 void LoadSettings() {
+  bUnsaved = false;
   const Registry::Transaction aOneCommit;
   SettingsLoader aLoader;
   aLoader.Timer();
@@ -132,10 +135,12 @@ void LoadSettings() {
   aLoader.Cookies();
 }
 
-void SaveSettings(const SettingsRecord& aNew) {
+bool SaveSettings(const SettingsRecord& aNew) {
   Registry::Transaction aOneCommit(Registry::Written::ByTheOperator);
-  bool bWhole = true;
-  const auto Note = [&](std::int32_t lCode) { bWhole = bWhole && lCode != Registry::lAccessDenied; };
+  bool bRefused = false, bMissing = false;
+  const auto Note = [&](std::int32_t lCode) {
+    (lCode == Registry::lAccessDenied ? bRefused : bMissing) |= lCode != Registry::lSuccess;
+  };
   const auto SaveNumber = [&](const char* szKey, const char* szName, auto& aField, auto aValue) {
     aField = aValue;
     Note(RegistryAccess::RegWriteValue(hRoot, szKey, szName, std::int32_t{aField}, lNumber));
@@ -157,7 +162,13 @@ void SaveSettings(const SettingsRecord& aNew) {
   SaveNumber(ProductKeys::szLog, "DiskLogMaxFiles", Settings.DiskLogMaxFiles, aNew.DiskLogMaxFiles);
   SaveNumber(ProductKeys::szLog, "DiskLogDisabled", Settings.DiskLogDisabled, aNew.DiskLogDisabled);
   SaveNumber(ProductKeys::szAllowCookie, "AllowType", Settings.AllowType, aNew.AllowType);
-  if (!bWhole) aOneCommit.Abandon();  // no mixture of old and new
+  if (bRefused) aOneCommit.Abandon();  // no mixture of old and new
+  bUnsaved = aOneCommit.Commit() != Registry::lSuccess || bRefused || bMissing;
+  return !bUnsaved;
+}
+
+bool SettingsAreSaved() {
+  return !bUnsaved;
 }
 
 std::int32_t IntervalMinutes() {

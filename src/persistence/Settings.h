@@ -25,9 +25,10 @@ extern SettingsRecord Settings;
 // Reads every setting, repairs what is missing or out of range and writes the repairs back. Shows nothing.
 void LoadSettings();
 
-// Stores each field of the new record in Settings and writes it, one after the other. Write failures are
-// ignored.
-void SaveSettings(const SettingsRecord& aNew);
+// Stores each field of the new record in Settings and writes it, one after the other. False where they are
+// not stored as they are in Settings now: modAddress::SaveAgain tries once more and says so.
+bool SaveSettings(const SettingsRecord& aNew);
+bool SettingsAreSaved();
 
 // What the schedule counts with: never below one minute, whatever an unchecked record holds.
 std::int32_t IntervalMinutes();

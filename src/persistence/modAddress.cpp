@@ -404,11 +404,12 @@ bool IsUnsaved(std::int32_t n) {
 }
 
 std::string SaveAgain() {
-  if (aUnsaved.empty()) return {};
+  if (aUnsaved.empty() && SettingsAreSaved()) return {};
   auto szSaid = StoreMessages::Compose(Registry::OpenStore());
   const auto Say = [&](const std::string& szText) { szSaid += (szSaid.empty() ? "" : " ") + szText; };
   if (WriteUnsaved() == Registry::lInvalidHandle && WriteWholeList() == 0)
     Say(FillResString(IDS_STORE_STORED_ANEW, {Registry::StoreName()}));
+  if (!SettingsAreSaved() && !SaveSettings(Settings)) Say(LoadResString(IDS_STORE_OPTIONS_UNSAVED));
   if (aUnsaved.size() == 1) Say(LoadResString(IDS_STORE_UNSAVED_ONE));
   if (aUnsaved.size() > 1) Say(FillResString(IDS_STORE_UNSAVED_MANY, {std::to_string(aUnsaved.size())}));
   return szSaid;
@@ -443,6 +444,16 @@ bool ListKeyNames(std::vector<std::string>& aNames) {
   return lEnd == Registry::lSuccess || lEnd == Registry::lNoMoreItems || lEnd == Registry::lInvalidHandle;
 }
 
+std::vector<std::string> HiddenSites() {
+  std::vector<std::string> aNames;
+  ListKeyNames(aNames);
+  std::set<std::string> aListed;
+  for (std::int32_t n = 1; n <= lSiteCount; ++n)
+    aListed.insert(KeyName(Site(n).URL));
+  std::erase_if(aNames, [&](const auto& szName) { return aListed.contains(KeyName(szName)); });
+  return aNames;
+}
+
 std::vector<std::string> RebuildSiteIndex() {
   Registry::Transaction aOneCommit;
   std::vector<std::string> aNames, aDropped;
@@ -472,18 +483,22 @@ void SetSiteCount(std::int32_t n) {
   RegWriteValue(hRoot, ProductKeys::szAddress, "NumActualDomain", n, lNumber);
 }
 
-void DeleteSite(std::int32_t n) {
-  if (!IsSite(n)) return;
+bool DeleteSite(std::int32_t n) {
+  if (!IsSite(n)) return true;
+  std::int32_t lCode = Registry::lSuccess;
   {
-    const Registry::Transaction aOneCommit(Registry::Written::ByTheOperator);
+    Registry::Transaction aOneCommit(Registry::Written::ByTheOperator);
     SaveUnsaved();  // the list is read back below
     // The key of the site in the list, which is the one that the operator saw: the index may have a gap.
     const auto szKeyName = KeyName(Site(n).URL);
-    if (!szKeyName.empty()) RegistryAccess::RegRemoveKey(hRoot, SiteKey(szKeyName));
+    if (!szKeyName.empty()) lCode = RegistryAccess::RegRemoveKey(hRoot, SiteKey(szKeyName));
     RegistryAccess::RegRemoveValue(hRoot, ProductKeys::szAddressKey, ReferenceName(n));
     RebuildSiteIndex();
+    const auto lCommitted = aOneCommit.Commit();
+    if (lCode == Registry::lSuccess || lCode == Registry::lNotFound) lCode = lCommitted;
   }
   LoadSites(true, true);
+  return lCode == Registry::lSuccess;
 }
 
 bool FindStoredSite(const std::string& szURL, SiteRecord& aRecord) {

@@ -90,7 +90,7 @@ bool IsUnsaved(std::int32_t n);  // site n is one of them
 // Tries once more to save them. For who is about to have the list read back from the store: what is only in
 // memory would be lost, and an outage be reported again.
 void SaveUnsaved();
-// The same at the end of a pass: a store that is locked is waited for once more, at most 2 seconds. Where it
+// The same at the end of a pass, with settings that could not be stored: a store that is locked is waited for once more, at most 2 seconds. Where it
 // has lost the sites meanwhile (its file was deleted), the whole list and the settings are written anew.
 // Answers what is to be said of it, empty where there is nothing.
 std::string SaveAgain();
@@ -107,10 +107,14 @@ std::vector<std::string> RebuildSiteIndex();
 // did not give them all.
 bool ListKeyNames(std::vector<std::string>& aNames);
 
+// The names of the keys that the loaded list has no site for: its index, or their URL, is damaged. A rebuild
+// puts back what it can and drops the rest.
+std::vector<std::string> HiddenSites();
+
 void SetSiteCount(std::int32_t n);
 
-// Removes site n from the registry, renumbers the others and reloads the list.
-void DeleteSite(std::int32_t n);
+// Removes site n from the registry, renumbers the others and reloads the list. False where it is still there.
+bool DeleteSite(std::int32_t n);
 
 // Whether the registry holds a site under this URL; its record, as stored.
 bool FindStoredSite(const std::string& szURL, SiteRecord& aRecord);

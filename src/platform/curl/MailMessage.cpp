@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/Text.h"
 #include "base/Utf8.h"
 #include "platform/Clock.h"
 
@@ -71,21 +72,27 @@ std::string FromText(const std::string& szFrom) {
                                    : HeaderText(szFrom.substr(0, lEnd + 1)) + " " + szFrom.substr(lAddress);
 }
 
-std::vector<std::string_view> Lines(std::string_view szBody) {
-  std::vector<std::string_view> aLines;
+// What a server sent may stand in a mail, and a terminal obeys control characters. Tabs stay.
+std::string Harmless(std::string_view szLine) {
+  const auto lTab = szLine.find('\t');
+  if (lTab == std::string_view::npos) return Text::Printable(szLine);
+  return Text::Printable(szLine.substr(0, lTab)) + '\t' + Harmless(szLine.substr(lTab + 1));
+}
+
+std::vector<std::string> Lines(std::string_view szBody) {
+  std::vector<std::string> aLines;
   while (!szBody.empty()) {
     const auto lEnd = std::min(szBody.find('\n'), szBody.size());
     auto szLine = szBody.substr(0, lEnd);
     if (lEnd < szBody.size() && szLine.ends_with('\r')) szLine.remove_suffix(1);
-    aLines.push_back(szLine);
+    aLines.push_back(Harmless(szLine));
     szBody.remove_prefix(std::min(lEnd + 1, szBody.size()));
   }
   return aLines;
 }
 
-bool IsPlain(std::string_view szLine) {
-  return szLine.size() <= lMostOfLine && IsAscii(szLine) &&
-         szLine.find_first_of(std::string_view("\0\r", 2)) == std::string_view::npos;
+bool IsPlain(const std::string& szLine) {
+  return szLine.size() <= lMostOfLine && IsAscii(szLine);
 }
 
 // RFC 2045 section 6.7.
@@ -142,10 +149,8 @@ std::string MessageID(const std::string& szTo) {
 std::string MailMessage::Compose(const std::string& szFrom, const std::string& szTo,
                                  const std::string& szSubject, const std::string& szBody,
                                  const std::string& szMailer) {
-  auto aLines = Lines(szBody);
+  const auto aLines = Lines(Utf8::FromLatin1WhereNeeded(szBody));
   const bool bPlain = std::all_of(aLines.begin(), aLines.end(), IsPlain);
-  const std::string szReadable = bPlain ? "" : Utf8::FromLatin1WhereNeeded(szBody);
-  if (!bPlain) aLines = Lines(szReadable);
 
   std::string szMessage =
       "Date: " + DateText(Clock::Now()) + "\r\nFrom: " + FromText(szFrom) + "\r\nTo: " + szTo +
@@ -153,7 +158,7 @@ std::string MailMessage::Compose(const std::string& szFrom, const std::string& s
       "\r\nX-Mailer: " + HeaderText(szMailer) +
       "\r\nMIME-Version: 1.0\r\nContent-Type: text/plain; charset=" + (bPlain ? "us-ascii" : "utf-8") +
       "\r\nContent-Transfer-Encoding: " + (bPlain ? "7bit" : "quoted-printable") + "\r\n\r\n";
-  for (const std::string_view szLine : aLines)
+  for (const std::string& szLine : aLines)
     (bPlain ? szMessage += szLine : szMessage += QuotedPrintable(szLine)) += "\r\n";
   return szMessage;
 }

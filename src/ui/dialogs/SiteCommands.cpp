@@ -5,6 +5,7 @@
 #include <wx/frame.h>
 
 #include "editing/AddressRules.h"
+#include "persistence/StoreMessages.h"
 #include "persistence/modBasic.h"
 #include "ui/common/Boxes.h"
 #include "ui/common/TextGlue.h"
@@ -53,9 +54,15 @@ void SiteCommands::DeleteAddress(MainHost& aHost) {
   // A pass may have run above the question.
   n = SelectedSite(aHost);
   if (n == 0) return;
-  const frmBusy aNotice(aHost, LoadResString(IDS_APP_TITLE), LoadResString(IDS_DELETING));
-  modAddress::DeleteSite(n);
-  aHost.Display_lvwMainEx(0);
+  bool bDeleted = false;
+  {
+    const frmBusy aNotice(aHost, LoadResString(IDS_APP_TITLE), LoadResString(IDS_DELETING));
+    bDeleted = modAddress::DeleteSite(n);
+    aHost.Display_lvwMainEx(0);
+  }
+  if (!bDeleted)
+    aHost.ShowMessage(
+        FillResString(IDS_STORE_NOT_DELETED, {StoreMessages::Compose(Registry::OpenStore())}));
 }
 
 void SiteCommands::OpenSite(MainHost& aHost) {

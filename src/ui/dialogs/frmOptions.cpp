@@ -288,6 +288,7 @@ void frmOptions::cmdOK_Click() {
   for (const Field iField : aOrder)
     if (!CheckField(iField, true, nullptr)) return;
   if (Store(ReadForm(), aOpening)) Host.ShowPanel(2, Schedule::NextPanelText());
+  Host.SeeThatAllIsStored();
   Leave();
 }
 

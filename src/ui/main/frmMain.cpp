@@ -4,7 +4,9 @@
 #include <wx/panel.h>
 #include <wx/sizer.h>
 
+#include "base/Text.h"
 #include "persistence/modAddress.h"
+#include "platform/MsgBox.h"
 #include "platform/Terminal.h"
 #include "ui/common/Images.h"
 #include "ui/common/TextGlue.h"
@@ -64,8 +66,9 @@ frmMain::frmMain(ProgramExit aExit)
 frmMain::~frmMain() = default;
 
 void frmMain::Form_Load() {
-  modAddress::RebuildSiteIndex();
+  const auto aDropped = modAddress::RebuildSiteIndex();
   modAddress::LoadSites(false, false);
+  if (!aDropped.empty()) MsgBox(FillResString(IDS_CLI_REGISTRY_DROPPED, {Text::Joined(aDropped, ", ")}));
   frmMain::Display_lvwMainEx(0);
   Check_MnuView();
   for (const int iPanel : {1, 2, 3})

@@ -82,6 +82,9 @@ TEST_F(Kept, RegistryFilesWithTooManyOrUselessSitesAreNotTakenInSilence) {
   EXPECT_THAT(aUseless.szErrors, AllOf(HasSubstr("left out: bad.invalid"), Not(HasSubstr("good.invalid"))));
   EXPECT_THAT(Run({"list"}).szOutput, AllOf(HasSubstr("one.invalid"), HasSubstr("good.invalid")));
   Stored::Put(Stored::SiteKey("good.invalid"), "URL", "gooe.invalid");  // as a turned bit leaves it
+  const Result aLook = Run({"list"});
+  EXPECT_EQ(aLook.iCode, 2);
+  EXPECT_THAT(aLook.szErrors, HasSubstr("the list does not lead to them, as after damage to the store: good.invalid."));
   const Result aTurned = Run({"import", "--add", aHome.Path("list.kvd")});
   EXPECT_EQ(aTurned.iCode, 2);
   EXPECT_THAT(aTurned.szErrors, HasSubstr("left out: good.invalid"));
@@ -140,6 +143,8 @@ TEST_F(Kept, WhereNobodyCanBeReachedThatIsSaid) {
   const Result aAlone = Run({"check"});
   EXPECT_EQ(aAlone.iCode, 1);
   EXPECT_THAT(aAlone.szErrors, HasSubstr(szSaid));
+  EXPECT_THAT(Run({"log", "--summary"}).szOutput,
+              HasPattern("No site reached[^\n]* in 1 of 1 passes, the last one on [^\n]*probably here"));
   ImportList(ListOf({"one.invalid", "127.0.0.1:" + std::to_string(FaultServer::RefusingPort())}));
   EXPECT_THAT(Run({"check"}).szErrors, Not(HasSubstr(szSaid))) << "who refuses is there";
 }

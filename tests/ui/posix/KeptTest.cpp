@@ -5,7 +5,9 @@
 #include "persistence/Settings.h"
 #include "servers/FaultServer.h"
 #include "support/posix/InChild.h"
+#include "support/Stored.h"
 #include "ui/Program.h"
+#include "ui/dialogs/frmOptions.h"
 
 TEST(Kept, UnsavedResultsStandInTheStatusBarUntilTheyAreStored) {
   FaultServer aServer;
@@ -20,4 +22,26 @@ TEST(Kept, UnsavedResultsStandInTheStatusBarUntilTheyAreStored) {
   aProgram.Run(mF_StartCheck);
   EXPECT_EQ(aProgram.Main().sbrMain->GetFieldsCount(), 3);
   EXPECT_EQ(modAddress::UnsavedSites(), 0);
+}
+
+TEST(Kept, OptionsThatAreNotStoredAreSaidAndASiteThatIsNotDeletedStays) {
+  Program aProgram({Site("www.one.invalid")});
+  const auto szBefore = Stored::Get(ProductKeys::szTimer, "Interval");
+  aProgram.Run(mE_Options);
+  const auto* pOptions = Open<frmOptions>();
+  ASSERT_TRUE(pOptions && Focused(pOptions->txtTimerInterval));
+  pOptions->txtTimerInterval->SetValue("90");
+  LimitFiles(1);
+  Key(WXK_RETURN);
+  ASSERT_TRUE(Until([&] { return !Open<frmOptions>(); }));
+  EXPECT_NE(aProgram.Panel(4).find("The options could not be stored."), std::string::npos)
+      << aProgram.Panel(4);
+  EXPECT_EQ(Settings.Interval, 90) << "they hold all the same";
+  EXPECT_EQ(Stored::Get(ProductKeys::szTimer, "Interval"), szBefore);
+  EXPECT_FALSE(modAddress::DeleteSite(1));
+  EXPECT_EQ(lSiteCount, 1);
+  LimitFiles(RLIM_INFINITY);
+  aProgram.Run(mF_StartCheck);
+  EXPECT_EQ(aProgram.Main().sbrMain->GetFieldsCount(), 3);
+  EXPECT_EQ(Stored::Get(ProductKeys::szTimer, "Interval"), "90");
 }
