@@ -87,9 +87,10 @@ std::vector<LogFacts::Fact> LogFacts::Of(const LogSummary& aSummary) {
   if (!aSummary.aGaps.empty())
     Add(IDS_LOG_FACT_GAPS, LogWords::Gaps(aSummary), LoadResString(IDS_LOG_FACT_GAPS_NOTE));
   if (aSummary.lUnreached > 0)
-    Add(IDS_LOG_FACT_UNREACHED, {FillResString(IDS_LOG_FACT_UNREACHED_VALUE,
-                                               {Count(aSummary.lUnreached), Count(aSummary.lAutomatic + aSummary.lManual),
-                                                Moment(aSummary.dtLastUnreached)})});
+    Add(IDS_LOG_FACT_UNREACHED,
+        {FillResString(IDS_LOG_FACT_UNREACHED_VALUE,
+                       {Count(aSummary.lUnreached), Count(aSummary.lAutomatic + aSummary.lManual),
+                        Moment(aSummary.dtLastUnreached)})});
   if (aSummary.lEndless + aSummary.lStartless > 0)
     Add(IDS_LOG_FACT_BROKEN_OFF, {LogWords::BrokenOff(aSummary)});
   if (aSummary.lPartial > 0) Add(IDS_LOG_FACT_PARTIAL, {LogWords::ChosenSites(aSummary)});

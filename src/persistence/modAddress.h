@@ -90,9 +90,9 @@ bool IsUnsaved(std::int32_t n);  // site n is one of them
 // Tries once more to save them. For who is about to have the list read back from the store: what is only in
 // memory would be lost, and an outage be reported again.
 void SaveUnsaved();
-// The same at the end of a pass, with settings that could not be stored: a store that is locked is waited for once more, at most 2 seconds. Where it
-// has lost the sites meanwhile (its file was deleted), the whole list and the settings are written anew.
-// Answers what is to be said of it, empty where there is nothing.
+// The same at the end of a pass, with settings that could not be stored: a store that is locked is waited for
+// once more, at most 2 seconds. Where it has lost the sites meanwhile (its file was deleted), the whole list
+// and the settings are written anew. Answers what is to be said of it, empty where there is nothing.
 std::string SaveAgain();
 
 // Writes a record that is not in the list, without an index entry. Index 0 is stored as 2000, so that it

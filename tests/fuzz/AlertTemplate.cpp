@@ -19,8 +19,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t lSize) {
   const auto szBody =
       AlertText::ParseEmailContent(std::string(szBytes.substr(0, lNul)), aSite, aSettings, aFacts);
   Fuzz::Require(szBody.size() <= std::size_t{4} * 1024 * 1024);
-  const auto szMail = MailMessage::Compose("Kestrova <a@example.com>", "a@example.com", "Kestrova Alert", szBody,
-                                           "Kestrova");
+  const auto szMail =
+      MailMessage::Compose("Kestrova <a@example.com>", "a@example.com", "Kestrova Alert", szBody, "Kestrova");
   const bool bCoded = szMail.find("quoted-printable") < szMail.find("\r\n\r\n");
   for (const char* const szObeyed : {"\x1B", "\x07", "\x7F", "=1B", "=07", "=7F", "=C2=9B"})
     Fuzz::Require(szMail.find(szObeyed) == std::string::npos || (!bCoded && szObeyed[0] == '='));

@@ -39,7 +39,8 @@ std::string Passes(const std::string& szStory) {
   return aScript.szText;
 }
 
-// Where nobody is met, the fault is probably here; one who answers or refuses is met, and one site proves nothing.
+// Where nobody is met, the fault is probably here; one who answers or refuses is met, and one site proves
+// nothing.
 TEST(LogSummary, PassesInWhichNoSiteWasReachedAreCounted) {
   const std::string szNoName = "ERROR:  6 Couldn't resolve host name",
                     szNoWay = "ERROR:  7 Couldn't connect to server", szLate = "Request Timed-Out";

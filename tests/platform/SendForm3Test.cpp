@@ -50,9 +50,9 @@ TEST(SendForm3, BodiesAndSubjectsArriveAsTheyAre) {
       {"Gr" + szUmlaut + " =20 \xF0\x9F\x98\x80\n.x\n", true},
       {"\xE4 \xC3\xA4\n", true, szUmlaut + " " + szUmlaut + "\n"},  // Latin-1 among UTF-8
       {"\xC0\xAF \xED\xA0\x80 \xE2\x82", true,                      // overlong, surrogate, cut
-       "\xC3\x80\xC2\xAF \xC3\xAD\xC2\xA0\xC2\x80 \xC3\xA2\xC2\x82\n"},
+       "\xC3\x80\xC2\xAF \xC3\xAD\xC2\xA0? \xC3\xA2?\n"},
       {szUmlaut + " \t\nb \n", true},
-      {std::string("a\0b\rc\x1B[2J\x07\t.\n", 14), false, "a?b?c?[2J?\t.\n"},  // what a terminal obeys
+      {std::string("a\0b\rc\x1B[2J\x07\t.\n", 13), false, "a?b?c?[2J?\t.\n"},  // what a terminal obeys
       {"\x9B\xC2\x9B\n", false, "??\n"},
       {".\n.\n\n\n", false},
   };

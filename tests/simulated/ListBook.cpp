@@ -262,13 +262,15 @@ void ListBook::ConcludeAfterTrouble() {
   if (!szToPlanned.empty())
     Violate("the store has neither the list before (" + szToBefore + ") nor the list after (" + szToPlanned +
             ")");
+  const bool bStatusesReset = aPlanned && bForgetful;
   aPlanned.reset();
   std::vector<BookedSite> aKept;
   for (const auto& aStored : aStore) {
     const auto* const pKnown = Find(aSites, aStored.szKey);
     auto& aSite = aKept.emplace_back(BookedSite{aStored.aSite, aStored});
     if (pKnown == nullptr) continue;
-    aSite.bAlerted = pKnown->bAlerted;
+    // A start that forgets statuses may have come that far: then the outage begins anew.
+    aSite.bAlerted = pKnown->bAlerted && !(bStatusesReset && aStored.aSite.iStatus == iNotKnown);
     aSite.bMayRepeat = pKnown->bMayRepeat || pKnown->bOwed;
   }
   aSites = std::move(aKept);

@@ -9,8 +9,8 @@ namespace MailMessage {
 
 // The whole message, its lines ended by CR LF, with the present time of the Clock as its Date and a
 // Message-ID that no other mail has. Body: lines end in CR LF or LF. Bytes that are no UTF-8 are taken for
-// Latin-1. Control characters in the subject and the mailer's name become blanks; szFrom and szTo must hold
-// none.
+// Latin-1. Control characters become "?" in the body, tabs apart, and blanks in the subject and the mailer's
+// name; szFrom and szTo must hold none.
 std::string Compose(const std::string& szFrom, const std::string& szTo, const std::string& szSubject,
                     const std::string& szBody, const std::string& szMailer);
 

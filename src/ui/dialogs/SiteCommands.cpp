@@ -61,8 +61,7 @@ void SiteCommands::DeleteAddress(MainHost& aHost) {
     aHost.Display_lvwMainEx(0);
   }
   if (!bDeleted)
-    aHost.ShowMessage(
-        FillResString(IDS_STORE_NOT_DELETED, {StoreMessages::Compose(Registry::OpenStore())}));
+    aHost.ShowMessage(FillResString(IDS_STORE_NOT_DELETED, {StoreMessages::Compose(Registry::OpenStore())}));
 }
 
 void SiteCommands::OpenSite(MainHost& aHost) {

@@ -84,7 +84,8 @@ TEST_F(Kept, RegistryFilesWithTooManyOrUselessSitesAreNotTakenInSilence) {
   Stored::Put(Stored::SiteKey("good.invalid"), "URL", "gooe.invalid");  // as a turned bit leaves it
   const Result aLook = Run({"list"});
   EXPECT_EQ(aLook.iCode, 2);
-  EXPECT_THAT(aLook.szErrors, HasSubstr("the list does not lead to them, as after damage to the store: good.invalid."));
+  EXPECT_THAT(aLook.szErrors,
+              HasSubstr("the list does not lead to them, as after damage to the store: good.invalid."));
   const Result aTurned = Run({"import", "--add", aHome.Path("list.kvd")});
   EXPECT_EQ(aTurned.iCode, 2);
   EXPECT_THAT(aTurned.szErrors, HasSubstr("left out: good.invalid"));

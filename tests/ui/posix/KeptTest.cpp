@@ -4,8 +4,8 @@
 
 #include "persistence/Settings.h"
 #include "servers/FaultServer.h"
-#include "support/posix/InChild.h"
 #include "support/Stored.h"
+#include "support/posix/InChild.h"
 #include "ui/Program.h"
 #include "ui/dialogs/frmOptions.h"
 
