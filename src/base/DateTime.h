@@ -19,8 +19,8 @@ struct DateParts {
 };
 
 // Splits after rounding to whole seconds, because 5:44:21 as a double may lie a hair below it.
-DateParts SplitDateTime(DateTime dtMoment);
-DateTime JoinDateTime(const DateParts& aParts);
+DateParts SplitDateTime(DateTime dtMoment);      // what lies beyond the years 1 to 9999 gives their ends
+DateTime JoinDateTime(const DateParts& aParts);  // parts out of range run over: month 14 is next February
 
 DateTime AddSeconds(DateTime dtMoment, double dSeconds);
 DateTime AddMinutes(DateTime dtMoment, double dMinutes);

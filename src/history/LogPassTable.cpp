@@ -25,18 +25,18 @@ const std::vector<LogGrid::Column> aPassColumns = {{IDS_LOG_COL_BEGAN, "Wed Dec 
 constexpr std::size_t lNameBytes = 200;
 constexpr std::int64_t lWorthNaming = 2;  // seconds
 
-std::string LengthOf(const PassFacts& aFacts) {
+std::string LengthOf(const PassFigures& aFacts) {
   const auto szLength = Length(aFacts.lSeconds);
   // A check that was answered well is commonly over within a minute; one that failed took the time-out, and
   // the mail server's time.
   return aFacts.bExact || !aFacts.bLastFailed ? szLength : FillResString(IDS_LOG_LENGTH_LEAST, {szLength});
 }
 
-std::string StartOf(const PassFacts& aFacts) {
+std::string StartOf(const PassFigures& aFacts) {
   return LogWords::MomentToSecond(aFacts.dtStart);
 }
 
-std::string MailsOf(const PassFacts& aFacts) {
+std::string MailsOf(const PassFigures& aFacts) {
   if (aFacts.lMailsFailed > 0)
     return FillResString(IDS_LOG_MAILS_NOT_SENT, {Count(aFacts.lMailsSent), Count(aFacts.lMailsFailed)});
   return aFacts.lMailsSent > 0 ? Count(aFacts.lMailsSent) : "-";
@@ -62,7 +62,7 @@ const std::vector<LogGrid::Column>& LogPassTable::Columns() const {
   return aPassColumns;
 }
 
-std::string LogPassTable::Waited(const PassFacts& aFacts) const {
+std::string LogPassTable::Waited(const PassFigures& aFacts) const {
   if (aFacts.lLongest < lWorthNaming) return "-";
   const auto& szSite = aSites[aFacts.lLongestSite];
   return FillResString(aFacts.bLongestMailed ? IDS_LOG_WAITED_MAIL : IDS_LOG_WAITED,

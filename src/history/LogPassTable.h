@@ -23,7 +23,7 @@ class LogPassTable : public LogGrid {
   static std::string Budget(const PassReport& aReport);
 
   const PassReport& Report() const { return aReport; }
-  const PassFacts& Facts(std::size_t lRow) const { return aReport.aPasses[PlaceOf(lRow)]; }
+  const PassFigures& Facts(std::size_t lRow) const { return aReport.aPasses[PlaceOf(lRow)]; }
   // Of the check that took longest.
   const std::string& LongestSite(std::size_t lRow) const { return aSites[Facts(lRow).lLongestSite]; }
   // Whether passes fit, which were late, what the longest waited for, and what cannot be told. Bytes as
@@ -32,7 +32,7 @@ class LogPassTable : public LogGrid {
 
  private:
   std::size_t PlaceOf(std::size_t lRow) const { return aReport.aPasses.size() - 1 - lRow; }
-  std::string Waited(const PassFacts& aFacts) const;
+  std::string Waited(const PassFigures& aFacts) const;
   std::string Worst() const;
   std::string Late() const;
   static std::string LongestWaited(const LogHistory& aHistory, const PassReport& aReport);

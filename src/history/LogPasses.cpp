@@ -19,10 +19,10 @@ class Reporter {
   PassReport Lengths();
 
  private:
-  PassFacts FactsOf(std::size_t lPass) const;
+  PassFigures FactsOf(std::size_t lPass) const;
   void AddPass(std::size_t lPass);
-  void AddCheck(PassFacts& aFacts, const CheckDuration& aDuration);
-  void AddMail(PassFacts& aFacts, const CheckDuration& aDuration, std::string_view szComment);
+  void AddCheck(PassFigures& aFacts, const CheckDuration& aDuration);
+  void AddMail(PassFigures& aFacts, const CheckDuration& aDuration, std::string_view szComment);
   void FindLate();
   void Weigh();
   void AddUpWorst();
@@ -55,9 +55,9 @@ PassReport Reporter::Lengths() {
 }
 
 // Without what its entries say; dtStart 0 where it is none that can be told of.
-PassFacts Reporter::FactsOf(std::size_t lPass) const {
+PassFigures Reporter::FactsOf(std::size_t lPass) const {
   const auto& aPass = aHistory.Pass(aHistory.Passes()[lPass]);
-  PassFacts aFacts;
+  PassFigures aFacts;
   if (aPass.dtStart <= 0 || aPass.lEntries == 0) return aFacts;
   aFacts.lPass = lPass;
   aFacts.dtStart = aPass.dtStart;
@@ -84,7 +84,7 @@ void Reporter::AddPass(std::size_t lPass) {
   aReport.aPasses.push_back(aFacts);
 }
 
-void Reporter::AddCheck(PassFacts& aFacts, const CheckDuration& aDuration) {
+void Reporter::AddCheck(PassFigures& aFacts, const CheckDuration& aDuration) {
   const auto& aLine = aHistory.Line(aDuration.aRef);
   const bool bFailed = aLine.iOutcome == Outcome::Down || aLine.iOutcome == Outcome::Warning;
   if (aDuration.iKnown != CheckDuration::Known::Exact) ++aReport.lUncertain;
@@ -107,7 +107,7 @@ void Reporter::AddCheck(PassFacts& aFacts, const CheckDuration& aDuration) {
   if (!bMailed) aLastFailure[aLine.lSite] = aDuration.lSeconds;
 }
 
-void Reporter::AddMail(PassFacts& aFacts, const CheckDuration& aDuration, std::string_view szComment) {
+void Reporter::AddMail(PassFigures& aFacts, const CheckDuration& aDuration, std::string_view szComment) {
   const auto Tells = [&](const std::string& szText) {
     return szComment.find(szText) != std::string_view::npos;
   };

@@ -9,7 +9,7 @@
 
 #include "history/LogHistory.h"
 
-struct PassFacts {
+struct PassFigures {
   std::size_t lPass = 0;  // its place in LogHistory::Passes
   DateTime dtStart = 0;
   // As in LogPass; bWhole: every site of the list had its turn.
@@ -32,9 +32,9 @@ struct PassFacts {
 };
 
 struct PassReport {
-  std::vector<PassFacts> aPasses;  // those with a known start and an entry, the first first
-  std::int64_t lUsual = 0;         // median length, of the passes that ran to their end
-  std::int64_t lInterval = 0;      // seconds from pass to pass at the end of the log; 0 not known
+  std::vector<PassFigures> aPasses;  // those with a known start and an entry, the first first
+  std::int64_t lUsual = 0;           // median length, of the passes that ran to their end
+  std::int64_t lInterval = 0;        // seconds from pass to pass at the end of the log; 0 not known
   // What a pass over the sites of the last whole one would take if each took as long as it ever did.
   std::int64_t lWorst = 0;
   std::uint64_t lUncertain = 0;         // checks of which whole minutes may be missing, or nothing is known
@@ -45,7 +45,7 @@ struct PassReport {
 
 namespace LogPasses {
 PassReport Of(const LogHistory& aHistory);
-// Only when passes were and how long they took, without a look at any entry: whole minutes
-// of their last checks are never counted.
+// Only when passes were and how long they took, without a look at any entry: whole minutes of their last
+// checks are never counted.
 PassReport Lengths(const LogHistory& aHistory);
 }  // namespace LogPasses

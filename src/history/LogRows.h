@@ -1,6 +1,6 @@
-// LogRows: what the viewer's list shows, row by row: every pass as a row of its own, below it its
-// entries, and between passes the time in which nobody watched. Rows hold positions only; their texts are
-// made when they are drawn. Void as soon as the history is opened anew or has changed: build again.
+// LogRows: what the viewer's list shows, row by row: every pass as a row of its own, below it its entries,
+// and between passes the time in which nobody watched. Rows hold positions only; their texts are made when
+// they are drawn. Void as soon as the history is opened anew or has changed: build again.
 #pragma once
 
 #include <cstdint>

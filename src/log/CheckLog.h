@@ -36,8 +36,8 @@ void AddComment(const std::string& szRemark);
 // std::runtime_error when a file cannot be deleted; the name is set by then.
 void GetLogFileName(bool bDeleteFiles);
 
-// Appends a start, end or entry line. Silent whatever happens: a log that cannot be written never stops a
-// pass. What could not be appended is counted.
+// Appends the start line, else the end line, else the current entry. Silent whatever happens: a log that
+// cannot be written never stops a pass. What could not be appended is counted.
 void WriteLog(bool bWriteStart, bool bWriteStartManual, bool bWriteEnd);
 
 // The lines that could not be appended since the last call of this.

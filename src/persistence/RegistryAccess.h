@@ -31,10 +31,10 @@ std::int32_t RegCreatePath(Registry::Key hRoot, const std::string& szPath);
 std::int32_t RegRemoveKey(Registry::Key hRoot, const std::string& szPath);
 std::int32_t RegRemoveValue(Registry::Key hRoot, const std::string& szPath, const std::string& szName);
 
-// Subkey names in listing order, each followed by one NUL; index 0 to lMaxIndex inclusive. Always 0.
-// lMaxIndex 0 becomes 50, lBufferLength 0 becomes 256. A name of more than 255 bytes is left out. pEnd, where
-// given, gets the code that ended the listing: lNoMoreItems, lSuccess at the bound, lInvalidHandle for a
-// missing key; with any other one the names are not all there.
+// Subkey names in listing order, each followed by one NUL; index 0 to lMaxIndex inclusive. lCount: how many
+// they are. Always 0. lMaxIndex 0 becomes 50, lBufferLength 0 becomes 256. A name of more than 255 bytes is
+// left out. pEnd, where given, gets the code that ended the listing: lNoMoreItems, lSuccess at the bound,
+// lInvalidHandle for a missing key; with any other one the names are not all there.
 std::int32_t RegListKeys(Registry::Key hRoot, const std::string& szPath, std::string& szNames,
                          std::int32_t& lCount, std::int32_t& lMaxIndex, std::int32_t& lBufferLength,
                          std::int32_t* pEnd = nullptr);
@@ -55,7 +55,7 @@ std::int32_t RegReadValues(Registry::Key hRoot, const std::string& szPath,
 std::int32_t RegWriteValue(Registry::Key hRoot, const std::string& szPath, const std::string& szName,
                            const Variant& aValue, std::int32_t lType);
 std::int32_t RegWriteValueAt(Registry::Key hKey, const std::string& szName, std::int32_t lType,
-                             const Variant& aValue);
+                             const Variant& aValue);  // the same below a key that is open
 
 // A value that cannot be read leaves aValue and lType untouched; a value of another type answers -1 and sets
 // lType to 0.

@@ -69,7 +69,7 @@ std::string KeyName(const std::string& szURL);
 
 // Rebuilds the list from the registry. 0, or the code of the failure it has shown with MsgBox (the list is
 // then empty).
-std::int32_t LoadSites(bool bKeepStatus, bool bKeepComments);
+std::int32_t LoadSites(bool bKeepStatus, bool bKeepComments);  // keep: what earlier runs found counts
 
 // Reads one site's key into slot 1 of aTemp. 0 valid, 2 valid but stored under another number, 1 no usable
 // URL.
@@ -111,7 +111,7 @@ bool ListKeyNames(std::vector<std::string>& aNames);
 // puts back what it can and drops the rest.
 std::vector<std::string> HiddenSites();
 
-void SetSiteCount(std::int32_t n);
+void SetSiteCount(std::int32_t n);  // stores it, where another number stands
 
 // Removes site n from the registry, renumbers the others and reloads the list. False where it is still there.
 bool DeleteSite(std::int32_t n);

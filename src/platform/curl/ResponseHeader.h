@@ -9,9 +9,9 @@
 
 class ResponseHeader {
  public:
-  static constexpr std::size_t lMostOnWire =
-      std::size_t{256} * 1024;                                      // interim headers and trailers included
-  static constexpr std::size_t lMostKept = std::size_t{64} * 1024;  // later lines are dropped
+  // Bytes: interim headers and trailers included; and of the lines that are kept, later ones are dropped.
+  static constexpr std::size_t lMostOnWire = std::size_t{256} * 1024;
+  static constexpr std::size_t lMostKept = std::size_t{64} * 1024;
 
   // Takes the next line with its line end. False when more came than any honest server sends.
   bool TakeLine(std::string_view szLine);

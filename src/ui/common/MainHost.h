@@ -22,8 +22,8 @@ class MainHost {
   // raised unless it is minimised. Harmless when repeated. See MainDisabler for the safe way.
   virtual void EnableMain(bool bEnable) = 0;
 
-  // Rebuilds the list from aSites, with and without the busy notice around it. SelectNumber: the slot of the
-  // row to select afterwards; 0, or a slot that the filters hide, selects nothing.
+  // Rebuilds the list from aSites, with the busy notice around it or (Ex) without. SelectNumber: the slot of
+  // the row to select afterwards; 0, or a slot that the filters hide, selects nothing.
   virtual void Display_lvwMain(std::int32_t SelectNumber) = 0;
   virtual void Display_lvwMainEx(std::int32_t SelectNumber) = 0;
 

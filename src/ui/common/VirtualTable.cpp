@@ -27,9 +27,9 @@ wxColour Between(const wxColour& aOne, const wxColour& aOther, double dPart) {
 
 }  // namespace
 
-class VirtualTable::Rows_ : public wxListView {
+class VirtualTable::RowList : public wxListView {
  public:
-  explicit Rows_(VirtualTable* pOwner)
+  explicit RowList(VirtualTable* pOwner)
       : wxListView(pOwner, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxLC_REPORT | wxLC_VIRTUAL),
         pTable(pOwner) {
     const auto aPaper = wxSystemSettings::GetColour(wxSYS_COLOUR_LISTBOX);
@@ -71,7 +71,7 @@ class VirtualTable::Rows_ : public wxListView {
 
 VirtualTable::VirtualTable(wxWindow* pParent, const std::vector<Column>& aColumnList)
     : wxPanel(pParent), aColumns(aColumnList) {
-  lvwRows = new Rows_(this);
+  lvwRows = new RowList(this);
   AppendColumns();
   pixHint = new wxPanel(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxBORDER_THEME);
   pixHint->SetBackgroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_LISTBOX));

@@ -78,7 +78,7 @@ class VirtualTable : public wxPanel {
   bool Layout() override;
 
  private:
-  class Rows_;
+  class RowList;
   void AppendColumns();
   void FitColumns();
   // Shift with a key or a click. The lists' own anchors do not follow a row that was gone to by command.

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+class frmLogView;
+
 class LogView : public wxApp {
  public:
   bool OnInit() override;
@@ -16,7 +18,7 @@ class LogView : public wxApp {
 
   // Opens the window and does what the paths ask for: shows the logs, writes the page; with none it offers to
   // open one.
-  static class frmLogView* Start(const std::vector<std::string>& aPaths);
+  static frmLogView* Start(const std::vector<std::string>& aPaths);
 
  private:
   bool bNoWindow = false;  // there is nothing to show, or another viewer shows it
