@@ -42,7 +42,9 @@ TEST(Recording, TheMailHasBothResultsAndBothTimes) {
     aPass.aClock.Advance(900);
     aPass.Engine.mF_StartCheck_Click();
     ASSERT_EQ(aMail.Mails().size(), 1U);
-    const std::string szBody = ReadMail(aMail.Mails()[0].szText).szBody;
+    const ReadMail aRead(aMail.Mails()[0].szText);
+    EXPECT_EQ(aRead.Only("x-mailer"), "SendForm 3.0");
+    const std::string& szBody = aRead.szBody;
     EXPECT_TRUE(Text::Replace(Text::Replace(szBody, "\n", ""), " |", "|")
                     .starts_with("11/15/1999 5:44:21 PM|11/15/1999 5:59:21 PM|" + aCase.szMail))
         << szBody;

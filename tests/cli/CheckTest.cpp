@@ -1,7 +1,6 @@
-// check and watch against real servers: what is printed, stored and logged, and what an interrupt or a kill
-// leaves behind.
+// check and watch against real servers: what is printed, stored and logged, and what an interrupt leaves
+// behind.
 #include <nlohmann/json.hpp>
-#include <random>
 
 #include "cli/Cli.h"
 #include "support/Stored.h"
@@ -114,36 +113,4 @@ TEST_F(Cli, WatchTellsWhatChangesAndForHowLong) {
   EXPECT_EQ(szOutput.find("/fine"), std::string::npos) << "was up and stayed so: " << szOutput;
   EXPECT_THAT(szOutput,
               HasPattern("Watched for .* changes: 2, mails sent: 0, not sent: 1\\). In the end: 2 up"));
-}
-
-TEST_F(Cli, KillAtAnyMomentLosesNoSiteAndNoSetting) {
-  std::vector<std::string> aPaths;
-  for (int i = 0; i < 40; ++i) {
-    const std::string szPath = "/" + std::to_string(100 + i);
-    if (i % 3 == 0) aServer.Serve(szPath, Fault::Status("500 Oops"));
-    if (i % 3 == 1) aServer.Serve(szPath, {Fault::Delay(2), Fault::Send("HTTP/1.1 200 OK\r\n\r\n")});
-    aPaths.push_back(aServer.Site(szPath));
-  }
-  ImportList(ListOf(aPaths));
-  Stored::PutCookies(lUsersPolicy);
-  ASSERT_EQ(Run({"check"}).iCode, 1);
-  ASSERT_EQ(Run({"registry", "export", aHome.Path("before.reg")}).iCode, 0);
-  std::mt19937 aRandom(20261121);
-  for (int i = 0; i < 12; ++i) {
-    const std::size_t lSeen = aServer.Count();
-    // Watch goes through pass after pass, so the kill may also come between two of them.
-    ChildProcess aPass = i % 3 == 0 ? ChildProcess(ChildProcess::BuiltProgram("hurried-watch"), {})
-                                    : ChildProcess(Program(), {"check"});
-    ASSERT_TRUE(aServer.WaitForRequests(lSeen + aRandom() % (i % 3 == 0 ? 100 : 40)));
-    aPass.Kill();
-    const auto aList = nlohmann::json::parse(Run({"list", "--json"}).szOutput);
-    ASSERT_EQ(aList.size(), aPaths.size());
-    for (std::size_t n = 0; n < aPaths.size(); ++n)
-      ASSERT_EQ(aList[n]["url"], aPaths[n]);
-  }
-  // With the results of one whole pass in place again, all is as it was.
-  ASSERT_EQ(Run({"check", "--restart"}).iCode, 1);
-  EXPECT_EQ(Stored::Cookies(), std::to_string(lUsersPolicy));
-  ASSERT_EQ(Run({"registry", "export", aHome.Path("after.reg")}).iCode, 0);
-  EXPECT_EQ(aHome.Read("after.reg"), aHome.Read("before.reg"));
 }

@@ -85,6 +85,21 @@ TEST_F(Fleet, PassesAsJsonLinesAndAsAPlugin) {
   aServer.Serve("/bad", Fault::Ok());
   EXPECT_EQ(Run({"check", "--plugin"}).iCode, 0);
   EXPECT_EQ(Run({"check", "--plugin", "--json"}).iCode, 2);
+  aServer.Serve("/bad", Fault::Status("404 x"));
+  EXPECT_EQ(Run({"check", "--plugin"}).iCode, 1) << "the first one";
+
+  // Called for two services at the same moment, each has its turn.
+  const auto pOpen = std::make_shared<std::atomic<bool>>(false);
+  aServer.Serve("/good", {Fault::HoldUntil(pOpen), Fault::Send("HTTP/1.1 200 OK\r\n\r\n")});
+  const auto lSeen = aServer.Count();
+  Registry::CloseStore();
+  ChildProcess aFirst(Program(), {"check", "--plugin", "--site", "/good"});
+  ASSERT_TRUE(aServer.WaitForRequests(lSeen + 1));
+  ChildProcess aSecond(Program(), {"check", "--plugin", "--site", "/good"});
+  EXPECT_EQ(aSecond.Wait(0.5), ChildProcess::lRunning);
+  *pOpen = true;
+  EXPECT_EQ(aFirst.Wait(dMostSeconds), 0);
+  EXPECT_EQ(aSecond.Wait(dMostSeconds), 0);
 
   aHome.Write("no.db", std::string(5000, 'x'));
   Environment::Set("KESTROVA_REGISTRY", aHome.Folder());  // a folder is no store

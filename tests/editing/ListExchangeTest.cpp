@@ -6,7 +6,6 @@
 #include "support/TestHome.h"
 
 using namespace ListExchange;
-using Stored::Urls;
 using namespace std::string_literals;
 
 namespace {
@@ -71,32 +70,6 @@ TEST(ListExchangeTest, ReadsAFileOrSaysWhatIsWrong) {
     EXPECT_EQ(Read(aHome.Path("list.kvd"), aRecords, lBadLine), aCase.iReading);
     EXPECT_EQ(aRecords.size(), aCase.lRecords);
     EXPECT_EQ(lBadLine, aCase.lBadLine);
-  }
-}
-
-TEST(ListExchangeTest, ImportReplacesOrAddsAndExportWritesWhatImportReads) {
-  for (const bool bReplace : {true, false}) {
-    const TestHome aHome;
-    modAddress::WriteSiteRecord({"9.9.9.9", "B.test", 3, 1, 30, "remark"}, 1);
-    modAddress::WriteSiteRecord({"", "kept", 1, 1, 30, "own"}, 2);
-    modAddress::WriteSiteRecord({"", "x\\y", 1, 1, 30, "slash"}, 3);
-    modAddress::RebuildSiteIndex();
-    modAddress::LoadSites(true, true);
-    std::vector<SiteRecord> aRecords;
-    for (const char* szLine :
-         {"z.test,,0,1,5000", "b.TEST,,4,0,90", "a.test,1.2.3.4,3,1,10", "X%5Cy,,2,1,60"})
-      ASSERT_TRUE(ParseLine(szLine, aRecords.emplace_back()));
-    Import(aRecords, bReplace, {});
-    // Numbered sites first, imported ones behind them as the exchange sort leaves them.
-    EXPECT_EQ(Urls(), "kept b.TEST a.test X%5Cy z.test");
-    EXPECT_EQ(Shown(aSites[1]), "kept||1|1|30|own");
-    EXPECT_EQ(Shown(aSites[2]), bReplace ? "b.TEST||4|0|90|Import Replace" : "b.TEST||4|0|90|remark");
-    EXPECT_EQ(Shown(aSites[3]), "a.test|1.2.3.4|3|1|10|Import New");
-    EXPECT_EQ(Shown(aSites[5]), "z.test||1|1|1800|Import New");
-    EXPECT_TRUE(Export(aHome.Path("list.kvd"), {}));
-    EXPECT_EQ(
-        aHome.Read("list.kvd"),
-        "kept,,1,1,30\r\nb.TEST,,4,0,90\r\na.test,1.2.3.4,3,1,10\r\nX%5Cy,,2,1,60\r\nz.test,,1,1,1800\r\n");
   }
 }
 

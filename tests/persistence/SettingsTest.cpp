@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <map>
 
 #include "persistence/Settings.h"
@@ -13,7 +12,6 @@
 namespace {
 
 using namespace ProductKeys;
-using Texts = std::vector<std::string>;
 
 // As a start of the program does.
 void Start() {
@@ -33,18 +31,10 @@ const char* KeyOf(const std::string& szName) {
   return szName == "SMTPPort" ? szManager : szName == "AllowType" ? szAllowCookie : szLog;
 }
 
-TEST(SettingsTest, FirstStartMakesTheDefaults) {
+TEST(SettingsTest, WhereTheProgramFolderTakesNoLogsTheUsersOwnDoes) {
   const TestHome aHome;
   aHome.Write("file", "x");
-  Start();
-  EXPECT_TRUE(Files::FolderExists(aHome.Path("Logs")));
-  EXPECT_TRUE(Settings.SMTPPort == 25 && Settings.AllowType == 0);
-  EXPECT_EQ(Stored::Values(szTimer), (Texts{"Interval=60", "Warning=15"}));
-  EXPECT_EQ(Stored::Values(szLog), (Texts{"DiskLogDisabled=1", "DiskLogMaxFiles=1",
-                                          "LogPath=" + aHome.Path("Logs"), "LogPeriod=1", "MaxLogFiles=7"}));
-  EXPECT_EQ(Stored::Values(szAllowCookie), Texts{"AllowType=1"});
-  RegistryAccess::RegRemoveKey(Stored::hRoot, szLog);
-  Environment::Set("KESTROVA_HOME", aHome.Path("file"));  // where no log can be: the user's own folder
+  Environment::Set("KESTROVA_HOME", aHome.Path("file"));
   Start();
   EXPECT_EQ(Settings.LogPath, Shell::UserDataFolder() + Files::chSeparator + "Logs");
   EXPECT_TRUE(Files::FolderExists(Settings.LogPath));

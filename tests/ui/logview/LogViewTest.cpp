@@ -110,11 +110,15 @@ std::string TwoDays() {
 // Just after the last pass of those two days: the log is of now.
 const DateTime dtAfterTwoDays = AddMinutes(dtMonday, 100 * 30 - 20);
 
+class LogOfNow : public testing::Test {
+ protected:
+  const StandingClock aClock{dtAfterTwoDays};
+  Viewer aViewer{{{"W-20260104.kvl", TwoDays()}}, {"W-20260104.kvl"}};
+};
+
 }  // namespace
 
-TEST(LogView, ALogOfNowOpensOnItsLastEntry) {
-  const StandingClock aClock(dtAfterTwoDays);
-  Viewer aViewer({{"W-20260104.kvl", TwoDays()}}, {"W-20260104.kvl"});
+TEST_F(LogOfNow, OpensOnItsLastEntry) {
   EXPECT_EQ(aViewer.pWindow->tabPages->GetSelection(), 0);
   EXPECT_EQ(aViewer.Row(0), "1/5/2026 8:00:00 AM|Mon|Pass started by hand|2 Up||");
   EXPECT_EQ(aViewer.List().Focused(), aViewer.Rows() - 1);
@@ -131,9 +135,7 @@ TEST(LogView, APastLogAndAFolderOpenOnTheSummary) {
   EXPECT_EQ(aFolder.pWindow->tabPages->GetSelection(), 1);
 }
 
-TEST(LogView, ASecondOneForTheSameLogHandsItsSiteToTheFirst) {
-  const StandingClock aClock(dtAfterTwoDays);
-  Viewer aViewer({{"W-20260104.kvl", TwoDays()}}, {"W-20260104.kvl"});
+TEST_F(LogOfNow, ASecondOneForTheSameLogHandsItsSiteToTheFirst) {
   aViewer.pWindow->RunCommand(Command::mV_Summary);
   const auto szLog = aViewer.aHome.Path("W-20260104.kvl");
   for (const auto& [szSite, szShown] : {std::pair{"http://shop.example.com", "100 of 202 entries shown"},
@@ -146,9 +148,7 @@ TEST(LogView, ASecondOneForTheSameLogHandsItsSiteToTheFirst) {
   }
 }
 
-TEST(LogView, KeysSelectFromTheRowThatWasGoneTo) {
-  const StandingClock aClock(dtAfterTwoDays);
-  Viewer aViewer({{"W-20260104.kvl", TwoDays()}}, {"W-20260104.kvl"});
+TEST_F(LogOfNow, KeysSelectFromTheRowThatWasGoneTo) {
   const auto Copied = [&] {
     const auto szText = aViewer.pWindow->CopyText();
     return std::to_string(std::ranges::count(szText, '\n')) + " rows from " +
@@ -174,9 +174,7 @@ TEST(LogView, KeysSelectFromTheRowThatWasGoneTo) {
   EXPECT_TRUE(Copied().starts_with(std::to_string(aViewer.Rows()) + " rows"));
 }
 
-TEST(LogView, FiltersBySiteResultWordsMailsAndIPChecks) {
-  const StandingClock aClock(dtAfterTwoDays);
-  Viewer aViewer({{"W-20260104.kvl", TwoDays()}}, {"W-20260104.kvl"});
+TEST_F(LogOfNow, FiltersBySiteResultWordsMailsAndIPChecks) {
   auto& aEntries = aViewer.Entries();
   aViewer.Choose(aEntries.cboSite, "shop.example.com");
   aViewer.Choose(aEntries.cboOutcome, "Down");
@@ -200,9 +198,7 @@ TEST(LogView, FiltersBySiteResultWordsMailsAndIPChecks) {
   ASSERT_TRUE(Until([&] { return aViewer.Status(0).starts_with("1 of"); })) << aViewer.Status(0);
 }
 
-TEST(LogView, FindsAroundTheEndAndSaysWhatAFilterHides) {
-  const StandingClock aClock(dtAfterTwoDays);
-  Viewer aViewer({{"W-20260104.kvl", TwoDays()}}, {"W-20260104.kvl"});
+TEST_F(LogOfNow, FindsAroundTheEndAndSaysWhatAFilterHides) {
   auto& aEntries = aViewer.Entries();
   const auto Find = [&](const char* szWords) {
     aEntries.txtFind->SetValue(szWords);
@@ -217,9 +213,7 @@ TEST(LogView, FindsAroundTheEndAndSaysWhatAFilterHides) {
   EXPECT_EQ(Find("manually"), "Not found here, but among the entries that the filter hides.");
 }
 
-TEST(LogView, AnOutageLeadsToItsBeginningInTheUpperThird) {
-  const StandingClock aClock(dtAfterTwoDays);
-  Viewer aViewer({{"W-20260104.kvl", TwoDays()}}, {"W-20260104.kvl"});
+TEST_F(LogOfNow, AnOutageLeadsToItsBeginningInTheUpperThird) {
   aViewer.pWindow->RunCommand(Command::mV_Outages);
   auto& aOutages = *aViewer.pWindow->pixOutages->lvwOutages;
   ASSERT_EQ(aOutages.Rows(), 1U);
@@ -236,9 +230,7 @@ TEST(LogView, AnOutageLeadsToItsBeginningInTheUpperThird) {
   EXPECT_TRUE(lBelowTop >= 0 && lBelowTop <= aViewer.List().List()->GetCountPerPage() / 3) << lBelowTop;
 }
 
-TEST(LogView, PagesOfWeeksAreMadeWhenTheyAreTurnedToAndLeadToTheEntries) {
-  const StandingClock aClock(dtAfterTwoDays);
-  Viewer aViewer({{"W-20260104.kvl", TwoDays()}}, {"W-20260104.kvl"});
+TEST_F(LogOfNow, PagesOfWeeksAreMadeWhenTheyAreTurnedToAndLeadToTheEntries) {
   auto& aWindow = *aViewer.pWindow;
   EXPECT_EQ(TextOf(aWindow.pixPasses->txtWords), "");
   const struct {
@@ -268,9 +260,7 @@ TEST(LogView, PagesOfWeeksAreMadeWhenTheyAreTurnedToAndLeadToTheEntries) {
   EXPECT_TRUE(aViewer.Row(aViewer.List().Focused()).starts_with("1/6/2026 12:00:00 AM|Up|"));
 }
 
-TEST(LogView, CellsAreReadWithTheKeys) {
-  const StandingClock aClock(dtAfterTwoDays);
-  Viewer aViewer({{"W-20260104.kvl", TwoDays()}}, {"W-20260104.kvl"});
+TEST_F(LogOfNow, CellsAreReadWithTheKeys) {
   aViewer.pWindow->RunCommand(Command::mV_PageHours);
   ASSERT_TRUE(Focused(aViewer.pWindow->pixHours->picHours));
   Key(WXK_DOWN);
@@ -420,9 +410,7 @@ TEST(LogView, EntriesSortByEveryHeaderAndFollowOn) {
   EXPECT_EQ(Sites(), "-bca-da") << "its own order, with its passes";
 }
 
-TEST(LogView, KeysGoAlongTheStripsAndEnterLeadsToTheMoment) {
-  const StandingClock aClock(dtAfterTwoDays);
-  Viewer aViewer({{"W-20260104.kvl", TwoDays()}}, {"W-20260104.kvl"});
+TEST_F(LogOfNow, KeysGoAlongTheStripsAndEnterLeadsToTheMoment) {
   aViewer.pWindow->RunCommand(Command::mV_Summary);
   auto& aStrips = *aViewer.pWindow->pixSummary->picStrips;
   aStrips.SetFocus();
