@@ -5,7 +5,6 @@
 #include "editing/AddressRules.h"
 #include "editing/ListExchange.h"
 #include "editing/OptionsRules.h"
-#include "simulated/Disk.h"
 #include "simulated/Violation.h"
 
 namespace Simulated::Commands {
@@ -25,39 +24,39 @@ std::string AnyUrl(Random& aRandom) {
   return szUrl;
 }
 
-Program::Site AnySite(Random& aRandom) {
-  Program::Site aSite;
-  aSite.szUrl = AnyUrl(aRandom);
-  if (aRandom.Chance(0.6)) aSite.szIp = "192.0.2." + std::to_string(aRandom.Below(50));
-  aSite.iEnabled = aRandom.Chance(0.9) ? 1 : 0;
-  aSite.lTimeOut = aRandom.Chance(0.01) ? aRandom.Between(60, 1800) : aRandom.Between(1, 12);
-  aSite.iStatus = 4;
+SiteRecord AnySite(Random& aRandom) {
+  SiteRecord aSite;
+  aSite.URL = AnyUrl(aRandom);
+  if (aRandom.Chance(0.6)) aSite.IP = "192.0.2." + std::to_string(aRandom.Below(50));
+  aSite.Enabled = aRandom.Chance(0.9) ? 1 : 0;
+  aSite.TimeOut = aRandom.Chance(0.01) ? aRandom.Between(60, 1800) : aRandom.Between(1, 12);
+  aSite.Status = 4;
   return aSite;
 }
 
-AddressRules::Form FormOf(const Program::Site& aSite) {
+AddressRules::Form FormOf(const SiteRecord& aSite) {
   AddressRules::Form aForm;
-  aForm.szURL = aSite.szUrl;
+  aForm.szURL = aSite.URL;
   std::size_t lFrom = 0;
   for (auto& szOctet : aForm.aOctets) {
-    if (aSite.szIp.empty()) break;
-    const auto lDot = std::min(aSite.szIp.find('.', lFrom), aSite.szIp.size());
-    szOctet = aSite.szIp.substr(lFrom, lDot - lFrom);
+    if (aSite.IP.empty()) break;
+    const auto lDot = std::min(aSite.IP.find('.', lFrom), aSite.IP.size());
+    szOctet = aSite.IP.substr(lFrom, lDot - lFrom);
     lFrom = lDot + 1;
   }
-  aForm.szTimeOut = std::to_string(aSite.lTimeOut);
-  aForm.bEnabled = aSite.iEnabled == 1;
+  aForm.szTimeOut = std::to_string(aSite.TimeOut);
+  aForm.bEnabled = aSite.Enabled == 1;
   return aForm;
 }
 
 // True when every call went well and the machine is still there.
 bool WentWell(std::int64_t lFaultsBefore) {
-  return !The().Dead() && The().lStoreFaults == lFaultsBefore;
+  return !ThisMachine().Dead() && ThisMachine().lStoreFaults == lFaultsBefore;
 }
 
-std::string FileLine(const Program::Site& aSite) {
-  return aSite.szUrl + "," + aSite.szIp + "," + std::to_string(aSite.iStatus) + "," +
-         std::to_string(aSite.iEnabled) + "," + std::to_string(aSite.lTimeOut) + "\r\n";
+std::string FileLine(const SiteRecord& aSite) {
+  return aSite.URL + "," + aSite.IP + "," + std::to_string(aSite.Status) + "," +
+         std::to_string(aSite.Enabled) + "," + std::to_string(aSite.TimeOut) + "\r\n";
 }
 
 }  // namespace
@@ -65,15 +64,15 @@ std::string FileLine(const Program::Site& aSite) {
 void Add(PassBook& aBook, Random& aRandom) {
   if (aBook.aList.aSites.size() >= lMostSites) return;
   auto aSite = AnySite(aRandom);
-  aSite.szRemark = "Added";
-  const bool bTaken = aBook.aList.IsTaken(aSite.szUrl, 0);
+  aSite.Comments = "Added";
+  const bool bTaken = aBook.aList.IsTaken(aSite.URL, 0);
   if (!bTaken) aBook.aList.PlanAdd(aSite);
-  const auto lFaults = The().lStoreFaults;
+  const auto lFaults = ThisMachine().lStoreFaults;
   AddressRules::AddressMode = 0;
   auto aForm = FormOf(aSite);
   SiteRecord aRecord;
   const auto aVerdict = AddressRules::Check(aForm, aRecord);
-  if (!The().Dead())
+  if (!ThisMachine().Dead())
     Require(aVerdict.szMessage.empty() != bTaken, "a site that is known is added, or a new one is not");
   if (!aVerdict.szMessage.empty()) return;
   AddressRules::Store(aRecord);
@@ -83,27 +82,27 @@ void Add(PassBook& aBook, Random& aRandom) {
 std::int32_t Edit(PassBook& aBook, Random& aRandom, std::int32_t lSlot) {
   const auto& aBooked = aBook.aList.aSites[static_cast<std::size_t>(lSlot) - 1];
   const auto aOld = aBooked.aNow;
-  const auto iStoredStatus = aOld.iStatus;
+  const auto iStoredStatus = aOld.Status;
   auto aNew = aOld;
   const auto aOther = AnySite(aRandom);
-  if (aRandom.Chance(0.3)) aNew.szUrl = aOther.szUrl;
-  if (aRandom.Chance(0.3)) aNew.szIp = aOther.szIp;
-  if (aRandom.Chance(0.5)) aNew.lTimeOut = aOther.lTimeOut;
-  if (aRandom.Chance(0.3)) aNew.iEnabled = aOther.iEnabled;
-  aNew.iStatus = aNew.szUrl == aOld.szUrl && aNew.iEnabled == 1 ? iStoredStatus : 4;
-  aNew.szRemark = "Edited";
-  const bool bTaken = aBook.aList.IsTaken(aNew.szUrl, lSlot);
+  if (aRandom.Chance(0.3)) aNew.URL = aOther.URL;
+  if (aRandom.Chance(0.3)) aNew.IP = aOther.IP;
+  if (aRandom.Chance(0.5)) aNew.TimeOut = aOther.TimeOut;
+  if (aRandom.Chance(0.3)) aNew.Enabled = aOther.Enabled;
+  aNew.Status = aNew.URL == aOld.URL && aNew.Enabled == 1 ? iStoredStatus : 4;
+  aNew.Comments = "Edited";
+  const bool bTaken = aBook.aList.IsTaken(aNew.URL, lSlot);
   if (!bTaken) aBook.aList.PlanEdit(lSlot, aNew);
-  const auto lFaults = The().lStoreFaults;
+  const auto lFaults = ThisMachine().lStoreFaults;
   AddressRules::AddressMode = 1;
   AddressRules::AddressIndex = lSlot;
   AddressRules::EditCopy.assign(1, SiteRecord{});
-  AddressRules::EditCopy[0].URL = aOld.szUrl;
-  AddressRules::EditCopy[0].IP = aOld.szIp;
+  AddressRules::EditCopy[0].URL = aOld.URL;
+  AddressRules::EditCopy[0].IP = aOld.IP;
   auto aForm = FormOf(aNew);
   SiteRecord aRecord;
   const auto aVerdict = AddressRules::Check(aForm, aRecord);
-  if (!The().Dead())
+  if (!ThisMachine().Dead())
     Require(aVerdict.szMessage.empty() != bTaken, "a site is given another's address, or not its own");
   if (!aVerdict.szMessage.empty()) return 0;
   const auto aResult = AddressRules::Store(aRecord);
@@ -116,38 +115,39 @@ void Delete(PassBook& aBook, Random& aRandom) {
   if (aBook.aList.aSites.empty()) return;
   const auto lSlot = aRandom.Between(1, static_cast<std::int32_t>(aBook.aList.aSites.size()));
   aBook.aList.PlanDelete(lSlot);
-  const auto lFaults = The().lStoreFaults;
-  modAddress::DeleteSite(lSlot);
+  const auto lFaults = ThisMachine().lStoreFaults;
+  const bool bDeleted = modAddress::DeleteSite(lSlot);
+  if (!ThisMachine().Dead()) aBook.aList.RequireDone("a deletion", bDeleted);
   if (WentWell(lFaults)) aBook.aList.Conclude();
 }
 
 void Import(PassBook& aBook, Random& aRandom) {
-  std::vector<Program::Site> aRecords;
+  std::vector<SiteRecord> aRecords;
   std::string szFile;
   for (int i = aRandom.Between(1, 6); i > 0 && aBook.aList.aSites.size() + aRecords.size() < lMostSites;
        --i) {
     auto aSite = AnySite(aRandom);
-    if (aSite.szUrl.find(',') != std::string::npos) continue;  // cannot be exchanged
-    aSite.iStatus = aRandom.Below(6);
+    if (aSite.URL.find(',') != std::string::npos) continue;  // cannot be exchanged
+    aSite.Status = static_cast<std::uint8_t>(aRandom.Below(6));
     szFile += FileLine(aSite);
-    if (aSite.iStatus == 0) aSite.iStatus = 1;
+    if (aSite.Status == 0) aSite.Status = 1;
     aRecords.push_back(std::move(aSite));
   }
   const bool bCorrupt = aRandom.Chance(0.1);
   if (bCorrupt) szFile += "x.example,1.2.3,1,1,5\r\n";
-  Disk::The().aFiles[szListFile] = szFile;
+  ThisMachine().aDisk.aFiles[szListFile] = szFile;
   const bool bReplace = aRandom.Chance(0.5);
   if (!bCorrupt) aBook.aList.PlanImport(aRecords, bReplace);
-  const auto lFaults = The().lStoreFaults;
-  const auto lFileFaults = The().lFileFaults;
+  const auto lFaults = ThisMachine().lStoreFaults;
+  const auto lFileFaults = ThisMachine().lFileFaults;
   std::vector<SiteRecord> aRead;
   std::int32_t lBadLine = 0;
   const auto iReading = ListExchange::Read(szListFile, aRead, lBadLine);
-  if (WentWell(lFaults) && The().lFileFaults == lFileFaults)
+  if (WentWell(lFaults) && ThisMachine().lFileFaults == lFileFaults)
     Require((iReading == ListExchange::Reading::Fine) != bCorrupt, "a list file is judged wrongly");
   if (iReading != ListExchange::Reading::Fine) return aBook.aList.Abandon();
   const bool bStored = ListExchange::Import(aRead, bReplace, {});
-  if (!The().Dead()) aBook.aList.RequireImported(bStored);
+  if (!ThisMachine().Dead()) aBook.aList.RequireDone("an import", bStored);
   if (WentWell(lFaults)) aBook.aList.Conclude();
 }
 
@@ -155,52 +155,43 @@ void Export(PassBook& aBook, Random& /*aRandom*/) {
   std::string szMust;
   for (const auto& aSite : aBook.aList.aSites) {
     auto aLine = aSite.aNow;
-    if (aLine.iStatus == 0) aLine.iStatus = 4;
+    if (aLine.Status == 0) aLine.Status = 4;
     szMust += FileLine(aLine);
   }
-  const auto szBefore = Disk::The().aFiles[szListFile];
+  const auto szBefore = ThisMachine().aDisk.aFiles[szListFile];
   const bool bDone = ListExchange::Export(szListFile, {});
-  if (The().Dead()) return;
-  RequireSame("the exported list", Disk::The().aFiles[szListFile], bDone ? szMust : szBefore);
+  if (ThisMachine().Dead()) return;
+  RequireSame("the exported list", ThisMachine().aDisk.aFiles[szListFile], bDone ? szMust : szBefore);
 }
 
 void ChangeOptions(PassBook& aBook, Random& aRandom) {
   auto& aOptions = aBook.aOptions;
   auto aNew = aOptions.aNow;
   static const std::vector<std::int32_t> aIntervals = {1, 5, 15, 30, 60, 240, 1440};
-  if (aRandom.Chance(0.3)) aNew.lInterval = aRandom.Pick(aIntervals);
-  if (aRandom.Chance(0.3)) aNew.lWarning = aRandom.Between(1, 20);
-  if (aRandom.Chance(0.2)) aNew.szEmail = aRandom.Chance(0.2) ? "" : "manager@example.com";
-  if (aRandom.Chance(0.2)) aNew.szServer = aRandom.Chance(0.2) ? "" : "mail.example.com";
-  if (aRandom.Chance(0.2)) aNew.szName = aRandom.Chance(0.5) ? "" : "The Manager";
-  if (aRandom.Chance(0.3)) aNew.lPort = aRandom.Between(1, 65535);
-  if (aRandom.Chance(0.3)) aNew.lLogPeriod = aRandom.Chance(0.2) ? 0 : aRandom.Between(1, 2);
+  if (aRandom.Chance(0.3)) aNew.Interval = aRandom.Pick(aIntervals);
+  if (aRandom.Chance(0.3)) aNew.Warning = aRandom.Between(1, 20);
+  if (aRandom.Chance(0.2)) aNew.Email = aRandom.Chance(0.2) ? "" : "manager@example.com";
+  if (aRandom.Chance(0.2)) aNew.SMTP = aRandom.Chance(0.2) ? "" : "mail.example.com";
+  if (aRandom.Chance(0.2)) aNew.Name = aRandom.Chance(0.5) ? "" : "The Manager";
+  if (aRandom.Chance(0.3)) aNew.SMTPPort = aRandom.Between(1, 65535);
+  const auto Small = [&](int lFrom, int lTo) {
+    return static_cast<std::int16_t>(aRandom.Between(lFrom, lTo));
+  };
+  if (aRandom.Chance(0.3)) aNew.LogPeriod = aRandom.Chance(0.2) ? std::int16_t{0} : Small(1, 2);
   if (aRandom.Chance(0.2))
-    aNew.szLogPath = aRandom.Chance(0.5) ? "/home/operator/logs" : OptionsBook::szDefaultLogs;
-  if (aRandom.Chance(0.2)) aNew.lLimitFiles = aRandom.Chance(0.9) ? 1 : 0;
-  if (aRandom.Chance(0.2)) aNew.lMostFiles = aRandom.Between(1, 6);
-  if (aRandom.Chance(0.3)) aNew.lSkipDisabled = aRandom.Below(2);
-  aNew.lCookies = aRandom.Between(1, 2);
+    aNew.LogPath = aRandom.Chance(0.5) ? "/home/operator/logs" : OptionsBook::szDefaultLogs;
+  if (aRandom.Chance(0.2)) aNew.DiskLogMaxFiles = aRandom.Chance(0.9) ? 1 : 0;
+  if (aRandom.Chance(0.2)) aNew.MaxLogFiles = Small(1, 6);
+  if (aRandom.Chance(0.3)) aNew.DiskLogDisabled = Small(0, 1);
+  aNew.AllowType = Small(1, 2);
   const SettingsRecord aOpening = Settings;
-  auto aForm = OptionsRules::OpeningForm(aOpening);
-  aForm.szTimerInterval = std::to_string(aNew.lInterval);
-  aForm.szTimerWarning = std::to_string(aNew.lWarning);
-  aForm.szMgrEmail = aNew.szEmail;
-  aForm.szMgrName = aNew.szName;
-  aForm.szSMTP = aNew.szServer;
-  aForm.szSMTPPort = std::to_string(aNew.lPort);
-  aForm.LogPeriod = static_cast<std::int16_t>(aNew.lLogPeriod);
-  aForm.szLogPath = aNew.szLogPath;
-  aForm.szMaxLogFiles = std::to_string(aNew.lMostFiles);
-  aForm.bDiskMaxLogFiles = aNew.lLimitFiles == 1;
-  aForm.bDiskNoLogDisabled = aNew.lSkipDisabled == 1;
-  aForm.bCookieDisable = aNew.lCookies == 2;
   const auto aOld = aOptions.aNow;
   aOptions.PlanSave(aNew);
-  if (aNew.lInterval != aOld.lInterval || aNew.lWarning != aOld.lWarning)
-    aBook.SetNext(std::max(1, aNew.lWarning));
-  const auto lFaults = The().lStoreFaults;
-  OptionsRules::Store(aForm, aOpening);
+  if (aNew.Interval != aOld.Interval || aNew.Warning != aOld.Warning)
+    aBook.SetNext(std::max(1, aNew.Warning));
+  const auto lFaults = ThisMachine().lStoreFaults;
+  OptionsRules::Store(OptionsRules::OpeningForm(aNew), aOpening);
+  if (!ThisMachine().Dead()) aOptions.RequireSaved(SettingsAreSaved());
   if (!WentWell(lFaults)) return;
   aOptions.Conclude();
   aBook.CompareNext();

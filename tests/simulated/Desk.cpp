@@ -4,7 +4,7 @@
 #include <cmath>
 #include <utility>
 
-#include "editing/AddressRules.h"
+#include "check/Schedule.h"
 #include "simulated/Commands.h"
 #include "simulated/Violation.h"
 
@@ -14,20 +14,21 @@ Desk::Desk(PassBook& aTheBook, Random& aTheRandom) : aBook(aTheBook), aRandom(aT
 }
 
 void Desk::Tick() {
-  if (std::abs(aBook.SecondsToDue()) < 1e-3) The().Pass(0.005);  // no rounding shall decide
-  The().dNextTick = The().Boot() + 1 + 0.02 * aRandom.Real();
+  if (std::abs(aBook.SecondsToDue()) < 1e-3) ThisMachine().Pass(0.005);  // no rounding shall decide
+  ThisMachine().dNextTick = ThisMachine().Boot() + 1 + 0.02 * aRandom.Real();
   aBook.BeforeTick();
   aEngine.TimerMain_Timer();
-  if (The().Dead()) return;
+  if (ThisMachine().Dead()) return;
   aBook.AfterTick();
   if (!bAutoTimer) return;
   const bool bDue = aBook.IsDue() && !aBook.Running() && !bExited;
-  const auto lBefore = aBook.lPasses;
+  const auto lBefore = Tallied(Tally::Passes);
   const bool bEmpty = aBook.aList.aSites.empty();
-  if (bDue && bEmpty) aBook.SetNext(std::max(1, aBook.aOptions.aNow.lInterval));
+  if (bDue && bEmpty) aBook.SetNext(std::max(1, aBook.aOptions.aNow.Interval));
   aEngine.TimerAutoCheck_Timer();
-  if (The().Dead()) return;
-  RequireSame("the number of passes that this tick starts", aBook.lPasses - lBefore, bDue && !bEmpty ? 1 : 0);
+  if (ThisMachine().Dead()) return;
+  RequireSame("the number of passes that this tick starts", Tallied(Tally::Passes) - lBefore,
+              bDue && !bEmpty ? 1 : 0);
   if (bDue && bEmpty) aBook.CompareNext();
 }
 
@@ -38,16 +39,17 @@ void Desk::Refill() {
 }
 
 void Desk::ClickStart() {
-  const auto lBefore = aBook.lPasses;
+  const auto lBefore = Tallied(Tally::Passes);
   const bool bMay = !aBook.Running() && !bExited;
   const bool bEmpty = aBook.aList.aSites.empty();
-  if (bMay && bEmpty) aBook.SetNext(std::max(1, aBook.aOptions.aNow.lInterval));
+  if (bMay && bEmpty) aBook.SetNext(std::max(1, aBook.aOptions.aNow.Interval));
   if (bMay) aMessages.clear();  // else the box of a click before this one may still be open
   bByHand = bMay;
   aEngine.mF_StartCheck_Click();
   bByHand = false;
-  if (The().Dead()) return;
-  RequireSame("the number of passes that a click starts", aBook.lPasses - lBefore, bMay && !bEmpty ? 1 : 0);
+  if (ThisMachine().Dead()) return;
+  RequireSame("the number of passes that a click starts", Tallied(Tally::Passes) - lBefore,
+              bMay && !bEmpty ? 1 : 0);
   if (bMay && bEmpty)
     Require(aMessages == std::vector<std::string>{"No sites to check."}, "an empty list is not said");
 }
@@ -57,7 +59,7 @@ void Desk::ClickStop() {
   if (!bRuns) aMessages.clear();
   aBook.Stop(false);
   aEngine.StopCheck();
-  if (The().Dead() || bRuns) return;
+  if (ThisMachine().Dead() || bRuns) return;
   Require(aMessages == std::vector<std::string>{"Checking is not in progress."},
           "a stop without a pass is not said");
 }
@@ -77,17 +79,17 @@ void Desk::ClearRemarks() {
 }
 
 void Desk::ShowLight(std::int32_t lSlot, std::int16_t iIcon) {
-  if (The().Dead()) return;
+  if (ThisMachine().Dead()) return;
   aBook.ShowsLight(lSlot, iIcon);
   aLights[static_cast<std::size_t>(lSlot) - 1] = iIcon;
 }
 
 void Desk::ShowRemark(std::int32_t lSlot, const std::string& szText) {
-  if (!The().Dead()) aBook.ShowsRemark(lSlot, szText);
+  if (!ThisMachine().Dead()) aBook.ShowsRemark(lSlot, szText);
 }
 
 void Desk::SiteRecorded(std::int32_t lSlot) {
-  if (!The().Dead()) aBook.Recorded(lSlot);
+  if (!ThisMachine().Dead()) aBook.Recorded(lSlot);
 }
 
 void Desk::ReportTrouble(const std::string& szText) {
@@ -96,30 +98,30 @@ void Desk::ReportTrouble(const std::string& szText) {
 }
 
 void Desk::SoundBell() {
-  if (!The().Dead()) aBook.Rings();
+  if (!ThisMachine().Dead()) aBook.Rings();
 }
 
 // A box that waits for its operator lets the timers run.
 void Desk::ShowMessage(const std::string& szText) {
-  if (The().Dead()) return;
+  if (ThisMachine().Dead()) return;
   aMessages.push_back(szText);
   if (!bActing && !bExited && aRandom.Chance(0.2)) LeaveBoxOpen(aRandom.Between(0.0, 30.0));
 }
 
 void Desk::LockCommands(bool bLock) {
-  if (The().Dead()) return;
+  if (ThisMachine().Dead()) return;
   Require(bLock != bLocked, "the commands are locked or unlocked twice");
   bLocked = bLock;
   if (!bLock) return ComparePassEnd();
   aBook.Begin(std::exchange(bByHand, false));
   aSaid.clear();
-  szStarted = FormatTimeOfDay(The().Second());
+  szStarted = FormatTimeOfDay(ThisMachine().Second());
 }
 
 void Desk::ComparePassEnd() {
   aBook.End();
   aBook.Says(aSaid, aEngine.AllKept());
-  RequireSame("the panel of the next check", szPanel2, "Next: " + FormatTimeOfDay(Program::NextCheck()));
+  RequireSame("the panel of the next check", szPanel2, "Next: " + FormatTimeOfDay(NextCheckTime));
   RequireSame("the panel of the last check", szPanel3, "Last: " + szStarted);
   Require(!bProgress, "the progress window stays open");
   for (std::size_t i = 0; i < aLights.size(); ++i)
@@ -128,21 +130,21 @@ void Desk::ComparePassEnd() {
 }
 
 void Desk::PumpEvents() {
-  if (The().Dead()) return;
-  if (The().Boot() >= The().dNextTick) Tick();
-  if (The().Dead() || bActing || lEventsToAct == 0 || --lEventsToAct > 0) return;
+  if (ThisMachine().Dead()) return;
+  if (ThisMachine().Boot() >= ThisMachine().dNextTick) Tick();
+  if (ThisMachine().Dead() || bActing || lEventsToAct == 0 || --lEventsToAct > 0) return;
   bActing = true;
-  ++lActsInPasses;
+  ++Tallied(Tally::ActsInPasses);
   ActInPass();
   bActing = false;
 }
 
 void Desk::LeaveBoxOpen(double dSeconds) {
-  const auto dUntil = The().Boot() + dSeconds;
-  while (!The().Dead() && The().Boot() < dUntil) {
-    The().Pass(aRandom.Between(0.02, 0.4));
+  const auto dUntil = ThisMachine().Boot() + dSeconds;
+  while (!ThisMachine().Dead() && ThisMachine().Boot() < dUntil) {
+    ThisMachine().Pass(aRandom.Between(0.02, 0.4));
     aEngine.ServeClient();
-    if (!The().Dead() && The().Boot() >= The().dNextTick) Tick();
+    if (!ThisMachine().Dead() && ThisMachine().Boot() >= ThisMachine().dNextTick) Tick();
   }
 }
 
@@ -158,14 +160,14 @@ void Desk::ActInPass() {
     case 3:
       return ClickStart();  // which must do nothing
     case 4:
-      The().SetBack(aRandom.Between(-90000.0, 90000.0));
+      ThisMachine().SetBack(aRandom.Between(-90000.0, 90000.0));
       break;
     case 5:
-      The().Sleep(aRandom.Between(5.0, 50000.0));
+      ThisMachine().Sleep(aRandom.Between(5.0, 50000.0));
       aBook.Awake();
       break;
     case 6:
-      The().Pass(aRandom.Between(2.1, 40.0));  // stopped by a signal, or a machine that stalls
+      ThisMachine().Pass(aRandom.Between(2.1, 40.0));  // stopped by a signal, or a machine that stalls
       aBook.Awake();
       break;
     default:
@@ -176,7 +178,7 @@ void Desk::ActInPass() {
 
 // An editor that was opened before the pass is closed with OK.
 void Desk::EditInPass() {
-  const auto aTroubles = std::exchange(The().aTroubles, {});
+  const auto aTroubles = std::exchange(ThisMachine().aTroubles, {});
   const auto lSites = static_cast<std::int32_t>(aBook.aList.aSites.size());
   if (lSites == 0 || aRandom.Chance(0.3)) {
     Commands::Add(aBook, aRandom);
@@ -190,7 +192,7 @@ void Desk::EditInPass() {
     }
   }
   Refill();
-  The().aTroubles = aTroubles;
+  ThisMachine().aTroubles = aTroubles;
 }
 
 }  // namespace Simulated

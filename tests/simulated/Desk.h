@@ -28,7 +28,6 @@ class Desk : public CheckView {
   int lEventsToAct = 0;
   bool bExited = false;
   std::vector<std::string> aMessages;
-  std::int64_t lActsInPasses = 0;
 
   void ShowPanel(int iPanel, const std::string& szText) override;
   void ClearRemarks() override;

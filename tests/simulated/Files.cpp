@@ -1,10 +1,8 @@
 #include "platform/Files.h"
 
-#include "simulated/Disk.h"
 #include "simulated/Machine.h"
 
 const char Files::chSeparator = '/';
-const bool Files::bCaseMatters = true;
 
 namespace Simulated {
 
@@ -16,34 +14,22 @@ std::string FolderOf(const std::string& szPath) {
 
 // Room for that many more bytes, and a folder that takes them.
 bool Takes(const std::string& szPath, std::size_t lBytes) {
-  const auto& aDisk = Disk::The();
+  const auto& aDisk = ThisMachine().aDisk;
   const auto szFolder = FolderOf(szPath);
   return aDisk.aFolders.count(szFolder) > 0 && aDisk.aLocked.count(szFolder) == 0 &&
          (aDisk.lRoom < 0 || static_cast<std::int64_t>(lBytes) <= aDisk.lRoom);
 }
 
 void Use(std::int64_t lBytes) {
-  if (Disk::The().lRoom >= 0) Disk::The().lRoom -= lBytes;
+  if (ThisMachine().aDisk.lRoom >= 0) ThisMachine().aDisk.lRoom -= lBytes;
 }
 
 const std::string* Find(const std::string& szPath) {
-  const auto pFile = Disk::The().aFiles.find(szPath);
-  return pFile == Disk::The().aFiles.end() ? nullptr : &pFile->second;
+  const auto pFile = ThisMachine().aDisk.aFiles.find(szPath);
+  return pFile == ThisMachine().aDisk.aFiles.end() ? nullptr : &pFile->second;
 }
 
 }  // namespace
-
-Disk::State& Disk::The() {
-  static State aState;
-  return aState;
-}
-
-void Disk::Clear() {
-  The() = State();
-}
-
-void Disk::LosePower() {
-}
 
 }  // namespace Simulated
 
@@ -55,7 +41,7 @@ std::size_t Files::DriveLength(std::string_view szPath) {
 
 bool Files::FolderExists(const std::string& szPath) {
   const Call aCall(Access::FileRead);
-  return szPath == "/" || Disk::The().aFolders.count(szPath) > 0;
+  return szPath == "/" || ThisMachine().aDisk.aFolders.count(szPath) > 0;
 }
 
 bool Files::FileExists(const std::string& szPath) {
@@ -74,7 +60,7 @@ std::vector<std::string> Files::List(const std::string& szFolder, const std::str
   std::vector<std::string> aNames;
   if (aCall.Fails()) return aNames;
   const auto szStart = szFolder + "/";
-  const auto& aFiles = Disk::The().aFiles;
+  const auto& aFiles = ThisMachine().aDisk.aFiles;
   for (auto pFile = aFiles.lower_bound(szStart); pFile != aFiles.end() && pFile->first.starts_with(szStart);
        ++pFile) {
     auto szName = pFile->first.substr(szStart.size());
@@ -88,13 +74,9 @@ std::string Files::Absolute(const std::string& szPath) {
   return szPath;
 }
 
-bool Files::Same(const std::string& szOne, const std::string& szOther) {
-  return szOne == szOther;
-}
-
 bool Files::MakeFolder(const std::string& szPath) {
   const Call aCall(Access::FileWrite);
-  auto& aDisk = Disk::The();
+  auto& aDisk = ThisMachine().aDisk;
   if (aDisk.aFolders.count(szPath) > 0) return true;
   if (aCall.Fails() || aDisk.aFiles.count(szPath) > 0 || aDisk.aLocked.count(FolderOf(szPath)) > 0)
     return false;
@@ -106,24 +88,25 @@ Files::Deletion Files::Delete(const std::string& szPath) {
   const Call aCall(Access::FileWrite);
   const auto* const pBytes = Find(szPath);
   if (pBytes == nullptr) return Deletion::Gone;
-  if (aCall.Fails() || Disk::The().aLocked.count(FolderOf(szPath)) > 0) return Deletion::Failed;
+  if (aCall.Fails() || ThisMachine().aDisk.aLocked.count(FolderOf(szPath)) > 0) return Deletion::Failed;
   Use(-static_cast<std::int64_t>(pBytes->size()));
-  if (The().pWitness != nullptr) The().pWitness->Deleted(szPath);
-  Disk::The().aFiles.erase(szPath);
+  if (ThisMachine().pWitness != nullptr) ThisMachine().pWitness->Deleted(szPath);
+  ThisMachine().aDisk.aFiles.erase(szPath);
   return Deletion::Done;
 }
 
 bool Files::Append(const std::string& szPath, std::string_view szBytes) {
   const Call aCall(Access::FileWrite);
   if (aCall.Gone()) return false;
-  auto& aDisk = Disk::The();
+  auto& aDisk = ThisMachine().aDisk;
   if (aCall.IsTheLast() && aDisk.bTears && Takes(szPath, szBytes.size())) {
     aDisk.aFiles[szPath] += szBytes.substr(0, szBytes.size() / 2);
     aDisk.bTorn = true;
     return false;
   }
   const bool bKept = !aCall.Fails() && Takes(szPath, szBytes.size());
-  if (The().pWitness != nullptr) The().pWitness->Appended(szPath, std::string(szBytes), bKept);
+  if (ThisMachine().pWitness != nullptr)
+    ThisMachine().pWitness->Appended(szPath, std::string(szBytes), bKept);
   if (!bKept) return false;
   aDisk.aFiles[szPath] += szBytes;
   Use(static_cast<std::int64_t>(szBytes.size()));
@@ -148,27 +131,8 @@ std::optional<std::string> Files::ReadPiece(const std::string& szPath, std::uint
 bool Files::WriteWhole(const std::string& szPath, std::string_view szBytes) {
   const Call aCall(Access::FileWrite);
   if (aCall.Fails() || !Takes(szPath, szBytes.size())) return false;
-  auto& szFile = Disk::The().aFiles[szPath];
+  auto& szFile = ThisMachine().aDisk.aFiles[szPath];
   Use(static_cast<std::int64_t>(szBytes.size()) - static_cast<std::int64_t>(szFile.size()));
   szFile = szBytes;
   return true;
-}
-
-struct Files::Replacement::State {
-  std::string szPath, szBytes;
-};
-
-Files::Replacement::Replacement(const std::string& szPath)
-    : pState(std::make_unique<State>(State{szPath, {}})) {
-}
-
-Files::Replacement::~Replacement() = default;
-
-bool Files::Replacement::Write(std::string_view szBytes) {
-  pState->szBytes += szBytes;
-  return true;
-}
-
-bool Files::Replacement::Commit() {
-  return WriteWhole(pState->szPath, pState->szBytes);
 }

@@ -31,7 +31,7 @@ class Inet::Impl {
 
  private:
   bool Due() const {
-    return lNext < aAnswer.aSteps.size() && dStart + aAnswer.aSteps[lNext].dAt <= The().Boot();
+    return lNext < aAnswer.aSteps.size() && dStart + aAnswer.aSteps[lNext].dAt <= ThisMachine().Boot();
   }
   void Finish(std::int16_t iState);
 
@@ -42,7 +42,7 @@ class Inet::Impl {
 };
 
 void Inet::Impl::Begin() {
-  auto& aMachine = The();
+  auto& aMachine = ThisMachine();
   const Call aCall;
   Drop();
   ++lRequest;
@@ -64,13 +64,13 @@ void Inet::Impl::Begin() {
 void Inet::Impl::Drop() {
   if (!bExecuting) return;
   bExecuting = false;
-  if (!The().Dead() && The().pWitness != nullptr) The().pWitness->Cancelled();
+  if (!ThisMachine().Dead() && ThisMachine().pWitness != nullptr) ThisMachine().pWitness->Cancelled();
 }
 
 // Nothing happens between here and the next step, limit or tick of the program's timers: a wait may as well
 // end there. The time until then is what a busy machine could take too.
 void Inet::Impl::Proceed(std::int32_t lMilliseconds) {
-  auto& aMachine = The();
+  auto& aMachine = ThisMachine();
   if (!bExecuting || lMilliseconds <= 0) return;
   double dUntil = aMachine.dNextTick - aMachine.Boot();
   if (lNext < aAnswer.aSteps.size())
@@ -81,13 +81,13 @@ void Inet::Impl::Proceed(std::int32_t lMilliseconds) {
 
 void Inet::Impl::Finish(std::int16_t iState) {
   bExecuting = false;
-  if (The().pWitness != nullptr) The().pWitness->Answered(iState, lCode == lTimedOut);
+  if (ThisMachine().pWitness != nullptr) ThisMachine().pWitness->Answered(iState, lCode == lTimedOut);
 }
 
 void Inet::Impl::Deliver(const std::function<void(std::int16_t)>& Handler) {
   bDelivering = true;
   const auto lNumber = lRequest;
-  while (bExecuting && lNumber == lRequest && !The().Dead() && Due()) {
+  while (bExecuting && lNumber == lRequest && !ThisMachine().Dead() && Due()) {
     const auto iState = aAnswer.aSteps[lNext++].iState;
     bReached = bReached || (iState >= Inet::Connected && iState < iError);
     if (iState >= iError) {
@@ -99,7 +99,7 @@ void Inet::Impl::Deliver(const std::function<void(std::int16_t)>& Handler) {
     if (Handler) Handler(iState);
   }
   // What has arrived is heard before the limit is looked at.
-  if (bExecuting && lNumber == lRequest && !The().Dead() && The().Steady() >= dLimit) {
+  if (bExecuting && lNumber == lRequest && !ThisMachine().Dead() && ThisMachine().Steady() >= dLimit) {
     szInfo = "Timeout was reached";
     lCode = lTimedOut;
     Finish(iError);
@@ -128,7 +128,7 @@ void Inet::Execute(const std::string& szURL, const std::string&) {
 }
 
 bool Inet::StillExecuting() const {
-  return pImpl->bExecuting && !The().Dead();
+  return pImpl->bExecuting && !ThisMachine().Dead();
 }
 
 void Inet::Cancel() {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 
+#include "base/Text.h"
 #include "simulated/Rules.h"
 #include "simulated/Store.h"
 #include "simulated/Violation.h"
@@ -18,30 +19,29 @@ constexpr int iNotKnown = 4;
 constexpr std::int32_t lImported = 2000;
 
 // What memory gets of a stored site.
-Program::Site Loaded(const StoredSite& aStored, bool bKeep) {
+SiteRecord Loaded(const StoredSite& aStored, bool bKeep) {
   auto aSite = aStored.aSite;
-  if (aSite.iEnabled != 1) aSite.iEnabled = 0;
-  if (aSite.iStatus < 1 || aSite.iStatus > 4) aSite.iStatus = iNotKnown;
-  aSite.lTimeOut = std::clamp(aSite.lTimeOut, 1, 1800);
-  if (!bKeep) aSite.iStatus = 0;
-  if (!bKeep) aSite.szRemark.clear();
+  if (aSite.Enabled != 1) aSite.Enabled = 0;
+  if (aSite.Status < 1 || aSite.Status > 4) aSite.Status = iNotKnown;
+  aSite.TimeOut = std::clamp(aSite.TimeOut, 1, 1800);
+  if (!bKeep) aSite.Status = 0;
+  if (!bKeep) aSite.Comments.clear();
   return aSite;
 }
 
-std::string Shown(const Program::Site& aSite) {
-  return aSite.szUrl + "|" + aSite.szIp + "|status " + std::to_string(aSite.iStatus) + "|enabled " +
-         std::to_string(aSite.iEnabled) + "|time-out " + std::to_string(aSite.lTimeOut) + "|" +
-         aSite.szRemark;
+std::string Shown(const SiteRecord& aSite) {
+  return aSite.URL + "|" + aSite.IP + "|status " + std::to_string(aSite.Status) + "|enabled " +
+         std::to_string(aSite.Enabled) + "|time-out " + std::to_string(aSite.TimeOut) + "|" + aSite.Comments;
 }
 
 // Alike but for what a pass writes.
-bool SameEntry(const Program::Site& aOne, const Program::Site& aOther) {
-  return aOne.szUrl == aOther.szUrl && aOne.szIp == aOther.szIp && aOne.iEnabled == aOther.iEnabled &&
-         aOne.lTimeOut == aOther.lTimeOut;
+bool SameEntry(const SiteRecord& aOne, const SiteRecord& aOther) {
+  return aOne.URL == aOther.URL && aOne.IP == aOther.IP && aOne.Enabled == aOther.Enabled &&
+         aOne.TimeOut == aOther.TimeOut;
 }
 
 bool HasBackslash(const StoredSite& aSite) {
-  return aSite.aSite.szUrl.find('\\') != std::string::npos;
+  return aSite.aSite.URL.find('\\') != std::string::npos;
 }
 
 }  // namespace
@@ -50,16 +50,16 @@ std::vector<StoredSite> ListBook::ReadStore() {
   std::vector<StoredSite> aAll;
   for (const auto& szKey : Store::Keys(hRoot, szAddress)) {
     StoredSite aStored;
-    aStored.szKey = Rules::Lower(szKey);
+    aStored.szKey = Text::LowerCase(szKey);
     for (const auto& aValue : Store::Values(hRoot, szAddress + "\\" + szKey)) {
-      const auto szName = Rules::Lower(aValue.szName);
-      if (szName == "url") aStored.aSite.szUrl = aValue.Text();
-      if (szName == "ip") aStored.aSite.szIp = aValue.Text();
-      if (szName == "comments") aStored.aSite.szRemark = aValue.Text();
+      const auto szName = Text::LowerCase(aValue.szName);
+      if (szName == "url") aStored.aSite.URL = aValue.Text();
+      if (szName == "ip") aStored.aSite.IP = aValue.Text();
+      if (szName == "comments") aStored.aSite.Comments = aValue.Text();
       if (szName == "index") aStored.lIndex = aValue.Number();
-      if (szName == "enabled") aStored.aSite.iEnabled = aValue.Number();
-      if (szName == "status") aStored.aSite.iStatus = aValue.Number();
-      if (szName == "timeout") aStored.aSite.lTimeOut = aValue.Number();
+      if (szName == "enabled") aStored.aSite.Enabled = static_cast<std::uint8_t>(aValue.Number());
+      if (szName == "status") aStored.aSite.Status = static_cast<std::uint8_t>(aValue.Number());
+      if (szName == "timeout") aStored.aSite.TimeOut = aValue.Number();
     }
     aAll.push_back(std::move(aStored));
   }
@@ -75,13 +75,13 @@ BookedSite* ListBook::Find(std::vector<BookedSite>& aList, const std::string& sz
 void ListBook::PlanLoad(bool bKeep) {
   std::vector<BookedSite> aList;
   for (auto& aStored : ReadStore()) {
-    if (Rules::KeyName(aStored.aSite.szUrl) != aStored.szKey) continue;  // swept away
+    if (Rules::KeyName(aStored.aSite.URL) != aStored.szKey) continue;  // swept away
     BookedSite aSite{Loaded(aStored, bKeep), aStored};
     const auto* const pKnown = Find(aSites, aStored.szKey);
     aSite.bAlerted = bKeep && pKnown != nullptr && pKnown->bAlerted;
     aSite.bMayRepeat = pKnown != nullptr && (pKnown->bMayRepeat || pKnown->bOwed);
-    if (!bKeep) aSite.aStored.aSite.iStatus = iNotKnown;
-    if (!bKeep) aSite.aStored.aSite.szRemark.clear();
+    if (!bKeep) aSite.aStored.aSite.Status = iNotKnown;
+    if (!bKeep) aSite.aStored.aSite.Comments.clear();
     aList.push_back(std::move(aSite));
   }
   aPlanned = std::move(aList);
@@ -89,20 +89,20 @@ void ListBook::PlanLoad(bool bKeep) {
   bForgetful = !bKeep;
 }
 
-void ListBook::PlanAdd(const Program::Site& aNew) {
+void ListBook::PlanAdd(const SiteRecord& aNew) {
   aPlanned = aSites;
-  BookedSite aSite{aNew, {Rules::KeyName(aNew.szUrl), aNew, static_cast<std::int32_t>(aSites.size()) + 1}};
+  BookedSite aSite{aNew, {Rules::KeyName(aNew.URL), aNew, static_cast<std::int32_t>(aSites.size()) + 1}};
   aPlanned->push_back(std::move(aSite));
   bOrdered = true;
   bForgetful = false;
 }
 
-void ListBook::PlanEdit(std::int32_t lSlot, const Program::Site& aNew) {
+void ListBook::PlanEdit(std::int32_t lSlot, const SiteRecord& aNew) {
   aPlanned = aSites;
   auto& aSite = (*aPlanned)[static_cast<std::size_t>(lSlot) - 1];
-  if (aNew.szUrl != aSite.aNow.szUrl || aNew.iStatus != aSite.aNow.iStatus) aSite.bAlerted = false;
+  if (aNew.URL != aSite.aNow.URL || aNew.Status != aSite.aNow.Status) aSite.bAlerted = false;
   aSite.aNow = aNew;
-  aSite.aStored = {Rules::KeyName(aNew.szUrl), aNew, lSlot};
+  aSite.aStored = {Rules::KeyName(aNew.URL), aNew, lSlot};
   aSite.bOwed = aSite.bUnsure = false;
   bOrdered = true;
   bForgetful = false;
@@ -128,15 +128,15 @@ void ListBook::PlanDelete(std::int32_t lSlot) {
   bForgetful = false;
 }
 
-void ListBook::PlanImport(const std::vector<Program::Site>& aRecords, bool bReplace) {
+void ListBook::PlanImport(const std::vector<SiteRecord>& aRecords, bool bReplace) {
   aPlanned = aSites;
   MakeUp(*aPlanned);
   for (auto aRecord : aRecords) {
-    const auto szKey = Rules::KeyName(aRecord.szUrl);
+    const auto szKey = Rules::KeyName(aRecord.URL);
     auto* pSite = Find(*aPlanned, szKey);
-    aRecord.szRemark = pSite == nullptr ? "Import New"
+    aRecord.Comments = pSite == nullptr ? "Import New"
                        : bReplace       ? "Import Replace"
-                                        : pSite->aStored.aSite.szRemark;
+                                        : pSite->aStored.aSite.Comments;
     if (pSite == nullptr) pSite = &aPlanned->emplace_back();
     pSite->aStored = {szKey, aRecord, lImported};
     pSite->bAlerted = false;
@@ -157,9 +157,9 @@ bool ListBook::IsTaken(const std::string& szUrl, std::int32_t lExcept) const {
 // The program's order decides among sites of one number; else they go by their numbers.
 void ListBook::Renumber() {
   std::vector<BookedSite> aOrder;
-  for (std::int32_t lSlot = 1; lSlot <= Program::SiteCount(); ++lSlot) {
-    const auto aSite = Program::SiteIn(lSlot);
-    auto* const pBooked = Find(*aPlanned, Rules::KeyName(aSite.szUrl));
+  for (std::int32_t lSlot = 1; lSlot <= lSiteCount; ++lSlot) {
+    const auto aSite = modAddress::Site(lSlot);
+    auto* const pBooked = Find(*aPlanned, Rules::KeyName(aSite.URL));
     if (pBooked == nullptr) Violate("the list has a site that is not known: " + Shown(aSite));
     if (!aOrder.empty() && aOrder.back().aStored.lIndex > pBooked->aStored.lIndex)
       Violate("site " + Shown(aSite) + " has changed places");
@@ -185,14 +185,13 @@ void ListBook::Conclude() {
 
 void ListBook::SetLights() {
   for (auto& aSite : aSites)
-    aSite.iLight = aSite.aNow.iEnabled == 1 && aSite.aNow.iStatus <= 3 ? aSite.aNow.iStatus : 0;
+    aSite.iLight = aSite.aNow.Enabled == 1 && aSite.aNow.Status <= 3 ? aSite.aNow.Status : 0;
 }
 
 void ListBook::CompareMemory() const {
-  RequireSame("the number of sites in memory", Program::SiteCount(),
-              static_cast<std::int64_t>(aSites.size()));
+  RequireSame("the number of sites in memory", lSiteCount, static_cast<std::int64_t>(aSites.size()));
   for (std::size_t i = 0; i < aSites.size(); ++i) {
-    const auto aSite = Program::SiteIn(static_cast<std::int32_t>(i) + 1);
+    const auto aSite = modAddress::Site(static_cast<std::int32_t>(i) + 1);
     if (aSite != aSites[i].aNow)
       RequireSame("site " + std::to_string(i + 1) + " in memory", Shown(aSite), Shown(aSites[i].aNow));
   }
@@ -240,19 +239,18 @@ std::string ListBook::Difference(const std::vector<StoredSite>& aStore,
         aList.begin(), aList.end(), [&](const auto& aSite) { return aSite.aStored.szKey == aStored.szKey; });
     if (pBooked == aList.end()) return Shown(aStored.aSite) + " too many";
     const auto& aMust = pBooked->aStored.aSite;
-    const auto iStatus = aStored.aSite.iStatus;
+    const auto iStatus = aStored.aSite.Status;
     const bool bStatus =
-        iStatus == aMust.iStatus || iStatus == pBooked->aNow.iStatus || (bForgetful && iStatus == iNotKnown);
+        iStatus == aMust.Status || iStatus == pBooked->aNow.Status || (bForgetful && iStatus == iNotKnown);
     if (!SameEntry(aStored.aSite, aMust) || !bStatus)
       return Shown(aStored.aSite) + " instead of " + Shown(aMust);
   }
   return {};
 }
 
-void ListBook::RequireImported(bool bSaid) const {
+void ListBook::RequireDone(const std::string& szCommand, bool bSaid) const {
   const auto szTo = Difference(ReadStore(), bSaid ? *aPlanned : aSites);
-  if (!szTo.empty())
-    Violate(std::string("an import is ") + (bSaid ? "said and not" : "denied and") + " done: " + szTo);
+  if (!szTo.empty()) Violate(szCommand + (bSaid ? " is said and not" : " is denied and") + " done: " + szTo);
 }
 
 void ListBook::ConcludeAfterTrouble() {
@@ -270,7 +268,7 @@ void ListBook::ConcludeAfterTrouble() {
     auto& aSite = aKept.emplace_back(BookedSite{aStored.aSite, aStored});
     if (pKnown == nullptr) continue;
     // A start that forgets statuses may have come that far: then the outage begins anew.
-    aSite.bAlerted = pKnown->bAlerted && !(bStatusesReset && aStored.aSite.iStatus == iNotKnown);
+    aSite.bAlerted = pKnown->bAlerted && !(bStatusesReset && aStored.aSite.Status == iNotKnown);
     aSite.bMayRepeat = pKnown->bMayRepeat || pKnown->bOwed;
   }
   aSites = std::move(aKept);
@@ -304,8 +302,8 @@ void ListBook::SavedAgain(bool bClean) {
     if (bAsNow) aSite.aStored = aMust;
   }
   const auto lOwed = std::count_if(aSites.begin(), aSites.end(), [](const auto& a) { return a.bOwed; });
-  if (Program::Unsaved() < lOwed || (bClean && Program::Unsaved() > 0))
-    RequireSame("the number of unsaved sites", Program::Unsaved(), lOwed);
+  if (modAddress::UnsavedSites() < lOwed || (bClean && modAddress::UnsavedSites() > 0))
+    RequireSame("the number of unsaved sites", modAddress::UnsavedSites(), lOwed);
 }
 
 bool ListBook::IsUnsure() const {

@@ -6,23 +6,28 @@
 #include <string>
 #include <vector>
 
-#include "simulated/Program.h"
+#include "persistence/modAddress.h"
 
 namespace Simulated {
+
+inline bool operator==(const SiteRecord& aOne, const SiteRecord& aOther) {
+  return aOne.URL == aOther.URL && aOne.IP == aOther.IP && aOne.Status == aOther.Status &&
+         aOne.Enabled == aOther.Enabled && aOne.TimeOut == aOther.TimeOut && aOne.Comments == aOther.Comments;
+}
 
 // A site as it lies in the store.
 struct StoredSite {
   std::string szKey;  // name of its key, lower case
-  Program::Site aSite;
+  SiteRecord aSite;
   std::int32_t lIndex = 0;
   bool operator==(const StoredSite&) const = default;
 };
 
 struct BookedSite {
-  Program::Site aNow;  // in memory
+  SiteRecord aNow;  // in memory
   StoredSite aStored;
-  int iLight = 0;         // 1 to 3; 0: none
-  bool bAlerted = false;  // a mail was tried for the outage that lasts
+  std::uint8_t iLight = 0;  // 1 to 3; 0: none
+  bool bAlerted = false;    // a mail was tried for the outage that lasts
   // What is stored is older than what memory has, because calls failed; bUnsure: or the same, and nobody can
   // tell.
   bool bOwed = false, bUnsure = false;
@@ -38,16 +43,16 @@ class ListBook {
 
   // The rules of the commands; aPlanned is what must come of it.
   void PlanLoad(bool bKeep);
-  void PlanAdd(const Program::Site& aNew);
-  void PlanEdit(std::int32_t lSlot, const Program::Site& aNew);
+  void PlanAdd(const SiteRecord& aNew);
+  void PlanEdit(std::int32_t lSlot, const SiteRecord& aNew);
   void PlanDelete(std::int32_t lSlot);
-  void PlanImport(const std::vector<Program::Site>& aRecords, bool bReplace);
+  void PlanImport(const std::vector<SiteRecord>& aRecords, bool bReplace);
   bool IsTaken(const std::string& szUrl, std::int32_t lExcept) const;
 
   // The planned list holds: in memory and in the store.
   void Conclude();
-  // What an import answered is so.
-  void RequireImported(bool bSaid) const;
+  // What the command answered is so.
+  void RequireDone(const std::string& szCommand, bool bSaid) const;
   // A call failed or the machine was killed meanwhile: the store has the list before or the planned one,
   // whole. Statuses and remarks may be a pass old. The book then knows nothing until the next load.
   void ConcludeAfterTrouble();

@@ -4,9 +4,9 @@
 #include <array>
 #include <cmath>
 
+#include "base/Text.h"
 #include "history/LogHistory.h"
 #include "history/LogSummary.h"
-#include "simulated/Disk.h"
 #include "simulated/Machine.h"
 #include "simulated/Rules.h"
 #include "simulated/Violation.h"
@@ -29,7 +29,7 @@ std::string FolderOf(const std::string& szPath) {
 }  // namespace
 
 // What is known of one site's outages.
-struct LogBook::Tally {
+struct LogBook::SiteStory {
   struct Outage {
     std::uint32_t lFailures = 0, lSent = 0, lFailed = 0;
     bool bDown = false;  // failed again, in one run of the program or in two
@@ -41,7 +41,7 @@ struct LogBook::Tally {
   void Count(const Line& aLine);
 };
 
-void LogBook::Tally::Count(const Line& aLine) {
+void LogBook::SiteStory::Count(const Line& aLine) {
   if (aLine.iKind == Kind::Up) {
     ++lChecks;
     ++lSuccesses;
@@ -56,19 +56,19 @@ void LogBook::Tally::Count(const Line& aLine) {
   }
 }
 
-void LogBook::BeginPass(const Program::Options& aOptions) {
-  szFolder = aOptions.szLogPath;
-  auto dtDay = The().Second();
-  if (aOptions.lLogPeriod != 1) dtDay = AddDays(dtDay, 1 - SplitDateTime(dtDay).lWeekday);
-  szCurrent = szFolder + (aOptions.lLogPeriod == 1 ? "/D-" : "/W-") + FormatDay(dtDay) + ".kvl";
-  lMostFiles = aOptions.lLogPeriod != 0 && aOptions.lLimitFiles == 1 ? aOptions.lMostFiles : 0;
+void LogBook::BeginPass(const SettingsRecord& aOptions) {
+  szFolder = aOptions.LogPath;
+  auto dtDay = ThisMachine().Second();
+  if (aOptions.LogPeriod != 1) dtDay = AddDays(dtDay, 1 - SplitDateTime(dtDay).lWeekday);
+  szCurrent = szFolder + (aOptions.LogPeriod == 1 ? "/D-" : "/W-") + FormatDay(dtDay) + ".kvl";
+  lMostFiles = aOptions.LogPeriod != 0 && aOptions.DiskLogMaxFiles == 1 ? aOptions.MaxLogFiles : 0;
 }
 
 // The first by name goes, never the one in use, and none while there is room.
 void LogBook::Deleted(const std::string& szFile) {
   if (lMostFiles == 0) Violate("a log file was deleted though there is no limit: " + szFile);
   std::vector<std::string> aOthers;
-  for (const auto& [szPath, szText] : Disk::The().aFiles)
+  for (const auto& [szPath, szText] : ThisMachine().aDisk.aFiles)
     if (FolderOf(szPath) == szFolder && szPath.ends_with(".kvl") && szPath != szCurrent)
       aOthers.push_back(szPath);
   if (static_cast<std::int32_t>(aOthers.size()) + 1 <= lMostFiles)
@@ -80,29 +80,29 @@ void LogBook::Deleted(const std::string& szFile) {
 void LogBook::RequirePruned() const {
   if (lMostFiles == 0) return;
   std::int64_t lFiles = 0;
-  for (const auto& [szPath, szText] : Disk::The().aFiles)
+  for (const auto& [szPath, szText] : ThisMachine().aDisk.aFiles)
     lFiles += FolderOf(szPath) == szFolder && szPath.ends_with(".kvl") ? 1 : 0;
   if (lFiles > lMostFiles) RequireSame("the number of log files", lFiles, lMostFiles);
 }
 
 void LogBook::Add(const std::string& szFile, const Line& aLine) {
-  aFiles[szFile].aLines.push_back(aLine);
-  aFiles[szFile].aLines.back().dtMoment = Rounded(aLine.dtMoment);
+  aFiles[szFile].push_back(aLine);
+  aFiles[szFile].back().dtMoment = Rounded(aLine.dtMoment);
   ++lAdded;
 }
 
 std::int64_t LogBook::LineCount() const {
   std::int64_t lLines = 0;
   for (const auto& [szPath, aFile] : aFiles)
-    lLines += static_cast<std::int64_t>(aFile.aLines.size());
+    lLines += static_cast<std::int64_t>(aFile.size());
   return lLines;
 }
 
 void LogBook::ForgetAll() {
-  auto& aOnDisk = Disk::The().aFiles;
+  auto& aOnDisk = ThisMachine().aDisk.aFiles;
   std::erase_if(aOnDisk, [](const auto& aFile) { return aFile.first.ends_with(".kvl"); });
   aFiles.clear();
-  Disk::The().bTorn = false;
+  ThisMachine().aDisk.bTorn = false;
 }
 
 // The passes of all files by their times; a time that runs back within a file counts as the latest before it.
@@ -119,7 +119,7 @@ std::vector<const LogBook::Line*> LogBook::Merged(const std::string& szOf) const
     bool bOpen = false;
     DateTime dtLatest = 0;
     std::size_t lPass = 0;
-    for (const auto& aLine : aFile.aLines) {
+    for (const auto& aLine : aFile) {
       if (!bOpen || aLine.iKind == Kind::Start) {
         if (aLine.iKind != Kind::End) dtLatest = std::max(dtLatest, aLine.dtMoment);
         aPasses.push_back({dtLatest, lFile, lPass++, {}});
@@ -141,29 +141,29 @@ std::vector<const LogBook::Line*> LogBook::Merged(const std::string& szOf) const
 bool LogBook::ReadBack(bool bNow) {
   std::int64_t lLines = 0;
   for (const auto& [szPath, aFile] : aFiles)
-    lLines += FolderOf(szPath) == szFolder ? static_cast<std::int64_t>(aFile.aLines.size()) : 0;
+    lLines += FolderOf(szPath) == szFolder ? static_cast<std::int64_t>(aFile.size()) : 0;
   if (lLines == 0 || (!bNow && lAdded < 300 + 2 * lLines)) return false;
   lAdded = 0;
-  ++lReadBacks;
+  ++Tallied(Tally::ReadBacks);
 
   const Machine::Aside aAside;
   LogHistory aHistory;
   aHistory.Open({szFolder});
   const auto aSummary = Summarise(aHistory);
-  if (Disk::The().bTorn) {
+  if (ThisMachine().aDisk.bTorn) {
     Require(aSummary.lUnread <= 1, "one torn line makes more than one line unreadable");
     return true;
   }
   RequireSame("the number of unreadable log lines", aSummary.lUnread, 0);
   RequireSame("the number of log lines", static_cast<std::int64_t>(aHistory.Lines().size()), lLines);
 
-  std::map<std::string, Tally> aTallies;
+  std::map<std::string, SiteStory> aTallies;
   for (const auto* const pLine : Merged(szFolder))
     if (!pLine->szSite.empty()) aTallies[pLine->szSite].Count(*pLine);
   RequireSame("the number of sites in the log", static_cast<std::int64_t>(aSummary.aSites.size()),
               static_cast<std::int64_t>(aTallies.size()));
   for (const auto& aSite : aSummary.aSites) {
-    const auto pTally = aTallies.find(Rules::Lower(aSite.szSite));
+    const auto pTally = aTallies.find(Text::LowerCase(aSite.szSite));
     if (pTally == aTallies.end()) Violate("the log names a site that was never checked: " + aSite.szSite);
     const auto& aTally = pTally->second;
     RequireSame("the checks that the log tells of " + aSite.szSite, aSite.lChecks, aTally.lChecks);
@@ -187,7 +187,7 @@ bool LogBook::ReadBack(bool bNow) {
         RequireSame("failure " + std::to_string(i + 1) + " of " + aSite.szSite + ", part " +
                         std::to_string(lPart + 1),
                     aTold[i][lPart], aMust[i][lPart]);
-    lOutages += std::ssize(aMust);
+    Tallied(Tally::Outages) += std::ssize(aMust);
   }
   return true;
 }

@@ -22,7 +22,7 @@ class LogBook {
   };
 
   // The file of the present day or week, and the room that must be made for it.
-  void BeginPass(const Program::Options& aOptions);
+  void BeginPass(const SettingsRecord& aOptions);
   const std::string& CurrentFile() const { return szCurrent; }
   void Deleted(const std::string& szFile);
   // The folder holds as many files as are to be kept, now that the pass has written its first line.
@@ -34,16 +34,11 @@ class LogBook {
   std::int64_t LineCount() const;
   void ForgetAll();  // the operator clears the folder
 
-  std::int64_t lReadBacks = 0, lOutages = 0;
-
  private:
-  struct File {
-    std::vector<Line> aLines;
-  };
-  struct Tally;
+  struct SiteStory;
   std::vector<const Line*> Merged(const std::string& szFolder) const;
 
-  std::map<std::string, File> aFiles;  // by path
+  std::map<std::string, std::vector<Line>> aFiles;  // by path
   std::string szCurrent, szFolder;
   std::int32_t lMostFiles = 0;  // 0: no limit
   std::int64_t lAdded = 0;      // lines since the last reading

@@ -2,7 +2,6 @@
 
 #include <cmath>
 
-#include "simulated/Disk.h"
 #include "simulated/Store.h"
 
 namespace Simulated {
@@ -33,7 +32,7 @@ bool IsSummer(DateTime dtUtc) {
 
 }  // namespace
 
-Machine& The() {
+Machine& ThisMachine() {
   static Machine aMachine;
   return aMachine;
 }
@@ -44,7 +43,6 @@ void Machine::Reset(std::uint64_t lSeed, DateTime dtStart) {
   dtStartUtc = AddSeconds(dtStart, -dHour);
   dBoot = 100;
   Store::Clear();
-  Disk::Clear();
 }
 
 DateTime Machine::Wall() const {
@@ -65,7 +63,6 @@ void Machine::PowerOn() {
   bDead = false;
   lKillAt = 0;
   Store::LosePower();
-  Disk::LosePower();
 }
 
 bool Machine::Fails(Access iAccess) {
@@ -91,15 +88,15 @@ bool Machine::Fails(Access iAccess) {
 }
 
 Machine::Aside::Aside() {
-  The().bAside = true;
+  ThisMachine().bAside = true;
 }
 
 Machine::Aside::~Aside() {
-  The().bAside = false;
+  ThisMachine().bAside = false;
 }
 
 Call::Call(Access iAccess) {
-  auto& aMachine = The();
+  auto& aMachine = ThisMachine();
   if (aMachine.bAside) return;
   const bool bHit = ++aMachine.lCalls == aMachine.lKillAt;
   if (bHit && !aMachine.bKillAfter) aMachine.bDead = true;
@@ -109,7 +106,7 @@ Call::Call(Access iAccess) {
 }
 
 Call::~Call() {
-  if (bTheLast) The().bDead = true;
+  if (bTheLast) ThisMachine().bDead = true;
 }
 
 }  // namespace Simulated

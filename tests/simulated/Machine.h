@@ -7,6 +7,8 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -63,6 +65,16 @@ class Witness {
   virtual void Deleted(const std::string& szFile) = 0;
 };
 
+// The files as they lie on the machine, for hands that reach past the program.
+struct Disk {
+  std::map<std::string, std::string> aFiles;  // by path
+  std::set<std::string> aFolders;
+  std::set<std::string> aLocked;  // folders that take nothing new and give nothing up
+  std::int64_t lRoom = -1;        // bytes; negative: enough
+  bool bTears = false;            // a kill during an append leaves its first half (as a power cut may)
+  bool bTorn = false;             // and one did, since that was last forgotten
+};
+
 enum class Access : std::uint8_t { Other, StoreRead, StoreWrite, StoreCommit, FileRead, FileWrite };
 
 // How often calls fail, of a thousand.
@@ -117,6 +129,7 @@ class Machine {
   bool bReadsSpareBrackets = false;                // a read that fails in a bracket does not cost the bracket
   std::int64_t lStoreFaults = 0, lFileFaults = 0;  // so many did
 
+  Disk aDisk;
   Surroundings* pSurroundings = nullptr;
   Witness* pWitness = nullptr;  // may be nullptr
 
@@ -131,7 +144,7 @@ class Machine {
   bool bKillAfter = false, bDead = false, bAside = false;
 };
 
-Machine& The();
+Machine& ThisMachine();
 
 // One call of the program into the platform, as long as it lasts.
 class Call {

@@ -1,8 +1,7 @@
 #include "simulated/OptionsBook.h"
 
-#include <array>
+#include <algorithm>
 
-#include "simulated/Disk.h"
 #include "simulated/Store.h"
 #include "simulated/Violation.h"
 
@@ -15,109 +14,95 @@ constexpr char szInternet[] = "Software\\Microsoft\\Windows\\CurrentVersion\\Int
 constexpr char szAllow[] = "AllowCookies";
 const std::string szMissing = "(missing)";
 
-// In the order of Program::Options.
-enum Place {
-  Interval,
-  Warning,
-  Email,
-  Name,
-  Server,
-  Port,
-  LogPath,
-  LogPeriod,
-  LimitFiles,
-  MostFiles,
-  SkipDisabled,
-  Cookies
-};
-struct Entry {
-  const char* szKey;
-  const char* szName;
-};
-constexpr std::array<Entry, 12> aEntries = {{{"Timer", "Interval"},
-                                             {"Timer", "Warning"},
-                                             {"Manager", "Email"},
-                                             {"Manager", "Name"},
-                                             {"Manager", "SMTP"},
-                                             {"Manager", "SMTPPort"},
-                                             {"Log", "LogPath"},
-                                             {"Log", "LogPeriod"},
-                                             {"Log", "DiskLogMaxFiles"},
-                                             {"Log", "MaxLogFiles"},
-                                             {"Log", "DiskLogDisabled"},
-                                             {"AllowCookie", "AllowType"}}};
-
-std::vector<std::string> AsTexts(const Program::Options& a) {
-  return {std::to_string(a.lInterval),
-          std::to_string(a.lWarning),
-          a.szEmail,
-          a.szName,
-          a.szServer,
-          std::to_string(a.lPort),
-          a.szLogPath,
-          std::to_string(a.lLogPeriod),
-          std::to_string(a.lLimitFiles),
-          std::to_string(a.lMostFiles),
-          std::to_string(a.lSkipDisabled),
-          std::to_string(a.lCookies)};
+// Every setting: its key, its name and its field.
+template <typename Record, typename Take>
+void EachOf(Record& a, const Take& aTake) {
+  aTake("Timer", "Interval", a.Interval);
+  aTake("Timer", "Warning", a.Warning);
+  aTake("Manager", "Email", a.Email);
+  aTake("Manager", "Name", a.Name);
+  aTake("Manager", "SMTP", a.SMTP);
+  aTake("Manager", "SMTPPort", a.SMTPPort);
+  aTake("Log", "LogPath", a.LogPath);
+  aTake("Log", "LogPeriod", a.LogPeriod);
+  aTake("Log", "DiskLogMaxFiles", a.DiskLogMaxFiles);
+  aTake("Log", "MaxLogFiles", a.MaxLogFiles);
+  aTake("Log", "DiskLogDisabled", a.DiskLogDisabled);
+  aTake("AllowCookie", "AllowType", a.AllowType);
 }
 
-std::string Joined(const std::vector<std::string>& aTexts) {
-  std::string szAll;
-  for (const auto& szText : aTexts)
-    szAll += szText + "|";
-  return szAll;
+std::string TextOf(const std::string& szField) {
+  return szField;
+}
+std::string TextOf(std::int32_t lField) {
+  return std::to_string(lField);
+}
+
+void Put(const std::string& szText, std::string& szField) {
+  szField = szText;
+}
+template <typename Number>
+void Put(const std::string& szText, Number& lField) {
+  lField = static_cast<Number>(std::stoi(szText));
 }
 
 }  // namespace
 
+OptionsBook::Raw OptionsBook::RawOf(const SettingsRecord& aSettings) {
+  Raw aRaw;
+  EachOf(aSettings,
+         [&](const char*, const char* szName, const auto& aField) { aRaw[szName] = TextOf(aField); });
+  return aRaw;
+}
+
 OptionsBook::Raw OptionsBook::ReadStore() {
   Raw aRaw;
-  for (const auto& aEntry : aEntries) {
-    const auto* const pValue = Store::Find(
-        hRoot, std::string("Software\\Tamsel\\Kestrova\\Settings\\") + aEntry.szKey, aEntry.szName);
-    aRaw.push_back(pValue == nullptr                      ? szMissing
-                   : pValue->lType == Registry::REG_DWORD ? std::to_string(pValue->Number())
-                                                          : pValue->Text());
-  }
+  EachOf(Settings, [&](const std::string& szKey, const char* szName, const auto&) {
+    const auto* const pValue = Store::Find(hRoot, "Software\\Tamsel\\Kestrova\\Settings\\" + szKey, szName);
+    if (pValue == nullptr) return;
+    aRaw[szName] = pValue->lType == Registry::REG_DWORD ? std::to_string(pValue->Number()) : pValue->Text();
+  });
   return aRaw;
+}
+
+std::string OptionsBook::Shown(const Raw& aRaw) {
+  std::string szAll;
+  for (const auto& [szName, szText] : aRaw)
+    szAll += szName + "=" + szText + "|";
+  return szAll;
 }
 
 // What is missing or out of range takes its default, which is then stored too.
 void OptionsBook::PlanLoad() {
-  aStored = ReadStore();
-  aPlannedStore = aStored;
-  const auto NumberAt = [&](Place iPlace) {
-    return aStored[iPlace] == szMissing ? 0 : std::stoi(aStored[iPlace]);
-  };
-  const auto TextAt = [&](Place iPlace) { return aStored[iPlace] == szMissing ? "" : aStored[iPlace]; };
-  const auto Mend = [&](Place iPlace, std::int32_t& lField, bool bWrong, std::int32_t lDefault) {
+  aPlannedStore = aStored = ReadStore();
+  auto& a = aPlanned = {};
+  EachOf(a, [&](const char*, const char* szName, auto& aField) {
+    if (aStored.contains(szName)) Put(aStored[szName], aField);
+  });
+  const auto Mend = [&](const char* szName, auto& lField, bool bWrong, std::int16_t iDefault) {
     if (!bWrong) return;
-    lField = lDefault;
-    aPlannedStore[iPlace] = std::to_string(lDefault);
+    lField = iDefault;
+    aPlannedStore[szName] = std::to_string(iDefault);
   };
-  auto& a = aPlanned;
-  a = {NumberAt(Interval),   NumberAt(Warning),   TextAt(Email),          TextAt(Name),
-       TextAt(Server),       NumberAt(Port),      TextAt(LogPath),        NumberAt(LogPeriod),
-       NumberAt(LimitFiles), NumberAt(MostFiles), NumberAt(SkipDisabled), NumberAt(Cookies)};
-  Mend(Interval, a.lInterval, a.lInterval < 1, 60);
-  Mend(Warning, a.lWarning, a.lWarning < 1, 15);
-  if (a.lPort == 0) a.lPort = 25;  // in memory only
-  Mend(LogPeriod, a.lLogPeriod, aStored[LogPeriod] == szMissing || a.lLogPeriod < 0 || a.lLogPeriod > 2, 1);
-  Mend(LimitFiles, a.lLimitFiles, aStored[LimitFiles] == szMissing, 1);
-  Mend(SkipDisabled, a.lSkipDisabled,
-       aStored[SkipDisabled] == szMissing || (a.lSkipDisabled != 0 && a.lSkipDisabled != 1), 1);
-  Mend(MostFiles, a.lMostFiles, a.lMostFiles < 1, 7);
-  if (a.szLogPath.empty()) a.szLogPath = aPlannedStore[LogPath] = szDefaultLogs;
-  if (a.lCookies != 1 && a.lCookies != 2) {
-    a.lLogPeriod = 1;  // in memory only, and the other way round for the policy
-    aPlannedStore[Cookies] = "1";
+  const auto Missing = [&](const char* szName) { return !aStored.contains(szName); };
+  Mend("Interval", a.Interval, a.Interval < 1, 60);
+  Mend("Warning", a.Warning, a.Warning < 1, 15);
+  if (a.SMTPPort == 0) a.SMTPPort = 25;  // in memory only
+  Mend("LogPeriod", a.LogPeriod, Missing("LogPeriod") || a.LogPeriod < 0 || a.LogPeriod > 2, 1);
+  Mend("DiskLogMaxFiles", a.DiskLogMaxFiles, Missing("DiskLogMaxFiles"), 1);
+  Mend("DiskLogDisabled", a.DiskLogDisabled,
+       Missing("DiskLogDisabled") || (a.DiskLogDisabled != 0 && a.DiskLogDisabled != 1), 1);
+  Mend("MaxLogFiles", a.MaxLogFiles, a.MaxLogFiles < 1, 7);
+  if (a.LogPath.empty()) a.LogPath = aPlannedStore["LogPath"] = szDefaultLogs;
+  if (a.AllowType != 1 && a.AllowType != 2) {
+    a.LogPeriod = 1;  // in memory only, and the other way round for the policy
+    aPlannedStore["AllowType"] = "1";
   }
 }
 
-void OptionsBook::PlanSave(const Program::Options& aNew) {
+void OptionsBook::PlanSave(const SettingsRecord& aNew) {
   aPlanned = aNew;
-  aPlannedStore = AsTexts(aNew);
+  aPlannedStore = RawOf(aNew);
 }
 
 void OptionsBook::Conclude() {
@@ -126,23 +111,28 @@ void OptionsBook::Conclude() {
   Compare();
 }
 
+void OptionsBook::RequireSaved(bool bSaid) const {
+  RequireSame(bSaid ? "what was said to be stored" : "what was not stored", Shown(ReadStore()),
+              Shown(bSaid ? aPlannedStore : aStored));
+}
+
 void OptionsBook::ConcludeAfterTrouble(bool bWhole) {
-  const auto aIs = ReadStore();
+  auto aIs = ReadStore();
   bool bHolds = aIs == aStored || aIs == aPlannedStore;
-  if (!bWhole) {
-    bHolds = true;
-    for (std::size_t i = 0; i < aIs.size(); ++i)
-      bHolds = bHolds && (aIs[i] == aStored[i] || aIs[i] == aPlannedStore[i]);
-  }
+  if (!bWhole)
+    bHolds = std::ranges::all_of(RawOf(aNow), [&](const auto& aEntry) {
+      const auto In = [&](Raw& aRaw) { return aRaw.contains(aEntry.first) ? aRaw[aEntry.first] : szMissing; };
+      return In(aIs) == In(aStored) || In(aIs) == In(aPlannedStore);
+    });
   if (!bHolds)
-    Violate("the stored settings are " + Joined(aIs) + " and must be " + Joined(aStored) + " or " +
-            Joined(aPlannedStore));
+    Violate("the stored settings are " + Shown(aIs) + " and must be " + Shown(aStored) + " or " +
+            Shown(aPlannedStore));
   aStored = aPlannedStore = aIs;
 }
 
 void OptionsBook::Compare() const {
-  RequireSame("the settings in memory", Joined(AsTexts(Program::Current())), Joined(AsTexts(aNow)));
-  RequireSame("the stored settings", Joined(ReadStore()), Joined(aStored));
+  RequireSame("the settings in memory", Shown(RawOf(Settings)), Shown(RawOf(aNow)));
+  RequireSame("the stored settings", Shown(ReadStore()), Shown(aStored));
 }
 
 std::optional<std::int32_t> OptionsBook::CookiesNow() {
@@ -160,14 +150,12 @@ void OptionsBook::SetCookies(std::optional<std::int32_t> aPolicy) {
 }
 
 void OptionsBook::RequireOwnCookies() const {
-  const auto Shown = [](std::optional<std::int32_t> a) { return a ? std::to_string(*a) : szMissing; };
-  if (CookiesNow() != aCookies)
-    RequireSame("the user's own cookie policy", Shown(CookiesNow()), Shown(aCookies));
+  RequireSame("the user's own cookie policy", CookiesNow().value_or(-1), aCookies.value_or(-1));
 }
 
 void OptionsBook::RequireProgramCookies() const {
   if (!Store::HasKey(Registry::HKEY_CURRENT_USER, szInternet)) return;
-  RequireSame("the cookie policy during a pass", CookiesNow().value_or(-1), aNow.lCookies);
+  RequireSame("the cookie policy during a pass", CookiesNow().value_or(-1), aNow.AllowType);
 }
 
 }  // namespace Simulated

@@ -1,22 +1,24 @@
 // OptionsBook: what the settings must be, in memory and in the store, and whose the cookie policy is.
 #pragma once
 
+#include <map>
 #include <optional>
 #include <string>
-#include <vector>
 
-#include "simulated/Program.h"
+#include "persistence/Settings.h"
 
 namespace Simulated {
 
 class OptionsBook {
  public:
-  Program::Options aNow;      // in memory
+  SettingsRecord aNow;        // in memory
   bool bCookiesOwed = false;  // calls failed in a pass: the user's policy may not be back yet
 
   void PlanLoad();
-  void PlanSave(const Program::Options& aNew);
+  void PlanSave(const SettingsRecord& aNew);
   void Conclude();  // the plan holds
+  // What SaveSettings answered is so.
+  void RequireSaved(bool bSaid) const;
   // The store has what was before or what was planned: whole, or each value for itself.
   void ConcludeAfterTrouble(bool bWhole);
 
@@ -31,11 +33,13 @@ class OptionsBook {
   static constexpr char szDefaultLogs[] = "/program/Logs";
 
  private:
-  using Raw = std::vector<std::string>;  // what is stored, each value as text
+  using Raw = std::map<std::string, std::string>;  // what is stored, by name, as text
+  static Raw RawOf(const SettingsRecord& aSettings);
   static Raw ReadStore();
+  static std::string Shown(const Raw& aRaw);
   static std::optional<std::int32_t> CookiesNow();
 
-  Program::Options aPlanned;
+  SettingsRecord aPlanned;
   Raw aStored, aPlannedStore;
   std::optional<std::int32_t> aCookies;
 };

@@ -4,7 +4,9 @@
 #include <cmath>
 #include <utility>
 
-#include "simulated/Disk.h"
+#include "base/Text.h"
+#include "check/Schedule.h"
+#include "log/CheckLog.h"
 #include "simulated/Violation.h"
 
 namespace Simulated {
@@ -15,7 +17,7 @@ constexpr double dSecondsPerDay = 86400;
 constexpr double dHair = 1e-5;    // seconds: what is lost in adding up days
 constexpr double dTolerance = 2;  // a time-out comes at most so many seconds late
 
-constexpr int iUp = 1, iWarning = 2, iDown = 3;
+constexpr std::uint8_t iUp = 1, iWarning = 2, iDown = 3;
 const std::string szAgent = "http://";
 
 bool IsNumber(const std::string& szCode) {
@@ -31,13 +33,13 @@ std::string Both(const std::string& szFirst, const std::string& szSecond) {
 }  // namespace
 
 void PassBook::SetNext(std::int32_t lMinutes) {
-  dtNextWall = AddMinutes(The().Second(), lMinutes);
-  dNextBoot = The().Boot() + 60.0 * lMinutes;
+  dtNextWall = AddMinutes(ThisMachine().Second(), lMinutes);
+  dNextBoot = ThisMachine().Boot() + 60.0 * lMinutes;
 }
 
 // By the wall clock, or when that time has really gone by, whichever comes first.
 double PassBook::SecondsToDue() const {
-  return std::min((dtNextWall - The().Wall()) * dSecondsPerDay, dNextBoot - The().Boot());
+  return std::min((dtNextWall - ThisMachine().Wall()) * dSecondsPerDay, dNextBoot - ThisMachine().Boot());
 }
 
 bool PassBook::IsDue() const {
@@ -45,68 +47,61 @@ bool PassBook::IsDue() const {
 }
 
 void PassBook::CompareNext() const {
-  if (std::abs(Program::NextCheck() - dtNextWall) > 1e-8)
-    RequireSame("the time of the next pass", FormatGeneral(Program::NextCheck()), FormatGeneral(dtNextWall));
+  if (std::abs(NextCheckTime - dtNextWall) > 1e-8)
+    RequireSame("the time of the next pass", FormatGeneral(NextCheckTime), FormatGeneral(dtNextWall));
 }
 
 void PassBook::Begin(bool bByHand) {
   Require(iPhase == Phase::Idle, "a pass begins while one is running");
-  ++lPasses;
+  ++Tallied(Tally::Passes);
   bManual = bByHand;
   bStopped = bQuit = bFailureSeen = bEndWritten = bInFlight = bBackup = bSilent = false;
   lBells = 0;
   lSlot = 0;
   lLast = static_cast<std::int32_t>(aList.aSites.size());
-  lPassStoreFaults = lStoreFaultsRecorded = The().lStoreFaults;
+  lPassStoreFaults = lStoreFaultsRecorded = ThisMachine().lStoreFaults;
   lMissingLines = lOutcomes = lUnjudged = 0;
   bUnjudgedRemark = bUnjudgedLine = false;
   bAnyReached = false;
-  lPassFileFaults = The().lFileFaults;
+  lPassFileFaults = ThisMachine().lFileFaults;
   bPruningDue = false;
   aLog.BeginPass(aOptions.aNow);
-  SetNext(std::max(1, aOptions.aNow.lInterval));
+  SetNext(std::max(1, aOptions.aNow.Interval));
   for (auto& aSite : aList.aSites)
-    aSite.aNow.szRemark.clear();
-  iPhase = aOptions.aNow.lLogPeriod != 0 ? Phase::Starting : Phase::Walking;
+    aSite.aNow.Comments.clear();
+  iPhase = aOptions.aNow.LogPeriod != 0 ? Phase::Starting : Phase::Walking;
 }
 
 void PassBook::End() {
   if (Traced())
-    Trace("end; calls of the store that failed: " + std::to_string(The().lStoreFaults - lPassStoreFaults));
+    Trace("end; calls of the store that failed: " +
+          std::to_string(ThisMachine().lStoreFaults - lPassStoreFaults));
   Require(iPhase == Phase::Walking, "a pass ends before its site is recorded");
   Require(!bInFlight, "a pass ends with a request in flight");
   Require(bEndWritten || !GoOn(), "a pass ends before its last site");
-  Require(bEndWritten == (aOptions.aNow.lLogPeriod != 0), "the end line is missing or one too many");
+  Require(bEndWritten == (aOptions.aNow.LogPeriod != 0), "the end line is missing or one too many");
   RequireSame("the number of bells", lBells, bFailureSeen && !bQuit ? 1 : 0);
   iPhase = Phase::Idle;
   aList.CompareMemory();
   CompareNext();
-  aList.SavedAgain(The().lStoreFaults == lStoreFaultsRecorded);
+  aList.SavedAgain(ThisMachine().lStoreFaults == lStoreFaultsRecorded);
   aList.CompareStore();
-  aOptions.bCookiesOwed = The().lStoreFaults != lPassStoreFaults;
+  aOptions.bCookiesOwed = ThisMachine().lStoreFaults != lPassStoreFaults;
   if (!aOptions.bCookiesOwed) aOptions.RequireOwnCookies();
 }
 
 // What is not stored, and what is missing in the log, is said; what is said has a reason.
 void PassBook::Says(const std::vector<std::string>& aTroubles, bool bAllKept) const {
-  RequireSame("the number of lines that the log is said to miss", Program::TakeMissingLines(), lMissingLines);
-  const bool bUnsaved = std::any_of(aTroubles.begin(), aTroubles.end(), [](const auto& szText) {
-    return szText.find("could not be stored") != std::string::npos;
-  });
-  Require(bUnsaved == (Program::Unsaved() > 0), "unsaved results are not said, or none and said");
-  const bool bNobody = std::any_of(aTroubles.begin(), aTroubles.end(), [](const auto& szText) {
-    return szText.starts_with("No site could be reached");
-  });
-  Require(bNobody == (lOutcomes > 1 && !bAnyReached),
+  RequireSame("the number of lines that the log is said to miss", CheckLog::TakeMissingLines(),
+              lMissingLines);
+  const auto szAll = Text::Joined(aTroubles, " ");
+  const auto Said = [&](const std::string& szText) { return szAll.find(szText) != std::string::npos; };
+  const bool bUnsaved = modAddress::UnsavedSites() > 0;
+  Require(Said("could not be stored") == bUnsaved, "unsaved results are not said, or none and said");
+  Require(Said("No site could be reached") == (lOutcomes > 1 && !bAnyReached),
           "that nobody was reached is not said, or not so and said");
-  const auto szUnjudged =
-      "could not be checked, because this computer has no file descriptor, memory or thread "
-      "left: " +
-      std::to_string(lUnjudged) + ".";
-  const bool bOwnFaults = std::any_of(aTroubles.begin(), aTroubles.end(), [&](const auto& szText) {
-    return szText.find(lUnjudged > 0 ? szUnjudged : "could not be checked") != std::string::npos;
-  });
-  Require(bOwnFaults == (lUnjudged > 0),
+  Require(Said("could not be checked") == (lUnjudged > 0) &&
+              (lUnjudged == 0 || Said("thread left: " + std::to_string(lUnjudged) + ".")),
           "sites that this machine could not check are not said, or none and said");
   Require(bAllKept == (!bUnsaved && lUnjudged == 0), "the pass's own word on what was kept");
 }
@@ -122,7 +117,7 @@ bool PassBook::GoOn() {
   if (bStopped) return false;
   while (lSlot < std::min(lLast, static_cast<std::int32_t>(aList.aSites.size()))) {
     ++lSlot;
-    if (Site().aNow.iEnabled == 1 || LogsDisabled()) return true;
+    if (Site().aNow.Enabled == 1 || LogsDisabled()) return true;
   }
   return false;
 }
@@ -134,27 +129,27 @@ void PassBook::Requested(const std::string& szURL, const Conversation& aComing) 
   if (std::exchange(bPruningDue, false)) aLog.RequirePruned();
   if (iPhase == Phase::AgainDue) {
     RequireSame("the request that is made once more", szURL,
-                szAgent + Rules::Trimmed(bBackup ? Site().aNow.szIp : Site().aNow.szUrl));
-    if (!bBackup) aEntry.dtChecked = The().Second();
+                szAgent + Text::Trim(bBackup ? Site().aNow.IP : Site().aNow.URL));
+    if (!bBackup) aEntry.dtChecked = ThisMachine().Second();
   } else if (iPhase == Phase::BackupDue) {
-    ++lBackups;
+    ++Tallied(Tally::Backups);
     bBackup = true;
-    RequireSame("the second request", szURL, szAgent + Rules::Trimmed(Site().aNow.szIp));
+    RequireSame("the second request", szURL, szAgent + Text::Trim(Site().aNow.IP));
   } else {
     Require(iPhase == Phase::Walking, "a request begins before the outcome of the one before is recorded");
-    Require(!bEndWritten && GoOn() && Site().aNow.iEnabled == 1, "a request that is nobody's turn");
-    RequireSame("the request", szURL, szAgent + Rules::Trimmed(Site().aNow.szUrl));
+    Require(!bEndWritten && GoOn() && Site().aNow.Enabled == 1, "a request that is nobody's turn");
+    RequireSame("the request", szURL, szAgent + Text::Trim(Site().aNow.URL));
     bBackup = false;
-    aEntry = {The().Second(), szAgent + Site().aNow.szUrl, "", "", 0, LogBook::Kind::Up};
+    aEntry = {ThisMachine().Second(), szAgent + Site().aNow.URL, "", "", 0, LogBook::Kind::Up};
     ++Where().lChecks;
   }
-  if (The().lStoreFaults == lPassStoreFaults) aOptions.RequireProgramCookies();
+  if (ThisMachine().lStoreFaults == lPassStoreFaults) aOptions.RequireProgramCookies();
   iPhase = Phase::Asked;
   bInFlight = true;
   bSilent = bStoodStill = false;
   aAnswer = aComing;
-  dAsked = The().Boot();
-  dDeadline = The().Steady() + Site().aNow.lTimeOut;
+  dAsked = ThisMachine().Boot();
+  dDeadline = ThisMachine().Steady() + Site().aNow.TimeOut;
 }
 
 void PassBook::Answered(std::int16_t iState, bool bLimit) {
@@ -162,13 +157,13 @@ void PassBook::Answered(std::int16_t iState, bool bLimit) {
   bInFlight = false;
   if (bLimit && OutcomeKnown()) return;  // the time-out is recorded already
   Require(iPhase == Phase::Asked, "an answer to no request");
-  Require(The().Steady() <= std::max(dDeadline, dAwake) + dTolerance, "a time-out is overdue");
+  Require(ThisMachine().Steady() <= std::max(dDeadline, dAwake) + dTolerance, "a time-out is overdue");
   if (iState == 12) return Outcome(Rules::OfHeader(aAnswer.szHeader));
   if (aAnswer.bOwnFault && !bBackup) return LeaveUnjudged();
   if (ProvesNothing()) return;
   if (!bLimit) return Outcome(Rules::OfError(aAnswer.lCode, aAnswer.szInfo));
-  Require(The().Steady() >= dDeadline - dHair, "the client gave up before the time");
-  ++lTimeOuts;
+  Require(ThisMachine().Steady() >= dDeadline - dHair, "the client gave up before the time");
+  ++Tallied(Tally::TimeOuts);
   Outcome(Rules::OfTimeOut());
 }
 
@@ -183,11 +178,12 @@ void PassBook::Cancelled() {
 // What has arrived is heard before the time is judged.
 void PassBook::BeforeTick() {
   if (iPhase != Phase::Asked) return;
-  if (std::abs(The().Steady() - dDeadline) < 10 * dHair) The().Pass(20 * dHair);  // no rounding shall decide
-  if (The().Steady() < dDeadline) return;
-  if (aAnswer.EndsAt() >= 0 && dAsked + aAnswer.EndsAt() <= The().Boot()) return;
+  if (std::abs(ThisMachine().Steady() - dDeadline) < 10 * dHair)
+    ThisMachine().Pass(20 * dHair);  // no rounding shall decide
+  if (ThisMachine().Steady() < dDeadline) return;
+  if (aAnswer.EndsAt() >= 0 && dAsked + aAnswer.EndsAt() <= ThisMachine().Boot()) return;
   if (ProvesNothing()) return;
-  ++lTimeOuts;
+  ++Tallied(Tally::TimeOuts);
   Outcome(Rules::OfTimeOut());
 }
 
@@ -196,7 +192,7 @@ void PassBook::AfterTick() {
 }
 
 void PassBook::Awake() {
-  dAwake = The().Steady();
+  dAwake = ThisMachine().Steady();
   bStoodStill = iPhase == Phase::Asked;
 }
 
@@ -215,10 +211,10 @@ void PassBook::Outcome(const Rules::Verdict& aVerdict) {
   ++lOutcomes;
   bAnyReached =
       bAnyReached || std::any_of(aAnswer.aSteps.begin(), aAnswer.aSteps.end(), [&](const auto& aStep) {
-        return aStep.iState >= 4 && aStep.iState <= 10 && dAsked + aStep.dAt <= The().Boot();
+        return aStep.iState >= 4 && aStep.iState <= 10 && dAsked + aStep.dAt <= ThisMachine().Boot();
       });
-  lStoreFaultsBefore = The().lStoreFaults;
-  lFileFaultsBefore = The().lFileFaults;
+  lStoreFaultsBefore = ThisMachine().lStoreFaults;
+  lFileFaultsBefore = ThisMachine().lFileFaults;
   if (bBackup)
     BackupOutcome(aVerdict);
   else
@@ -229,7 +225,7 @@ void PassBook::Outcome(const Rules::Verdict& aVerdict) {
 void PassBook::LeaveUnjudged() {
   iPhase = Phase::Walking;
   bUnjudgedRemark = true;
-  bUnjudgedLine = ++lUnjudged == 1 && aOptions.aNow.lLogPeriod != 0;
+  bUnjudgedLine = ++lUnjudged == 1 && aOptions.aNow.LogPeriod != 0;
   aEntry.szStatus = szNotChecked;
 }
 
@@ -237,34 +233,34 @@ void PassBook::FirstOutcome(const Rules::Verdict& aVerdict) {
   auto& aSite = Site();
   auto& aNow = aSite.aNow;
   if (aVerdict.bUp) {
-    aEntry.szStatus = szRemark = aNow.szRemark = "Site OK";
+    aEntry.szStatus = szRemark = aNow.Comments = "Site OK";
     aEntry.iClass = 1;
-    aNow.iStatus = aSite.iLight = iUp;
+    aNow.Status = aSite.iLight = iUp;
     aSite.bAlerted = aSite.bMayRepeat = false;
     return;
   }
   aEntry.szStatus = aVerdict.szLogText.empty() ? aVerdict.szText : aVerdict.szLogText;
-  if (aNow.iStatus == iWarning && !Rules::Trimmed(aNow.szIp).empty()) {
+  if (aNow.Status == iWarning && !Text::Trim(aNow.IP).empty()) {
     szFirstCode = aVerdict.szCode;
     szFirstText = aVerdict.szText;
-    aEntry.szAddress = Both(aEntry.szAddress, szAgent + aNow.szIp);
+    aEntry.szAddress = Both(aEntry.szAddress, szAgent + aNow.IP);
     iPhase = Phase::BackupDue;
     return;
   }
-  szRemark = aNow.szRemark = aVerdict.szText;
+  szRemark = aNow.Comments = aVerdict.szText;
   aEntry.iClass = 2;
   aEntry.iKind = LogBook::Kind::Down;
-  if (aNow.iStatus == iWarning) {
-    aNow.iStatus = aSite.iLight = iDown;
+  if (aNow.Status == iWarning) {
+    aNow.Status = aSite.iLight = iDown;
     bFailureSeen = true;
     Alert(aVerdict.szCode);
-  } else if (aNow.iStatus == iDown) {
+  } else if (aNow.Status == iDown) {
     bFailureSeen = true;
   } else {
-    aNow.iStatus = aSite.iLight = iWarning;
+    aNow.Status = aSite.iLight = iWarning;
     aEntry.iClass = 4;
     aEntry.iKind = LogBook::Kind::Warning;
-    SetNext(std::max(1, aOptions.aNow.lWarning));
+    SetNext(std::max(1, aOptions.aNow.Warning));
   }
 }
 
@@ -276,21 +272,21 @@ void PassBook::BackupOutcome(const Rules::Verdict& aVerdict) {
   aEntry.iKind = LogBook::Kind::Down;
   AddComment("<SPAN class=\"Emphasis\">IP Check Performed</SPAN>");
   szRemark = szFirstText + (aVerdict.bUp ? " (IP Check: OK)" : " (IP Check: Error)");
-  aSite.aNow.iStatus = aSite.iLight = iDown;
+  aSite.aNow.Status = aSite.iLight = iDown;
   bFailureSeen = true;
   Alert(szFirstCode);
-  if (bSaved) aSite.aNow.szRemark = szFirstText + " (IP Check Status: " + szSecond + ")";
+  if (bSaved) aSite.aNow.Comments = szFirstText + " (IP Check Status: " + szSecond + ")";
 }
 
 // At the second failure in a row, and only there. A class of results without a text of its own makes no mail,
 // and then the rest of the recording is left out too.
 void PassBook::Alert(const std::string& szCode) {
   const auto& a = aOptions.aNow;
-  if (a.szServer.empty() || a.szEmail.empty()) {
-    AddComment(a.szServer.empty() && a.szEmail.empty()
+  if (a.SMTP.empty() || a.Email.empty()) {
+    AddComment(a.SMTP.empty() && a.Email.empty()
                    ? "E-mail Notification Failed (Missing e-mail address and SMTP)"
-               : a.szEmail.empty() ? "E-mail Notification Failed (Missing e-mail address)"
-                                   : "E-mail Notification Failed (Missing SMTP)");
+               : a.Email.empty() ? "E-mail Notification Failed (Missing e-mail address)"
+                                 : "E-mail Notification Failed (Missing SMTP)");
     return;
   }
   if (!IsNumber(szCode) && !bUnknownTemplate) {
@@ -306,24 +302,24 @@ void PassBook::Mailed(const Mail& aMail, std::int32_t lResult) {
   Require(iPhase == Phase::Recording && bMailDue, "a mail that is not due");
   Require(!bMailTried, "a mail is tried twice");
   bMailTried = true;
-  ++lMails;
+  ++Tallied(Tally::Mails);
   const auto& a = aOptions.aNow;
-  RequireSame("the mail's server", aMail.szServer, a.szServer);
-  RequireSame("the mail's port", aMail.lPort, a.lPort);
-  RequireSame("the mail's recipient", aMail.szRecipient, a.szEmail);
-  RequireSame("the mail's sender", aMail.szSender, a.szEmail);
-  RequireSame("the mail's from line", aMail.szFrom, "Kestrova <" + a.szEmail + ">");
+  RequireSame("the mail's server", aMail.szServer, a.SMTP);
+  RequireSame("the mail's port", aMail.lPort, a.SMTPPort);
+  RequireSame("the mail's recipient", aMail.szRecipient, a.Email);
+  RequireSame("the mail's sender", aMail.szSender, a.Email);
+  RequireSame("the mail's from line", aMail.szFrom, "Kestrova <" + a.Email + ">");
   RequireSame("the mail's subject", aMail.szSubject, "Kestrova Alert");
   std::string szBody;
   for (const char ch : aMail.szBody)
     if (ch != '\r' && ch != '\n') szBody += ch;
-  if (szBody.find(szAgent + Site().aNow.szUrl) == std::string::npos)
-    Violate("the mail does not name the site " + Site().aNow.szUrl + ": " + aMail.szBody);
-  if (bBackup && szBody.find(szAgent + Site().aNow.szIp) == std::string::npos)
+  if (szBody.find(szAgent + Site().aNow.URL) == std::string::npos)
+    Violate("the mail does not name the site " + Site().aNow.URL + ": " + aMail.szBody);
+  if (bBackup && szBody.find(szAgent + Site().aNow.IP) == std::string::npos)
     Violate("the mail does not name the IP address: " + aMail.szBody);
   if (Site().bAlerted) {
     Require(Site().bMayRepeat, "the mail about an outage is repeated");
-    ++lRepeats;
+    ++Tallied(Tally::Repeats);
   }
   Site().bAlerted = true;
   Site().bMayRepeat = false;
@@ -336,7 +332,7 @@ void PassBook::AddComment(const std::string& szText) {
 }
 
 std::string PassBook::LineOf(const Entry& aOf) const {
-  const auto lElapsed = std::max<std::int64_t>(0, SecondsBetween(aOf.dtChecked, The().Second())) % 60;
+  const auto lElapsed = std::max<std::int64_t>(0, SecondsBetween(aOf.dtChecked, ThisMachine().Second())) % 60;
   return FormatGeneral(aOf.dtChecked) + "," + aOf.szAddress + "," + aOf.szStatus + "," +
          std::to_string(lElapsed) + "," + aOf.szComment + "," + std::to_string(aOf.iClass);
 }
@@ -348,15 +344,15 @@ void PassBook::TakeLine(const std::string& szBytes, const std::string& szMustBe,
 }
 
 void PassBook::Appended(const std::string& szFile, const std::string& szBytes, bool bKept) {
-  ++lAppends;
   if (Traced()) Trace((bKept ? "" : "LOST ") + szBytes);
   if (!bKept) ++lMissingLines;
-  Require(aOptions.aNow.lLogPeriod != 0, "a log line though no log is kept");
+  Require(aOptions.aNow.LogPeriod != 0, "a log line though no log is kept");
   RequireSame("the log file", szFile, aLog.CurrentFile());
-  const auto dtNow = The().Second();
+  const auto dtNow = ThisMachine().Second();
   if (iPhase == Phase::Starting) {
     iPhase = Phase::Walking;
-    bPruningDue = bKept && The().lFileFaults == lPassFileFaults && Disk::The().aLocked.empty();
+    bPruningDue =
+        bKept && ThisMachine().lFileFaults == lPassFileFaults && ThisMachine().aDisk.aLocked.empty();
     return TakeLine(
         szBytes,
         std::string("[START CHECK: ") + (bManual ? "MANUAL" : "AUTO") + " - " + FormatGeneral(dtNow) + "]",
@@ -369,21 +365,21 @@ void PassBook::Appended(const std::string& szFile, const std::string& szBytes, b
     const bool bFailed = aEntry.szComment.find("Notification Failed") != std::string::npos;
     return TakeLine(
         szBytes, LineOf(aEntry),
-        {aEntry.iKind, aEntry.dtChecked, Rules::Lower(Rules::Trimmed(Site().aNow.szUrl)), bSent, bFailed},
+        {aEntry.iKind, aEntry.dtChecked, Text::LowerCase(Text::Trim(Site().aNow.URL)), bSent, bFailed},
         bKept);
   }
   Require(iPhase == Phase::Walking && !bEndWritten, "a log line that is not due");
   if (std::exchange(bUnjudgedLine, false))
     return TakeLine(szBytes, LineOf(aEntry),
-                    {LogBook::Kind::Stopped, aEntry.dtChecked,
-                     Rules::Lower(Rules::Trimmed(Site().aNow.szUrl)), false, false},
+                    {LogBook::Kind::Stopped, aEntry.dtChecked, Text::LowerCase(Text::Trim(Site().aNow.URL)),
+                     false, false},
                     bKept);
   if (GoOn()) {
-    Require(Site().aNow.iEnabled != 1, "a log line instead of a request");
-    const auto szUrl = Site().aNow.szUrl;
+    Require(Site().aNow.Enabled != 1, "a log line instead of a request");
+    const auto szUrl = Site().aNow.URL;
     return TakeLine(
         szBytes, LineOf({dtNow, szAgent + szUrl, "Unknown Site: Site #", "", 3, LogBook::Kind::Disabled}),
-        {LogBook::Kind::Disabled, dtNow, Rules::Lower(Rules::Trimmed(szUrl)), false, false}, bKept);
+        {LogBook::Kind::Disabled, dtNow, Text::LowerCase(Text::Trim(szUrl)), false, false}, bKept);
   }
   bEndWritten = true;
   TakeLine(szBytes, "[END CHECK]", {LogBook::Kind::End, dtNow, "", false, false}, bKept);
@@ -427,20 +423,20 @@ void PassBook::Drop(std::int32_t lOf) {
 void PassBook::Recorded(std::int32_t lOf) {
   RequireSame("the site that is recorded", lOf, lSlot);
   Require(iPhase == Phase::Recording, "a site is recorded twice");
-  const bool bFilesFailed = The().lFileFaults != lFileFaultsBefore;
+  const bool bFilesFailed = ThisMachine().lFileFaults != lFileFaultsBefore;
   if (bMailDue && !bMailTried && !bFilesFailed)
-    Violate("the mail about " + Site().aNow.szUrl + " was not tried");
-  Require(bLineWritten == (aOptions.aNow.lLogPeriod != 0), "the log line is missing");
+    Violate("the mail about " + Site().aNow.URL + " was not tried");
+  Require(bLineWritten == (aOptions.aNow.LogPeriod != 0), "the log line is missing");
   RequireSame("the remark shown", szRemarkShown, szRemark);
   if (aEntry.iKind != LogBook::Kind::Stopped && iLightShown != 0)
     RequireSame("the light shown", iLightShown, Site().iLight);
   iPhase = Phase::Walking;
   if (bMailDue && !bMailTried) {  // the alert's text could not be read
     bSaved = false;
-    if (bBackup) Site().aNow.szRemark.clear();
+    if (bBackup) Site().aNow.Comments.clear();
   }
-  lStoreFaultsRecorded = The().lStoreFaults;
-  if (bSaved) aList.Saved(lSlot, The().lStoreFaults == lStoreFaultsBefore);
+  lStoreFaultsRecorded = ThisMachine().lStoreFaults;
+  if (bSaved) aList.Saved(lSlot, ThisMachine().lStoreFaults == lStoreFaultsBefore);
 }
 
 }  // namespace Simulated

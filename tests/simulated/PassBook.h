@@ -59,8 +59,6 @@ class PassBook : public Witness {
   void Appended(const std::string& szFile, const std::string& szBytes, bool bKept) override;
   void Deleted(const std::string& szFile) override { aLog.Deleted(szFile); }
 
-  std::int64_t lPasses = 0, lMails = 0, lTimeOuts = 0, lBackups = 0, lAppends = 0, lRepeats = 0;
-
  private:
   enum class Phase : std::uint8_t {
     Idle,
@@ -86,7 +84,7 @@ class PassBook : public Witness {
     return iPhase == Phase::Recording || iPhase == Phase::BackupDue || iPhase == Phase::AgainDue;
   }
   bool GoOn();  // to the next site that leaves a trace; false at the end
-  bool LogsDisabled() const { return aOptions.aNow.lLogPeriod != 0 && aOptions.aNow.lSkipDisabled == 0; }
+  bool LogsDisabled() const { return aOptions.aNow.LogPeriod != 0 && aOptions.aNow.DiskLogDisabled == 0; }
   void Outcome(const Rules::Verdict& aVerdict);
   void BackupOutcome(const Rules::Verdict& aVerdict);
   void LeaveUnjudged();

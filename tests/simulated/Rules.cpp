@@ -2,6 +2,8 @@
 
 #include <map>
 
+#include "base/Text.h"
+
 namespace Simulated::Rules {
 
 namespace {
@@ -28,7 +30,7 @@ bool IsDigit(char ch) {
 
 // The three digits behind the first "HTTP/" and blank; 0 where there are none, or the first is a zero.
 int StatusIn(const std::string& szHeader) {
-  const auto lName = Lower(szHeader).find("http/");
+  const auto lName = Text::LowerCase(szHeader).find("http/");
   if (lName == std::string::npos) return 0;
   const auto lBlank = szHeader.find(' ', lName);
   if (lBlank == std::string::npos || szHeader.size() < lBlank + 4) return 0;
@@ -65,22 +67,11 @@ Verdict OfTimeOut() {
   return {.szCode = "8001", .szText = "Request Timed-Out"};
 }
 
-std::string Trimmed(const std::string& szText) {
-  const auto lFrom = szText.find_first_not_of(' ');
-  return lFrom == std::string::npos ? "" : szText.substr(lFrom, szText.find_last_not_of(' ') - lFrom + 1);
-}
-
-std::string Lower(std::string szText) {
-  for (char& ch : szText)
-    if (ch >= 'A' && ch <= 'Z') ch = static_cast<char>(ch - 'A' + 'a');
-  return szText;
-}
-
 std::string KeyName(const std::string& szUrl) {
   std::string szName;
   for (const char ch : szUrl)
     szName += ch == '\\' ? std::string("%5c") : std::string(1, ch);
-  return Trimmed(Lower(szName));
+  return Text::Trim(Text::LowerCase(szName));
 }
 
 }  // namespace Simulated::Rules

@@ -17,8 +17,6 @@ Verdict OfHeader(const std::string& szHeader);
 Verdict OfError(int lCode, const std::string& szInfo);
 Verdict OfTimeOut();
 
-std::string Trimmed(const std::string& szText);
-std::string Lower(std::string szText);
 // The name of a site's key.
 std::string KeyName(const std::string& szUrl);
 

@@ -16,7 +16,7 @@ std::int32_t SendForm3(const std::string&, const std::string& szServer, std::int
                        const std::string& szBody, const std::string&, std::int32_t, std::int32_t,
                        const std::string&, const std::string&, MailCall& aCall) {
   const Call aEntry;
-  auto& aMachine = The();
+  auto& aMachine = ThisMachine();
   if (aEntry.Gone() || aMachine.pSurroundings == nullptr) return lGone;
   const Mail aMail{szServer, lPort, szSender, szFrom, szRecipient, szSubject, szBody};
   const auto aDelivery = aMachine.pSurroundings->Deliver(aMail);

@@ -26,8 +26,6 @@ bool HasKey(Registry::Key hRoot, const std::string& szPath);
 // nullptr where there is none.
 const Value* Find(Registry::Key hRoot, const std::string& szPath, const std::string& szName);
 
-void PutText(Registry::Key hRoot, const std::string& szPath, const std::string& szName,
-             const std::string& szText);
 void PutNumber(Registry::Key hRoot, const std::string& szPath, const std::string& szName,
                std::int32_t lNumber);
 void Remove(Registry::Key hRoot, const std::string& szPath, const std::string& szName);

@@ -2,9 +2,12 @@
 
 #include <algorithm>
 
+#include "check/CookiePolicy.h"
+#include "check/Schedule.h"
+#include "editing/AddressRules.h"
+#include "log/CheckLog.h"
 #include "platform/MsgBox.h"
 #include "simulated/Commands.h"
-#include "simulated/Disk.h"
 #include "simulated/Violation.h"
 
 namespace Simulated {
@@ -14,7 +17,7 @@ namespace {
 constexpr std::int64_t lMostLogLines = 6000;
 
 void PrepareDisk(bool bUnknownTemplate) {
-  auto& aDisk = Disk::The();
+  auto& aDisk = ThisMachine().aDisk;
   for (const char* const szFolder : {"/program", "/program/Logs", "/program/Messages", "/home/operator",
                                      "/home/operator/data", "/home/operator/logs"})
     aDisk.aFolders.insert(szFolder);
@@ -24,24 +27,26 @@ void PrepareDisk(bool bUnknownTemplate) {
     aDisk.aFiles["/program/Messages/Unknown.txt"] = "%URL% failed: %ERRORINFO% (%ERRORCODE%)\r\n%HEADER%";
 }
 
-}  // namespace
-
-void Totals::Add(const Totals& a) {
-  lChecks += a.lChecks;
-  lPasses += a.lPasses;
-  lMails += a.lMails;
-  lTimeOuts += a.lTimeOuts;
-  lBackups += a.lBackups;
-  lLives += a.lLives;
-  lKills += a.lKills;
-  lFaults += a.lFaults;
-  lCommands += a.lCommands;
-  lActsInPasses += a.lActsInPasses;
-  lReadBacks += a.lReadBacks;
-  lOutages += a.lOutages;
-  lRepeats += a.lRepeats;
-  dDays += a.dDays;
+// A process begins: nothing of the one before is left in memory.
+void BeginProcess() {
+  Settings = {};
+  CheckLog::CurrentLogFile.clear();
+  CheckLog::CurrentEntry = {};
+  CheckLog::TakeMissingLines();
+  AddressRules::EditCopy.clear();
 }
+
+// What the program does before its first tick. bKeep: one pass for a scheduler, which goes on where the last
+// one left off; else a program that stays.
+void LoadProgram(bool bKeep) {
+  CookiePolicy::RestoreAfterKill();
+  LoadSettings();
+  modAddress::RebuildSiteIndex();
+  modAddress::LoadSites(bKeep, bKeep);
+  if (!bKeep) Schedule::SetNextCheck(WarningMinutes());
+}
+
+}  // namespace
 
 Trial::Trial(std::uint64_t lSeed) : aRandom(lSeed), aWorld(lSeed ^ 0xA5A5A5A5U) {
   Where() = {lSeed, 0, 0, "starting", Where().lTraceFrom};
@@ -51,46 +56,38 @@ Trial::Trial(std::uint64_t lSeed) : aRandom(lSeed), aWorld(lSeed ^ 0xA5A5A5A5U) 
                                      .lHour = aRandom.Below(24),
                                      .lMinute = aRandom.Below(60),
                                      .lSecond = aRandom.Below(60)});
-  auto& aMachine = The();
+  auto& aMachine = ThisMachine();
   aMachine.Reset(lSeed, dtStart);
   aMachine.bReadsSpareBrackets = aRandom.Chance(0.5);
   aMachine.pSurroundings = &aWorld;
   aMachine.pWitness = &aBook;
   aBook.bUnknownTemplate = aRandom.Chance(0.7);
   PrepareDisk(aBook.bUnknownTemplate);
-  Disk::The().bTears = aRandom.Chance(0.3);
+  ThisMachine().aDisk.bTears = aRandom.Chance(0.3);
   if (aRandom.Chance(0.8)) aBook.aOptions.SetCookies(aRandom.Below(3));
   MsgBox_SetPresenter([](const std::string&) {});
 }
 
 Trial::~Trial() {
   pDesk.reset();
-  The().pSurroundings = nullptr;
-  The().pWitness = nullptr;
+  ThisMachine().pSurroundings = nullptr;
+  ThisMachine().pWitness = nullptr;
   MsgBox_SetPresenter({});
 }
 
-Totals Trial::Run(std::int64_t lChecks) {
+void Trial::Run(std::int64_t lChecks) {
   while (Where().lChecks < lChecks)
     LiveOnce();
-  aTotals.lChecks = Where().lChecks;
-  aTotals.lPasses = aBook.lPasses;
-  aTotals.lMails = aBook.lMails;
-  aTotals.lTimeOuts = aBook.lTimeOuts;
-  aTotals.lBackups = aBook.lBackups;
-  aTotals.lReadBacks = aBook.aLog.lReadBacks;
-  aTotals.lOutages = aBook.aLog.lOutages;
-  aTotals.lRepeats = aBook.lRepeats;
-  aTotals.lFaults = The().lStoreFaults + The().lFileFaults;
-  aTotals.dDays = The().Boot() / 86400;
-  return aTotals;
+  Tallied(Tally::Checks) += Where().lChecks;
+  Tallied(Tally::Faults) += ThisMachine().lStoreFaults + ThisMachine().lFileFaults;
+  Tallied(Tally::Days) += static_cast<std::int64_t>(ThisMachine().Boot() / 86400);
 }
 
 // One process, from its start to its end or to the next kill.
 void Trial::LiveOnce() {
   ++Where().lLives;
-  ++aTotals.lLives;
-  auto& aMachine = The();
+  ++Tallied(Tally::Lives);
+  auto& aMachine = ThisMachine();
   bTrouble = false;
   const bool bKeep = aRandom.Chance(0.3);
   if (aRandom.Chance(0.05)) aMachine.KillAt(aRandom.Between(1, 400), aRandom.Chance(0.5));
@@ -103,7 +100,6 @@ void Trial::LiveOnce() {
       Watch();
   }
   aMachine.aTroubles = {};
-  if (pDesk) aTotals.lActsInPasses += pDesk->lActsInPasses;
   pDesk.reset();
   if (aMachine.Dead()) return AfterPowerCut();
   aMachine.KillAt(0, false);
@@ -117,8 +113,8 @@ void Trial::LiveOnce() {
 void Trial::AfterPowerCut() {
   Where().szStep = "after a kill";
   if (Traced()) Trace("killed");
-  ++aTotals.lKills;
-  The().PowerOn();
+  ++Tallied(Tally::Kills);
+  ThisMachine().PowerOn();
   aBook.Forget();
   aBook.aList.ConcludeAfterTrouble();
   aBook.aOptions.ConcludeAfterTrouble(false);
@@ -127,13 +123,13 @@ void Trial::AfterPowerCut() {
 bool Trial::Boot(bool bKeep) {
   Where().szStep = "the program starts";
   if (Traced()) Trace(bKeep ? "one pass" : "to stay");
-  auto& aMachine = The();
+  auto& aMachine = ThisMachine();
   const auto lFaults = aMachine.lStoreFaults;
   if (aRandom.Chance(0.05)) aMachine.aTroubles = {.lStoreRead = 20, .lStoreWrite = 5, .lStoreCommit = 200};
   aBook.aOptions.PlanLoad();
   aBook.aList.PlanLoad(bKeep);
-  Program::Begin();
-  Program::Load(bKeep);
+  BeginProcess();
+  LoadProgram(bKeep);
   aMachine.aTroubles = {};
   if (aMachine.Dead()) return false;
   if (aMachine.lStoreFaults != lFaults) {
@@ -146,7 +142,7 @@ bool Trial::Boot(bool bKeep) {
   aBook.aOptions.RequireOwnCookies();
   aBook.aOptions.bCookiesOwed = false;
   aBook.aList.Conclude();
-  if (!bKeep) aBook.SetNext(aBook.aOptions.aNow.lWarning);
+  if (!bKeep) aBook.SetNext(aBook.aOptions.aNow.Warning);
   pDesk = std::make_unique<Desk>(aBook, aRandom);
   pDesk->Refill();
   aMachine.dNextTick = aMachine.Boot() + aRandom.Real();
@@ -154,19 +150,19 @@ bool Trial::Boot(bool bKeep) {
 }
 
 void Trial::Watch() {
-  for (int i = aRandom.Between(1, 120); i > 0 && !The().Dead() && !bTrouble && !pDesk->bExited; --i) {
+  for (int i = aRandom.Between(1, 120); i > 0 && !ThisMachine().Dead() && !bTrouble && !pDesk->bExited; --i) {
     if (aRandom.Chance(0.3)) Operate();
-    if (The().Dead() || bTrouble || pDesk->bExited) return;
+    if (ThisMachine().Dead() || bTrouble || pDesk->bExited) return;
     Where().szStep = "waiting for a pass";
     WaitForPass();
-    if (!The().Dead()) RequireNothingGrew();
+    if (!ThisMachine().Dead()) RequireNothingGrew();
   }
 }
 
 // Ticks now and then, which must start nothing, then right before and right after the moment.
 void Trial::WaitForPass() {
   PlanPass();
-  auto& aMachine = The();
+  auto& aMachine = ThisMachine();
   for (int i = aRandom.Below(3); i > 0 && !aMachine.Dead() && !pDesk->bExited; --i) {
     const auto dLeft = aBook.SecondsToDue();
     if (dLeft > 2) aMachine.Pass((dLeft - 1) * aRandom.Real());
@@ -185,27 +181,29 @@ void Trial::WaitForPass() {
 // What may go wrong in the pass that comes, and when its operator acts.
 void Trial::PlanPass() {
   pDesk->lEventsToAct = aRandom.Chance(0.15) ? aRandom.Between(1, 200) : 0;
-  if (aRandom.Chance(0.03)) The().aTroubles = {.lStoreRead = 5, .lStoreWrite = 20, .lStoreCommit = 100};
-  if (aRandom.Chance(0.01)) The().aTroubles = {.lStoreRead = 50};
-  if (aRandom.Chance(0.02)) The().aTroubles = {.lStoreCommit = 900};  // much is owed when the pass ends
-  if (aRandom.Chance(0.03)) The().aTroubles.lFileWrite = 100;
-  if (aRandom.Chance(0.03)) The().aTroubles.lFileRead = 100;
-  Disk::The().lRoom = aRandom.Chance(0.02) ? aRandom.Between(0, 2000) : -1;
-  Disk::The().aLocked.clear();
-  if (aRandom.Chance(0.01)) Disk::The().aLocked.insert(aBook.aOptions.aNow.szLogPath);
+  if (aRandom.Chance(0.03))
+    ThisMachine().aTroubles = {.lStoreRead = 5, .lStoreWrite = 20, .lStoreCommit = 100};
+  if (aRandom.Chance(0.01)) ThisMachine().aTroubles = {.lStoreRead = 50};
+  if (aRandom.Chance(0.02))
+    ThisMachine().aTroubles = {.lStoreCommit = 900};  // much is owed when the pass ends
+  if (aRandom.Chance(0.03)) ThisMachine().aTroubles.lFileWrite = 100;
+  if (aRandom.Chance(0.03)) ThisMachine().aTroubles.lFileRead = 100;
+  ThisMachine().aDisk.lRoom = aRandom.Chance(0.02) ? aRandom.Between(0, 2000) : -1;
+  ThisMachine().aDisk.aLocked.clear();
+  if (aRandom.Chance(0.01)) ThisMachine().aDisk.aLocked.insert(aBook.aOptions.aNow.LogPath);
 }
 
 void Trial::OnePass(bool bByHand) {
   Where().szStep = "a pass by hand";
   PlanPass();
   if (bByHand) pDesk->ClickStart();
-  The().aTroubles = {};
-  if (!The().Dead()) RequireNothingGrew();
+  ThisMachine().aTroubles = {};
+  if (!ThisMachine().Dead()) RequireNothingGrew();
 }
 
 void Trial::Operate() {
-  for (int i = aRandom.Between(1, 3); i > 0 && !The().Dead() && !bTrouble && !pDesk->bExited; --i) {
-    The().Pass(aRandom.Between(0.2, 20.0));
+  for (int i = aRandom.Between(1, 3); i > 0 && !ThisMachine().Dead() && !bTrouble && !pDesk->bExited; --i) {
+    ThisMachine().Pass(aRandom.Between(0.2, 20.0));
     switch (aRandom.Below(10)) {
       case 0:
         OnePass(true);
@@ -233,8 +231,8 @@ void Trial::Operate() {
 void Trial::Command() {
   if (aBook.aList.IsUnsure()) return;  // what a list that is read back will be cannot be told
   Where().szStep = "a command";
-  ++aTotals.lCommands;
-  auto& aMachine = The();
+  ++Tallied(Tally::Commands);
+  auto& aMachine = ThisMachine();
   const auto lFaults = aMachine.lStoreFaults;
   const bool bFew = aBook.aList.aSites.size() < 4;
   if (aRandom.Chance(0.05))
@@ -243,7 +241,8 @@ void Trial::Command() {
   if (aRandom.Chance(0.05)) aMachine.aTroubles = {.lStoreRead = 10, .lStoreWrite = 30, .lStoreCommit = 300};
   if (aRandom.Chance(0.03)) aMachine.aTroubles = {.lStoreCommit = 500};
   if (aRandom.Chance(0.03)) aMachine.aTroubles = {.lStoreRead = 3};
-  switch (aRandom.Below(8)) {
+  // What is owed must outlive a list that is read back.
+  switch (aBook.aList.OwesAny() && aRandom.Chance(0.3) ? 2 : aRandom.Below(8)) {
     case 0:
     case 1:
       Commands::Add(aBook, aRandom);
@@ -273,7 +272,7 @@ void Trial::Command() {
 }
 
 void Trial::ChangeClocks() {
-  auto& aMachine = The();
+  auto& aMachine = ThisMachine();
   if (aRandom.Chance(0.5))
     return aMachine.SetBack(aRandom.Between(-3.0, 3.0) * (aRandom.Chance(0.3) ? 86400 : 3600));
   aMachine.Sleep(aRandom.Between(60.0, 200000.0));
@@ -282,10 +281,10 @@ void Trial::ChangeClocks() {
 // Without a limit the operator makes room; and a log that a kill has torn is read once more and then put
 // away.
 void Trial::ForgetOldLogs() {
-  if (The().Dead()) return;
+  if (ThisMachine().Dead()) return;
   Where().szStep = "the log is read back";
   aBook.aLog.ReadBack(false);
-  if (aBook.aLog.LineCount() < lMostLogLines && !(Disk::The().bTorn && aRandom.Chance(0.2))) return;
+  if (aBook.aLog.LineCount() < lMostLogLines && !(ThisMachine().aDisk.bTorn && aRandom.Chance(0.2))) return;
   aBook.aLog.ReadBack(true);
   aBook.aLog.ForgetAll();
 }
@@ -296,7 +295,7 @@ void Trial::RequireNothingGrew() {
   RequireSame("the number of open brackets", aSize.lBrackets, 0);
   const auto lSites = aBook.aList.aSites.size();
   if (aSize.lKeys > 40 + lSites || aSize.lValues > 40 + 8 * lSites) Violate("the store grows");
-  if (Disk::The().aFiles.size() > 2000) Violate("the number of files grows");
+  if (ThisMachine().aDisk.aFiles.size() > 2000) Violate("the number of files grows");
 }
 
 }  // namespace Simulated

@@ -13,13 +13,6 @@
 
 namespace Simulated {
 
-struct Totals {
-  std::int64_t lChecks = 0, lPasses = 0, lMails = 0, lTimeOuts = 0, lBackups = 0, lLives = 0, lKills = 0,
-               lFaults = 0, lCommands = 0, lActsInPasses = 0, lReadBacks = 0, lOutages = 0, lRepeats = 0;
-  double dDays = 0;
-  void Add(const Totals& aOther);
-};
-
 class Trial {
  public:
   explicit Trial(std::uint64_t lSeed);
@@ -28,7 +21,7 @@ class Trial {
   Trial& operator=(const Trial&) = delete;
 
   // Lives on until that many sites were checked.
-  Totals Run(std::int64_t lChecks);
+  void Run(std::int64_t lChecks);
 
  private:
   void LiveOnce();
@@ -48,7 +41,6 @@ class Trial {
   World aWorld;
   PassBook aBook;
   std::unique_ptr<Desk> pDesk;
-  Totals aTotals;
   bool bTrouble = false;  // a call failed in a command: the process is to be started again
 };
 

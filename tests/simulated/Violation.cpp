@@ -1,5 +1,6 @@
 #include "simulated/Violation.h"
 
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 
@@ -14,16 +15,21 @@ Position& Where() {
   return aPosition;
 }
 
+std::int64_t& Tallied(Tally iOf) {
+  static std::array<std::int64_t, static_cast<std::size_t>(Tally::Kinds)> aTallies{};
+  return aTallies[static_cast<std::size_t>(iOf)];
+}
+
 void Trace(const std::string& szWhat) {
-  std::printf("%lld %.3f %s | %s | %s\n", static_cast<long long>(Where().lChecks), The().Boot(),
-              FormatGeneral(The().Wall()).c_str(), Where().szStep, Text::Printable(szWhat).c_str());
+  std::printf("%lld %.3f %s | %s | %s\n", static_cast<long long>(Where().lChecks), ThisMachine().Boot(),
+              FormatGeneral(ThisMachine().Wall()).c_str(), Where().szStep, Text::Printable(szWhat).c_str());
 }
 
 void Violate(const std::string& szWhat) {
   const auto& aAt = Where();
   std::printf("VIOLATION at check %lld, life %lld, %s, %s on the machine's clock:\n  %s\n",
               static_cast<long long>(aAt.lChecks), static_cast<long long>(aAt.lLives), aAt.szStep,
-              FormatGeneral(The().Wall()).c_str(), Text::Printable(szWhat).c_str());
+              FormatGeneral(ThisMachine().Wall()).c_str(), Text::Printable(szWhat).c_str());
   std::printf("See it again: kestrova-years --checks %lld --seed %llu\n",
               static_cast<long long>(aAt.lChecks) + 1, static_cast<unsigned long long>(aAt.lSeed));
   std::fflush(stdout);

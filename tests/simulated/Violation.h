@@ -17,6 +17,26 @@ struct Position {
 };
 Position& Where();
 
+// What has been done by now, for the figures at the end.
+enum class Tally : std::uint8_t {
+  Checks,
+  Passes,
+  Days,
+  TimeOuts,
+  Backups,
+  Mails,
+  Repeats,
+  Lives,
+  Kills,
+  Faults,
+  Commands,
+  ActsInPasses,
+  ReadBacks,
+  Outages,
+  Kinds
+};
+std::int64_t& Tallied(Tally iOf);
+
 inline bool Traced() {
   return Where().lTraceFrom >= 0 && Where().lChecks >= Where().lTraceFrom;
 }

@@ -27,40 +27,16 @@ constexpr std::array<ClientFailure, 11> aFailures = {{
     {2, "Failed initialization", 0},
 }};
 
-// Answers that are failures, whole headers.
-constexpr std::array<const char*, 31> aBadHeaders = {
-    "HTTP/1.1 500 Oops",
-    "HTTP/1.1 503 Busy\r\nRetry-After: 5",
-    "HTTP/1.1 404 Not Found",
-    "HTTP/1.0 403 No",
-    "HTTP/1.1 401 Who\r\nWWW-Authenticate: Basic",
-    "HTTP/1.1 400 Bad",
-    "HTTP/1.1 405 Not so",
-    "HTTP/1.1 501 Never",
-    "HTTP/1.1 502 Gate",
-    "HTTP/1.1 504 Gate",
-    "HTTP/1.1 204 Nothing",
-    "HTTP/1.1 301 Gone\r\nLocation: http://x/",
-    "HTTP/1.1 206 Partial",
-    "HTTP/1.1 203 Other",
-    "HTTP/1.1 300 Many",
-    "HTTP/1.1 307 Later\r\nLocation: /a,b",
-    "HTTP/1.1 418 Teapot",
-    "HTTP/1.1 429 Slower",
-    "HTTP/1.1 599 Odd",
-    "HTTP/1.1 505 Old",
-    "HTTP/1.1 101 Switch",
-    "HTTP/1.1 600 New",
-    "HTTP/1.1 999 Last",
-    "HTTP/1.1 000 None",
-    "",
-    "http/1.1 404 not found",
-    "HTTP/1.1 099 Low",
-    "HTTP/1.1 500 %HEADER% %URL%\r\nX: \x1b[2J\x07",
-    "HTTP/1.1 404\r\nHTTP/1.1: 200 OK",
-    "HTTP/1.1 103 Hints",
-    "HTTP/2 503 Busy\r\nX-Long: "
-    "llllllllllllllllllllllllllllllllllllllllllllllllllllllllllllllllllllllllllll"};
+// Answers that are failures: by their status alone, and whole headers.
+constexpr std::array aBadStatuses = {500, 503, 404, 403, 401, 400, 405, 501, 502, 504, 204, 301,
+                                     206, 203, 300, 307, 418, 429, 599, 505, 101, 600, 999, 103};
+constexpr std::array aBadHeaders = {"",
+                                    "HTTP/1.1 000 None",
+                                    "HTTP/1.1 099 Low",
+                                    "http/1.1 404 not found",
+                                    "HTTP/1.1 500 %HEADER% %URL%\r\nX: \x1b[2J\x07",
+                                    "HTTP/1.1 404\r\nHTTP/1.1: 200 OK",
+                                    "HTTP/2 503 Busy\r\nLocation: /a,b"};
 constexpr std::array<const char*, 7> aGoodHeaders = {
     "HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nContent-Length: 5",
     "HTTP/1.0 200 OK",
@@ -70,7 +46,7 @@ constexpr std::array<const char*, 7> aGoodHeaders = {
     "HTTP/1.1 304 Same",
     "http/1.1 200"};
 
-constexpr int lTroubles = static_cast<int>(aFailures.size() + aBadHeaders.size());
+constexpr auto lTroubles = static_cast<int>(aFailures.size() + aBadStatuses.size() + aBadHeaders.size());
 
 // The states that come before the last one, spread over the time.
 void Progress(Conversation& aTalk, std::int16_t iTo, double dSeconds) {
@@ -94,9 +70,12 @@ Conversation World::Succeed(double dSeconds) {
 }
 
 Conversation World::Fail(int lTrouble, double dSeconds) {
-  const auto lFailure = static_cast<std::size_t>(lTrouble);
-  if (lFailure >= aFailures.size()) return Respond(aBadHeaders[lFailure - aFailures.size()], dSeconds);
-  const auto& aFailure = aFailures[lFailure];
+  auto lWhich = static_cast<std::size_t>(lTrouble);
+  if (lWhich < aBadStatuses.size())
+    return Respond("HTTP/1.1 " + std::to_string(aBadStatuses[lWhich]) + " Bad\r\nRetry-After: 5", dSeconds);
+  lWhich -= aBadStatuses.size();
+  if (lWhich < aBadHeaders.size()) return Respond(aBadHeaders[lWhich], dSeconds);
+  const auto& aFailure = aFailures[lWhich - aBadHeaders.size()];
   Conversation aTalk;
   Progress(aTalk, aFailure.iReached, dSeconds);
   aTalk.aSteps.push_back({aFailure.iReached == 0 ? 0 : dSeconds, 11});
@@ -122,7 +101,7 @@ World::Server& World::ServerOf(const std::string& szURL) {
 
 // Up and down for times that are random around an hour and a day.
 void World::LiveOn(Server& aServer) {
-  const auto dNow = The().Boot();
+  const auto dNow = ThisMachine().Boot();
   while (aServer.dUntil <= dNow) {
     aServer.bFails = aServer.iHabit != Habit::Good ? !aServer.bFails : aRandom.Chance(0.02);
     aServer.lTrouble = aRandom.Below(lTroubles);
@@ -158,7 +137,7 @@ Conversation World::Answer(const std::string& szURL) {
 }
 
 Delivery World::Deliver(const Mail&) {
-  const auto dNow = The().Boot();
+  const auto dNow = ThisMachine().Boot();
   if (dMailUntil <= dNow) {
     bMailFails = !bMailFails && aRandom.Chance(0.4);
     dMailUntil = dNow + aRandom.Between(3600.0, 200000.0);

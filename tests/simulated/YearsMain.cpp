@@ -1,5 +1,6 @@
 // kestrova-years: the program on simulated machines, for as many checks as wanted. Ends with 1, and says how
 // to see it again, at the first thing that is not as it must be.
+#include <array>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -12,7 +13,11 @@
 
 namespace {
 
+using Simulated::Tallied;
+using Simulated::Tally;
+
 constexpr std::int64_t lChecksOfOneMachine = 20'000;
+constexpr std::uint64_t lMachinesOfOneWord = 50;  // a million checks
 
 struct Arguments {
   std::int64_t lChecks = 1'000'000;
@@ -52,26 +57,25 @@ bool Read(int lCount, char** aWords, Arguments& aArguments) {
   return true;
 }
 
-void Print(const Simulated::Totals& a, double dSeconds) {
-  const auto Line = [](const char* szWhat, std::int64_t lNumber) {
-    std::printf("  %-34s %12lld\n", szWhat, static_cast<long long>(lNumber));
-  };
-  Line("checks", a.lChecks);
-  Line("passes", a.lPasses);
-  Line("days on the machines' clocks", static_cast<std::int64_t>(a.dDays));
-  Line("time-outs", a.lTimeOuts);
-  Line("second looks by IP address", a.lBackups);
-  Line("mails tried", a.lMails);
-  Line("mails repeated after a kill", a.lRepeats);
-  Line("processes", a.lLives);
-  Line("kills", a.lKills);
-  Line("calls that failed", a.lFaults);
-  Line("commands of the operator", a.lCommands);
-  Line("acts of the operator in a pass", a.lActsInPasses);
-  Line("logs read back", a.lReadBacks);
-  Line("outages compared", a.lOutages);
+void Print(double dSeconds) {
+  constexpr std::array szNames = {"checks",
+                                  "passes",
+                                  "days on the machines' clocks",
+                                  "time-outs",
+                                  "second looks by IP address",
+                                  "mails tried",
+                                  "mails repeated after a kill",
+                                  "processes",
+                                  "kills",
+                                  "calls that failed",
+                                  "commands of the operator",
+                                  "acts of the operator in a pass",
+                                  "logs read back",
+                                  "outages compared"};
+  for (std::size_t i = 0; i < szNames.size(); ++i)
+    std::printf("  %-34s %12lld\n", szNames[i], static_cast<long long>(Tallied(static_cast<Tally>(i))));
   std::printf("no violation; %.1f s, %.0f checks a second\n", dSeconds,
-              static_cast<double>(a.lChecks) / dSeconds);
+              static_cast<double>(Tallied(Tally::Checks)) / dSeconds);
 }
 
 }  // namespace
@@ -83,11 +87,14 @@ int main(int lCount, char** aWords) {
   std::printf("seed %llu\n", static_cast<unsigned long long>(aArguments.lSeed));
   std::fflush(stdout);
   const auto aStart = std::chrono::steady_clock::now();
-  Simulated::Totals aAll;
-  for (std::uint64_t lMachine = 0; aAll.lChecks < aArguments.lChecks; ++lMachine) {
-    Simulated::Trial aTrial(aArguments.lSeed + lMachine);
-    aAll.Add(aTrial.Run(std::min(lChecksOfOneMachine, aArguments.lChecks - aAll.lChecks)));
+  for (std::uint64_t lMachine = 0; Tallied(Tally::Checks) < aArguments.lChecks; ++lMachine) {
+    Simulated::Trial(aArguments.lSeed + lMachine)
+        .Run(std::min(lChecksOfOneMachine, aArguments.lChecks - Tallied(Tally::Checks)));
+    if (lMachine % lMachinesOfOneWord == lMachinesOfOneWord - 1) {
+      std::printf("  %lld checks so far\n", static_cast<long long>(Tallied(Tally::Checks)));
+      std::fflush(stdout);
+    }
   }
-  Print(aAll, std::chrono::duration<double>(std::chrono::steady_clock::now() - aStart).count());
+  Print(std::chrono::duration<double>(std::chrono::steady_clock::now() - aStart).count());
   return 0;
 }
