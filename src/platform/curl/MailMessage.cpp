@@ -74,9 +74,12 @@ std::string FromText(const std::string& szFrom) {
 
 // What a server sent may stand in a mail, and a terminal obeys control characters. Tabs stay.
 std::string Harmless(std::string_view szLine) {
-  const auto lTab = szLine.find('\t');
-  if (lTab == std::string_view::npos) return Text::Printable(szLine);
-  return Text::Printable(szLine.substr(0, lTab)) + '\t' + Harmless(szLine.substr(lTab + 1));
+  std::string szHarmless;
+  for (auto lTab = szLine.find('\t'); lTab != std::string_view::npos; lTab = szLine.find('\t')) {
+    szHarmless += Text::Printable(szLine.substr(0, lTab)) + '\t';
+    szLine.remove_prefix(lTab + 1);
+  }
+  return szHarmless + Text::Printable(szLine);
 }
 
 std::vector<std::string> Lines(std::string_view szBody) {
