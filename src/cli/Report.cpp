@@ -92,8 +92,8 @@ bool Report::ListMayBeIncomplete() {
 }
 
 bool Report::LoadRebuilt(bool bKeepResults) {
-  const auto aDropped = modAddress::RebuildSiteIndex();
-  if (modAddress::LoadSites(bKeepResults, bKeepResults) != 0) return false;
+  std::vector<std::string> aDropped;
+  if (modAddress::LoadRebuilt(bKeepResults, bKeepResults, aDropped) != 0) return false;
   NameMissing(IDS_CLI_REGISTRY_DROPPED, aDropped);
   return true;
 }

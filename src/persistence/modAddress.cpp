@@ -190,17 +190,23 @@ bool RecordOf(const Values& aStored, SiteRecord& aRecord) {
   return true;
 }
 
+// What was read of sites a moment ago, by the name of their key.
+using AtHand = std::map<std::string, Values>;
+
 // 0, or the code of the failure; what was read until then is there.
 std::int32_t ReadValuesOf(const std::string& szKeyName, Values& aStored) {
   return RegistryAccess::RegReadValues(hRoot, SiteKey(modBasic::EscapeBackslash(szKeyName)), aStored);
 }
 
 // False where the reference leads to no usable site.
-bool TakeSite(const std::string& szKeyName, bool bKeepStatus, bool bKeepComments,
+bool TakeSite(const std::string& szKeyName, bool bKeepStatus, bool bKeepComments, const AtHand& aAtHand,
               std::set<std::string>& aLoaded) {
-  Values aStored;
+  Values aRead;
   SiteRecord aRecord;
-  if (ReadValuesOf(szKeyName, aStored) != Registry::lSuccess || !RecordOf(aStored, aRecord)) return false;
+  const auto aFound = aAtHand.find(szKeyName);
+  if (aFound == aAtHand.end() && ReadValuesOf(szKeyName, aRead) != Registry::lSuccess) return false;
+  const auto& aStored = aFound == aAtHand.end() ? aRead : aFound->second;
+  if (!RecordOf(aStored, aRecord)) return false;
   if (!aLoaded.insert(KeyName(szKeyName)).second) return true;
   const auto Reset = [&](const RegValueEntry& aField) {
     if (!IsStored(aStored, aField))
@@ -228,7 +234,7 @@ std::int32_t BeginIndex(std::string& szMessage) {
   return lCode;
 }
 
-std::int32_t ReadList(bool bKeepStatus, bool bKeepComments, std::string& szMessage) {
+std::int32_t ReadList(bool bKeepStatus, bool bKeepComments, const AtHand& aAtHand, std::string& szMessage) {
   const Registry::Transaction aOneCommit;
   std::vector<RegValueEntry> aEntries;
   const auto lCode = ListReferences(aEntries);
@@ -240,11 +246,21 @@ std::int32_t ReadList(bool bKeepStatus, bool bKeepComments, std::string& szMessa
   std::set<std::string> aLoaded;
   for (const auto& aReference : SortedReferences(aEntries)) {
     const auto& szKeyName = std::get<std::string>(aReference.Value);
-    if (!TakeSite(szKeyName, bKeepStatus, bKeepComments, aLoaded))
+    if (!TakeSite(szKeyName, bKeepStatus, bKeepComments, aAtHand, aLoaded))
       RegistryAccess::RegRemoveValue(hRoot, ProductKeys::szAddressKey, aReference.Name);
   }
   SetSiteCount(lSiteCount);
   return Registry::lSuccess;
+}
+
+std::int32_t Load(bool bKeepStatus, bool bKeepComments, const AtHand& aAtHand) {
+  lCountOfList = 0;
+  aList.assign(1, {});
+  std::string szMessage;
+  aUnsaved.clear();
+  const auto lCode = ReadList(bKeepStatus, bKeepComments, aAtHand, szMessage);
+  if (!szMessage.empty()) MsgBox(szMessage + LoadResString(IDS_LINE_BREAKS_ERROR) + std::to_string(lCode));
+  return lCode;
 }
 
 // An index that could not be deleted as a whole is emptied value by value: a reference left in it would bring
@@ -265,22 +281,31 @@ struct IndexPlan {
   std::vector<IndexedUrl> aPairs = std::vector<IndexedUrl>(1);  // number and trimmed URL, from slot 1
   std::vector<std::string> aStale;                              // keys whose URL does not give their name
   bool bNumbers = true;                                         // all numbers are stored as numbers
+  AtHand aRead;
 };
 
 // A key whose URL does not give its name is to go, but only where the read has told so: after one that failed
 // the site may be there and whole.
 void PlanSite(const std::string& szKeyName, IndexPlan& aPlan) {
+  Values aStored;
+  if (RegistryAccess::RegReadValues(hRoot, SiteKey(szKeyName), aStored) != Registry::lSuccess) return;
   std::string szURL;
-  std::int32_t lType = 0, lIndex = 0;
-  const auto lCode = RegReadValue(hRoot, SiteKey(szKeyName), "URL", szURL, lType);
-  if (lCode != Registry::lSuccess && lCode != Registry::lNotFound && lCode != -1) return;
-  szURL = lType == lText ? Text::Trim(szURL) : std::string();
+  if (const auto* const pURL = RegistryAccess::FindValue(aStored, "URL")) {
+    if (pURL->Type == lText) szURL = Text::Trim(std::get<std::string>(pURL->Value));
+  } else {
+    std::int32_t lType = 0;  // left out: there is none, or it could not be read
+    const auto lCode = RegReadValue(hRoot, SiteKey(szKeyName), "URL", szURL, lType);
+    if (lCode != Registry::lSuccess && lCode != Registry::lNotFound && lCode != -1) return;
+    szURL.clear();
+  }
   if (Text::LowerCase(modBasic::EscapeBackslash(szURL)) != Text::LowerCase(szKeyName))
     return aPlan.aStale.push_back(szKeyName);
-  lType = 0;
-  RegReadValue(hRoot, SiteKey(szKeyName), "Index", lIndex, lType);
-  aPlan.bNumbers = aPlan.bNumbers && lType == lNumber;
+  std::int32_t lIndex = 0;
+  RegistryAccess::TakeValue(aStored, "Index", lIndex);
+  const auto* const pIndex = RegistryAccess::FindValue(aStored, "Index");
+  aPlan.bNumbers = aPlan.bNumbers && pIndex != nullptr && pIndex->Type == lNumber;
   aPlan.aPairs.emplace_back(lIndex, szURL);
+  aPlan.aRead.emplace(Text::LowerCase(szKeyName), std::move(aStored));
 }
 
 // The index holds what WriteIndex would write, and nothing else.
@@ -353,13 +378,7 @@ std::string KeyName(const std::string& szURL) {
 }
 
 std::int32_t LoadSites(bool bKeepStatus, bool bKeepComments) {
-  lCountOfList = 0;
-  aList.assign(1, {});
-  std::string szMessage;
-  aUnsaved.clear();
-  const auto lCode = ReadList(bKeepStatus, bKeepComments, szMessage);
-  if (!szMessage.empty()) MsgBox(szMessage + LoadResString(IDS_LINE_BREAKS_ERROR) + std::to_string(lCode));
-  return lCode;
+  return Load(bKeepStatus, bKeepComments, {});
 }
 
 std::int32_t ReadSite(const std::string& szKeyName, std::vector<SiteRecord>& aTemp,
@@ -454,11 +473,12 @@ std::vector<std::string> HiddenSites() {
   return aNames;
 }
 
-std::vector<std::string> RebuildSiteIndex() {
+namespace {
+
+std::vector<std::string> Rebuild(IndexPlan& aPlan) {
   Registry::Transaction aOneCommit;
   std::vector<std::string> aNames, aDropped;
   if (!ListKeyNames(aNames)) return aDropped;  // an index over half the sites would be worse than the old one
-  IndexPlan aPlan;
   for (const auto& szName : aNames)
     PlanSite(szName, aPlan);
   const auto lCount = static_cast<std::int32_t>(aPlan.aPairs.size()) - 1;
@@ -473,6 +493,19 @@ std::vector<std::string> RebuildSiteIndex() {
   SetSiteCount(lCount);
   if (aOneCommit.Commit() != Registry::lSuccess) aDropped.clear();
   return aDropped;
+}
+
+}  // namespace
+
+std::vector<std::string> RebuildSiteIndex() {
+  IndexPlan aPlan;
+  return Rebuild(aPlan);
+}
+
+std::int32_t LoadRebuilt(bool bKeepStatus, bool bKeepComments, std::vector<std::string>& aDropped) {
+  IndexPlan aPlan;
+  aDropped = Rebuild(aPlan);
+  return Load(bKeepStatus, bKeepComments, aPlan.aRead);
 }
 
 void SetSiteCount(std::int32_t n) {

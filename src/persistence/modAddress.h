@@ -103,6 +103,9 @@ std::int32_t WriteSiteRecord(const SiteRecord& aRecord, std::int32_t lIndex);
 // deleted. The names of those that were.
 std::vector<std::string> RebuildSiteIndex();
 
+// The same, and then LoadSites, each site being read once. aDropped: the names of the deleted keys.
+std::int32_t LoadRebuilt(bool bKeepStatus, bool bKeepComments, std::vector<std::string>& aDropped);
+
 // The names of all site keys in the registry, at most one more than the list can hold. False when the store
 // did not give them all.
 bool ListKeyNames(std::vector<std::string>& aNames);

@@ -6,6 +6,7 @@
 
 #include "platform/Files.h"
 #include "platform/Registry.h"
+#include "platform/posix/StoreSound.h"
 
 namespace {
 
@@ -17,13 +18,14 @@ constexpr std::array<const char*, Database::SQL_COUNT> aSql = {
     "SELECT 1 FROM keys WHERE id = ?",
     "INSERT INTO keys(parent, name) VALUES(?, ?)",
     "DELETE FROM keys WHERE id = ?1 AND NOT EXISTS(SELECT 1 FROM keys WHERE parent = ?1)",
-    "SELECT name FROM keys WHERE parent = ? ORDER BY name",
+    "SELECT name, id FROM keys WHERE parent = ? ORDER BY name",
     "SELECT type, data FROM vals WHERE key = ? AND name = ?",
     // An unchanged value costs no write.
     "INSERT INTO vals(key, name, type, data) VALUES(?, ?, ?, ?) ON CONFLICT(key, name) DO UPDATE "
     "SET type = excluded.type, data = excluded.data WHERE type <> excluded.type OR data <> excluded.data",
     "DELETE FROM vals WHERE key = ? AND name = ?",
     "SELECT name, type, data, id FROM vals WHERE key = ?",
+    "SELECT name, type, data, id, key FROM vals NOT INDEXED ORDER BY id",
     "PRAGMA data_version",
     "BEGIN",
     "BEGIN IMMEDIATE",
@@ -52,16 +54,25 @@ Database::Condition Database::Open(const std::string& szPath, bool bCheck) {
     szLastText = szReason;
   }
   if (IsOpen() && bCheck && (iCondition == Condition::Ready || bOnlyWritingFails)) {
-    std::int64_t lSound = 0;
-    const int lResult = ReadNumber(StoreFormat::szIsSound, lSound);
-    if (lResult == SQLITE_OK && lSound == 0) iCondition = Condition::Damaged;
-    if (lResult != SQLITE_OK) iCondition = Judge(lResult);
+    if (const auto iExamined = Examine(); iExamined != Condition::Ready) iCondition = iExamined;
     if (iCondition == Condition::Ready) return TryWrite();
   }
   if (iCondition != Condition::Ready && !bOnlyWritingFails) Close();
   if (iCondition == Condition::Damaged) Close();
   if (iCondition == Condition::Locked) bImpatient = true;
   return iCondition;
+}
+
+Database::Condition Database::Examine() {
+  const auto szSum = StoreSound::Sum(pConnection, szOpenedPath);
+  if (szSum && StoreSound::IsKnown(szOpenedPath, *szSum)) return Condition::Ready;
+  std::int64_t lSound = 0;
+  const int lResult = ReadNumber(StoreFormat::szIsSound, lSound);
+  if (lResult != SQLITE_OK) return Judge(lResult);
+  if (lSound == 0) return Condition::Damaged;
+  // Unchanged meanwhile: what was examined is what has that sum.
+  if (szSum && StoreSound::Sum(pConnection, szOpenedPath) == szSum) StoreSound::Note(szOpenedPath, *szSum);
+  return Condition::Ready;
 }
 
 int Database::Connect(const std::string& szUri, int lFlags) {
@@ -329,8 +340,8 @@ void Database::EndReading() {
 }
 
 std::int32_t Database::Version(std::int64_t& lVersion) {
-  Use aVersion(*this, DATA_VERSION);
   if ((!bBegun && !bReading) || lVersionSeen < 0) {
+    Use aVersion(*this, DATA_VERSION);
     if (aVersion.Row()) lVersionSeen = aVersion.Number(0);
     if (aVersion.Code() != Registry::lSuccess) return aVersion.Code();
   }

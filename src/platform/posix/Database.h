@@ -24,11 +24,12 @@ class Database {
     KEY_EXISTS,    // id
     ADD_KEY,       // parent, name
     DELETE_KEY,    // id; only without subkeys
-    LIST_KEYS,     // parent -> name
+    LIST_KEYS,     // parent -> name, id
     FIND_VALUE,    // key, name -> type, data
     SET_VALUE,     // key, name, type, data
     DELETE_VALUE,  // key, name
     LIST_VALUES,   // key -> name, type, data, id; in no order
+    ALL_VALUES,    // -> the same and key, by id
     DATA_VERSION,  // -> see Version
     BEGIN_READING,
     BEGIN,
@@ -41,8 +42,8 @@ class Database {
 
   ~Database() { Close(); }
 
-  // Opens or makes the store. With bCheck its whole structure is examined and one write tried. Where only
-  // writing fails it is open for reading.
+  // Opens or makes the store. With bCheck its whole structure is examined, unless it is known to be sound as
+  // it is, and one write tried. Where only writing fails it is open for reading.
   Condition Open(const std::string& szPath, bool bCheck);
   void Close();
   void Forget() {  // closed, and as if it had never been open
@@ -104,6 +105,7 @@ class Database {
   void Break();  // undoes the bracket's writes and refuses further ones until it is left
   std::int32_t BeforeWrite();
   bool InBracket() const { return lDepth > 0; }
+  bool IsLooking() const { return bReading; }  // in a bracket without a write: at what is committed
   std::int64_t AllChanges() const {
     return pConnection != nullptr ? sqlite3_total_changes64(pConnection) : 0;
   }
@@ -113,6 +115,7 @@ class Database {
   friend class Use;
   int Connect(const std::string& szUri, int lFlags);
   bool ConnectForReading(const std::string& szPath);
+  Condition Examine();
   int ConfigureWhenFree();
   int Configure();
   void FinalizeStatements();

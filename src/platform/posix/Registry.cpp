@@ -86,7 +86,7 @@ std::int32_t RegSetValueExA(Key hKey, const char* szName, std::uint32_t lType, c
   if ((pData == nullptr && lSize > 0) || szValue.size() > lLongestValueName) return lInvalidParameter;
   lCode = pDatabase->BeforeWrite();
   if (lCode != lSuccess) return lCode;
-  Store::ValuesChanged();
+  Store::ValuesChanged(pKey->lId);
   const std::string_view szData(static_cast<const char*>(pData), lSize);
   return Use(*pDatabase, Database::SET_VALUE)
       .Bind(pKey->lId)
@@ -111,7 +111,7 @@ std::int32_t RegDeleteKeyA(Key hKey, const char* szPath) {
   lCode = pDatabase->BeforeWrite();
   if (lCode != lSuccess) return lCode;
   Store::KeysChanged();
-  Store::ValuesChanged();
+  Store::ValuesChanged(lId);
   lCode = Use(*pDatabase, Database::DELETE_KEY).Bind(lId).Run();
   if (lCode != lSuccess || pDatabase->Changes() == 1) return lCode;
   lCode = Store::CheckExists(*pDatabase, lId);
@@ -124,7 +124,7 @@ std::int32_t RegDeleteValueA(Key hKey, const char* szName) {
   auto lCode = Store::Find(hKey, pDatabase, pKey);
   if (lCode == lSuccess) lCode = pDatabase->BeforeWrite();
   if (lCode != lSuccess) return lCode;
-  Store::ValuesChanged();
+  Store::ValuesChanged(pKey->lId);
   lCode = Use(*pDatabase, Database::DELETE_VALUE).Bind(pKey->lId).Bind(szName != nullptr ? szName : "").Run();
   if (lCode != lSuccess || pDatabase->Changes() == 1) return lCode;
   lCode = Store::CheckExists(*pDatabase, pKey->lId);

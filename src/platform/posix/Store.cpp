@@ -20,14 +20,29 @@ using Condition = Database::Condition;
 using Steady = std::chrono::steady_clock;
 
 constexpr std::size_t lMostPaths = 4096;
+constexpr int lManyLooks = 16;
 constexpr auto aRetryAfter = std::chrono::seconds(1);
+
+// Where a name below a key, or a path of them, led last.
+struct Place {
+  std::int64_t lId = 0;       // never used twice: right while its key exists
+  std::int64_t lMoment = -1;  // at which the key was there, see Moment
+};
+
+// The values of all keys, as one look found them. Holds while no other process has written; of what we write
+// ourselves the key's values go.
+struct Shelf {
+  std::unordered_map<std::int64_t, std::vector<Store::Value>> aValues;
+  std::int64_t lVersion = -1;  // of the database
+  int lLooks = 0;              // for one key alone, in this bracket
+};
 
 struct State {
   Database aDatabase;
   std::unordered_map<Key, OpenKey> aOpen;
   Key hNext = 0x100;  // never used twice: a closed handle stays closed
-  // Where a path led last. Ids are never used twice, so an entry is right while its key exists.
-  std::unordered_map<std::string, std::int64_t> aPaths;
+  std::unordered_map<std::string, Place> aPaths;
+  Shelf aShelf;
   std::vector<std::int64_t> aMadeInBracket;
   std::int64_t lKeyChanges = 0;
   std::int64_t lValueChanges = 0;
@@ -50,6 +65,7 @@ void ForgetKeys() {
   aState.aOpen[HKEY_LOCAL_MACHINE].lId = Database::lLocalMachine;
   aState.aOpen[HKEY_CURRENT_USER].lId = Database::lCurrentUser;
   aState.aPaths.clear();
+  aState.aShelf = {};
   aState.aMadeInBracket.clear();
 }
 
@@ -58,11 +74,12 @@ void ForgetMade() {
   auto& aState = Process();
   for (const auto lId : aState.aMadeInBracket) {
     std::erase_if(aState.aOpen, [&](const auto& aEntry) { return aEntry.second.lId == lId; });
-    std::erase_if(aState.aPaths, [&](const auto& aEntry) { return aEntry.second == lId; });
+    std::erase_if(aState.aPaths, [&](const auto& aEntry) { return aEntry.second.lId == lId; });
   }
   aState.aMadeInBracket.clear();
+  aState.aShelf = {};
   Store::KeysChanged();
-  Store::ValuesChanged();
+  ++aState.lValueChanges;
 }
 
 Condition Open(bool bCheck) {
@@ -144,14 +161,14 @@ std::int32_t Child(Database& aDatabase, std::int64_t lParent, std::string_view s
 std::string PathKey(std::int64_t lBase, Store::Path aParts) {
   auto szKey = std::to_string(lBase);
   for (const auto szPart : aParts)
-    szKey.append("\\").append(Text::LowerCase(szPart));
+    szKey.append("\\").append(szPart);
   return szKey;
 }
 
-void Remember(const std::string& szKey, std::int64_t lId) {
+void Remember(const std::string& szKey, const Place& aPlace) {
   auto& aPaths = Process().aPaths;
   if (aPaths.size() >= lMostPaths) aPaths.clear();
-  aPaths[szKey] = lId;
+  aPaths[szKey] = aPlace;
 }
 
 // Where the path led last, if that key is still there. 2 where nothing is known of it.
@@ -159,8 +176,15 @@ std::int32_t Recall(Database& aDatabase, const std::string& szKey, std::int64_t&
   auto& aPaths = Process().aPaths;
   const auto aKnown = aPaths.find(szKey);
   if (aKnown == aPaths.end()) return lNotFound;
-  const auto lCode = Store::CheckExists(aDatabase, aKnown->second);
-  if (lCode == lSuccess) lId = aKnown->second;
+  auto& aPlace = aKnown->second;
+  std::int64_t lMoment = -1;  // in a bracket it costs nothing to ask
+  auto lCode = aDatabase.InBracket() ? Moment(aDatabase, Process().lKeyChanges, lMoment) : lSuccess;
+  if (lCode == lSuccess && (lMoment < 0 || aPlace.lMoment != lMoment))
+    lCode = Store::CheckExists(aDatabase, aPlace.lId);
+  if (lCode == lSuccess) {
+    lId = aPlace.lId;
+    aPlace.lMoment = lMoment;
+  }
   if (lCode != lInvalidHandle) return lCode;
   aPaths.erase(aKnown);
   return lNotFound;
@@ -172,6 +196,34 @@ std::int32_t Walk(Database& aDatabase, std::int64_t lBase, Store::Path aParts, s
   for (std::size_t i = 0; i < aParts.size() && lCode == lSuccess; ++i)
     lCode = Child(aDatabase, lId, aParts[i], lId);
   return lCode;
+}
+
+Store::Value ValueOf(const Database::Use& aRow) {
+  return {std::string(aRow.Bytes(0)), static_cast<std::uint32_t>(aRow.Number(1)), std::string(aRow.Bytes(2)),
+          aRow.Number(3)};
+}
+
+std::int32_t ReadValues(Database& aDatabase, OpenKey& aKey) {
+  aKey.aValues.clear();
+  Database::Use aList(aDatabase, Database::LIST_VALUES);
+  aList.Bind(aKey.lId);
+  while (aList.Row())
+    aKey.aValues.push_back(ValueOf(aList));
+  // In the order in which they were made; the database would take longer over so few.
+  std::ranges::sort(aKey.aValues, {}, &Store::Value::lId);
+  return aList.Code();
+}
+
+// Who looks at that many keys in one bracket will look at them all, and reading them one after the other
+// costs several times as much. What cannot be read this way is read, and reported, key by key.
+void FillShelf(Database& aDatabase, std::int64_t lVersion) {
+  auto& aShelf = Process().aShelf;
+  Database::Use aAll(aDatabase, Database::ALL_VALUES);
+  aShelf.aValues.clear();
+  aShelf.lVersion = lVersion;
+  while (aAll.Row())
+    aShelf.aValues[aAll.Number(4)].push_back(ValueOf(aAll));
+  if (aAll.Code() != lSuccess) aShelf.aValues.clear();
 }
 
 // Another process may have set a damaged file aside; what we wrote into that one would be lost.
@@ -228,19 +280,26 @@ std::int32_t Store::CheckExists(Database& aDatabase, std::int64_t lId) {
 std::int32_t Store::Resolve(Database& aDatabase, std::int64_t lBase, Path aParts, std::int64_t& lId) {
   lId = lBase;
   if (aParts.empty()) return CheckExists(aDatabase, lBase);
-  const auto szKey = PathKey(lBase, aParts);
-  auto lCode = Recall(aDatabase, szKey, lId);
-  if (lCode != lNotFound) return lCode;
   // A thousand keys lie below one: the way there is walked once.
   const auto aAbove = aParts.first(aParts.size() - 1);
-  const auto szAbove = PathKey(lBase, aAbove);
-  lCode = Recall(aDatabase, szAbove, lId);
-  if (lCode == lNotFound) {
-    lCode = Walk(aDatabase, lBase, aAbove, lId);
-    if (lCode == lSuccess) Remember(szAbove, lId);
+  auto lCode = lSuccess;
+  if (!aAbove.empty()) {
+    const auto szAbove = PathKey(lBase, aAbove);
+    lCode = Recall(aDatabase, szAbove, lId);
+    if (lCode == lNotFound) {
+      lCode = Walk(aDatabase, lBase, aAbove, lId);
+      if (lCode == lSuccess) Remember(szAbove, {lId});
+    }
   }
-  if (lCode == lSuccess) lCode = Child(aDatabase, lId, aParts.back(), lId);
-  if (lCode == lSuccess) Remember(szKey, lId);
+  if (lCode == lSuccess) {
+    const auto szKey = PathKey(lId, aParts.last(1));
+    const auto lParent = lId;
+    lCode = Recall(aDatabase, szKey, lId);
+    if (lCode == lNotFound) {
+      lCode = Child(aDatabase, lParent, aParts.back(), lId);
+      if (lCode == lSuccess) Remember(szKey, {lId});
+    }
+  }
   return lCode == lNotFound && CheckExists(aDatabase, lBase) == lInvalidHandle ? lInvalidHandle : lCode;
 }
 
@@ -262,9 +321,7 @@ std::int32_t Store::Make(Database& aDatabase, std::int64_t lBase, Path aParts, s
     Process().aMadeInBracket.push_back(lId);
   }
   const auto lCommitted = aAllParents.Commit();
-  if (lCode == lSuccess) lCode = lCommitted;
-  if (lCode == lSuccess) Remember(PathKey(lBase, aParts), lId);
-  return lCode;
+  return lCode == lSuccess ? lCommitted : lCode;
 }
 
 std::int32_t Store::ListKeys(Database& aDatabase, OpenKey& aKey) {
@@ -275,8 +332,12 @@ std::int32_t Store::ListKeys(Database& aDatabase, OpenKey& aKey) {
   aKey.aKeys.clear();
   Database::Use aList(aDatabase, Database::LIST_KEYS);
   aList.Bind(aKey.lId);
-  while (aList.Row())
-    aKey.aKeys.emplace_back(aList.Bytes(0));
+  while (aList.Row()) {
+    const std::string_view szName = aKey.aKeys.emplace_back(aList.Bytes(0));
+    // Who lists them will open them.
+    if (aKey.aKeys.size() < lMostPaths / 2)
+      Remember(PathKey(aKey.lId, {&szName, 1}), {aList.Number(1), lMoment});
+  }
   lCode = aList.Code();
   if (lCode == lSuccess && aKey.aKeys.empty()) lCode = CheckExists(aDatabase, aKey.lId);
   if (lCode == lSuccess) aKey.lKeysSeen = lMoment;
@@ -284,21 +345,21 @@ std::int32_t Store::ListKeys(Database& aDatabase, OpenKey& aKey) {
 }
 
 std::int32_t Store::ListValues(Database& aDatabase, OpenKey& aKey) {
-  std::int64_t lMoment = 0;
-  auto lCode = Moment(aDatabase, Process().lValueChanges, lMoment);
+  auto& aState = Process();
+  auto& aShelf = aState.aShelf;
+  std::int64_t lMoment = 0, lVersion = 0;
+  auto lCode = Moment(aDatabase, aState.lValueChanges, lMoment);
+  if (lCode == lSuccess) lCode = aDatabase.Version(lVersion);
   if (lCode != lSuccess || aKey.lValuesSeen == lMoment) return lCode;
   aKey.lValuesSeen = -1;
-  aKey.aValues.clear();
-  Database::Use aList(aDatabase, Database::LIST_VALUES);
-  aList.Bind(aKey.lId);
-  while (aList.Row()) {
-    aKey.aValues.push_back({std::string(aList.Bytes(0)), static_cast<std::uint32_t>(aList.Number(1)),
-                            std::string(aList.Bytes(2)), aList.Number(3)});
+  if (aShelf.lVersion != lVersion) aShelf.aValues.clear();
+  if (aDatabase.IsLooking() && ++aShelf.lLooks == lManyLooks) FillShelf(aDatabase, lVersion);
+  if (const auto aFound = aShelf.aValues.find(aKey.lId); aFound != aShelf.aValues.end()) {
+    aKey.aValues = aFound->second;
+  } else {
+    lCode = ReadValues(aDatabase, aKey);
+    if (lCode == lSuccess && aKey.aValues.empty()) lCode = CheckExists(aDatabase, aKey.lId);
   }
-  // In the order in which they were made; the database would take longer over so few.
-  std::ranges::sort(aKey.aValues, {}, &Value::lId);
-  lCode = aList.Code();
-  if (lCode == lSuccess && aKey.aValues.empty()) lCode = CheckExists(aDatabase, aKey.lId);
   if (lCode == lSuccess) aKey.lValuesSeen = lMoment;
   return lCode;
 }
@@ -307,8 +368,9 @@ void Store::KeysChanged() {
   ++Process().lKeyChanges;
 }
 
-void Store::ValuesChanged() {
+void Store::ValuesChanged(std::int64_t lKey) {
   ++Process().lValueChanges;
+  Process().aShelf.aValues.erase(lKey);
 }
 
 Registry::Transaction::Transaction(Written iBy) {
@@ -319,6 +381,7 @@ Registry::Transaction::Transaction(Written iBy) {
     if (iBy == Written::ByTheOperator && Store::Get() == nullptr) OpenStore(true);
     aState.iBracketBy = iBy;
     aState.lChangesBefore = aState.aDatabase.AllChanges();
+    aState.aShelf.lLooks = 0;
   }
   aState.aDatabase.Enter(iBy == Written::ByTheOperator);
 }

@@ -55,6 +55,6 @@ std::int32_t ListKeys(Database& aDatabase, OpenKey& aKey);
 std::int32_t ListValues(Database& aDatabase, OpenKey& aKey);
 // To be called with every change, so that listings are read again.
 void KeysChanged();
-void ValuesChanged();
+void ValuesChanged(std::int64_t lKey);  // of that key
 
 }  // namespace Store

@@ -66,8 +66,8 @@ frmMain::frmMain(ProgramExit aExit)
 frmMain::~frmMain() = default;
 
 void frmMain::Form_Load() {
-  const auto aDropped = modAddress::RebuildSiteIndex();
-  modAddress::LoadSites(false, false);
+  std::vector<std::string> aDropped;
+  modAddress::LoadRebuilt(false, false, aDropped);
   if (!aDropped.empty()) MsgBox(FillResString(IDS_CLI_REGISTRY_DROPPED, {Text::Joined(aDropped, ", ")}));
   frmMain::Display_lvwMainEx(0);
   Check_MnuView();

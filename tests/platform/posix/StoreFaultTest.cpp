@@ -12,6 +12,7 @@
 
 #include "platform/Environment.h"
 #include "platform/Files.h"
+#include "platform/posix/StoreSound.h"
 #include "support/RawRegistry.h"
 #include "support/TestHome.h"
 #include "support/posix/InChild.h"
@@ -133,10 +134,39 @@ TEST_F(StoreFaultTest, ADamagedOrMissingStoreComesBackFromItsCopy) {
   ExpectAll();
 }
 
+// The store is examined whenever it is not what it was when it last passed: after each write, and while pages
+// of it lie in the journal. To open it, and to look at it, changes nothing.
+TEST_F(StoreFaultTest, ASoundStoreIsExaminedOnce) {
+  Fill();
+  const auto Open = [&] {
+    OpenStore();
+    CloseStore();
+    return aHome.Read("registry.db.sound");
+  };
+  const auto szFirst = Open();
+  EXPECT_EQ(szFirst, Open());
+  ExpectAll();
+  CloseStore();
+  EXPECT_EQ(szFirst, Open());
+  const auto Sum = [&] { return StoreSound::Sum(Stranger(szStore, "SELECT 1").pConnection, szStore); };
+  EXPECT_EQ(lSuccess, Write("value1", "other"));
+  EXPECT_FALSE(Sum());
+  CloseStore();
+  EXPECT_NE(szFirst, Sum());
+  EXPECT_EQ(szFirst, aHome.Read("registry.db.sound"));
+  const auto szSecond = Open();
+  EXPECT_NE(szFirst, szSecond);
+  EXPECT_EQ(szSecond, Sum());
+}
+
 // Whatever bit turns, no value is lost, and only the one it lies in may read otherwise.
 TEST_F(StoreFaultTest, ATurnedBitCostsNothingBesideTheCopyAndLittleWithoutIt) {
   Fill();
-  const auto szGood = aHome.Read("registry.db"), szCopy = aHome.Read("registry.db.good");
+  ASSERT_EQ(Condition::Ready, OpenStore().iCondition);  // leaves the sum of what it has examined
+  CloseStore();
+  const auto szGood = aHome.Read("registry.db"), szCopy = aHome.Read("registry.db.good"),
+             szSum = aHome.Read("registry.db.sound");
+  ASSERT_FALSE(szSum.empty());
   std::mt19937 aRandom(20261122);
   int lRecovered = 0, lWithout = 0, lKeptWithout = 0;
   for (int i = 0; i < 60; ++i) {
@@ -149,6 +179,7 @@ TEST_F(StoreFaultTest, ATurnedBitCostsNothingBesideTheCopyAndLittleWithoutIt) {
       for (const auto& szName : aHome.Names())
         fs::remove(aHome.Path(szName));
       aHome.Write("registry.db", szTurned);
+      aHome.Write("registry.db.sound", szSum);
       if (bCopy) aHome.Write("registry.db.good", szCopy);
       const auto aState = OpenStore();
       if (aState.iCondition == Condition::Foreign) continue;  // the bit lies in the mark of the format
@@ -251,6 +282,55 @@ TEST_F(StoreFaultTest, ABracketReadsOneMomentOfTheStoreThatIsThere) {
   }
   CloseStore();
   EXPECT_EQ("new file", Read("value3"));
+}
+
+// A bracket that looks at many keys reads them all in one go and keeps what it saw: it must not outlive what
+// is written since, by us or by another process, nor show what was taken back.
+TEST_F(StoreFaultTest, ManyKeysReadInOneBracketAreNeverOutOfDate) {
+  constexpr int lKeys = 40;
+  const auto KeyOf = [](int i) { return std::string(szPath) + "\\key" + std::to_string(i); };
+  const auto Put = [&](int i, const std::string& szText) {
+    return RawRegistry::Put(KeyOf(i), "name", Registry::REG_SZ, szText);
+  };
+  const auto First = [&](int i) {  // value of the key, as its listing gives it
+    Registry::Key hKey = 0;
+    Registry::RegOpenKeyExA(RawRegistry::hRoot, KeyOf(i).c_str(), 0x3F, hKey);
+    std::string szName(20, '\0'), szText(20, '\0');
+    std::uint32_t lName = 20, lSize = 20;
+    const auto lCode =
+        Registry::RegEnumValueA(hKey, 0, szName.data(), &lName, nullptr, szText.data(), &lSize);
+    Registry::RegCloseKey(hKey);
+    return lCode == Registry::lSuccess ? szText.substr(0, lSize) : "[" + std::to_string(lCode) + "]";
+  };
+  for (int i = 0; i < lKeys; ++i)
+    Put(i, "old");
+  const auto ReadAll = [&] {
+    const Registry::Transaction aLook;
+    std::string szOthers;
+    for (int i = 0; i < lKeys; ++i)
+      if (const auto szText = First(i); szText != "old") szOthers += std::to_string(i) + szText + ' ';
+    return szOthers;
+  };
+  EXPECT_EQ("", ReadAll());
+  Put(3, "ours");
+  EXPECT_EQ("3ours ", ReadAll());
+  {
+    Registry::Transaction aTakenBack;
+    EXPECT_EQ("", First(4) == "old" ? "" : "not old");
+    Put(4, "draft");
+    EXPECT_EQ("draft", First(4));
+    aTakenBack.Abandon();
+  }
+  EXPECT_EQ("3ours ", ReadAll());
+  const auto Theirs = [&](const char* szSql) { const Stranger aOther(szStore, szSql); };
+  Theirs("UPDATE vals SET data = 'theirs' WHERE key = (SELECT id FROM keys WHERE name = 'key5')");
+  EXPECT_EQ("3ours 5theirs ", ReadAll());
+  Theirs("PRAGMA foreign_keys = ON; DELETE FROM keys WHERE name = 'key6'");
+  EXPECT_EQ(Registry::lSuccess, Registry::RegDeleteKeyA(RawRegistry::hRoot, KeyOf(7).c_str()));
+  EXPECT_EQ("3ours 5theirs 6[6] 7[6] ", ReadAll());
+  Put(7, "anew");
+  EXPECT_EQ("3ours 5theirs 6[6] 7anew ", ReadAll());
+  EXPECT_EQ("[6]", First(6));
 }
 
 TEST_F(StoreFaultTest, WithoutTheRightToWriteItIsRead) {
