@@ -86,6 +86,10 @@ std::string Joined(const std::vector<std::string>& aTexts, std::string_view szBe
 }
 
 std::string Printable(std::string_view szText) {
+  const bool bAllPlain = std::none_of(szText.begin(), szText.end(), [](char ch) {
+    return (ch >= 0 && ch < 0x20) || ch == 0x7F || ch == '\xC2';
+  });
+  if (bAllPlain) return std::string(szText);  // as nearly all texts are
   std::string szResult;
   for (std::size_t lAt = 0; lAt < szText.size(); ++lAt) {
     const auto chByte = static_cast<unsigned char>(szText[lAt]);

@@ -82,7 +82,7 @@ void TerminalView::ShowProgressSite(const std::string& szText) {
 }
 
 void TerminalView::ShowProgressStatus(const std::string& szText) {
-  szStatus = Text::Printable(szText);
+  szStatus = szText;  // one of our own
   bProgressDirty = true;
 }
 

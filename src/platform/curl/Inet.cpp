@@ -4,6 +4,7 @@
 #include <deque>
 #include <limits>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "base/Text.h"
@@ -62,6 +63,7 @@ class Inet::Impl {
   struct Progress {
     bool bOpened = false, bConnected = false, bSent = false, bReceiving = false, bTooMuch = false;
     bool bByteCame = false;
+    bool bHadTurn = false;   // libcurl, with it
     bool bAnswered = false;  // by somebody, if only with a refusal
     ResponseHeader aHeader;
   };
@@ -148,12 +150,11 @@ void Inet::Impl::Drop() {
 
 void Inet::Impl::Proceed(std::int32_t lMilliseconds) {
   if (!hEasy) return;
-  // Waiting first costs a new request nothing: it returns at once where libcurl has something to do. Where
-  // nothing came and nothing is due, there is nothing to perform, which makes a silent server cheaper to wait
-  // for.
+  // A new request has nothing to wait for. Where nothing came and nothing is due, there is nothing to
+  // perform, which makes a silent server cheaper to wait for.
   int lReady = 0;
   long lDue = 0;
-  if (lMilliseconds > 0) {
+  if (lMilliseconds > 0 && std::exchange(aProgress.bHadTurn, true)) {
     curl_multi_poll(hMulti.get(), nullptr, 0, lMilliseconds, &lReady);
     if (lReady == 0 && curl_multi_timeout(hMulti.get(), &lDue) == CURLM_OK && lDue != 0) return;
   }
@@ -280,9 +281,12 @@ curl_socket_t Inet::Impl::OnOpen(void* pSelf, curlsocktype, curl_sockaddr* pAddr
 int Inet::Impl::OnClose(void* pSelf, curl_socket_t hSocket) {
   auto& aSelf = *static_cast<Impl*>(pSelf);
   std::erase(aSelf.aSockets, hSocket);
-  aSelf.aProgress.bAnswered = aSelf.aProgress.bAnswered || CurlSupport::WasAnswered(hSocket);
+  auto& aProgress = aSelf.aProgress;
+  // The system is asked only where libcurl has not told already.
+  if (!aSelf.HasReached()) aProgress.bAnswered = CurlSupport::WasAnswered(hSocket);
   // A server on this machine may have answered and gone before libcurl was back from sending.
-  if (!aSelf.aProgress.bByteCame) aSelf.aProgress.bByteCame = CurlSupport::HasReceived(hSocket);
+  if (!aProgress.bByteCame && !aProgress.aHeader.StatusLineSeen())
+    aProgress.bByteCame = CurlSupport::HasReceived(hSocket);
   CurlSupport::CloseSocket(hSocket);
   return 0;
 }

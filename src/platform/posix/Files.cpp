@@ -25,8 +25,12 @@ bool IsRegular(int lFile) {
 }
 
 // O_NONBLOCK: a pipe or device in a file's place answers instead of holding the program up.
+Descriptor OpenAny(const std::string& szPath, int lFlags) {
+  return Descriptor(open(szPath.c_str(), lFlags | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0666));
+}
+
 Descriptor OpenRegular(const std::string& szPath, int lFlags) {
-  Descriptor aFile(open(szPath.c_str(), lFlags | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0666));
+  auto aFile = OpenAny(szPath, lFlags);
   if (!aFile || !IsRegular(aFile.Number())) return {};
   return aFile;
 }
@@ -96,11 +100,11 @@ std::size_t Files::DriveLength(std::string_view szPath) {
 }
 
 bool Files::Append(const std::string& szPath, std::string_view szBytes) {
-  const auto aFile = OpenRegular(szPath, O_WRONLY | O_CREAT | O_APPEND);
+  const auto aFile = OpenAny(szPath, O_WRONLY | O_CREAT | O_APPEND);
   if (!aFile) return false;
   flock(aFile.Number(), LOCK_EX | LOCK_NB);  // released by the close
   struct stat aBefore {};
-  if (fstat(aFile.Number(), &aBefore) != 0) return false;
+  if (fstat(aFile.Number(), &aBefore) != 0 || !S_ISREG(aBefore.st_mode)) return false;
   const auto lWritten = WriteAll(aFile.Number(), szBytes);
   if (lWritten == szBytes.size()) return true;
   struct stat aAfter {};

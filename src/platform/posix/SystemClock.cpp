@@ -24,6 +24,7 @@ class SystemSource : public Clock::Source {
   std::int32_t MinutesEastOfUtc(DateTime dtLocal) override {
     const DateParts aParts = SplitDateTime(dtLocal);
     const time_t lNow = time(nullptr);
+    if (lNow == lAskedAt && dtLocal == dtAsked) return lMinutesEast;
     tzset();
     tm aNow{};
     localtime_r(&lNow, &aNow);
@@ -40,7 +41,10 @@ class SystemSource : public Clock::Source {
       mktime(&aTried);  // moves the hour where it was told the wrong kind of time
       if (aTried.tm_hour == aParts.lHour) break;
     }
-    return static_cast<std::int32_t>(aTried.tm_gmtoff / 60);
+    lAskedAt = lNow;
+    dtAsked = dtLocal;
+    lMinutesEast = static_cast<std::int32_t>(aTried.tm_gmtoff / 60);
+    return lMinutesEast;
   }
 
   double SteadySeconds() override { return Seconds(CLOCK_MONOTONIC); }
@@ -71,6 +75,10 @@ class SystemSource : public Clock::Source {
 
   time_t lSecond = -1;    // the one looked at last
   DateTime dtSecond = 0;  // the same as local time
+  // The last answer of MinutesEastOfUtc, and when it was asked for; good for that second too.
+  time_t lAskedAt = -1;
+  DateTime dtAsked = 0;
+  std::int32_t lMinutesEast = 0;
 };
 
 }  // namespace
