@@ -7,8 +7,8 @@
 namespace {
 
 int Show(wxWindow* pOwner, const std::string& szText, const std::string& szMore, long lStyle) {
-  wxMessageDialog aBox(pOwner, BreakLongWords(ToWxLines(szText)), ResText(IDS_APP_TITLE), lStyle);
-  if (!szMore.empty()) aBox.SetExtendedMessage(BreakLongWords(ToWxLines(szMore)));
+  wxMessageDialog aBox(pOwner, BreakLines(ToWxLines(szText), pOwner), ResText(IDS_APP_TITLE), lStyle);
+  if (!szMore.empty()) aBox.SetExtendedMessage(BreakLines(ToWxLines(szMore), pOwner));
   return aBox.ShowModal();
 }
 

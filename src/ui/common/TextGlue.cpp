@@ -1,7 +1,11 @@
 #include "ui/common/TextGlue.h"
 
+#include <wx/arrstr.h>
 #include <wx/control.h>
+#include <wx/dcscreen.h>
 #include <wx/strconv.h>
+
+#include <algorithm>
 
 namespace {
 
@@ -35,18 +39,32 @@ wxString ToWxLabel(std::string_view szText) {
   return wxControl::EscapeMnemonics(ToWx(szText));
 }
 
-wxString BreakLongWords(const wxString& szText) {
-  constexpr std::size_t lLongest = 80;
+wxString BreakLines(const wxString& szText, const wxWindow* pOver) {
+  // Boxes break at blanks themselves, at about this length; twice would leave ragged lines.
+  constexpr int lUsual = 60, lMost = 80;  // letters
+  while (pOver && pOver->GetParent())
+    pOver = pOver->GetParent();
+  wxScreenDC aMeasure;
+  aMeasure.SetFont(pOver ? pOver->GetFont() : *wxNORMAL_FONT);
+  // A box has margins, and sets its first part larger and in bold.
+  const int lRoom =
+      pOver ? (pOver->GetSize().x - pOver->FromDIP(80)) * 3 / 4 : lMost * aMeasure.GetCharWidth();
+  const bool bAtBlanks = lRoom < lUsual * aMeasure.GetCharWidth();
   wxString szResult;
-  std::size_t lWord = 0;
-  for (const wxUniChar ch : szText) {
-    const auto lCode = ch.GetValue();
-    lWord = lCode == ' ' || lCode == '\n' ? 0 : lWord + 1;
-    if (lWord > lLongest) {
-      szResult << '\n';
-      lWord = 1;
+  for (wxString szRest : wxSplit(szText, '\n', '\0')) {
+    szResult << (szResult.empty() ? "" : "\n");
+    for (;;) {
+      wxArrayInt aEnds;
+      aMeasure.GetPartialTextExtents(szRest, aEnds);
+      const auto lFits = static_cast<std::size_t>(std::ranges::upper_bound(aEnds, lRoom) - aEnds.begin());
+      if (lFits == szRest.length()) break;
+      const std::size_t lBlank = szRest.rfind(' ', lFits);
+      const bool bInWord = lBlank == wxString::npos;
+      const std::size_t lPart = bInWord ? std::max<std::size_t>(1, lFits) : lBlank;
+      szResult << szRest.Left(lPart) << (bInWord || bAtBlanks ? '\n' : ' ');
+      szRest.erase(0, lPart + (bInWord ? 0 : 1));
     }
-    szResult << ch;
+    szResult << szRest;
   }
   return szResult;
 }

@@ -10,6 +10,8 @@
 
 #include "base/Strings.h"
 
+class wxWindow;
+
 wxString ToWx(std::string_view szText);
 std::string FromWx(const wxString& szText);
 
@@ -22,6 +24,6 @@ wxString ToWxLines(std::string_view szText);
 // Text that an operator or a server supplied, for a label: "&" would otherwise become an underline.
 wxString ToWxLabel(std::string_view szText);
 
-// Breaks words of more than 80 characters: an address of 200 has no blank at which a line could break, and
-// would make a box wider than the screen.
-wxString BreakLongWords(const wxString& szText);
+// The lines of a box or a tip over the main window of that one, which it is not to exceed: an address of 200
+// characters has no blank at which a line could break. nullptr: a window of the usual width.
+wxString BreakLines(const wxString& szText, const wxWindow* pOver);

@@ -7,6 +7,7 @@
 #include <wx/stattext.h>
 
 #include "ui/common/TextGlue.h"
+#include "ui/system/BoxLook.h"
 
 namespace {
 constexpr int lWidestText = 60;  // average characters
@@ -18,18 +19,22 @@ frmNotice::frmNotice(wxWindow* pOwner, const std::string& szText, std::function<
       szMessage(szText),
       aAfter(std::move(aClosed)) {
   pOwner->Disable();
-  auto* pText = new wxStaticText(this, wxID_ANY, wxString());
-  pText->SetLabel(wxControl::EscapeMnemonics(BreakLongWords(ToWxLines(szText))));
+  const long lAlign = BoxLook::bPictured ? wxALIGN_LEFT : wxALIGN_CENTRE_HORIZONTAL;
+  auto* pText = new wxStaticText(this, wxID_ANY, wxString(), wxDefaultPosition, wxDefaultSize, lAlign);
+  pText->SetLabel(wxControl::EscapeMnemonics(BreakLines(ToWxLines(szText), pOwner)));
   pText->Wrap(lWidestText * GetCharWidth());
   auto* cmdOK = new wxButton(this, wxID_ANY, ResText(IDS_OK));
   auto* pRow = new wxBoxSizer(wxHORIZONTAL);
-  pRow->Add(new wxStaticBitmap(this, wxID_ANY,
-                               wxArtProvider::GetBitmapBundle(wxART_INFORMATION, wxART_MESSAGE_BOX)),
-            wxSizerFlags().Border(wxRIGHT, FromDIP(14)));
+  if (BoxLook::bPictured)
+    pRow->Add(new wxStaticBitmap(this, wxID_ANY,
+                                 wxArtProvider::GetBitmapBundle(wxART_INFORMATION, wxART_MESSAGE_BOX)),
+              wxSizerFlags().Border(wxRIGHT, FromDIP(14)));
   pRow->Add(pText, wxSizerFlags(1).CentreVertical());
   auto* pColumn = new wxBoxSizer(wxVERTICAL);
   pColumn->Add(pRow, wxSizerFlags().Expand().Border(wxALL, FromDIP(16)));
-  pColumn->Add(cmdOK, wxSizerFlags().Right().Border(wxLEFT | wxRIGHT | wxBOTTOM, FromDIP(14)));
+  pColumn->Add(cmdOK, BoxLook::bPictured
+                          ? wxSizerFlags().Right().Border(wxLEFT | wxRIGHT | wxBOTTOM, FromDIP(14))
+                          : wxSizerFlags().Expand());
   SetSizerAndFit(pColumn);
   cmdOK->SetDefault();
   SetEscapeId(cmdOK->GetId());

@@ -320,12 +320,12 @@ void SiteList::PlaceHint() {
   pixHint->Raise();
 }
 
-wxString SiteList::Tip(const Row& aRow) {
+wxString SiteList::Tip(const Row& aRow) const {
   std::string szTip = FillResString(IDS_TIP_ROW, {std::to_string(aRow.lSlot), aRow.szAddress});
   for (const std::string* pText : {&aRow.szIP, &aRow.szLightText, &aRow.szRemark})
     if (!pText->empty() && (pText != &aRow.szRemark || aRow.szRemark != aRow.szLightText))
       szTip += "\n" + *pText;
-  return BreakLongWords(ToWx(szTip));
+  return BreakLines(ToWx(szTip), this);
 }
 
 // The whole row, with its number: columns cut their texts.

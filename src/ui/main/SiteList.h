@@ -61,7 +61,7 @@ class SiteList : public wxListView {
   // Text of a cell, columns 1 to 5.
   static std::string CellText(const Row& aRow, int iColumn);
   // The whole row in words, with its number.
-  static wxString Tip(const Row& aRow);
+  wxString Tip(const Row& aRow) const;
 
   // What a cell shows at its column's present width; positions and columns from 0.
   wxString OnGetItemText(long lItem, long lColumn) const override;

@@ -54,7 +54,7 @@ void frmMain::BuildStatusBar() {
     const std::int32_t aNames[] = {IDS_PANEL_CLOCK, IDS_PANEL_NEXT, IDS_PANEL_LAST};
     const int iField = FieldAt(*sbrMain, aEvent.GetPosition());
     if (iField < 0) return;
-    const wxString szName = iField < 3 ? ResText(aNames[iField]).Trim() : BreakLongWords(ToWx(Note()));
+    const wxString szName = iField < 3 ? ResText(aNames[iField]).Trim() : BreakLines(ToWx(Note()), this);
     if (sbrMain->GetToolTipText() != szName) sbrMain->SetToolTip(szName);
   });
   // What lasts until somebody has seen it.

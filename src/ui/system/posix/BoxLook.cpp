@@ -1,0 +1,3 @@
+#include "ui/system/BoxLook.h"
+
+const bool BoxLook::bPictured = false;
