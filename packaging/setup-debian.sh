@@ -9,7 +9,7 @@ set -euo pipefail
 
 build_packages=(
   g++ cmake ninja-build ccache pkg-config
-  libcurl4-openssl-dev libsqlite3-dev libwxgtk3.2-dev
+  libcurl4-openssl-dev libsqlite3-dev libwxgtk3.2-dev libgtk-3-dev
   libcli11-dev nlohmann-json3-dev
   libasio-dev
 )

@@ -1,5 +1,6 @@
 #include "ui/common/VirtualTable.h"
 
+#include <wx/bookctrl.h>
 #include <wx/menu.h>
 #include <wx/settings.h>
 #include <wx/sizer.h>
@@ -10,6 +11,8 @@
 
 #include "ui/common/Images.h"
 #include "ui/common/TextGlue.h"
+#include "ui/system/AccessibleName.h"
+#include "ui/system/AccessibleRows.h"
 #include "ui/system/WindowScale.h"
 
 namespace {
@@ -72,6 +75,8 @@ class VirtualTable::RowList : public wxListView {
 VirtualTable::VirtualTable(wxWindow* pParent, const std::vector<Column>& aColumnList)
     : wxPanel(pParent), aColumns(aColumnList) {
   lvwRows = new RowList(this);
+  AccessibleRows::Tell(
+      *lvwRows, [this] { return Title(); }, [this](long lRow) { return Spoken(lRow); });
   AppendColumns();
   pixHint = new wxPanel(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxBORDER_THEME);
   pixHint->SetBackgroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_LISTBOX));
@@ -288,6 +293,7 @@ void VirtualTable::SetRows(std::size_t lRows) {
 
 void VirtualTable::ShowHint(const wxString& szText) {
   lblHint->SetLabel(szText);
+  AccessibleName::Set(*pixHint, szText);
   pixHint->Layout();
 }
 
@@ -307,6 +313,22 @@ void VirtualTable::SelectAll() {
 
 void VirtualTable::SelectNone() {
   if (Rows() > 0) lvwRows->SetItemState(-1, 0, wxLIST_STATE_SELECTED);
+}
+
+wxString VirtualTable::Title() const {
+  for (const wxWindow* pPart = this; pPart; pPart = pPart->GetParent())
+    if (const auto* tabPages = dynamic_cast<const wxBookCtrlBase*>(pPart->GetParent()))
+      return tabPages->GetPageText(static_cast<std::size_t>(tabPages->FindPage(pPart)));
+  return {};
+}
+
+wxString VirtualTable::Spoken(long lRow) const {
+  wxString szSpoken;
+  for (std::size_t i = 0; Cell && i < aColumns.size(); ++i) {
+    const auto szCell = ToWx(Cell(static_cast<std::size_t>(lRow), static_cast<int>(i)));
+    if (!szCell.empty()) szSpoken << (szSpoken.empty() ? "" : ", ") << szCell;
+  }
+  return szSpoken;
 }
 
 std::string VirtualTable::CopyText() const {

@@ -79,6 +79,8 @@ class VirtualTable : public wxPanel {
 
  private:
   class RowList;
+  wxString Title() const;            // of the tab that it stands under
+  wxString Spoken(long lRow) const;  // what a screen reader says of a row
   void AppendColumns();
   void FitColumns();
   // Shift with a key or a click. The lists' own anchors do not follow a row that was gone to by command.

@@ -10,6 +10,7 @@
 
 #include "ui/common/Images.h"
 #include "ui/common/TextGlue.h"
+#include "ui/system/AccessibleName.h"
 
 frmDialog::frmDialog(MainHost& aHost, std::int32_t lTitle, std::int32_t lHelp)
     : wxDialog(aHost.Frame(), wxID_ANY, ResText(lTitle), wxDefaultPosition, wxDefaultSize,
@@ -34,6 +35,7 @@ wxBoxSizer* frmDialog::MakeButtons() {
   });
   cmdCancel->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { Leave(); });
   ClickWithoutCheck(cmdOK);
+  AccessibleName::SetFromLabels(*this, {});
   auto* pRow = new wxBoxSizer(wxHORIZONTAL);
   pRow->Add(cmdOK, wxSizerFlags().Border(wxRIGHT, FromDIP(8)));
   pRow->Add(cmdCancel);

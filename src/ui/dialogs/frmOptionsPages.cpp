@@ -11,6 +11,7 @@
 
 #include "ui/common/TextGlue.h"
 #include "ui/dialogs/frmOptions.h"
+#include "ui/system/AccessibleName.h"
 #include "ui/system/WindowScale.h"
 
 namespace {
@@ -136,6 +137,8 @@ void frmOptions::LayOutDiskFrame(wxPanel* pPage, wxSizer* pColumn) {
   auto* pBox = Frame(pPage, pColumn, IDS_FRAME_DISK, pRows)->GetStaticBox();
   chkDiskMaxLogFiles = new wxCheckBox(pBox, wxID_ANY, ResText(IDS_KEEP_MAXIMUM));
   txtMaxLogFiles = TextBox(pBox, "txtMaxLogFiles");
+  AccessibleName::Set(*txtMaxLogFiles,
+                      wxControl::RemoveMnemonics(ResText(IDS_KEEP_MAXIMUM)) + ResText(IDS_LOG_FILES));
   FitTo(txtMaxLogFiles, "00000");
   auto* pCount = new wxBoxSizer(wxHORIZONTAL);
   pCount->Add(chkDiskMaxLogFiles, LabelFlags());

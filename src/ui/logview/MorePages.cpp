@@ -20,6 +20,7 @@
 #include "ui/common/TextStyle.h"
 #include "ui/common/VirtualTable.h"
 #include "ui/logview/CellView.h"
+#include "ui/system/AccessibleName.h"
 
 namespace {
 
@@ -204,6 +205,7 @@ void PacePage::RowChosen(std::size_t lRow) {
 PeriodsPage::PeriodsPage(wxWindow* pParent) : GridPage(pParent, IDS_LOG_PERIODS_NOTE) {
   cboPeriods = new wxChoice(this, wxID_ANY);
   cboPeriods->SetName(ResText(IDS_VIEW_LABEL_PERIODS));
+  AccessibleName::Set(*cboPeriods, wxControl::RemoveMnemonics(ResText(IDS_VIEW_LABEL_PERIODS)));
   for (const auto iText :
        {IDS_VIEW_PERIODS_DAY, IDS_VIEW_PERIODS_WEEK, IDS_VIEW_PERIODS_MONTH, IDS_VIEW_PERIODS_HALF})
     cboPeriods->Append(ResText(iText));

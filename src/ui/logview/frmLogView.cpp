@@ -29,6 +29,7 @@
 #include "ui/logview/MorePages.h"
 #include "ui/logview/OutagesPage.h"
 #include "ui/logview/SummaryPage.h"
+#include "ui/system/AccessibleName.h"
 #include "ui/system/Foreground.h"
 #include "ui/system/WindowScale.h"
 
@@ -139,6 +140,8 @@ void frmLogView::BuildMorePages() {
   };
   for (auto* pTable : {pixPasses->lvwRows, pixPace->lvwRows, pixPeriods->lvwRows})
     pTable->FillMenu = [this](wxMenu& aMenu) { FillMenu(aMenu); };
+  for (std::size_t i = 0; i < tabPages->GetPageCount(); ++i)
+    AccessibleName::SetFromLabels(*tabPages->GetPage(i), tabPages->GetPageText(i));
 }
 
 MorePage* frmLogView::MoreShown() const {

@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "ui/common/TextGlue.h"
+#include "ui/system/AccessibleName.h"
 
 CountStrip::CountStrip(wxWindow* pParent, std::function<void(std::int16_t iResult)> ShowOnly)
     : wxWindow(pParent, wxID_ANY), aShowOnly(std::move(ShowOnly)) {
@@ -40,6 +41,7 @@ void CountStrip::Show(const Counts& aNew) {
     Say(i == 1 ? IDS_COUNT_UP : i == 2 ? IDS_COUNT_WARNING : IDS_COUNT_DOWN, lCount, i);
     szBefore = ", ";
   }
+  AccessibleName::Set(*this, szText);
   Refresh();
 }
 

@@ -10,6 +10,7 @@
 #include "platform/Clock.h"
 #include "ui/common/Images.h"
 #include "ui/common/TextGlue.h"
+#include "ui/system/AccessibleRows.h"
 #include "ui/system/WindowScale.h"
 
 namespace {
@@ -44,6 +45,9 @@ SiteList::SiteList(wxWindow* pParent)
   AppendColumn(ResText(IDS_COLUMN_IP), wxLIST_FORMAT_LEFT);
   AppendColumn("", wxLIST_FORMAT_CENTRE);
   AppendColumn(ResText(IDS_COLUMN_COMMENTS), wxLIST_FORMAT_LEFT);
+
+  AccessibleRows::Tell(
+      *this, [] { return ResText(IDS_LOG_SITES); }, [this](long lRow) { return Spoken(lRow); });
 
   // A window of its own: a bare label would be drawn beneath the list's rows.
   pixHint = new wxPanel(this);
@@ -326,6 +330,23 @@ wxString SiteList::Tip(const Row& aRow) const {
     if (!pText->empty() && (pText != &aRow.szRemark || aRow.szRemark != aRow.szLightText))
       szTip += "\n" + *pText;
   return BreakLines(ToWx(szTip), this);
+}
+
+// What the pictures show is said in the words of the View menu.
+wxString SiteList::Spoken(long lRow) const {
+  const Row* pRow = RowAt(static_cast<std::int32_t>(lRow));
+  if (!pRow) return {};
+  constexpr std::int32_t aLights[] = {IDS_VIEW_SUCCESSFUL, IDS_VIEW_WARNING, IDS_VIEW_UNSUCCESSFUL};
+  std::vector<std::string> aParts = {std::to_string(pRow->lSlot), pRow->szAddress, pRow->szIP};
+  if (pRow->iLight >= 1 && pRow->iLight <= lLightCount)
+    aParts.push_back(FromWx(wxControl::RemoveMnemonics(ResText(aLights[pRow->iLight - 1]))));
+  if (pRow->szLightText != pRow->szRemark) aParts.push_back(pRow->szLightText);
+  aParts.push_back(pRow->szRemark);
+  aParts.push_back(pRow->bChecked ? "" : FromWx(wxControl::RemoveMnemonics(ResText(IDS_VIEW_DISABLED))));
+  std::string szSpoken;
+  for (const std::string& szPart : aParts)
+    if (!szPart.empty()) szSpoken += (szSpoken.empty() ? "" : ", ") + szPart;
+  return ToWx(szSpoken);
 }
 
 // The whole row, with its number: columns cut their texts.

@@ -62,6 +62,8 @@ class SiteList : public wxListView {
   static std::string CellText(const Row& aRow, int iColumn);
   // The whole row in words, with its number.
   wxString Tip(const Row& aRow) const;
+  // What a screen reader says of the row at that position, from 0: all that it shows, in one line.
+  wxString Spoken(long lRow) const;
 
   // What a cell shows at its column's present width; positions and columns from 0.
   wxString OnGetItemText(long lItem, long lColumn) const override;

@@ -8,6 +8,9 @@ class wxWindow;
 namespace AccessibleName {
 
 void Set(wxWindow& aControl, const wxString& szName);
+// Names what takes the keyboard within that window: a field and a choice by the label before it, as they were
+// made, what has neither label nor text by szElse (empty: not at all).
+void SetFromLabels(wxWindow& aWithin, const wxString& szElse);
 wxString Get(const wxWindow& aControl);  // empty where the system tells none
 
 }  // namespace AccessibleName

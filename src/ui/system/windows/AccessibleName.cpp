@@ -1,6 +1,7 @@
 #include "ui/system/AccessibleName.h"
 
 #include <wx/access.h>
+#include <wx/scrolwin.h>
 #include <wx/window.h>
 
 #include "platform/windows/System.h"
@@ -31,6 +32,14 @@ class Named : public wxAccessible {
 
 void AccessibleName::Set(wxWindow& aControl, const wxString& szName) {
   aControl.SetAccessible(new Named(&aControl, szName));
+}
+
+// The system itself reads the label before a field.
+void AccessibleName::SetFromLabels(wxWindow& aWithin, const wxString& szElse) {
+  for (wxWindow* pChild : aWithin.GetChildren()) {
+    if (!szElse.empty() && dynamic_cast<wxScrolledCanvas*>(pChild)) Set(*pChild, szElse);
+    SetFromLabels(*pChild, szElse);
+  }
 }
 
 wxString AccessibleName::Get(const wxWindow& aControl) {
