@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/Files.h"
 #include "support/ChildProcess.h"
 #include "support/LogScript.h"
 #include "ui/Program.h"
@@ -21,6 +22,7 @@
 #include "ui/common/frmHelp.h"
 #include "ui/common/frmNotice.h"
 #include "ui/dialogs/frmAbout.h"
+#include "ui/dialogs/frmAddress.h"
 #include "ui/dialogs/frmOptions.h"
 #include "ui/logview/LogView.h"
 #include "ui/logview/frmLogView.h"
@@ -77,12 +79,19 @@ void SaveProgress(const std::string& szName, frmMain& aMain, const std::string& 
   pProgress->Destroy();
 }
 
-void SaveViewer(const std::string& szName, Program& aProgram, const std::string& szLog) {
+void SaveViewer(const std::string& szName, Program& aProgram, const std::string& szLog,
+                bool bForHelp = false) {
   aProgram.aHome.Write("D-20260105.kvl", szLog);
   auto* pViewer = LogView::Start({aProgram.aHome.Path("D-20260105.kvl")});
-  for (std::size_t i = 0; const char* szPage : {"entries", "summary", "outages"}) {
+  for (std::size_t i = 0;
+       const char* szPage : {"entries", "summary", "outages", "passes", "slow", "hours", "comparison"}) {
     pViewer->tabPages->SetSelection(i++);
     Save(szName + szPage, pViewer);
+  }
+  if (bForHelp) {
+    pViewer->tabPages->SetSelection(0);
+    pViewer->SetSize(860, 540);
+    Save("viewer", pViewer);
   }
   pViewer->Destroy();
 }
@@ -108,15 +117,22 @@ void CloseDialog(Program& aProgram) {
 
 void SaveDialogs(Program& aProgram) {
   aProgram.Run(mF_NewAddress);
-  Save("editor", Open<wxDialog>());
   Key(WXK_RETURN);
   EXPECT_TRUE(Until([] { return Open<frmNotice>() != nullptr; }));
   Save("notice", Open<frmNotice>());
   CloseNotice();
+  auto* pEditor = Open<frmAddress>();
+  pEditor->txtURL->ChangeValue("www.example.com/shop");
+  wxTextCtrl* const aOctets[] = {pEditor->txtIP1, pEditor->txtIP2, pEditor->txtIP3, pEditor->txtIP4};
+  for (std::size_t i = 0; const char* szOctet : {"192", "0", "2", "10"})
+    aOctets[i++]->ChangeValue(szOctet);
+  Save("editor", pEditor);
   CloseDialog(aProgram);
   aProgram.Run(mE_Options);
   for (std::size_t i = 0; const char* szPage : {"timer", "manager", "logs", "cookies"}) {
     Open<frmOptions>()->tabOptions->SetSelection(i++);
+    Open<frmOptions>()->txtLogPath->ChangeValue(Files::chSeparator == '/' ? "/home/operator/kestrova/Logs"
+                                                                          : "C:\\Kestrova\\Logs");
     Save(std::string("options-") + szPage, Open<frmOptions>());
   }
   CloseDialog(aProgram);
@@ -142,7 +158,7 @@ void SaveOthers(Program& aProgram) {
         .End()
         .After(60);
   }
-  SaveViewer("viewer-", aProgram, aMorning.szText);
+  SaveViewer("viewer-", aProgram, aMorning.szText, true);
 }
 
 }  // namespace
