@@ -11,7 +11,8 @@ int CliCommands::Startup(StartupWish iWish) {
                                                    : Startup::Read();
   if (aAnswer.iResult == Startup::Result::NotWritten)
     return Report::Fail(FillResString(IDS_CLI_STARTUP_FAILED, {aAnswer.szWhere}));
-  Report::Say(aAnswer.bOn ? Text::Printable(FillResString(IDS_CLI_STARTUP_ON, {aAnswer.szWhere}))
+  const auto iOn = aAnswer.bLogin ? IDS_CLI_STARTUP_WATCH : IDS_CLI_STARTUP_ON;
+  Report::Say(aAnswer.bOn ? Text::Printable(FillResString(iOn, {aAnswer.szWhere}))
                           : LoadResString(IDS_CLI_STARTUP_OFF));
   if (aAnswer.bOn && aAnswer.bLogin) Report::Say(LoadResString(IDS_CLI_STARTUP_LINGER));
   if (aAnswer.iResult == Startup::Result::Untold) return Report::Fail(LoadResString(IDS_CLI_STARTUP_BY_HAND));

@@ -142,7 +142,7 @@ void AddLog(CLI::App& aApp, Arguments& a) {
   pLog->add_option("--html", aLog.szHtml, LoadResString(IDS_CLI_LOG_HTML))->type_name("FILE");
   pLog->add_option("--entries", aLog.szEntries, LoadResString(IDS_CLI_LOG_ENTRIES))
       ->type_name("N|all")
-      ->check(CLI::IsMember({"all"}) | CLI::PositiveNumber);
+      ->check((CLI::IsMember({"all"}) | CLI::PositiveNumber).description(""));
   pLog->add_option("--csv", aLog.szCsv, LoadResString(IDS_CLI_LOG_CSV))->type_name("FILE");
   pLog->callback([&a] { a.aCommand = [&a] { return CliCommands::Log(a.aLog); }; });
 }

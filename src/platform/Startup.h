@@ -16,7 +16,7 @@ enum class Result {
 struct Answer {
   Result iResult = Result::Done;
   bool bOn = false;     // afterwards
-  bool bLogin = false;  // only while the user is logged in, unless the system is told to let services linger
+  bool bLogin = false;  // a service: only while the user is logged in, unless the system lets services linger
   std::string szWhere;  // the file or the registry value that does it; of several the first
 };
 

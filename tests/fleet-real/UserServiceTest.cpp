@@ -20,7 +20,7 @@ TEST_F(UserService, IsStartedKilledAndStopped) {
 
   const std::string szAll = aScript.Output();
   for (const char* szStep :
-       {"on: Kestrova starts with the machine", "state: active\n", "stopped: inactive, success, 0\n",
+       {"on: \"kestrova-cli watch\" starts by itself", "state: active\n", "stopped: inactive, success, 0\n",
         "killed: active again\n", "off: Kestrova does not start", "then: inactive, success, 0\n"})
     EXPECT_THAT(szAll, testing::HasSubstr(szStep));
   // The first pass in the journal: a line a site, fit for any terminal.

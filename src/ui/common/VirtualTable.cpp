@@ -8,6 +8,7 @@
 #include <wx/utils.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "ui/common/Images.h"
 #include "ui/common/TextGlue.h"
@@ -97,7 +98,10 @@ VirtualTable::VirtualTable(wxWindow* pParent, const std::vector<Column>& aColumn
   // The list's own size: it gets none while the hint stands in its place.
   lvwRows->Bind(wxEVT_SIZE, [this](wxSizeEvent& aEvent) {
     aEvent.Skip();
-    CallAfter([this] { FitColumns(); });
+    CallAfter([this] {
+      FitColumns();
+      KeepFocusSeen();
+    });
   });
   lvwRows->Bind(wxEVT_LIST_COL_END_DRAG, [this](wxListEvent& aEvent) {
     aEvent.Skip();
@@ -351,6 +355,16 @@ bool VirtualTable::AtEnd() const {
 
 std::size_t VirtualTable::TopRow() const {
   return static_cast<std::size_t>(std::max(0L, lvwRows->GetTopItem()));
+}
+
+// A list that becomes lower, as by a message above it, loses its last rows; never the one in focus, if that
+// was seen before.
+void VirtualTable::KeepFocusSeen() {
+  const long lBefore = std::exchange(lRowsSeen, lvwRows->GetCountPerPage());
+  const long lPast = lvwRows->GetTopItem() + lBefore;
+  if (lRowsSeen < lBefore && Focused() >= lvwRows->GetTopItem() && Focused() <= lPast &&
+      Focused() < lvwRows->GetItemCount())
+    lvwRows->EnsureVisible(Focused());
 }
 
 void VirtualTable::ScrollToTop(std::size_t lRow) {

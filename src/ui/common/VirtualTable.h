@@ -83,6 +83,7 @@ class VirtualTable : public wxPanel {
   wxString Spoken(long lRow) const;  // what a screen reader says of a row
   void AppendColumns();
   void FitColumns();
+  void KeepFocusSeen();
   // Shift with a key or a click. The lists' own anchors do not follow a row that was gone to by command.
   bool ExtendByKey(const wxKeyEvent& aEvent);
   void ExtendTo(long lRow);
@@ -96,6 +97,7 @@ class VirtualTable : public wxPanel {
   bool bSortDescending = false;
   long lAnchor = -1;  // where a selection that is extended begins; -1 none yet
   bool bExtending = false;
+  long lRowsSeen = 0;  // in the height that the list had
   wxListView* lvwRows;
   wxPanel* pixHint;
   wxStaticText* lblHint;

@@ -212,7 +212,10 @@ void SummaryPage::ShowFacts() {
 void SummaryPage::FitHeadline() {
   lblHeadline->SetLabel(pSummary ? ToWxLabel(LogWords::Headline(*pSummary, Clock::Now())) : wxString());
   lWrappedAt = GetClientSize().x;
-  lblHeadline->Wrap(std::max(lWrappedAt - imgLight->GetSize().x - FromDIP(30), 40 * GetCharWidth()));
+  // GTK measures a little wider than Wrap does, and would break what then is too wide once more, out of
+  // sight.
+  const int lRoom = lWrappedAt - imgLight->GetSize().x - FromDIP(30) - 3 * GetCharWidth();
+  lblHeadline->Wrap(std::max(lRoom, 40 * GetCharWidth()));
 }
 
 int SummaryPage::LeastFacts() const {

@@ -103,6 +103,7 @@ void frmLogView::BuildPages() {
   tabPages->Bind(wxEVT_NOTEBOOK_PAGE_CHANGED, [this](wxBookCtrlEvent& aEvent) {
     aEvent.Skip();
     ShowSummary();
+    if (pHistory) ShowCounts();  // a remark was about the page that was left
     EnableCommands();
   });
   pixEntries->Changed = [this] { ShowCounts(); };

@@ -38,7 +38,7 @@ TEST_F(Startup, AServiceWhereThereIsNoDesktop) {
   EXPECT_THAT(szUnit, HasSubstr("ExecStart=\"" + Program() + "\" watch --verbose\n"));
   EXPECT_THAT(szUnit, HasSubstr("Environment=\"KESTROVA_REGISTRY=" + aHome.Folder()));
   EXPECT_TRUE(fs::is_symlink(Config("systemd/user/default.target.wants/kestrova-watch.service")));
-  EXPECT_THAT(Run({"startup", "status"}).szOutput, HasSubstr("starts with the machine"));
+  EXPECT_THAT(Run({"startup", "status"}).szOutput, HasSubstr("starts by itself, as a service"));
   ChildProcess aVerify("/bin/sh", {"-c",
                                    "command -v systemd-analyze >/dev/null || exit 77; export "
                                    "XDG_RUNTIME_DIR=$HOME; exec systemd-analyze --user "
