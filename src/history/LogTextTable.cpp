@@ -1,6 +1,8 @@
 #include "history/LogTextTable.h"
 
 #include <algorithm>
+#include <numeric>
+#include <utility>
 
 #include "base/Utf8.h"
 #include "history/LogWords.h"
@@ -9,26 +11,66 @@ namespace {
 
 using LogTextTable::Row;
 
-// Columns as wide as their widest cell, those from lNumbers on to the right.
-std::string Table(const std::vector<Row>& aRows, std::size_t lNumbers) {
+constexpr std::size_t lWidestName = 60, lNarrowestName = 20;
+constexpr std::size_t lEasyWidth = 26;      // of a text broken into lines: a day and a time
+constexpr std::size_t lNarrowestText = 12;  // what a text is broken down to where nothing else helps
+
+// As wide as their widest cell.
+std::vector<std::size_t> Widths(const std::vector<Row>& aRows) {
   std::vector<std::size_t> aWidths(aRows.front().size());
   for (const auto& aRow : aRows)
     for (std::size_t lCell = 0; lCell < aRow.size(); ++lCell)
       aWidths[lCell] = std::max(aWidths[lCell], Utf8::Width(aRow[lCell]));
-  std::string szOut;
-  for (const auto& aRow : aRows) {
-    std::string szLine;
-    for (std::size_t lCell = 0; lCell < aRow.size(); ++lCell) {
-      const std::string szFill(aWidths[lCell] - Utf8::Width(aRow[lCell]), ' ');
-      szLine += (lCell > 0 ? "  " : "") + (lCell < lNumbers ? aRow[lCell] + szFill : szFill + aRow[lCell]);
-    }
-    szLine.resize(szLine.find_last_not_of(' ') + 1);
-    szOut += szLine + "\n";
-  }
-  return szOut;
+  return aWidths;
 }
 
-constexpr std::size_t lWidestName = 60, lNarrowestName = 20;
+std::size_t WidthOf(const std::vector<std::size_t>& aWidths) {
+  return std::accumulate(aWidths.begin(), aWidths.end(), 2 * (aWidths.size() - 1));
+}
+
+// Takes what is too much from the texts behind the name, the widest first, down to lLeast.
+void Narrow(std::vector<std::size_t>& aWidths, std::size_t lNumbers, std::size_t lColumns,
+            std::size_t lLeast) {
+  while (lColumns > 0 && lNumbers > 1 && WidthOf(aWidths) > lColumns) {
+    const auto aPast = aWidths.begin() + static_cast<std::ptrdiff_t>(std::min(lNumbers, aWidths.size()));
+    const auto aWidest = std::max_element(aWidths.begin() + 1, aPast);
+    if (aWidest == aPast || *aWidest <= lLeast) return;
+    --*aWidest;
+  }
+}
+
+// Takes the next line of a text off its front: as many words as there is room for, one at least.
+std::string NextLine(std::string& szRest, std::size_t lWidth) {
+  auto lEnd = szRest.size();
+  while (Utf8::Width(szRest.substr(0, lEnd)) > lWidth) {
+    const auto lBlank = szRest.rfind(' ', lEnd - 1);
+    if (lBlank == std::string::npos || lBlank == 0) break;
+    lEnd = lBlank;
+  }
+  const auto szLine = szRest.substr(0, lEnd);
+  szRest.erase(0, std::min(szRest.size(), lEnd + 1));
+  return szLine;
+}
+
+// The columns from lNumbers on to the right; a text that is wider than its column goes on below.
+std::string Table(const std::vector<Row>& aRows, std::size_t lNumbers,
+                  const std::vector<std::size_t>& aWidths) {
+  std::string szOut;
+  for (auto aRow : aRows)
+    do {
+      std::string szLine;
+      for (std::size_t lCell = 0; lCell < aRow.size(); ++lCell) {
+        const bool bText = lCell > 0 && lCell < lNumbers;
+        const auto szCell = bText ? NextLine(aRow[lCell], aWidths[lCell]) : std::exchange(aRow[lCell], "");
+        const auto lShown = Utf8::Width(szCell);
+        const std::string szFill(aWidths[lCell] > lShown ? aWidths[lCell] - lShown : 0, ' ');
+        szLine += (lCell > 0 ? "  " : "") + (lCell < lNumbers ? szCell + szFill : szFill + szCell);
+      }
+      szLine.resize(szLine.find_last_not_of(' ') + 1);
+      szOut += szLine + "\n";
+    } while (!std::ranges::all_of(aRow, &std::string::empty));
+  return szOut;
+}
 
 }  // namespace
 
@@ -38,9 +80,13 @@ std::string LogTextTable::Fit(const std::vector<Row>& aWhole, std::vector<std::s
   for (std::size_t lName = lWidestName;; lName = std::max(lNarrowestName, lName - 4)) {
     for (std::size_t lRow = 1; lRow < aRows.size(); ++lRow)
       aRows[lRow][0] = Utf8::ShortenMiddle(LogWords::PlainField(aWhole[lRow][0]), lName);
-    auto szTable = Table(aRows, lNumbers);
-    const bool bFits = lColumns == 0 || Utf8::Width(szTable.substr(0, szTable.find('\n'))) <= lColumns;
-    if (bFits || (lName == lNarrowestName && aSpare.empty())) return szTable;
+    auto aWidths = Widths(aRows);
+    Narrow(aWidths, lNumbers, lColumns, lEasyWidth);
+    const bool bFits = lColumns == 0 || WidthOf(aWidths) <= lColumns;
+    if (bFits || (lName == lNarrowestName && aSpare.empty())) {
+      Narrow(aWidths, lNumbers, lColumns, lNarrowestText);
+      return Table(aRows, lNumbers, aWidths);
+    }
     if (lName > lNarrowestName) continue;
     for (auto& aRow : aRows)
       aRow.erase(aRow.begin() + static_cast<std::ptrdiff_t>(aSpare.front()));

@@ -296,6 +296,29 @@ TEST(LogSummary, FitsTheTerminal) {
   }
 }
 
+TEST(LogSummary, WhatBecameOfTheMailsIsToldInTheTerminalsWidth) {
+  LogScript aScript;
+  aScript.Start().Up("www.example.com/page").End().After(30).Start().Warn("www.example.com/page").End();
+  for (const char* szMail :
+       {"E-mail Notification Failed", "E-mail Notification Failed", "E-mail Notification Sent"})
+    aScript.After(30)
+        .Start()
+        .Entry("http://www.example.com/page", "404 File Not Found", CheckLog::iClassFailure, szMail)
+        .End();
+  const auto aSummary = Of(aScript.szText);
+  const auto szWide = LogSummaryText::Outages(aSummary, LogTables::Runs::Outages, 0);
+  EXPECT_EQ(std::ranges::count(szWide, '\n'), 2) << szWide;
+  for (const std::size_t lColumns : {80U, 120U}) {
+    const auto szTable = LogSummaryText::Outages(aSummary, LogTables::Runs::Outages, lColumns);
+    std::istringstream aLines(szTable);
+    for (std::string szLine; std::getline(aLines, szLine);)
+      EXPECT_LE(szLine.size(), lColumns) << szTable;
+    EXPECT_GT(std::ranges::count(szTable, '\n'), 2) << szTable;
+    for (const char* szWord : {"could", "sent", "failure"})
+      EXPECT_NE(szTable.find(szWord), std::string::npos) << szTable;
+  }
+}
+
 TEST(LogSummary, FindsGapsByTheUsualDistance) {
   const struct {
     const char* szMinutes;  // between passes
