@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <iostream>
 #include <iterator>
+#include <limits>
 #include <nlohmann/json.hpp>
 #include <optional>
 
@@ -240,10 +241,12 @@ int CliCommands::Log(LogArguments a) {
   const LogViews aViews(a, aHistory, aSummary, aComparison, std::move(aWhatIf));
   LogHtml::Limits aLimits;
   aLimits.bEveryEntry = !a.szEntries.empty();
-  if (a.szEntries == szEveryEntry)
+  if (a.szEntries == szEveryEntry) {
     aLimits.lLines = aHistory.Lines().size();
-  else if (aLimits.bEveryEntry)
+    aLimits.lPaceDays = std::numeric_limits<int>::max();
+  } else if (aLimits.bEveryEntry) {
     aLimits.lLines = static_cast<std::size_t>(Text::LeadingNumber(a.szEntries));
+  }
   if (!a.szHtml.empty() && !Write(a.szHtml, LogHtml::Compose(aHistory, aSummary, aLimits)))
     return Report::Fail(FillResString(IDS_CLI_CANNOT_WRITE, {a.szHtml}));
   const auto* const pTable = aViews.Table();

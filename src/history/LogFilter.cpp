@@ -98,7 +98,8 @@ std::vector<LogHistory::LineRef> LogFilter::Apply(const LogHistory& aHistory) co
     }
     if ((lOutcomes & Bit(aLine.iOutcome)) == 0) continue;
     if (lSite != lAnySite && (aLine.iKind != LineKind::Entry || aLine.lSite != lSite)) continue;
-    if (!Remarks(aHistory, aRef, iRemark) || !ContainsAll(aHistory.Text(aRef), aWords)) continue;
+    if (!Remarks(aHistory, aRef, iRemark)) continue;
+    if (!aWords.empty() && !ContainsAll(aHistory.Text(aRef), aWords)) continue;
     if (aStart && aHistory.Line(*aStart).lPass == aLine.lPass && aStart->lFile == aRef.lFile)
       aFound.push_back(*aStart);
     aStart.reset();

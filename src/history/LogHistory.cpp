@@ -59,7 +59,7 @@ bool LogHistory::Open(const std::vector<std::string>& aPaths) {
 
 void LogHistory::Add(const std::string& szName, std::string szBytes) {
   LogFile aFile;
-  aFile.pReader = std::make_unique<LogReader>(szName, std::move(szBytes));
+  aFile.pReader = std::make_unique<LogReader>(szName, szBytes);
   aFiles.push_back(std::move(aFile));
   GroupNewLines(aFiles.back());
   PutInOrder();
@@ -79,9 +79,8 @@ void LogHistory::AddFile(const std::string& szPath) {
 
 void LogHistory::DropCopies() {
   for (std::size_t lFile = 0; lFile < aFiles.size(); ++lFile)
-    std::erase_if(aFiles, [&, szText = aFiles[lFile].pReader->Text(),
-                           pKept = aFiles[lFile].pReader.get()](const LogFile& aOther) {
-      return aOther.pReader.get() != pKept && !szText.empty() && aOther.pReader->Text() == szText;
+    std::erase_if(aFiles, [pKept = aFiles[lFile].pReader.get()](const LogFile& aOther) {
+      return aOther.pReader.get() != pKept && aOther.pReader->SameAs(*pKept);
     });
 }
 
@@ -91,6 +90,7 @@ bool LogHistory::Update() {
     const auto iChange = aFile.pReader->Update();
     if (iChange == LogReader::Change::Replaced) {
       aFile.aPasses.clear();
+      aFile.aSiteOf.clear();
       aFile.aProgress = {};
       aFile.bHeldBack = false;
     }
@@ -133,7 +133,7 @@ void LogHistory::GroupLine(LogFile& aFile, std::uint32_t lLine) {
   auto& aLine = aFile.pReader->Lines()[lLine];
   const bool bStart = aLine.iKind == LineKind::StartManual || aLine.iKind == LineKind::StartAuto;
   // A start line that cannot be read ends the pass before it all the same.
-  if (bStart || LooksLikeStart(aFile.pReader->Line(aLine))) aFile.aProgress.bOpen = false;
+  if (bStart || LooksLikeStart(aFile.pReader->Own(aLine))) aFile.aProgress.bOpen = false;
   auto& aPass = PassFor(aFile, lLine);
   aLine.lPass = static_cast<std::uint32_t>(aFile.aPasses.size() - 1);
   aPass.lPast = lLine + 1;
@@ -162,10 +162,9 @@ LogPass& LogHistory::PassFor(LogFile& aFile, std::uint32_t lLine) {
 
 void LogHistory::CountEntry(LogFile& aFile, LogLine& aLine) {
   auto& aPass = aFile.aPasses.back();
-  const auto aFields = SplitLogLine(aFile.pReader->Line(aLine), aLine);
   ++aPass.lEntries;
-  aLine.lSite = SiteNumber(SiteOfAddress(aFields.Address));
-  if (aLine.iOutcome == Outcome::None && !aFields.Comment.empty()) aPass.bStopped = true;
+  aLine.lSite = SiteOf(aFile, aLine);
+  if (aLine.iOutcome == Outcome::None && !aFile.pReader->Fields(aLine).Comment.empty()) aPass.bStopped = true;
   const bool bBelievable =
       aLine.bTimeKnown && (aPass.dtStart == 0 || (aLine.dtMoment - aPass.dtStart < dFurthestFromPass &&
                                                   aPass.dtStart - aLine.dtMoment < dFurthestFromPass));
@@ -177,6 +176,14 @@ void LogHistory::CountEntry(LogFile& aFile, LogLine& aLine) {
   if (aPass.dtStart == 0) aPass.dtStart = aLine.dtMoment;
   aFile.aProgress.dtRunning = aLine.dtMoment;
   aPass.dtLast = std::max(aPass.dtLast, AddSeconds(aLine.dtMoment, aLine.iSeconds));
+}
+
+std::uint32_t LogHistory::SiteOf(LogFile& aFile, const LogLine& aLine) {
+  auto& aSiteOf = aFile.aSiteOf;
+  if (aLine.lShared >= aSiteOf.size()) aSiteOf.resize(aLine.lShared + 1, lNoSite);
+  auto& lSite = aSiteOf[aLine.lShared];
+  if (lSite == lNoSite) lSite = SiteNumber(SiteOfAddress(aFile.pReader->Fields(aLine).Address));
+  return lSite;
 }
 
 std::uint32_t LogHistory::SiteNumber(std::string_view szSite) {

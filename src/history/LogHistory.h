@@ -67,8 +67,9 @@ class LogHistory {
   const LogPass& Pass(PassRef aRef) const { return aFiles[aRef.lFile].aPasses[aRef.lPass]; }
   const std::vector<LineRef>& Lines() const { return aRows; }  // of all passes, in order
   const LogLine& Line(LineRef aRef) const { return File(aRef.lFile).Lines()[aRef.lLine]; }
-  std::string_view Text(LineRef aRef) const { return File(aRef.lFile).Line(Line(aRef)); }
-  LogFields Fields(LineRef aRef) const { return SplitLogLine(Text(aRef), Line(aRef)); }
+  std::string Text(LineRef aRef) const { return File(aRef.lFile).Text(Line(aRef)); }
+  // Of an entry; they hold until the next Update.
+  LogFields Fields(LineRef aRef) const { return File(aRef.lFile).Fields(Line(aRef)); }
 
   // The sites named by entries, in the order of their first line, letter case ignored (ASCII). Bytes as
   // logged.
@@ -93,9 +94,12 @@ class LogHistory {
   struct LogFile {
     std::unique_ptr<LogReader> pReader;
     std::vector<LogPass> aPasses;
+    std::vector<std::uint32_t> aSiteOf;  // by number of the shared text; lNoSite: not looked up yet
     Progress aProgress, aBeforeUnfinished;
     bool bHeldBack = false;  // aBeforeUnfinished is to be gone back to
   };
+
+  static constexpr std::uint32_t lNoSite = UINT32_MAX;
 
   void AddFile(const std::string& szPath);
   void DropCopies();
@@ -103,6 +107,7 @@ class LogHistory {
   void GroupLine(LogFile& aFile, std::uint32_t lLine);
   LogPass& PassFor(LogFile& aFile, std::uint32_t lLine);
   void CountEntry(LogFile& aFile, LogLine& aLine);
+  std::uint32_t SiteOf(LogFile& aFile, const LogLine& aLine);
   std::uint32_t SiteNumber(std::string_view szSite);
   void PutInOrder();
 

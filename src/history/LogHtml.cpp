@@ -434,7 +434,7 @@ std::string LogHtml::Field(std::string_view szBytes) {
 
 std::string LogHtml::Compose(const LogHistory& aHistory, const LogSummary& aSummary, const Limits& aLimits) {
   const auto dtNow = Clock::Now();
-  const LogHtmlWeeks::Sections aWeeks(aHistory, aSummary, aLimits.lSites);
+  const LogHtmlWeeks::Sections aWeeks(aHistory, aSummary, aLimits.lSites, aLimits.lPaceDays);
   return Head(aSummary) + Opening(aSummary, dtNow, aWeeks.Links()) + "<main>\n" + Facts(aSummary) +
          Sites(aSummary, aLimits) + Outages(aSummary, LogTables::Runs::Outages, aLimits) +
          Outages(aSummary, LogTables::Runs::Hiccups, aLimits) + Entries(aHistory, aSummary, aLimits) +

@@ -19,7 +19,8 @@ namespace LogHtml {
 struct Limits {
   std::size_t lLines = 20000;  // the last ones, whole passes: some 4 MB
   std::size_t lSites = 500;
-  std::size_t lOutages = 500;      // the last ones
+  std::size_t lOutages = 500;  // the last ones
+  int lPaceDays = 92;  // of how long sites take, the last ones; a year of them would be most of a page
   std::size_t lFieldBytes = 2000;  // of one field or unread line
   // Else only what failed, what could not be read, and the check with which a site was up again.
   bool bEveryEntry = false;

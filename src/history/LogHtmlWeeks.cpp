@@ -58,13 +58,15 @@ std::string Passes(const LogPassTable& aTable) {
   return Note(szNote) + Table(aTable, IDS_LOG_PASSES, lMostPasses);
 }
 
-std::string Strips(const PaceReport& aReport, std::size_t lMostSites) {
+std::string Strips(const PaceReport& aReport, std::size_t lMostSites, int lMostDays) {
+  const auto dtFirst = PaceStrip::FirstDay(aReport, lMostDays);
   auto szStrips =
-      Note(Words(IDS_LOG_PACE_STRIPS_NOTE, {LogWords::Day(aReport.dtFrom), LogWords::Day(aReport.dtTo)})) +
+      Note(Words(IDS_LOG_PACE_STRIPS_NOTE, {LogWords::Day(dtFirst), LogWords::Day(aReport.dtTo)})) +
       PaceStrip::Definitions() + "<div class=\"strips\">\n";
   for (std::size_t lSite = 0; lSite < std::min(aReport.aSites.size(), lMostSites); ++lSite)
     szStrips += "<div class=\"name\">" + SiteName(aReport.aSites[lSite].szSite) + "</div>" +
-                PaceStrip::Picture(aReport, aReport.aSites[lSite], "p" + std::to_string(lSite)) + "\n";
+                PaceStrip::Picture(aReport, aReport.aSites[lSite], dtFirst, "p" + std::to_string(lSite)) +
+                "\n";
   return szStrips + "</div>\n";
 }
 
@@ -94,7 +96,7 @@ std::string Hours(const HourReport& aReport) {
 }  // namespace
 
 LogHtmlWeeks::Sections::Sections(const LogHistory& aHistory, const LogSummary& aSummary,
-                                 std::size_t lMostSites) {
+                                 std::size_t lMostSites, int lMostDays) {
   if (aSummary.aSites.empty() || aSummary.dtFrom <= 0) return;
   const LogPassTable aPasses(aHistory);
   Add("passes", IDS_LOG_PASSES, aPasses.Words(), Passes(aPasses));
@@ -103,7 +105,7 @@ LogHtmlWeeks::Sections::Sections(const LogHistory& aHistory, const LogSummary& a
   Add("pace", IDS_LOG_PACE, aPace.Words(),
       aPace.Rows() == 0 ? std::string()
                         : Note(Words(IDS_LOG_PACE_NOTE)) + Table(aPace, IDS_LOG_PACE, lMostSites) +
-                              Strips(aReport, lMostSites));
+                              Strips(aReport, lMostSites, lMostDays));
   if (aReport.bLongEnough) {
     const LogPeriodTable aPeriods(LogCompare::Of(aHistory, aSummary, aReport.aNow, aReport.aBefore));
     Add("periods", IDS_LOG_PERIODS, aPeriods.Words(),

@@ -13,8 +13,8 @@ namespace LogHtmlWeeks {
 
 class Sections {
  public:
-  // lMostSites: in each of the tables.
-  Sections(const LogHistory& aHistory, const LogSummary& aSummary, std::size_t lMostSites);
+  // lMostSites: in each of the tables; lMostDays: in the pictures of how long they take.
+  Sections(const LogHistory& aHistory, const LogSummary& aSummary, std::size_t lMostSites, int lMostDays);
 
   const std::string& Markup() const { return szMarkup; }
   // For the top of the page, because the entries before them are long.

@@ -146,21 +146,29 @@ std::string PaceStrip::Definitions() {
 )svg";
 }
 
-std::string PaceStrip::Picture(const PaceReport& aReport, const SitePace& aSite, const std::string& szId) {
+DateTime PaceStrip::FirstDay(const PaceReport& aReport, int lMostDays) {
+  return std::max(std::floor(aReport.dtFrom), std::floor(aReport.dtTo) - (lMostDays - 1));
+}
+
+std::string PaceStrip::Picture(const PaceReport& aReport, const SitePace& aSite, DateTime dtFirst,
+                               const std::string& szId) {
   constexpr double dHeight = 24, dWidth = 10, dBar = 8;
+  const int lDays = static_cast<int>(std::floor(aReport.dtTo) - dtFirst) + 1;
+  // A page has thousands of these.
   const auto Number = [](double dValue) {
     const auto lTenths = std::lround(dValue * 10);
-    return std::to_string(lTenths / 10) + "." + std::to_string(lTenths % 10);
+    return std::to_string(lTenths / 10) + (lTenths % 10 == 0 ? "" : "." + std::to_string(lTenths % 10));
   };
   const auto lFull = FullHeight(aSite);
   const double dScale = dHeight / static_cast<double>(lFull);
   const auto Shape = [&](const char* szStyle, double dLeft, double dFrom, double dTo) {
+    if (dTo <= dFrom) return std::string();
     return std::string("<rect ") + szStyle + " x=\"" + Number(dLeft) + "\" y=\"" +
            Number(dHeight - dTo * dScale) + "\" width=\"" + Number(dBar) + "\" height=\"" +
            Number((dTo - dFrom) * dScale) + "\"/>";
   };
   std::string szPicture =
-      "<svg class=\"strip\" viewBox=\"0 0 " + std::to_string(DayCount(aReport) * static_cast<int>(dWidth)) +
+      "<svg class=\"strip\" viewBox=\"0 0 " + std::to_string(lDays * static_cast<int>(dWidth)) +
       " 24\" preserveAspectRatio=\"none\" role=\"img\" aria-labelledby=\"" + szId + "\"><title id=\"" + szId +
       "\">" +
       LogHtml::Escape(
@@ -169,7 +177,8 @@ std::string PaceStrip::Picture(const PaceReport& aReport, const SitePace& aSite,
                                             Length(aSite.aPace.lLongest)})) +
       "</title>";
   for (const auto& aDay : aSite.aDays) {
-    const double dLeft = (aDay.dtDay - std::floor(aReport.dtFrom)) * dWidth + (dWidth - dBar) / 2;
+    if (aDay.dtDay < dtFirst) continue;
+    const double dLeft = (aDay.dtDay - dtFirst) * dWidth + (dWidth - dBar) / 2;
     const auto Height = [lFull](std::int64_t lSeconds) {
       return static_cast<double>(std::min(lSeconds, lFull));
     };

@@ -35,6 +35,9 @@ int DayCount(const PaceReport& aReport);
 std::int64_t FullHeight(const SitePace& aSite);
 // Shapes shared by all pictures; once a page.
 std::string Definitions();
-// As SVG; szId unique in the page.
-std::string Picture(const PaceReport& aReport, const SitePace& aSite, const std::string& szId);
+// The first day of a picture of so many days at most, the last ones.
+DateTime FirstDay(const PaceReport& aReport, int lMostDays);
+// As SVG, from that day on; szId unique in the page.
+std::string Picture(const PaceReport& aReport, const SitePace& aSite, DateTime dtFirst,
+                    const std::string& szId);
 }  // namespace PaceStrip

@@ -24,27 +24,11 @@ bool IsElapsed(std::string_view szText) {
   return szText.size() == 2 && szText[0] >= '1' && szText[0] <= '5' && IsDigit(szText[1]);
 }
 
-// The writer's form; the form with a two-digit year, as older logs have it; and a time without a day, which
-// stands for day 0.
-bool ReadMoment(std::string_view szText, DateTime& dtMoment) {
-  if (szText.size() < 10 || szText.size() > 22) return false;
-  if (ParseGeneral(szText, dtMoment)) return true;
-  const auto lBlank = szText.find(' ');
-  const auto lSlash = szText.rfind('/', lBlank);
-  if (lBlank == lNone) return false;
-  if (lSlash == lNone) return ParseGeneral("12/30/1899 " + std::string(szText), dtMoment);
-  if (lBlank != lSlash + 3) return false;
-  const std::string szCentury = szText[lSlash + 1] < '3' ? "20" : "19";
-  return ParseGeneral(
-      std::string(szText.substr(0, lSlash + 1)) + szCentury + std::string(szText.substr(lSlash + 1)),
-      dtMoment);
-}
-
-bool ReadStart(std::string_view szLine, std::string_view szBegin, LogLine& aLine) {
+bool ReadStart(std::string_view szLine, std::string_view szBegin, PlacedLine& aLine) {
   if (!szLine.starts_with(szBegin) || !szLine.ends_with(szStartEnd)) return false;
   szLine.remove_prefix(szBegin.size());
   szLine.remove_suffix(szStartEnd.size());
-  return ReadMoment(szLine, aLine.dtMoment);
+  return ReadLogMoment(szLine, aLine.dtMoment);
 }
 
 // A line that was cut short and then continued by the next one holds the next one's time before its address.
@@ -89,7 +73,7 @@ Outcome OutcomeOf(char chClass, std::string_view szComment) {
   }
 }
 
-bool ReadEntry(std::string_view szLine, LogLine& aLine) {
+bool ReadEntry(std::string_view szLine, PlacedLine& aLine) {
   if (szLine.size() > lLongestEntry) return false;
   const auto lFirst = szLine.find(chField);
   const auto lLast = szLine.rfind(chField);
@@ -107,7 +91,7 @@ bool ReadEntry(std::string_view szLine, LogLine& aLine) {
   if (lBehind == lNone || lBehind <= lFirst) return false;
   const auto szMiddle = szLine.substr(lFirst + 1, lBefore - lFirst - 1);
   const auto lText = FindText(szMiddle);
-  if (lText == lNone || HoldsTwoLines(szMiddle) || !ReadMoment(szLine.substr(0, lFirst), aLine.dtMoment))
+  if (lText == lNone || HoldsTwoLines(szMiddle) || !ReadLogMoment(szLine.substr(0, lFirst), aLine.dtMoment))
     return false;
   aLine.lAddress = static_cast<std::uint32_t>(lFirst + 1);
   aLine.lStatus = static_cast<std::uint32_t>(lFirst + 1 + lText + 1);
@@ -121,11 +105,24 @@ bool ReadEntry(std::string_view szLine, LogLine& aLine) {
 
 }  // namespace
 
-void ReadLogLine(std::string_view szLine, LogLine& aLine) {
-  const auto lOffset = aLine.lOffset;
-  aLine = LogLine{};
-  aLine.lOffset = lOffset;
-  aLine.lLength = static_cast<std::uint32_t>(szLine.size());
+// The writer's form; the form with a two-digit year, as older logs have it; and a time without a day, which
+// stands for day 0.
+bool ReadLogMoment(std::string_view szText, DateTime& dtMoment) {
+  if (szText.size() < 10 || szText.size() > 22) return false;
+  if (ParseGeneral(szText, dtMoment)) return true;
+  const auto lBlank = szText.find(' ');
+  const auto lSlash = szText.rfind('/', lBlank);
+  if (lBlank == lNone) return false;
+  if (lSlash == lNone) return ParseGeneral("12/30/1899 " + std::string(szText), dtMoment);
+  if (lBlank != lSlash + 3) return false;
+  const std::string szCentury = szText[lSlash + 1] < '3' ? "20" : "19";
+  return ParseGeneral(
+      std::string(szText.substr(0, lSlash + 1)) + szCentury + std::string(szText.substr(lSlash + 1)),
+      dtMoment);
+}
+
+void ReadLogLine(std::string_view szLine, PlacedLine& aLine) {
+  aLine = {};
   if (szLine.starts_with('[')) {
     if (szLine == szEnd) aLine.iKind = LineKind::End;
     if (ReadStart(szLine, szStartManual, aLine)) aLine.iKind = LineKind::StartManual;
@@ -137,11 +134,11 @@ void ReadLogLine(std::string_view szLine, LogLine& aLine) {
   if (aLine.iKind != LineKind::Unread && aLine.iKind != LineKind::Entry) aLine.iOutcome = Outcome::None;
 }
 
-LogFields SplitLogLine(std::string_view szLine, const LogLine& aLine) {
+LogFields SplitLogLine(std::string_view szLine, const PlacedLine& aLine) {
   const auto Between = [&](std::uint32_t lFrom, std::uint32_t lNext) {
     return szLine.substr(lFrom, lNext - 1 - lFrom);
   };
-  const auto lClass = aLine.lLength - 1;
+  const auto lClass = static_cast<std::uint32_t>(szLine.size() - 1);
   return {szLine.substr(0, aLine.lAddress - 1),   Between(aLine.lAddress, aLine.lStatus),
           Between(aLine.lStatus, aLine.lElapsed), Between(aLine.lElapsed, aLine.lComment),
           Between(aLine.lComment, lClass),        szLine.substr(lClass)};

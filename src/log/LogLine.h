@@ -29,15 +29,13 @@ enum class Outcome : std::uint8_t {
   Unread,    // not an entry that could be read
 };
 
-// Positions instead of texts: a log of a million lines is held once, as the bytes of its file.
+// No texts, which LogReader keeps: a history holds millions of these.
 struct LogLine {
-  DateTime dtMoment = 0;      // start line: the pass's start; entry: the check's start; local time
-  std::uint32_t lOffset = 0;  // of the line in the file's text
-  std::uint32_t lLength = 0;  // without its line end
-  // First byte of each field, in the line.
-  std::uint32_t lAddress = 0, lStatus = 0, lElapsed = 0, lComment = 0;
-  std::uint32_t lSite = 0;  // entries: number in LogHistory::Sites
-  std::uint32_t lPass = 0;  // number among the passes of its file
+  DateTime dtMoment = 0;  // start line: the pass's start; entry: the check's start; local time
+  std::uint32_t lOwn = 0, lOwnLength = 0;  // what the line shares with no other one, see LogReader
+  std::uint32_t lShared = 0;               // entries: number of the text that it shares
+  std::uint32_t lSite = 0;                 // entries: number in LogHistory::Sites
+  std::uint32_t lPass = 0;                 // number among the passes of its file
   LineKind iKind = LineKind::Unread;
   Outcome iOutcome = Outcome::Unread;
   std::uint8_t iSeconds = 0;  // elapsed, as logged: the seconds part only
@@ -45,15 +43,24 @@ struct LogLine {
   bool bTimeKnown = false;
 };
 
+// With the first byte of each field of an entry.
+struct PlacedLine : LogLine {
+  std::uint32_t lAddress = 0, lStatus = 0, lElapsed = 0, lComment = 0;
+};
+
 struct LogFields {
   std::string_view CheckTime, Address, StatusText, Elapsed, Comment, ResultClass;
 };
 
-// Reads one line (without its line end). Sets all but lOffset, lSite and lPass.
-void ReadLogLine(std::string_view szLine, LogLine& aLine);
+// Reads one line (without its line end): what it is, its moment, its outcome and the places of its fields.
+void ReadLogLine(std::string_view szLine, PlacedLine& aLine);
+
+// The moment that the first field of an entry or a start line tells; false where it tells none. What else an
+// entry is and says hangs on the text behind that field alone.
+bool ReadLogMoment(std::string_view szText, DateTime& dtMoment);
 
 // The fields of an entry that ReadLogLine has read from that same line.
-LogFields SplitLogLine(std::string_view szLine, const LogLine& aLine);
+LogFields SplitLogLine(std::string_view szLine, const PlacedLine& aLine);
 
 // True for a line that means to be a start line, readable or not.
 bool LooksLikeStart(std::string_view szLine);

@@ -5,7 +5,7 @@
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* pData, std::size_t lSize) {
   const auto szLine = Fuzz::Bytes(pData, lSize);
-  LogLine aLine;
+  PlacedLine aLine;
   ReadLogLine(szLine, aLine);
   if (aLine.iKind != LineKind::Entry) return 0;
   const auto aFields = SplitLogLine(szLine, aLine);

@@ -55,6 +55,47 @@ TEST(LogHistory, FollowsAFileThatGrowsIsCutAndReplaced) {
   Expect(aOther.szText, 9, 27);       // replaced by a longer one
 }
 
+// What entries share is kept once, and a long file is read in pieces: each line comes back as it was written.
+TEST(LogHistory, GivesEveryLineBackAsItStands) {
+  const TestHome aHome;
+  LogScript aScript;
+  std::mt19937 aRandom(20261122);
+  for (int lPass = 0; aScript.szText.size() < 2'500'000; ++lPass, aScript.End().After(5)) {
+    aScript.Start(lPass % 7 == 0);
+    for (int lSite = 0; lSite < 40; ++lSite) {
+      const auto szSite = "site" + std::to_string(lSite);
+      const auto lKind = aRandom() % 40;
+      if (lKind == 0) aScript.Raw("[torn," + std::to_string(aRandom()) + "\r\n");
+      if (lKind == 1) aScript.Raw("never,http://" + szSite + ",Site OK,1,,1\r\n");  // shared, but no time
+      if (lKind == 2) aScript.Entry("http://" + szSite, "Site OK", 1, "remark " + std::to_string(lPass), 59);
+      lKind == 3 ? aScript.Warn(szSite) : aScript.Up(szSite);
+    }
+  }
+  const Opened aHistory(aHome, aScript.szText);
+  std::string szAgain;
+  std::size_t lUnread = 0;
+  for (const auto aRef : aHistory.Lines()) {
+    szAgain += aHistory.Text(aRef) + "\r\n";
+    const auto& aLine = aHistory.Line(aRef);
+    PlacedLine aAlone;
+    const auto szLine = aHistory.Text(aRef);
+    ReadLogLine(szLine, aAlone);
+    ASSERT_EQ(aLine.iKind, aAlone.iKind) << szLine;
+    lUnread += aLine.iKind == LineKind::Unread;
+    if (aLine.iKind != LineKind::Entry) continue;
+    const auto aFields = aHistory.Fields(aRef), aExpected = SplitLogLine(szLine, aAlone);
+    ASSERT_EQ(aFields.CheckTime, aExpected.CheckTime);
+    ASSERT_EQ(aFields.StatusText, aExpected.StatusText);
+    ASSERT_EQ(aFields.Comment, aExpected.Comment);
+    ASSERT_EQ(aHistory.Sites()[aLine.lSite], SiteOfAddress(aExpected.Address));
+    ASSERT_TRUE(aLine.iOutcome == aAlone.iOutcome && aLine.iSeconds == aAlone.iSeconds &&
+                aLine.dtMoment == aAlone.dtMoment)
+        << szLine;
+  }
+  EXPECT_EQ(szAgain, aScript.szText);
+  EXPECT_GT(lUnread, 100U);
+}
+
 TEST(LogHistory, SurvivesAnyBytes) {
   const TestHome aHome;
   LogScript aScript;

@@ -15,8 +15,8 @@ namespace {
 
 constexpr const char* szTime = "1/5/2026 8:00:00 AM";
 
-LogLine Read(std::string_view szLine) {
-  LogLine aLine;
+PlacedLine Read(std::string_view szLine) {
+  PlacedLine aLine;
   ReadLogLine(szLine, aLine);
   return aLine;
 }
