@@ -1,11 +1,10 @@
-// What every test of an alert stands on: a manager, a site that has failed, a mail server.
+// What every test of an alert stands on: a manager and a site that has failed.
 #pragma once
 
 #include <gtest/gtest.h>
 
 #include "alert/AlertSender.h"
 #include "base/Text.h"
-#include "servers/SmtpServer.h"
 #include "support/TestHome.h"
 
 class AlertFixture : public testing::Test {
@@ -14,7 +13,6 @@ class AlertFixture : public testing::Test {
     aSettings.Name = "Ada";
     aSettings.Email = "manager@example.org";
     aSettings.SMTP = "127.0.0.1";
-    aSettings.SMTPPort = aServer.Port();
     aSite.IP = "192.0.2.7";
     aSite.URL = "www.example.org/shop";
     aSite.TimeOut = 30;
@@ -36,7 +34,6 @@ class AlertFixture : public testing::Test {
   }
 
   TestHome aHome;
-  SmtpServer aServer;
   SiteRecord aSite;
   SettingsRecord aSettings;
   CheckFacts aFacts;

@@ -48,7 +48,6 @@ TEST(Pass, ShowsItsStepsInOrder) {
   std::erase(aAutomatic, "timer on");
   EXPECT_EQ(aPass.View.aEvents, aAutomatic);
   EXPECT_EQ(aPass.Log()[3], "[START CHECK: AUTO - 11/15/1999 6:44:21 PM]");
-  EXPECT_FALSE(aPass.View.bLocked);
 
   aPass.Server.Serve("/x", Fault::Status("404 x"));
   modAddress::ReplaceSite(1, {aPass.Server.Address(), aPass.Server.Site("/x"), SiteStatus::iWarning,

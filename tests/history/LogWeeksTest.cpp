@@ -2,8 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <map>
-#include <random>
 
 #include "history/LogDurations.h"
 #include "history/LogHours.h"
@@ -66,37 +64,6 @@ TEST(LogDurations, MinutesAreToldByTheNextStart) {
   Check(aScript, "a59", 7);
   const Opened aHistory(aHome, aScript.szText);
   EXPECT_EQ(Durations(aHistory), "0 15 59 60 75 154 3 | 15+ 20 10+ | 4 30 2+ 7+ | ");
-}
-
-// Whatever is logged, a duration is never more than the check took, and the exact ones are exact.
-TEST(LogDurations, NeverSayMoreThanItWas) {
-  TestHome aHome;
-  std::mt19937 aRandom(7);
-  LogScript aScript;
-  std::vector<int> aTruth;
-  for (int lPass = 0; lPass < 200; ++lPass) {
-    aScript.Start();
-    for (int lSite = 0; lSite < 5; ++lSite) {
-      aTruth.push_back(static_cast<int>(aRandom() % 200));
-      Check(aScript, std::to_string(lSite), aTruth.back(), 1, "", static_cast<int>(aRandom() % 2));
-    }
-    aScript.End().After(static_cast<double>(aRandom() % 20));
-  }
-  const Opened aHistory(aHome, aScript.szText);
-  std::vector<CheckDuration> aChecks;
-  std::size_t lAt = 0, lExact = 0;
-  for (std::size_t lPass = 0; lPass < 200; ++lPass) {
-    LogDurations::Of(aHistory, lPass, aChecks);
-    for (const auto& aCheck : aChecks) {
-      const auto lTruth = aTruth[lAt++];
-      ASSERT_LE(aCheck.lSeconds, lTruth);
-      ASSERT_EQ((lTruth - aCheck.lSeconds) % 60, 0);
-      if (aCheck.iKnown != CheckDuration::Known::Exact) continue;
-      ++lExact;
-      ASSERT_EQ(aCheck.lSeconds, lTruth);
-    }
-  }
-  EXPECT_GE(lExact, 800U) << "all but the last of a pass";
 }
 
 TEST(LogPasses, TellLengthLatenessAndWhatWasWaitedFor) {

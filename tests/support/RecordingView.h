@@ -3,21 +3,17 @@
 
 #include <algorithm>
 #include <functional>
-#include <map>
 #include <string>
 #include <vector>
 
-#include "check/CheckView.h"
+#include "check/QuietView.h"
 
-class RecordingView : public CheckView {
+class RecordingView : public QuietView {
  public:
-  std::vector<std::string> aEvents;              // in order; the clock panel and progress states are left out
-  std::vector<std::string> aStates;              // the progress window's status line
-  std::map<std::int32_t, std::string> aRemarks;  // by slot
+  std::vector<std::string> aEvents;  // in order; the clock panel and progress states are left out
+  std::vector<std::string> aStates;  // the progress window's status line
   std::vector<std::string> aMessages;
-  bool bLocked = false;
-  std::function<void()> OnPump;      // called at every PumpEvents
-  std::function<void()> OnRecorded;  // called at every SiteRecorded
+  std::function<void()> OnPump;  // called at every PumpEvents
 
   // True when the event was recorded.
   bool Has(const std::string& szEvent) const { return std::ranges::find(aEvents, szEvent) != aEvents.end(); }
@@ -25,10 +21,7 @@ class RecordingView : public CheckView {
   void ShowPanel(int iPanel, const std::string& szText) override {
     if (iPanel != 1) Note("panel", iPanel, ": " + szText);
   }
-  void ClearRemarks() override {
-    aRemarks.clear();
-    aEvents.emplace_back("remarks cleared");
-  }
+  void ClearRemarks() override { aEvents.emplace_back("remarks cleared"); }
   void EnsureRowVisible(std::int32_t lSlot) override { Note("visible", lSlot); }
   void ShowLight(std::int32_t lSlot, std::int16_t iIcon) override {
     Note("light", lSlot, ": " + std::to_string(iIcon));
@@ -37,24 +30,15 @@ class RecordingView : public CheckView {
     Note("light text", lSlot, ": " + szText);
   }
   void ShowRemark(std::int32_t lSlot, const std::string& szText) override {
-    aRemarks[lSlot] = szText;
     Note("remark", lSlot, ": " + szText);
   }
-  void SiteRecorded(std::int32_t lSlot) override {
-    Note("recorded", lSlot);
-    if (OnRecorded) OnRecorded();
-  }
-  bool IsMinimised() override { return false; }
+  void SiteRecorded(std::int32_t lSlot) override { Note("recorded", lSlot); }
   void OpenProgress() override { aEvents.emplace_back("progress opened"); }
   void CloseProgress() override { aEvents.emplace_back("progress closed"); }
   void ShowProgressSite(const std::string& szText) override { aEvents.push_back("progress " + szText); }
   void ShowProgressStatus(const std::string& szText) override { aStates.push_back(szText); }
   void ShowMessage(const std::string& szText) override { aMessages.push_back(szText); }
-  void SoundBell() override {}
-  void LockCommands(bool bLock) override {
-    bLocked = bLock;
-    aEvents.emplace_back(bLock ? "locked" : "unlocked");
-  }
+  void LockCommands(bool bLock) override { aEvents.emplace_back(bLock ? "locked" : "unlocked"); }
   void EnableAutoTimer(bool bEnable) override { aEvents.emplace_back(bEnable ? "timer on" : "timer off"); }
   void PumpEvents() override {
     if (OnPump) OnPump();
