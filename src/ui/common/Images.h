@@ -10,7 +10,8 @@
 namespace Images {
 
 // The picture by its name (its file's, without ".svg"), as a square (or of the given proportions) with this
-// side in device-independent pixels. An unknown name gives an empty picture.
+// side in device-independent pixels (ToDIP of what WindowScale says: it would be enlarged twice on Windows).
+// An unknown name gives an empty picture.
 wxBitmapBundle Bundle(std::string_view szName, wxSize aSize);
 inline wxBitmapBundle Bundle(std::string_view szName, int iSide = 16) {
   return Bundle(szName, wxSize(iSide, iSide));

@@ -20,6 +20,6 @@ PictureBox::PictureBox(wxWindow* pParent, int lSide)
 void PictureBox::Picture(const std::string& szImage) {
   if (szImage == szName) return;
   szName = szImage;
-  aImage = Images::Bundle(szImage, GetMinSize().x);
+  aImage = Images::Bundle(szImage, ToDIP(GetMinSize().x));
   Refresh();
 }

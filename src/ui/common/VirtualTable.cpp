@@ -45,7 +45,7 @@ class VirtualTable::RowList : public wxListView {
     aAside.SetTextColour(Between(aPaper, aInk, 0.6));
     wxVector<wxBitmapBundle> aBundles;
     for (const char* szLight : aLights)
-      aBundles.push_back(Images::Bundle(szLight, WindowScale::FromTwips(*this, lImageTwips)));
+      aBundles.push_back(Images::Bundle(szLight, ToDIP(WindowScale::FromTwips(*this, lImageTwips))));
     SetSmallImages(aBundles);
   }
 

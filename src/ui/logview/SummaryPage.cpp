@@ -50,8 +50,8 @@ const char* SampleOf(SiteColumn iColumn) {
 }  // namespace
 
 SummaryPage::SummaryPage(wxWindow* pParent) : wxPanel(pParent) {
-  imgLight =
-      new wxStaticBitmap(this, wxID_ANY, Images::Bundle("Blank", WindowScale::FromTwips(*this, lLightTwips)));
+  imgLight = new wxStaticBitmap(this, wxID_ANY,
+                                Images::Bundle("Blank", ToDIP(WindowScale::FromTwips(*this, lLightTwips))));
   lblHeadline = new wxStaticText(this, wxID_ANY, "");
   lblHeadline->SetFont(GetFont().Bold().Scaled(1.5f));
   pSplitter = new wxSplitterWindow(this, wxID_ANY, wxDefaultPosition, wxDefaultSize,
@@ -144,7 +144,7 @@ void SummaryPage::ShowAge() {
   // Green is for what is up now.
   const bool bKnown = pSummary && !LogWords::Overdue(*pSummary, dtNow);
   imgLight->SetBitmap(Images::Bundle(StateLook::PictureOf(bKnown ? pSummary->Worst() : SiteState::Unwatched),
-                                     WindowScale::FromTwips(*this, lLightTwips)));
+                                     ToDIP(WindowScale::FromTwips(*this, lLightTwips))));
   ShowFacts();
   Layout();
 }

@@ -38,7 +38,7 @@ SiteList::SiteList(wxWindow* pParent)
                         WindowScale::FromTwips(*this, lImageColumnTwips) - lCellGap);
   wxVector<wxBitmapBundle> aBundles;
   for (const char* szImage : aImages)
-    aBundles.push_back(Images::Bundle(szImage, lImageSide));
+    aBundles.push_back(Images::Bundle(szImage, ToDIP(lImageSide)));
   SetSmallImages(aBundles);
   AppendColumn("", wxLIST_FORMAT_LEFT);
   AppendColumn(ResText(IDS_COLUMN_ADDRESS), wxLIST_FORMAT_LEFT);

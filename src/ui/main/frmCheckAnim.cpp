@@ -46,7 +46,7 @@ frmCheckAnim::frmCheckAnim(wxWindow* pOwner, std::function<void()> StopAll)
   pixField->Bind(wxEVT_PAINT, [this](wxPaintEvent&) { PaintField(); });
 
   for (Picture* pPicture : {&pixEarth, &pixRayForward, &pixRayBack, &pixSpaceShip})
-    pPicture->aImage = Images::Bundle(pPicture->szImage, Twips(pPicture->lSide));
+    pPicture->aImage = Images::Bundle(pPicture->szImage, ToDIP(Twips(pPicture->lSide)));
 
   fraStatus = new wxStaticBoxSizer(wxVERTICAL, pPanel, ResText(IDS_STATUS));
   const long lStyle = wxST_NO_AUTORESIZE | wxST_ELLIPSIZE_MIDDLE;
