@@ -9,8 +9,6 @@ namespace Screen {
 
 // A part of the screen into a PNG file.
 bool Save(const std::string& szFile, const wxRect& aPart);
-// The window that has the keyboard now, whoever made it, without its frame; empty when there is none.
-wxRect ActiveWindow();
 // A click on the program's icon in the notification area.
 void ClickTrayIcon(bool bRight);
 

@@ -8,7 +8,6 @@
 
 #include "support/Stored.h"
 #include "ui/Program.h"
-#include "ui/Screen.h"
 #include "ui/common/PictureBox.h"
 #include "ui/dialogs/frmAddress.h"
 #include "ui/dialogs/frmOptions.h"
@@ -78,32 +77,6 @@ TEST(List, NumberAndStopStandWhereThereIsRoomAndTheTipHasTheWholeRow) {
     ASSERT_TRUE(Until([&] { return (aList.GetSize().x < 500) == (lWidth == 10); }));
     for (const wxString& szLine : wxSplit(aList.Tip(*aList.RowOf(2)), '\n'))
       EXPECT_LE(aList.GetTextExtent(szLine).x, aList.GetSize().x);
-  }
-}
-
-// An address of 200 has no blank at which a line could break. The smallest window is narrower than the words
-// of the question.
-TEST(List, ABoxIsNoWiderThanItsWindow) {
-  Program aProgram({Site(std::string(200, 'W'))});
-  frmMain& aMain = aProgram.Main();
-  for (const int lWidth : {800, 10}) {
-    aMain.SetSize(lWidth, 400);
-    aMain.lvwMain->SelectSlot(1);
-    Settle();
-    const wxRect aBefore = Screen::ActiveWindow();
-    wxRect aBox;
-    {
-      const During aAct([&] {
-        const wxRect aActive = Screen::ActiveWindow();
-        if (aActive.IsEmpty() || aActive.GetSize() == aBefore.GetSize()) return;
-        aBox = aActive;
-        wxUIActionSimulator().Char(WXK_RETURN);
-      });
-      aProgram.Run(mE_DelAddress);
-    }
-    EXPECT_GT(aBox.width, 100);
-    EXPECT_LE(aBox.width, aMain.GetSize().x);
-    EXPECT_EQ(aProgram.Slots(), "1*") << "Enter says No";
   }
 }
 

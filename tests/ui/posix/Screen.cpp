@@ -2,8 +2,6 @@
 
 #include <wx/uiaction.h>
 
-#include <cstdio>
-
 #include "support/ChildProcess.h"
 #include "ui/Operator.h"
 
@@ -15,17 +13,6 @@ bool Screen::Save(const std::string& szFile, const wxRect& aPart) {
   ChildProcess aCamera("import", {"-window", "root", "-crop", szCrop, "+repage", "-strip", "+dither",
                                   "-colors", "96", "PNG8:" + szFile});
   return aCamera.Wait(60) == 0;
-}
-
-// A message box is a window of GTK's own, which the toolkit does not measure.
-wxRect Screen::ActiveWindow() {
-  ChildProcess aTeller("xdotool", {"getactivewindow", "getwindowgeometry", "--shell"});
-  wxRect aFound;
-  int lWindow = 0;
-  if (aTeller.Wait(60) == 0)
-    std::sscanf(aTeller.Output().c_str(), "WINDOW=%d X=%d Y=%d WIDTH=%d HEIGHT=%d", &lWindow, &aFound.x,
-                &aFound.y, &aFound.width, &aFound.height);
-  return aFound;
 }
 
 // The area lies at the bottom left corner and is as large as its icons.

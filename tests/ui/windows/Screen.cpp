@@ -19,12 +19,6 @@ bool Screen::Save(const std::string& szFile, const wxRect& aPart) {
   return aPicture.SaveFile(ToWx(szFile), wxBITMAP_TYPE_PNG);
 }
 
-wxRect Screen::ActiveWindow() {
-  RECT aFound = {};
-  GetWindowRect(GetForegroundWindow(), &aFound);
-  return {wxPoint(aFound.left, aFound.top), wxPoint(aFound.right - 1, aFound.bottom - 1)};
-}
-
 // The shell's message for it: where the icon stands only the shell knows. The pointer is then not over the
 // window, by which the program tells the message from a move of the mouse.
 void Screen::ClickTrayIcon(bool bRight) {
