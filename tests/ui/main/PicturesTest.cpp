@@ -12,7 +12,6 @@
 #include <utility>
 #include <vector>
 
-#include "platform/Files.h"
 #include "support/ChildProcess.h"
 #include "support/LogScript.h"
 #include "ui/Program.h"
@@ -131,8 +130,6 @@ void SaveDialogs(Program& aProgram) {
   aProgram.Run(mE_Options);
   for (std::size_t i = 0; const char* szPage : {"timer", "manager", "logs", "cookies"}) {
     Open<frmOptions>()->tabOptions->SetSelection(i++);
-    Open<frmOptions>()->txtLogPath->ChangeValue(Files::chSeparator == '/' ? "/home/operator/kestrova/Logs"
-                                                                          : "C:\\Kestrova\\Logs");
     Save(std::string("options-") + szPage, Open<frmOptions>());
   }
   CloseDialog(aProgram);
