@@ -39,6 +39,10 @@ void StartCheck(frmMain& aMain) {
   aMain.StartCheck();
 }
 
+void CheckSite(frmMain& aMain) {
+  aMain.CheckSelected();
+}
+
 void StopCheck(frmMain& aMain) {
   aMain.StopCheck();
 }
@@ -61,7 +65,8 @@ constexpr Command aCommands[] = {
      By<SiteCommands::EditAddress>},
     {mE_DelAddress, lEdit, IDS_DELETE_ADDRESS, "Del", "", IDS_POP_DELETE, Locked,
      By<SiteCommands::DeleteAddress>},
-    {mE_OpenSite, lEdit, IDS_OPEN_SITE, "Ctrl+B", "", lNoPop, Separated, By<SiteCommands::OpenSite>},
+    {mE_CheckSite, lEdit, IDS_CHECK_SITE, "Ctrl+F5", "", lNoPop, Locked | Separated, CheckSite},
+    {mE_OpenSite, lEdit, IDS_OPEN_SITE, "Ctrl+B", "", lNoPop, None, By<SiteCommands::OpenSite>},
     {mE_CopyAddress, lEdit, IDS_COPY_ADDRESS, "Ctrl+C", "", lNoPop, None, By<SiteCommands::CopyAddress>},
     {mE_SiteLog, lEdit, IDS_SITE_LOG, "Ctrl+L", "", lNoPop, None, By<LogCommands::ViewSite>},
     {mE_Options, lEdit, IDS_OPTIONS, "Ctrl+O", "", lNoPop, Locked | Separated, By<SiteCommands::Options>},

@@ -20,6 +20,7 @@ enum MenuCommand : int {
   mF_Exit,
   mE_EditAddress,
   mE_DelAddress,
+  mE_CheckSite,
   mE_OpenSite,
   mE_CopyAddress,
   mE_SiteLog,

@@ -82,7 +82,7 @@ void frmMain::EnableTimers() {
 
 void frmMain::TimerAutoCheck_Timer() {
   const InTimer aMark(bInTimer);
-  RunEngine(&CheckEngine::TimerAutoCheck_Timer);
+  RunEngine([this] { aEngine.TimerAutoCheck_Timer(); });
 }
 
 void frmMain::TimerMain_Timer() {

@@ -46,6 +46,7 @@ class frmMain : public wxFrame, public CheckView, public MainHost {
   void RunCommand(int lCommand);
   bool CommandAllowed(int lCommand);
   void StartCheck();
+  void CheckSelected();  // a pass over the selected site alone
   void StopCheck();
   void Check_MnuView();
   wxMenu* MakePopup();
@@ -119,7 +120,7 @@ class frmMain : public wxFrame, public CheckView, public MainHost {
   void BuildMenus();
   void Menu_Click(wxCommandEvent& aEvent);
   void EndPassFiles();
-  void RunEngine(void (CheckEngine::*pStarter)());
+  void RunEngine(const std::function<void()>& Start);
 
   // frmMainList
   void BuildList();
@@ -177,6 +178,7 @@ class frmMain : public wxFrame, public CheckView, public MainHost {
   std::vector<std::string> aWentDown, aUnmailed;  // addresses, in this pass
   bool bPassRan = false;
   bool bStopped = false;                       // by the operator
+  std::int32_t lOnlySlot = 0;                  // the site that the pass is over; 0: all
   wxPoint aProgressPlace = wxDefaultPosition;  // where the progress window was last
   DateTime dtLastPump = 0;                     // steady
   bool bPopupDue = false;                      // asked for with the button still down

@@ -4,7 +4,10 @@
 
 #include <memory>
 
+#include "base/Strings.h"
+#include "persistence/modAddress.h"
 #include "ui/common/TextGlue.h"
+#include "ui/dialogs/SiteCommands.h"
 #include "ui/main/Commands.h"
 #include "ui/main/frmMain.h"
 
@@ -87,7 +90,19 @@ void frmMain::RunCommand(int lCommand) {
 }
 
 void frmMain::StartCheck() {
-  RunEngine(&CheckEngine::mF_StartCheck_Click);
+  RunEngine([this] { aEngine.mF_StartCheck_Click(); });
+}
+
+void frmMain::CheckSelected() {
+  const auto n = SiteCommands::SelectedSite(*this);
+  if (n == 0) return;
+  if (!modAddress::Site(n).TakesPart()) {
+    ShowMessage(LoadResString(IDS_CHECK_SITE_DISABLED));
+    return;
+  }
+  lOnlySlot = n;
+  RunEngine([this, n] { aEngine.StartCheckOf({n}); });
+  lOnlySlot = 0;
 }
 
 void frmMain::StopCheck() {
@@ -97,11 +112,11 @@ void frmMain::StopCheck() {
 
 // A pass runs inside its starter. While it does, a timer serves the request in flight too, because an open
 // menu or dialog runs its own event loop above the pass's wait.
-void frmMain::RunEngine(void (CheckEngine::*pStarter)()) {
+void frmMain::RunEngine(const std::function<void()>& Start) {
   constexpr int lServeMilliseconds = 20;
   const bool bOutermost = !aEngine.PassRunning();
   if (bOutermost) tmrServe.Start(lServeMilliseconds);
-  (aEngine.*pStarter)();
+  Start();
   if (!bOutermost) return;
   tmrServe.Stop();
   EndPassFiles();

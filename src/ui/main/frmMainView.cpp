@@ -17,7 +17,10 @@ void frmMain::ShowPanel(int iPanel, const std::string& szText) {
 
 void frmMain::ClearRemarks() {
   aPassFiles.PassBegins();
-  lvwMain->ClearRemarks();
+  if (lOnlySlot == 0)
+    lvwMain->ClearRemarks();
+  else
+    lvwMain->ShowRemark(lOnlySlot, "");
 }
 
 void frmMain::EnsureRowVisible(std::int32_t lSlot) {
@@ -89,7 +92,7 @@ void frmMain::ShowPending() {
   const wxString szSite = ToWxLabel(szProgressSite), szStatus = ToWxLabel(szProgressStatus);
   if (pProgress->lblSiteName->GetLabel() != szSite) pProgress->lblSiteName->SetLabel(szSite);
   if (pProgress->lblSiteStatus->GetLabel() != szStatus) pProgress->lblSiteStatus->SetLabel(szStatus);
-  pProgress->ShowCount(aEngine.CheckIndex(), lSiteCount);
+  pProgress->ShowCount(lOnlySlot == 0 ? aEngine.CheckIndex() : 1, lOnlySlot == 0 ? lSiteCount : 1);
 }
 
 // A box waits for its operator. On the stack of a pass it would hold the pass up; on that of a timer, the

@@ -58,6 +58,20 @@ TEST(Pass, EachKeyRunsItsCommandOnce) {
   }
 }
 
+TEST(Pass, OneSiteAloneIsCheckedAndTheOthersKeepWhatTheyHad) {
+  FaultServer aServer;
+  aServer.Serve("/bad", Fault::Status("404 Not Found"));
+  Program aProgram({Site(aServer.Site("/good")), Site(aServer.Site("/bad")), Site(aServer.Site("/off"), 0)});
+  aProgram.Run(mF_StartCheck);
+  aProgram.Main().Display_lvwMain(2);
+  ASSERT_TRUE(Focused(aProgram.Main().lvwMain));
+  Key(WXK_F5, wxMOD_CONTROL);
+  EXPECT_TRUE(Until([&] { return aServer.Count() >= 3 && !aProgram.Main().Engine().PassRunning(); }));
+  EXPECT_EQ(aServer.Count(), 3u);
+  EXPECT_TRUE(aProgram.RowText(1).ends_with("Green: Site OK")) << aProgram.RowText(1);
+  EXPECT_TRUE(aProgram.RowText(2).ends_with("Red: 404 File Not Found")) << aProgram.RowText(2);
+}
+
 TEST(Pass, LocksCommandsShowsProgressAndIsStopped) {
   FaultServer aServer;
   aServer.Serve("/hang", {Fault::Hang()});
