@@ -90,7 +90,10 @@ TEST_F(Fleet, PassesAsJsonLinesAndAsAPlugin) {
 
   // Called for two services at the same moment, each has its turn.
   const auto pOpen = std::make_shared<std::atomic<bool>>(false);
-  aServer.Serve("/good", {Fault::HoldUntil(pOpen), Fault::Send("HTTP/1.1 200 OK\r\n\r\n")});
+  // With its length: on Windows the second process inherits the server's end of the connection, which then
+  // does not end where the server closes it.
+  aServer.Serve("/good",
+                {Fault::HoldUntil(pOpen), Fault::Send("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n")});
   const auto lSeen = aServer.Count();
   Registry::CloseStore();
   ChildProcess aFirst(Program(), {"check", "--plugin", "--site", "/good"});
