@@ -41,8 +41,8 @@ void BeginProcess() {
 void LoadProgram(bool bKeep) {
   CookiePolicy::RestoreAfterKill();
   LoadSettings();
-  modAddress::RebuildSiteIndex();
-  modAddress::LoadSites(bKeep, bKeep);
+  std::vector<std::string> aDropped;
+  modAddress::LoadRebuilt(bKeep, bKeep, aDropped);
   if (!bKeep) Schedule::SetNextCheck(WarningMinutes());
 }
 
