@@ -55,7 +55,7 @@ std::string Read(const std::vector<std::string>& aNames, LogHistory& aHistory) {
   if (!aHistory.Problems().empty())
     return FillResString(IDS_CLI_CANNOT_READ, {aHistory.Problems().front().szPath});
   if (aFiles.size() < aNames.size())
-    aHistory.Add(std::string(szStandard), {std::istreambuf_iterator<char>(std::cin), {}});
+    aHistory.Add(std::string(szStandard), std::string(std::istreambuf_iterator<char>(std::cin), {}));
   if (aHistory.FileCount() == 0) return FillResString(IDS_CLI_NO_LOGS, {aNames.front()});
   for (std::uint32_t lFile = 0; lFile < aHistory.FileCount(); ++lFile) {
     const auto& aLines = aHistory.File(lFile).Lines();

@@ -57,7 +57,7 @@ bool LogHistory::Open(const std::vector<std::string>& aPaths) {
   return !aFiles.empty();
 }
 
-void LogHistory::Add(const std::string& szName, std::string szBytes) {
+void LogHistory::Add(const std::string& szName, std::string_view szBytes) {
   LogFile aFile;
   aFile.pReader = std::make_unique<LogReader>(szName, szBytes);
   aFiles.push_back(std::move(aFile));

@@ -51,7 +51,7 @@ class LogHistory {
   bool Open(const std::vector<std::string>& aPaths);
 
   // Adds bytes that are in no file, such as a program's output; after Open.
-  void Add(const std::string& szName, std::string szBytes);
+  void Add(const std::string& szName, std::string_view szBytes);
 
   // Reads what was added since. True when anything changed; line references from before are then void.
   bool Update();

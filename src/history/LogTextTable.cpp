@@ -47,7 +47,7 @@ std::string NextLine(std::string& szRest, std::size_t lWidth) {
     if (lBlank == std::string::npos || lBlank == 0) break;
     lEnd = lBlank;
   }
-  const auto szLine = szRest.substr(0, lEnd);
+  auto szLine = szRest.substr(0, lEnd);
   szRest.erase(0, std::min(szRest.size(), lEnd + 1));
   return szLine;
 }
