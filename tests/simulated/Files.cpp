@@ -101,7 +101,7 @@ bool Files::Append(const std::string& szPath, std::string_view szBytes) {
   auto& aDisk = ThisMachine().aDisk;
   if (aCall.IsTheLast() && aDisk.bTears && Takes(szPath, szBytes.size())) {
     aDisk.aFiles[szPath] += szBytes.substr(0, szBytes.size() / 2);
-    aDisk.bTorn = true;
+    ++aDisk.lTorn;
     return false;
   }
   const bool bKept = !aCall.Fails() && Takes(szPath, szBytes.size());

@@ -102,7 +102,7 @@ void LogBook::ForgetAll() {
   auto& aOnDisk = ThisMachine().aDisk.aFiles;
   std::erase_if(aOnDisk, [](const auto& aFile) { return aFile.first.ends_with(".kvl"); });
   aFiles.clear();
-  ThisMachine().aDisk.bTorn = false;
+  ThisMachine().aDisk.lTorn = 0;
 }
 
 // The passes of all files by their times; a time that runs back within a file counts as the latest before it.
@@ -150,8 +150,8 @@ bool LogBook::ReadBack(bool bNow) {
   LogHistory aHistory;
   aHistory.Open({szFolder});
   const auto aSummary = Summarise(aHistory);
-  if (ThisMachine().aDisk.bTorn) {
-    Require(aSummary.lUnread <= 1, "one torn line makes more than one line unreadable");
+  if (const auto lTorn = ThisMachine().aDisk.lTorn; lTorn > 0) {
+    Require(aSummary.lUnread <= lTorn, "one torn line makes more than one line unreadable");
     return true;
   }
   RequireSame("the number of unreadable log lines", aSummary.lUnread, 0);

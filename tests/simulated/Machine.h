@@ -72,7 +72,7 @@ struct Disk {
   std::set<std::string> aLocked;  // folders that take nothing new and give nothing up
   std::int64_t lRoom = -1;        // bytes; negative: enough
   bool bTears = false;            // a kill during an append leaves its first half (as a power cut may)
-  bool bTorn = false;             // and one did, since that was last forgotten
+  std::int64_t lTorn = 0;         // how many did, since that was last forgotten
 };
 
 enum class Access : std::uint8_t { Other, StoreRead, StoreWrite, StoreCommit, FileRead, FileWrite };

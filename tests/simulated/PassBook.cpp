@@ -274,6 +274,7 @@ void PassBook::BackupOutcome(const Rules::Verdict& aVerdict) {
   szRemark = szFirstText + (aVerdict.bUp ? " (IP Check: OK)" : " (IP Check: Error)");
   aSite.aNow.Status = aSite.iLight = iDown;
   bFailureSeen = true;
+  szRemarkBefore = aSite.aNow.Comments;
   Alert(szFirstCode);
   if (bSaved) aSite.aNow.Comments = szFirstText + " (IP Check Status: " + szSecond + ")";
 }
@@ -433,7 +434,7 @@ void PassBook::Recorded(std::int32_t lOf) {
   iPhase = Phase::Walking;
   if (bMailDue && !bMailTried) {  // the alert's text could not be read
     bSaved = false;
-    if (bBackup) Site().aNow.Comments.clear();
+    if (bBackup) Site().aNow.Comments = szRemarkBefore;
   }
   lStoreFaultsRecorded = ThisMachine().lStoreFaults;
   if (bSaved) aList.Saved(lSlot, ThisMachine().lStoreFaults == lStoreFaultsBefore);

@@ -113,7 +113,8 @@ class PassBook : public Witness {
   Entry aEntry;
   bool bLineWritten = false, bMailDue = false, bMailTried = false, bSaved = false;
   std::string szMailCode;
-  std::string szRemark;  // in the list's row
+  std::string szRemark;        // in the list's row
+  std::string szRemarkBefore;  // the site's own, before the result of an IP check
   int iLightShown = 0;
   std::string szRemarkShown;
   std::int64_t lStoreFaultsBefore = 0, lFileFaultsBefore = 0;

@@ -284,7 +284,8 @@ void Trial::ForgetOldLogs() {
   if (ThisMachine().Dead()) return;
   Where().szStep = "the log is read back";
   aBook.aLog.ReadBack(false);
-  if (aBook.aLog.LineCount() < lMostLogLines && !(ThisMachine().aDisk.bTorn && aRandom.Chance(0.2))) return;
+  if (aBook.aLog.LineCount() < lMostLogLines && !(ThisMachine().aDisk.lTorn > 0 && aRandom.Chance(0.2)))
+    return;
   aBook.aLog.ReadBack(true);
   aBook.aLog.ForgetAll();
 }
