@@ -1,13 +1,13 @@
 #include "cli/WhatIf.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cmath>
 #include <numeric>
 #include <random>
 
 #include "base/Text.h"
+#include "editing/OptionsRules.h"
 #include "history/LogGaps.h"
 #include "history/LogWords.h"
 
@@ -17,7 +17,6 @@ using LogWords::Count;
 using LogWords::Length;
 using LogWords::Moment;
 
-constexpr std::int32_t lMostMinutes = 1425;  // as in the options
 constexpr std::int64_t lSecondsPerMinute = 60;
 constexpr double dSame = 60;  // seconds; a replay is no more exact
 constexpr auto lSame = static_cast<std::int64_t>(dSame);
@@ -80,7 +79,7 @@ std::string WhatIf::Read(const std::vector<std::string>& aWords, Minutes& aAsked
     if (lEquals != std::string::npos) {
       const auto* const pPast = szWord.data() + szWord.size();
       const auto aRead = std::from_chars(szWord.data() + lEquals + 1, pPast, lMinutes);
-      if (aRead.ptr != pPast || lMinutes > lMostMinutes) lMinutes = 0;
+      if (aRead.ptr != pPast || lMinutes > OptionsRules::lMostInterval) lMinutes = 0;
     }
     const bool bInterval = Text::EqualNoCase(szName, szInterval);
     if (lMinutes < 1 || (!bInterval && !Text::EqualNoCase(szName, szWarning)))

@@ -12,7 +12,6 @@ namespace OptionsRules {
 namespace {
 
 constexpr std::int32_t lLeastMinutes = 5;
-constexpr std::int32_t lMostInterval = 1425;
 constexpr std::int32_t lMostWarning = 60;
 constexpr std::int32_t lMostFiles = 3000;
 constexpr std::int32_t lManyFiles = 25;

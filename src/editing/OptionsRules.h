@@ -9,6 +9,8 @@
 
 namespace OptionsRules {
 
+inline constexpr std::int32_t lMostInterval = 1425;  // minutes from pass to pass
+
 // The fields that are checked or filtered.
 enum class Field { None, TimerInterval, TimerWarning, MgrEmail, SMTPPort, LogPath, MaxLogFiles };
 
