@@ -182,11 +182,12 @@ TEST(Help, EveryTopicOpensItsPageAndABookThatIsNoneIsSaid) {
     EXPECT_TRUE(Shows(szPage)) << lTopic;
   }
   EXPECT_TRUE(Until([] {
-    if (!frmHelp::Window()) return true;
+    if (frmHelp::Window()->IsActive()) return true;
     frmHelp::Window()->Raise();
-    if (frmHelp::Window()->IsActive()) Key(WXK_ESCAPE);
     return false;
   }));
+  Key(WXK_ESCAPE);
+  EXPECT_TRUE(Until([] { return !frmHelp::Window(); }));
   aProgram.Run(mE_Options);
   ASSERT_TRUE(Until([] { return Open<wxDialog>() && Open<wxDialog>()->IsActive(); }));
   Key(WXK_F1);
