@@ -18,7 +18,7 @@ constexpr char szKept[] = "SavedAllowCookies";
 void PutBack(std::optional<std::int32_t> aSaved) {
   const auto lCode =
       aSaved ? RegWriteValue(Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings, szValue, *aSaved,
-                             Registry::REG_DWORD)
+                             lTypeNumber)
              : RegRemoveValue(Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings, szValue);
   if (lCode == Registry::lSuccess || lCode == Registry::lNotFound || lCode == Registry::lInvalidHandle)
     RegRemoveValue(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szAllowCookie, szKept);
@@ -47,18 +47,18 @@ CookiePolicy::CookiePolicy(std::int16_t iAllowType) {
 
   const Registry::Transaction aBoth;
   RegCreatePath(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szAllowCookie);
-  std::int32_t lKeptType = Registry::REG_DWORD;
+  std::int32_t lKeptType = lTypeNumber;
   if (bNumber) {
     SavedAllowCookies = std::get<std::int32_t>(aValue);
   } else {
     aValue = std::string();
-    lKeptType = Registry::REG_SZ;
+    lKeptType = lTypeText;
   }
   const auto lNowKept =
       RegWriteValue(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szAllowCookie, szKept, aValue, lKeptType);
   bReplaced = lNowKept == Registry::lSuccess &&
               RegWriteValue(Registry::HKEY_CURRENT_USER, ProductKeys::szInternetSettings, szValue,
-                            std::int32_t{iAllowType}, Registry::REG_DWORD) == Registry::lSuccess;
+                            std::int32_t{iAllowType}, lTypeNumber) == Registry::lSuccess;
   if (!bReplaced) RegRemoveValue(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szAllowCookie, szKept);
 }
 

@@ -37,5 +37,5 @@ void LastLocation::Remember(const char* szValue, const std::string& szFile) {
   const auto szFolder = szFile.substr(0, std::max(lCut, Files::DriveLength(szFile)));
   RegistryAccess::RegCreatePath(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szLastLoc);
   RegistryAccess::RegWriteValue(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szLastLoc, szValue, szFolder,
-                                static_cast<std::int32_t>(Registry::REG_SZ));
+                                RegistryAccess::lTypeText);
 }

@@ -5,10 +5,11 @@
 #include "persistence/ProductKeys.h"
 #include "persistence/RegistryAccess.h"
 
+using RegistryAccess::lTypeText;
+
 namespace {
 
 constexpr auto hRoot = Registry::HKEY_LOCAL_MACHINE;
-constexpr std::int32_t lText = 1;
 
 const char* NameOf(KeptFiles::Kind iKind) {
   return iKind == KeptFiles::Kind::Metrics ? "MetricsFile" : "PageFile";
@@ -29,6 +30,6 @@ bool KeptFiles::Store(Kind iKind, const std::string& szPath) {
     return lCode == Registry::lSuccess || lCode == Registry::lNotFound || lCode == Registry::lInvalidHandle;
   }
   RegistryAccess::RegCreatePath(hRoot, ProductKeys::szKeptFiles);
-  RegistryAccess::RegWriteValue(hRoot, ProductKeys::szKeptFiles, NameOf(iKind), szPath, lText);
+  RegistryAccess::RegWriteValue(hRoot, ProductKeys::szKeptFiles, NameOf(iKind), szPath, lTypeText);
   return Read(iKind) == szPath;
 }

@@ -16,9 +16,6 @@ constexpr std::size_t lLongestValueName = 16384;  // with its NUL
 constexpr std::size_t lUsualName = 64;            // more than nearly all values have
 constexpr std::size_t lUsualData = 512;
 
-constexpr std::int32_t lTypeText = static_cast<std::int32_t>(Registry::REG_SZ);
-constexpr std::int32_t lTypeNumber = static_cast<std::int32_t>(Registry::REG_DWORD);
-
 // A key that is missing stays 0, and the call made with it answers lInvalidHandle. A store that refuses is
 // something else: taken for a missing key it would make callers put defaults over what is stored.
 class OpenedKey {

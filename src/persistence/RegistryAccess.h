@@ -4,7 +4,7 @@
 // (invalid handle), and callers read 6 as "no such key", 2 as "no such value". A store that refuses the open
 // answers 5, so that it is never taken for an empty one.
 //
-// Two types are handled: REG_SZ (1) and REG_DWORD (4, read as a signed number).
+// Two types are handled: text (REG_SZ) and numbers (REG_DWORD, read as signed).
 #pragma once
 
 #include <cstdint>
@@ -18,12 +18,15 @@
 
 namespace RegistryAccess {
 
+inline constexpr auto lTypeText = static_cast<std::int32_t>(Registry::REG_SZ);
+inline constexpr auto lTypeNumber = static_cast<std::int32_t>(Registry::REG_DWORD);
+
 using Variant = std::variant<std::monostate, std::int32_t, std::string>;  // monostate: empty
 
 struct RegValueEntry {
   std::string Name;
   Variant Value;
-  std::int32_t Type = 0;  // 1, 4, or -1 for any other
+  std::int32_t Type = 0;  // lTypeText, lTypeNumber, or -1 for any other
 };
 
 // The key with all missing parents. An existing one is fine.
@@ -50,7 +53,7 @@ std::int32_t RegListValues(Registry::Key hRoot, const std::string& szPath,
 std::int32_t RegReadValues(Registry::Key hRoot, const std::string& szPath,
                            std::vector<RegValueEntry>& aEntries);
 
-// Writes the value converted to the type: 1 text, 4 number. Any other type writes nothing and answers 0.
+// Writes the value converted to the type. Any other type writes nothing and answers 0.
 // Text that is no number, written as a number, writes nothing and answers lInvalidParameter.
 std::int32_t RegWriteValue(Registry::Key hRoot, const std::string& szPath, const std::string& szName,
                            const Variant& aValue, std::int32_t lType);

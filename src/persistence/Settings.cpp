@@ -12,11 +12,12 @@
 
 SettingsRecord Settings;
 
+using RegistryAccess::lTypeNumber;
+using RegistryAccess::lTypeText;
+
 namespace {
 
 constexpr auto hRoot = Registry::HKEY_LOCAL_MACHINE;
-constexpr std::int32_t lText = 1;
-constexpr std::int32_t lNumber = 4;
 
 bool bUnsaved = false;  // what SaveSettings was given last
 
@@ -50,7 +51,7 @@ class SettingsLoader {
   template <typename Field>
   void Repair(const char* szKey, const char* szName, Field& aField, Field aRepaired) {
     aField = aRepaired;
-    Write(szKey, szName, std::int32_t{aRepaired}, lNumber);
+    Write(szKey, szName, std::int32_t{aRepaired}, lTypeNumber);
   }
 
   void ReadOrOne(const char* szName, std::int16_t& iField) {
@@ -90,7 +91,7 @@ void SettingsLoader::DefaultLogPath() {
     Settings.LogPath = Shell::UserDataFolder() + Files::chSeparator + "Logs";
     modBasic::MakeFolderPath(Settings.LogPath);
   }
-  Write(ProductKeys::szLog, "LogPath", Settings.LogPath, lText);
+  Write(ProductKeys::szLog, "LogPath", Settings.LogPath, lTypeText);
 }
 
 void SettingsLoader::Log() {
@@ -120,7 +121,7 @@ void SettingsLoader::Cookies() {
   // Only the stored value is mended, for the next start; and a log is kept in this run.
   Settings.LogPeriod = 1;
   RegistryAccess::RegCreatePath(hRoot, ProductKeys::szAllowCookie);
-  Write(ProductKeys::szAllowCookie, "AllowType", 1, lNumber);
+  Write(ProductKeys::szAllowCookie, "AllowType", 1, lTypeNumber);
 }
 
 }  // namespace
@@ -143,12 +144,12 @@ bool SaveSettings(const SettingsRecord& aNew) {
   };
   const auto SaveNumber = [&](const char* szKey, const char* szName, auto& aField, auto aValue) {
     aField = aValue;
-    Note(RegistryAccess::RegWriteValue(hRoot, szKey, szName, std::int32_t{aField}, lNumber));
+    Note(RegistryAccess::RegWriteValue(hRoot, szKey, szName, std::int32_t{aField}, lTypeNumber));
   };
   const auto SaveText = [&](const char* szKey, const char* szName, std::string& szField,
                             const std::string& szValue) {
     szField = szValue;
-    Note(RegistryAccess::RegWriteValue(hRoot, szKey, szName, szField, lText));
+    Note(RegistryAccess::RegWriteValue(hRoot, szKey, szName, szField, lTypeText));
   };
   SaveNumber(ProductKeys::szTimer, "Interval", Settings.Interval, aNew.Interval);
   SaveNumber(ProductKeys::szTimer, "Warning", Settings.Warning, aNew.Warning);

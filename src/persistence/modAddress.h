@@ -2,6 +2,8 @@
 // and in the registry, where SaveSite writes it one site at a time. Sites are numbered 1..lSiteCount; the
 // number is the slot. Only RebuildSiteIndex renumbers. A reference into aSites does not survive a change of
 // the list: hold the slot number and look again.
+// Implemented in three files: how one site lies in the registry (SiteKey.cpp), in which order the sites stand
+// there (SiteIndex.cpp), and the list with its loading and saving (modAddress.cpp).
 #pragma once
 
 #include <cstdint>

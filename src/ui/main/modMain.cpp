@@ -87,7 +87,7 @@ void WelcomeAtFirstRun() {
   if (iStartUp >= 1) return;
   RegistryAccess::RegCreatePath(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szSetup);
   RegistryAccess::RegWriteValue(Registry::HKEY_LOCAL_MACHINE, ProductKeys::szSetup, "startup",
-                                std::int32_t{1}, static_cast<std::int32_t>(Registry::REG_DWORD));
+                                std::int32_t{1}, RegistryAccess::lTypeNumber);
   (new frmWelcome(*pMain))->Show();
 }
 
