@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <string_view>
 #include <utility>
 
 #include "base/Utf8.h"
@@ -40,15 +41,14 @@ void Narrow(std::vector<std::size_t>& aWidths, std::size_t lNumbers, std::size_t
 }
 
 // Takes the next line of a text off its front: as many words as there is room for, one at least.
-std::string NextLine(std::string& szRest, std::size_t lWidth) {
-  auto lEnd = szRest.size();
-  while (Utf8::Width(szRest.substr(0, lEnd)) > lWidth) {
-    const auto lBlank = szRest.rfind(' ', lEnd - 1);
-    if (lBlank == std::string::npos || lBlank == 0) break;
-    lEnd = lBlank;
+std::string_view NextLine(std::string_view& szRest, std::size_t lWidth) {
+  auto lEnd = Utf8::First(szRest, lWidth).size();
+  if (lEnd < szRest.size()) {
+    const auto lBlank = szRest.rfind(' ', lEnd);
+    lEnd = lBlank == szRest.npos || lBlank == 0 ? szRest.find(' ', 1) : lBlank;
   }
-  auto szLine = szRest.substr(0, lEnd);
-  szRest.erase(0, std::min(szRest.size(), lEnd + 1));
+  const auto szLine = szRest.substr(0, lEnd);
+  szRest.remove_prefix(std::min(szRest.size(), szLine.size() + 1));
   return szLine;
 }
 
@@ -56,19 +56,25 @@ std::string NextLine(std::string& szRest, std::size_t lWidth) {
 std::string Table(const std::vector<Row>& aRows, std::size_t lNumbers,
                   const std::vector<std::size_t>& aWidths) {
   std::string szOut;
-  for (auto aRow : aRows)
+  for (const auto& aRow : aRows) {
+    std::vector<std::string_view> aRest(aRow.begin(), aRow.end());
     do {
       std::string szLine;
-      for (std::size_t lCell = 0; lCell < aRow.size(); ++lCell) {
+      for (std::size_t lCell = 0; lCell < aRest.size(); ++lCell) {
         const bool bText = lCell > 0 && lCell < lNumbers;
-        const auto szCell = bText ? NextLine(aRow[lCell], aWidths[lCell]) : std::exchange(aRow[lCell], "");
+        const auto szCell = bText ? NextLine(aRest[lCell], aWidths[lCell]) : std::exchange(aRest[lCell], {});
         const auto lShown = Utf8::Width(szCell);
         const std::string szFill(aWidths[lCell] > lShown ? aWidths[lCell] - lShown : 0, ' ');
-        szLine += (lCell > 0 ? "  " : "") + (lCell < lNumbers ? szCell + szFill : szFill + szCell);
+        if (lCell > 0) szLine += "  ";
+        if (lCell < lNumbers)
+          szLine.append(szCell).append(szFill);
+        else
+          szLine.append(szFill).append(szCell);
       }
       szLine.resize(szLine.find_last_not_of(' ') + 1);
       szOut += szLine + "\n";
-    } while (!std::ranges::all_of(aRow, &std::string::empty));
+    } while (!std::ranges::all_of(aRest, &std::string_view::empty));
+  }
   return szOut;
 }
 
