@@ -48,6 +48,13 @@ class CheckEngine {
   bool CheckInProgress() const { return PassRunning() && iState != PassState::Stopping; }
   // The site being checked; 0 before the first of a pass.
   std::int32_t CheckIndex() const { return lCheckIndex; }
+  // The sites that the pass is over; empty: all.
+  const std::set<std::int32_t>& Chosen() const { return aChosen; }
+  // The how-manieth of its sites is being checked, and how many they are.
+  struct Turn {
+    std::int32_t lAt, lOf;
+  };
+  Turn TurnNow() const;
   // Whether the last pass could ask every site and store every result. What it could not has been reported to
   // the view. Lines that the log misses are CheckLog's to count.
   bool AllKept() const { return bAllKept; }
@@ -124,8 +131,8 @@ class CheckEngine {
   PassState iState = PassState::Idle;
   DateTime RequestTimeOut = 0;  // steady date-time; counts while a request is in flight
   std::int32_t lCheckIndex = 0;
-  std::set<std::int32_t> aOnly;  // the sites that have their turn; empty: all
-  bool bPassFailure = false;     // a site was found down during this pass
+  std::set<std::int32_t> aChosen;
+  bool bPassFailure = false;  // a site was found down during this pass
   bool bAllKept = true;
   std::string szStoreTrouble;
   // Of this pass: requests with an outcome, whether one of them met anybody, sites that could not be asked.

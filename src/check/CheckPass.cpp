@@ -1,5 +1,6 @@
 // The pass itself: its two starters, the walk over the sites, and the stop command.
 #include <exception>
+#include <iterator>
 
 #include "base/Strings.h"
 #include "base/Text.h"
@@ -38,7 +39,7 @@ class CheckEngine::PassScope {
   ~PassScope() {
     try {
       Engine.iState = PassState::Stopping;
-      if (Engine.aOnly.empty()) CheckLog::WriteLog(false, false, true);
+      if (Engine.aChosen.empty()) CheckLog::WriteLog(false, false, true);
       Engine.ReportTroubles();
       if (Engine.bPassFailure && !Engine.bQuitting) Engine.View.SoundBell();
       Engine.SiteCheck_Enable();
@@ -77,9 +78,15 @@ void CheckEngine::mF_StartCheck_Click() {
 }
 
 void CheckEngine::StartCheckOf(const std::set<std::int32_t>& aSlots) {
-  aOnly = aSlots;
+  aChosen = aSlots;
   mF_StartCheck_Click();
-  aOnly.clear();
+  aChosen.clear();
+}
+
+CheckEngine::Turn CheckEngine::TurnNow() const {
+  if (aChosen.empty()) return {lCheckIndex, lSiteCount};
+  const auto lAt = std::distance(aChosen.begin(), aChosen.upper_bound(lCheckIndex));
+  return {static_cast<std::int32_t>(lAt), static_cast<std::int32_t>(aChosen.size())};
 }
 
 void CheckEngine::TimerAutoCheck_Timer() {
@@ -118,15 +125,15 @@ void CheckEngine::AutoSiteCheck() {
   Inet1.ForgetCookies();
   {
     const CookiePolicy aPolicy(Settings.AllowType);
-    if (aOnly.empty()) modAddress::ClearComments();
-    for (const std::int32_t i : aOnly)
+    if (aChosen.empty()) modAddress::ClearComments();
+    for (const std::int32_t i : aChosen)
       modAddress::SetComments(i, "");
     View.ClearRemarks();
 
     // Sites that are added meanwhile wait for the next pass.
     const std::int32_t lLast = lSiteCount;
     for (std::int32_t i = 1; i <= lLast && i <= lSiteCount && CheckInProgress(); ++i) {
-      if (!aOnly.empty() && !aOnly.contains(i)) continue;
+      if (!aChosen.empty() && !aChosen.contains(i)) continue;
       try {
         CheckSite(i);
       } catch (const std::exception&) {

@@ -92,7 +92,7 @@ Classification ClassifyTimeOut() {
 }
 
 Classification ClassifyError(std::int32_t lError, const std::string& szInfo) {
-  return Failure(szCodeError, ResultText(IDS_RESULT_ERROR, " " + std::to_string(lError) + " " + szInfo));
+  return Failure(szCodeError, ResultText::Error(lError, szInfo));
 }
 
 Classification ClassifyUnknownState(std::int16_t iInetState) {

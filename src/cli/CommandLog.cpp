@@ -169,7 +169,7 @@ void SayEntryAsJson(const LogHistory& aHistory, LogHistory::LineRef aRef) {
 // The lines of the log; of some sites, or for a script, only its entries.
 void SayLines(const LogArguments& a, const LogHistory& aHistory, const std::vector<bool>& aWanted) {
   LogFilter aFilter;
-  if (a.bFailures) aFilter.lOutcomes = LogFilter::Bit(Outcome::Down) | LogFilter::Bit(Outcome::Warning);
+  if (a.bFailures) aFilter.lOutcomes = LogFilter::lFailures;
   for (const auto aRef : aFilter.Apply(aHistory)) {
     const auto& aLine = aHistory.Line(aRef);
     const bool bEntry = aLine.iKind == LineKind::Entry;

@@ -174,10 +174,10 @@ void TerminalView::DrawProgress() {
   bProgressDirty = false;
   dNextDraw = SteadySeconds() + dDrawSeconds;
   if (!bTerminal) return;
+  const auto aTurn = pEngine->TurnNow();
   std::string szLine =
-      "  " +
-      FillResString(IDS_CLI_SITE_OF, {std::to_string(pEngine->CheckIndex()), std::to_string(lSiteCount)}) +
-      "  " + szSite;
+      "  " + FillResString(IDS_CLI_SITE_OF, {std::to_string(aTurn.lAt), std::to_string(aTurn.lOf)}) + "  " +
+      szSite;
   const std::size_t lRoom = lProgressWidth - std::min(lProgressWidth, Utf8::Width(szStatus) + 2);
   szLine = std::string(Utf8::First(szLine, lRoom)) + "  " + szStatus;
   ShowPassing(szLine);

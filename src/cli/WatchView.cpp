@@ -20,7 +20,7 @@ namespace {
 constexpr std::size_t lWordWidth = 8;
 
 bool Fails(const SiteRecord& aSite) {
-  return aSite.TakesPart() && (aSite.Status == SiteStatus::iDown || aSite.Status == SiteStatus::iWarning);
+  return aSite.TakesPart() && (SiteStatus::IsFailure(aSite.Status));
 }
 
 bool AnyFails() {

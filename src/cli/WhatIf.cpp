@@ -31,10 +31,6 @@ const std::vector<LogGrid::Column> aWhatIfColumns = {
     {IDS_WHAT_IF_COL_WOULD, "Wed Dec 30 2000, 12:00 PM to 12:00 PM"},
     {IDS_WHAT_IF_COL_DIFFERENCE, "23 h 59 min to 23 h 59 min earlier"}};
 
-bool Failed(Outcome iOutcome) {
-  return iOutcome == Outcome::Down || iOutcome == Outcome::Warning;
-}
-
 double Median(std::vector<double>& aValues) {
   const auto aMiddle = aValues.begin() + static_cast<std::ptrdiff_t>(aValues.size() / 2);
   std::nth_element(aValues.begin(), aMiddle, aValues.end());
@@ -156,8 +152,8 @@ void WhatIf::LookAtSites(const LogSummary& aSummary) {
       if (aLine.iKind != LineKind::Entry || !aLine.bTimeKnown) continue;
       if (aPass.bStarted && aPass.dtStart > 0)
         aTurns[aLine.lSite].push_back(static_cast<double>(SecondsBetween(aPass.dtStart, aLine.dtMoment)));
-      if (Failed(aLine.iOutcome) || aLine.iOutcome == Outcome::Up)
-        TakeCheck(aLine.lSite, aLine.dtMoment, Failed(aLine.iOutcome));
+      if (IsFailure(aLine.iOutcome) || aLine.iOutcome == Outcome::Up)
+        TakeCheck(aLine.lSite, aLine.dtMoment, IsFailure(aLine.iOutcome));
     }
   }
   for (std::size_t lSite = 0; lSite < aLooks.size(); ++lSite)

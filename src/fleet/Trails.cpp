@@ -7,10 +7,6 @@
 
 namespace {
 
-bool IsFailure(SiteState iState) {
-  return iState == SiteState::Warning || iState == SiteState::Down;
-}
-
 using States = std::vector<StateInterval>;
 
 // Two failed checks in a row are an outage from the first of them, though one of them ends what was known

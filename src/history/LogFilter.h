@@ -13,6 +13,7 @@
 struct LogFilter {
   static constexpr std::uint32_t Bit(Outcome iOutcome) { return 1U << static_cast<unsigned>(iOutcome); }
   static constexpr std::uint32_t lEvery = 0x3F;
+  static const std::uint32_t lFailures;
 
   std::string szSite;                // as in LogHistory::Sites, letter case ignored; empty: all
   std::uint32_t lOutcomes = lEvery;  // bits of the outcomes wanted
@@ -26,6 +27,8 @@ struct LogFilter {
   // that pass, and before the first of a pass its start line.
   std::vector<LogHistory::LineRef> Apply(const LogHistory& aHistory) const;
 };
+
+inline constexpr std::uint32_t LogFilter::lFailures = Bit(Outcome::Warning) | Bit(Outcome::Down);
 
 namespace LogFind {
 // Places in aLines of the next line after (before) lFrom that holds every word; it starts again at the other

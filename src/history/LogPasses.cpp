@@ -76,7 +76,7 @@ void Reporter::AddPass(std::size_t lPass) {
     AddCheck(aFacts, aCheck);
   const auto& aLast = aChecks.back();
   const auto& aLine = aHistory.Line(aLast.aRef);
-  aFacts.bLastFailed = aLine.iOutcome == Outcome::Down || aLine.iOutcome == Outcome::Warning;
+  aFacts.bLastFailed = IsFailure(aLine.iOutcome);
   aFacts.bExact = aLast.iKnown == CheckDuration::Known::Exact;
   if (aLine.bTimeKnown)
     aFacts.lSeconds =
@@ -86,7 +86,7 @@ void Reporter::AddPass(std::size_t lPass) {
 
 void Reporter::AddCheck(PassFigures& aFacts, const CheckDuration& aDuration) {
   const auto& aLine = aHistory.Line(aDuration.aRef);
-  const bool bFailed = aLine.iOutcome == Outcome::Down || aLine.iOutcome == Outcome::Warning;
+  const bool bFailed = IsFailure(aLine.iOutcome);
   if (aDuration.iKnown != CheckDuration::Known::Exact) ++aReport.lUncertain;
   if (!bFailed && aLine.iOutcome != Outcome::Up) return;
   ++aFacts.lChecks;

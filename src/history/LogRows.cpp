@@ -249,8 +249,7 @@ std::optional<std::size_t> LogRows::FindFailure(std::optional<std::size_t> lFrom
   auto lRow = lFrom.value_or(bForward ? lCount - 1 : 0);
   for (std::size_t lDone = 0; lDone < lCount; ++lDone) {
     lRow = (lRow + (bForward ? 1 : lCount - 1)) % lCount;
-    const auto iOutcome = OutcomeOf(lRow);
-    if (iOutcome == Outcome::Down || iOutcome == Outcome::Warning) return lRow;
+    if (IsFailure(OutcomeOf(lRow))) return lRow;
   }
   return {};
 }
@@ -269,9 +268,8 @@ std::optional<std::size_t> LogRows::RowOf(const std::string& szSite, DateTime dt
   DateTime dtFirst = 0;
   for (std::size_t lRow = 0; lRow < Count() && (bSorted || !lFirst); ++lRow) {
     const auto& aLine = pHistory->Line(aRefs[lRow]);
-    const auto iOutcome = OutcomeOf(lRow);
-    const bool bWanted = bFailure ? iOutcome == Outcome::Down || iOutcome == Outcome::Warning
-                                  : aKinds[lRow] == Kind::Line && aLine.iKind == LineKind::Entry;
+    const bool bWanted =
+        bFailure ? IsFailure(OutcomeOf(lRow)) : aKinds[lRow] == Kind::Line && aLine.iKind == LineKind::Entry;
     if (!bWanted || SecondsBetween(dtMoment, aLine.dtMoment) < 0) continue;
     if ((!szSite.empty() && pHistory->Sites()[aLine.lSite] != szSite) ||
         (lFirst && aLine.dtMoment >= dtFirst))

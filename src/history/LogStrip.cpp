@@ -40,7 +40,7 @@ struct ColumnRange {
 
 // The columns that a stretch is painted on; a failure on enough of them to be seen.
 ColumnRange ColumnsOf(const LogStrip::Scale& aScale, const StateInterval& aInterval) {
-  const bool bFailure = aInterval.iState == SiteState::Warning || aInterval.iState == SiteState::Down;
+  const bool bFailure = IsFailure(aInterval.iState);
   const auto lFirst = aScale.Column(aInterval.dtFrom);
   const auto lLast = std::max(lFirst, aScale.Column(aInterval.dtTo));
   return {bFailure ? std::max(0, std::min(lFirst, lLast + 1 - lNarrowest)) : lFirst, lLast};

@@ -5,30 +5,30 @@
 #include "base/Strings.h"
 #include "history/LogGaps.h"
 #include "history/LogWords.h"
+#include "log/LogGrammar.h"
+#include "log/ResultText.h"
 
 namespace {
 
 constexpr std::uint32_t lNever = UINT32_MAX;
 
-bool IsFailure(SiteState iState) {
-  return iState == SiteState::Warning || iState == SiteState::Down;
-}
-
 bool IsWatched(SiteState iState) {
   return iState == SiteState::Up || IsFailure(iState);
 }
 
-// A server that refuses reads like one to which no way leads, so that a pass has to have a name that was not
-// found too.
-constexpr std::string_view szNoName = "ERROR:  6 ", szNoWay = "ERROR:  7 ";
+const std::string& NameUnknown() {
+  static const auto szBegin = ResultText::ErrorBegin(ResultText::lNameUnknown);
+  return szBegin;
+}
 
 // By name and by IP address where both were asked.
 bool WasMissed(std::string_view szStatus) {
-  constexpr std::string_view szBoth = "<BR>(2) ";
   static const std::string szTimedOut = LoadResString(IDS_RESULT_TIMED_OUT);
-  if (const auto lSecond = szStatus.find(szBoth); szStatus.starts_with("(1) ") && lSecond != szStatus.npos)
-    return WasMissed(szStatus.substr(4, lSecond - 4)) && WasMissed(szStatus.substr(lSecond + szBoth.size()));
-  return szStatus == szTimedOut || szStatus.starts_with(szNoName) || szStatus.starts_with(szNoWay);
+  static const auto szNoConnection = ResultText::ErrorBegin(ResultText::lNoConnection);
+  if (const auto szSecond = LogGrammar::SecondOfNumbered(szStatus); !szSecond.empty())
+    return WasMissed(LogGrammar::FirstOfNumbered(szStatus)) && WasMissed(szSecond);
+  return szStatus == szTimedOut || szStatus.starts_with(NameUnknown()) ||
+         szStatus.starts_with(szNoConnection);
 }
 
 // One site while the passes go by.
@@ -115,6 +115,7 @@ void Summariser::CountPass(std::uint32_t lPass) {
   bNoName = false;
   for (auto lLine = aPass.lFirst; lLine < aPass.lPast; ++lLine)
     CountEntry(lPass, {aRef.lFile, lLine});
+  // A server that refuses reads like one to which no way leads: a name has to be unknown too.
   if (lJudged < 2 || lMissed < lJudged || !bNoName) return;
   ++aSummary.lUnreached;
   aSummary.dtLastUnreached = std::max(aSummary.dtLastUnreached, aPass.dtLast);
@@ -155,7 +156,7 @@ SiteState Summariser::CountFailure(SiteProgress& aSite, const LogLine& aLine, co
   aSite.bFailing = true;
   ++aRun.lFailures;
   lMissed += WasMissed(aFields.StatusText) ? 1 : 0;
-  bNoName = bNoName || aFields.StatusText.find(szNoName) != std::string_view::npos;
+  bNoName = bNoName || aFields.StatusText.find(NameUnknown()) != std::string_view::npos;
   aRun.szText = LogWords::Answer(aFields.StatusText);
   if (aLine.iOutcome == Outcome::Warning && !bFirst) aRun.dtRestarted = aLine.dtMoment;
   if (!aRun.bDown && (aLine.iOutcome == Outcome::Down || !bFirst)) {

@@ -22,6 +22,10 @@
 
 enum class SiteState : std::uint8_t { Unwatched, Up, Warning, Down, Disabled };
 
+constexpr bool IsFailure(SiteState iState) {
+  return iState == SiteState::Warning || iState == SiteState::Down;
+}
+
 struct StateInterval {
   DateTime dtFrom = 0, dtTo = 0;
   SiteState iState = SiteState::Unwatched;

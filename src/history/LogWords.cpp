@@ -9,6 +9,7 @@
 #include "base/Utf8.h"
 #include "history/LogTables.h"
 #include "log/LogGrammar.h"
+#include "log/ResultText.h"
 
 namespace {
 
@@ -350,7 +351,7 @@ std::string LogWords::PlainField(std::string_view szField) {
 
 std::string LogWords::Answer(std::string_view szStatusText) {
   using namespace LogGrammar;
-  static const auto szNameUnknown = LoadResString(IDS_RESULT_ERROR) + " 6 ";
+  static const auto szNameUnknown = ResultText::ErrorBegin(ResultText::lNameUnknown);
   const auto szByName = FirstOfNumbered(szStatusText);
   const bool bRepeated = szByName.size() < szStatusText.size() && szByName.starts_with(szNameUnknown) &&
                          szStatusText == Numbered(szByName, szByName);

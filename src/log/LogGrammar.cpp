@@ -19,6 +19,11 @@ std::string_view LogGrammar::FirstOfNumbered(std::string_view szField) {
   return szField.substr(0, szField.rfind(szSecond));
 }
 
+std::string_view LogGrammar::SecondOfNumbered(std::string_view szField) {
+  const auto lSecond = szField.starts_with(szFirst) ? szField.rfind(szSecond) : szField.npos;
+  return lSecond == szField.npos ? "" : szField.substr(lSecond + szSecond.size());
+}
+
 bool LogGrammar::IsAddress(std::string_view szText) {
   static const std::string_view szUnknown = LoadResString(IDS_UNKNOWN_SITE),
                                 szAgent = LoadResString(IDS_AGENT);

@@ -37,6 +37,8 @@ inline constexpr std::string_view szSecond = "<BR>(2) ";
 std::string Numbered(std::string_view szOne, std::string_view szOther);
 // The first of the two; of a field that holds no two, all of it.
 std::string_view FirstOfNumbered(std::string_view szField);
+// The second; empty where it holds no two.
+std::string_view SecondOfNumbered(std::string_view szField);
 
 // What an address begins with, "http://" or one of those that stand for a site without any.
 bool IsAddress(std::string_view szText);

@@ -29,6 +29,10 @@ enum class Outcome : std::uint8_t {
   Unread,    // not an entry that could be read
 };
 
+constexpr bool IsFailure(Outcome iOutcome) {
+  return iOutcome == Outcome::Warning || iOutcome == Outcome::Down;
+}
+
 // No texts, which LogReader keeps: a history holds millions of these.
 struct LogLine {
   DateTime dtMoment = 0;  // start line: the pass's start; entry: the check's start; local time

@@ -14,6 +14,16 @@ ResultText ResultText::Both(const ResultText& aFirst, const ResultText& aSecond)
   return aBoth;
 }
 
+ResultText ResultText::Error(std::int32_t lError, std::string_view szInfo) {
+  ResultText aError;
+  aError.szText = ErrorBegin(lError).append(szInfo);
+  return aError;
+}
+
+std::string ResultText::ErrorBegin(std::int32_t lError) {
+  return LoadResString(IDS_RESULT_ERROR) + " " + std::to_string(lError) + " ";
+}
+
 std::vector<ResultText> ResultText::All() {
   std::vector<ResultText> aAll(aResultTexts.size());
   for (std::size_t i = 0; i < aAll.size(); ++i)

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -34,6 +35,12 @@ class ResultText {
 
   const std::string& Text() const { return szText; }
   bool Empty() const { return szText.empty(); }
+
+  // An error of the HTTP client: its number and its words.
+  static ResultText Error(std::int32_t lError, std::string_view szInfo);
+  // With which the result begins that names this error.
+  static std::string ErrorBegin(std::int32_t lError);
+  static constexpr std::int32_t lNameUnknown = 6, lNoConnection = 7;  // libcurl's numbers, which logs hold
 
   // Every listed text as a result.
   static std::vector<ResultText> All();

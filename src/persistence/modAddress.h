@@ -19,6 +19,10 @@ inline constexpr std::uint8_t iWarning = 2;  // failed once
 inline constexpr std::uint8_t iDown = 3;     // failed again, and the alert was sent or tried
 inline constexpr std::uint8_t iNotKnown = 4;
 
+constexpr bool IsFailure(std::uint8_t iStatus) {
+  return iStatus == iWarning || iStatus == iDown;
+}
+
 // True for a status that has a light.
 constexpr bool HasLight(std::uint8_t iStatus) {
   return iStatus >= iUp && iStatus <= iDown;

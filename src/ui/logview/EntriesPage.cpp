@@ -100,7 +100,7 @@ void EntriesPage::BuildFilterBar() {
     aChoices.push_back({lMask, iRemark});
   };
   Append(IDS_VIEW_ALL_OUTCOMES, LogFilter::lEvery);
-  Append(IDS_VIEW_ALL_FAILURES, LogFilter::Bit(Outcome::Down) | LogFilter::Bit(Outcome::Warning));
+  Append(IDS_VIEW_ALL_FAILURES, LogFilter::lFailures);
   for (const auto iOutcome :
        {Outcome::Up, Outcome::Warning, Outcome::Down, Outcome::Disabled, Outcome::None, Outcome::Unread})
     Append(LogWords::OutcomeName(iOutcome), LogFilter::Bit(iOutcome));

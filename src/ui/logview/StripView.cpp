@@ -147,7 +147,7 @@ void StripView::Choose(std::size_t lPlace, int lColumn) {
   const auto& aSite = SiteAt(lPlace);
   const auto aScale = MakeScale();
   const auto iState = PieceAt(aSite, lColumn).iState;
-  const bool bFailure = iState == SiteState::Down || iState == SiteState::Warning;
+  const bool bFailure = IsFailure(iState);
   auto dtMoment = aScale.Moment(lColumn);
   if (LogStrip::ByDay(*pSummary))
     dtMoment = std::floor(dtMoment);

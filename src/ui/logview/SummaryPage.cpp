@@ -68,6 +68,19 @@ SummaryPage::SummaryPage(wxWindow* pParent) : wxPanel(pParent) {
   pSplitter->SetMinimumPaneSize(GetCharHeight() * 4);
   pSplitter->SetSashGravity(0.6);
   pSplitter->SplitHorizontally(pUpper, picStrips);
+  auto* pHead = new wxBoxSizer(wxHORIZONTAL);
+  pHead->Add(imgLight, wxSizerFlags().CentreVertical().Border(wxALL, FromDIP(6)));
+  pHead->Add(lblHeadline, wxSizerFlags(1).CentreVertical().Border(wxALL, FromDIP(6)));
+  auto* pPage = new wxBoxSizer(wxVERTICAL);
+  pPage->Add(pHead, wxSizerFlags().Expand());
+  pPage->Add(pSplitter, wxSizerFlags(1).Expand());
+  SetSizer(pPage);
+  FollowSizes(*pUpper);
+  ConnectTable();
+  ConnectStrips();
+}
+
+void SummaryPage::FollowSizes(wxWindow& aUpper) {
   pSplitter->Bind(wxEVT_SPLITTER_SASH_POS_CHANGING, [this](wxSplitterEvent& aEvent) {
     aEvent.Skip();
     bSashChosen = true;
@@ -76,23 +89,17 @@ SummaryPage::SummaryPage(wxWindow* pParent) : wxPanel(pParent) {
     aEvent.Skip();
     CallAfter([this] { PlaceSash(); });
   });
-
-  auto* pHead = new wxBoxSizer(wxHORIZONTAL);
-  pHead->Add(imgLight, wxSizerFlags().CentreVertical().Border(wxALL, FromDIP(6)));
-  pHead->Add(lblHeadline, wxSizerFlags(1).CentreVertical().Border(wxALL, FromDIP(6)));
-  auto* pPage = new wxBoxSizer(wxVERTICAL);
-  pPage->Add(pHead, wxSizerFlags().Expand());
-  pPage->Add(pSplitter, wxSizerFlags(1).Expand());
-  SetSizer(pPage);
-
   Bind(wxEVT_SIZE, [this](wxSizeEvent& aEvent) {
     if (aEvent.GetSize().x != lWrappedAt) FitHeadline();
     aEvent.Skip();
   });
-  pUpper->Bind(wxEVT_SIZE, [this](wxSizeEvent& aEvent) {
+  aUpper.Bind(wxEVT_SIZE, [this](wxSizeEvent& aEvent) {
     aEvent.Skip();
     FitFacts();
   });
+}
+
+void SummaryPage::ConnectTable() {
   lvwSites->Cell = [this](std::size_t lRow, int iColumn) {
     const auto szText = LogTables::Cell(SiteAt(lRow), ColumnAt(iColumn));
     return LogWords::PlainField(Utf8::Shorten(szText, lMostBytes));
@@ -113,6 +120,9 @@ SummaryPage::SummaryPage(wxWindow* pParent) : wxPanel(pParent) {
   lvwSites->Activated = [this](std::size_t lRow) {
     if (SiteChosen) SiteChosen(SiteAt(lRow).szSite);
   };
+}
+
+void SummaryPage::ConnectStrips() {
   picStrips->Marked = [this](std::size_t lPlace) { lvwSites->GoTo(lPlace); };
   picStrips->Chosen = [this](std::size_t lPlace, DateTime dtMoment, bool bFailure) {
     if (MomentChosen) MomentChosen(SiteAt(lPlace).szSite, dtMoment, bFailure);

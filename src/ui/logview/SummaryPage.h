@@ -42,6 +42,9 @@ class SummaryPage : public wxPanel {
  private:
   const SiteSummary& SiteAt(std::size_t lRow) const { return pSummary->aSites[aOrder[lRow]]; }
   LogTables::SiteColumn ColumnAt(int iColumn) const { return aColumns[static_cast<std::size_t>(iColumn)]; }
+  void FollowSizes(wxWindow& aUpper);  // of the pane above the strips, and the page's own
+  void ConnectTable();
+  void ConnectStrips();
   void ShowColumns();
   void PutInOrder();
   void ShowFacts();

@@ -178,7 +178,6 @@ class frmMain : public wxFrame, public CheckView, public MainHost {
   std::vector<std::string> aWentDown, aUnmailed;  // addresses, in this pass
   bool bPassRan = false;
   bool bStopped = false;                       // by the operator
-  std::int32_t lOnlySlot = 0;                  // the site that the pass is over; 0: all
   wxPoint aProgressPlace = wxDefaultPosition;  // where the progress window was last
   DateTime dtLastPump = 0;                     // steady
   bool bPopupDue = false;                      // asked for with the button still down

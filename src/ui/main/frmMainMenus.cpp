@@ -100,9 +100,7 @@ void frmMain::CheckSelected() {
     ShowMessage(LoadResString(IDS_CHECK_SITE_DISABLED));
     return;
   }
-  lOnlySlot = n;
   RunEngine([this, n] { aEngine.StartCheckOf({n}); });
-  lOnlySlot = 0;
 }
 
 void frmMain::StopCheck() {

@@ -17,10 +17,9 @@ void frmMain::ShowPanel(int iPanel, const std::string& szText) {
 
 void frmMain::ClearRemarks() {
   aPassFiles.PassBegins();
-  if (lOnlySlot == 0)
-    lvwMain->ClearRemarks();
-  else
-    lvwMain->ShowRemark(lOnlySlot, "");
+  if (aEngine.Chosen().empty()) lvwMain->ClearRemarks();
+  for (const auto n : aEngine.Chosen())
+    lvwMain->ShowRemark(n, "");
 }
 
 void frmMain::EnsureRowVisible(std::int32_t lSlot) {
@@ -92,7 +91,8 @@ void frmMain::ShowPending() {
   const wxString szSite = ToWxLabel(szProgressSite), szStatus = ToWxLabel(szProgressStatus);
   if (pProgress->lblSiteName->GetLabel() != szSite) pProgress->lblSiteName->SetLabel(szSite);
   if (pProgress->lblSiteStatus->GetLabel() != szStatus) pProgress->lblSiteStatus->SetLabel(szStatus);
-  pProgress->ShowCount(lOnlySlot == 0 ? aEngine.CheckIndex() : 1, lOnlySlot == 0 ? lSiteCount : 1);
+  const auto aTurn = aEngine.TurnNow();
+  pProgress->ShowCount(aTurn.lAt, aTurn.lOf);
 }
 
 // A box waits for its operator. On the stack of a pass it would hold the pass up; on that of a timer, the
