@@ -73,6 +73,7 @@ void TerminalView::OpenProgress() {
 
 void TerminalView::CloseProgress() {
   ErasePassing();
+  std::cout << std::flush;
   bProgress = false;
 }
 
@@ -84,6 +85,11 @@ void TerminalView::ShowProgressSite(const std::string& szText) {
 void TerminalView::ShowProgressStatus(const std::string& szText) {
   szStatus = szText;  // one of our own
   bProgressDirty = true;
+}
+
+// What was said of other sites does not wait for the mail that may follow.
+void TerminalView::ShowLight(std::int32_t /*lSlot*/, std::int16_t iStatus) {
+  if (iStatus == SiteStatus::iDown) std::cout << std::flush;
 }
 
 void TerminalView::ShowLightText(std::int32_t /*lSlot*/, const std::string& /*szText*/) {
@@ -127,7 +133,7 @@ void TerminalView::ShowOutcome(const Outcome& aOutcome) {
                 Report::Padded(aOutcome.szAddress, lAddressWidth) + "  " + aOutcome.szRemark;
   if (!aOutcome.szElapsed.empty()) szLine += "  " + Coloured(aOutcome.szElapsed, "2");
   if (!aOutcome.szComment.empty()) szLine += "  " + Coloured("[" + aOutcome.szComment + "]", "2");
-  std::cout << szLine << std::endl;
+  std::cout << szLine << '\n';
 }
 
 void TerminalView::ShowMessage(const std::string& szText) {
@@ -155,12 +161,14 @@ void TerminalView::PumpEvents() {
   if (bProgress && bProgressDirty && SteadySeconds() >= dNextDraw) DrawProgress();
 }
 
-// Asked of the system now and then; events are handled several times for each site.
+// Now and then what was said goes out, and the system is asked whether anybody still reads it; events are
+// handled several times for each site.
 bool TerminalView::OutputClosed() {
   constexpr double dLookSeconds = 0.02;
   const double dNow = SteadySeconds();
   if (dNow < dNextLook) return false;
   dNextLook = dNow + dLookSeconds;
+  std::cout << std::flush;
   return Terminal::OutputClosed();
 }
 

@@ -31,7 +31,7 @@ class TerminalView : public CheckView {
   void ShowPanel(int iPanel, const std::string& szText) override;
   void ClearRemarks() override;
   void EnsureRowVisible(std::int32_t) override {}
-  void ShowLight(std::int32_t, std::int16_t) override {}
+  void ShowLight(std::int32_t lSlot, std::int16_t iStatus) override;
   void ShowLightText(std::int32_t lSlot, const std::string& szText) override;
   void ShowRemark(std::int32_t lSlot, const std::string& szText) override;
   void SiteRecorded(std::int32_t lSlot) override;

@@ -150,8 +150,8 @@ std::int32_t RegEnumValueA(Key hKey, std::uint32_t lIndex, char* szName, std::ui
   if (lCode == lSuccess && (szName == nullptr || pNameSize == nullptr)) lCode = lInvalidParameter;
   if (lCode == lSuccess) lCode = Store::ListValues(*pDatabase, *pKey);
   if (lCode != lSuccess) return lCode;
-  if (lIndex >= pKey->aValues.size()) return lNoMoreItems;
-  const auto& aValue = pKey->aValues[lIndex];
+  if (lIndex >= pKey->pValues->size()) return lNoMoreItems;
+  const auto& aValue = (*pKey->pValues)[lIndex];
   if (!CopyName(aValue.szName, szName, *pNameSize)) return lMoreData;
   *pNameSize = static_cast<std::uint32_t>(aValue.szName.size());
   return Deliver(aValue.lType, aValue.szData, pType, pData, pSize);

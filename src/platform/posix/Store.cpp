@@ -21,6 +21,7 @@ using Steady = std::chrono::steady_clock;
 
 constexpr std::size_t lMostPaths = 4096;
 constexpr int lManyLooks = 16;
+constexpr std::size_t lUsualValues = 8;  // a site's record has seven
 constexpr auto aRetryAfter = std::chrono::seconds(1);
 
 // Where a name below a key, or a path of them, led last.
@@ -32,7 +33,7 @@ struct Place {
 // The values of all keys, as one look found them. Holds while no other process has written; of what we write
 // ourselves the key's values go.
 struct Shelf {
-  std::unordered_map<std::int64_t, std::vector<Store::Value>> aValues;
+  std::unordered_map<std::int64_t, std::shared_ptr<std::vector<Store::Value>>> aValues;
   std::int64_t lVersion = -1;  // of the database
   int lLooks = 0;              // for one key alone, in this bracket
 };
@@ -144,10 +145,14 @@ void TendCopy(bool bEntered) {
 }
 
 // The moment that a listing shows: it changes with our own writes and with another process's commits.
+std::int64_t MomentOf(std::int64_t lVersion, std::int64_t lOwnChanges) {
+  return (lVersion << 32) + lOwnChanges;
+}
+
 std::int32_t Moment(Database& aDatabase, std::int64_t lOwnChanges, std::int64_t& lMoment) {
   std::int64_t lVersion = 0;
   const auto lCode = aDatabase.Version(lVersion);
-  lMoment = (lVersion << 32) + lOwnChanges;
+  lMoment = MomentOf(lVersion, lOwnChanges);
   return lCode;
 }
 
@@ -204,13 +209,14 @@ Store::Value ValueOf(const Database::Use& aRow) {
 }
 
 std::int32_t ReadValues(Database& aDatabase, OpenKey& aKey) {
-  aKey.aValues.clear();
+  auto pValues = std::make_shared<std::vector<Store::Value>>();
   Database::Use aList(aDatabase, Database::LIST_VALUES);
   aList.Bind(aKey.lId);
   while (aList.Row())
-    aKey.aValues.push_back(ValueOf(aList));
+    pValues->push_back(ValueOf(aList));
   // In the order in which they were made; the database would take longer over so few.
-  std::ranges::sort(aKey.aValues, {}, &Store::Value::lId);
+  std::ranges::sort(*pValues, {}, &Store::Value::lId);
+  aKey.pValues = std::move(pValues);
   return aList.Code();
 }
 
@@ -221,8 +227,14 @@ void FillShelf(Database& aDatabase, std::int64_t lVersion) {
   Database::Use aAll(aDatabase, Database::ALL_VALUES);
   aShelf.aValues.clear();
   aShelf.lVersion = lVersion;
-  while (aAll.Row())
-    aShelf.aValues[aAll.Number(4)].push_back(ValueOf(aAll));
+  while (aAll.Row()) {
+    auto& pValues = aShelf.aValues[aAll.Number(4)];
+    if (!pValues) {
+      pValues = std::make_shared<std::vector<Store::Value>>();
+      pValues->reserve(lUsualValues);
+    }
+    pValues->push_back(ValueOf(aAll));
+  }
   if (aAll.Code() != lSuccess) aShelf.aValues.clear();
 }
 
@@ -347,18 +359,18 @@ std::int32_t Store::ListKeys(Database& aDatabase, OpenKey& aKey) {
 std::int32_t Store::ListValues(Database& aDatabase, OpenKey& aKey) {
   auto& aState = Process();
   auto& aShelf = aState.aShelf;
-  std::int64_t lMoment = 0, lVersion = 0;
-  auto lCode = Moment(aDatabase, aState.lValueChanges, lMoment);
-  if (lCode == lSuccess) lCode = aDatabase.Version(lVersion);
+  std::int64_t lVersion = 0;
+  auto lCode = aDatabase.Version(lVersion);
+  const auto lMoment = MomentOf(lVersion, aState.lValueChanges);
   if (lCode != lSuccess || aKey.lValuesSeen == lMoment) return lCode;
   aKey.lValuesSeen = -1;
   if (aShelf.lVersion != lVersion) aShelf.aValues.clear();
   if (aDatabase.IsLooking() && ++aShelf.lLooks == lManyLooks) FillShelf(aDatabase, lVersion);
   if (const auto aFound = aShelf.aValues.find(aKey.lId); aFound != aShelf.aValues.end()) {
-    aKey.aValues = aFound->second;
+    aKey.pValues = aFound->second;
   } else {
     lCode = ReadValues(aDatabase, aKey);
-    if (lCode == lSuccess && aKey.aValues.empty()) lCode = CheckExists(aDatabase, aKey.lId);
+    if (lCode == lSuccess && aKey.pValues->empty()) lCode = CheckExists(aDatabase, aKey.lId);
   }
   if (lCode == lSuccess) aKey.lValuesSeen = lMoment;
   return lCode;

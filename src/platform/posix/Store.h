@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -28,7 +29,7 @@ struct OpenKey {
   std::int64_t lKeysSeen = -1;  // the moment of the listing, see ListKeys
   std::vector<std::string> aKeys;
   std::int64_t lValuesSeen = -1;
-  std::vector<Value> aValues;
+  std::shared_ptr<const std::vector<Value>> pValues = {};
 };
 
 // Answered where the store itself fails: a key on which every call answers 5.
