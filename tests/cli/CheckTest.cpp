@@ -66,6 +66,7 @@ TEST_F(Cli, APassRefusesOtherProgramsAndAnInterruptStopsItInGoodOrder) {
   ChildProcess aCheck(Program(), {"check"});
   ASSERT_TRUE(aServer.WaitForRequests(2));
   EXPECT_NE(Stored::Cookies(), std::to_string(lUsersPolicy));  // the pass has its own
+  EXPECT_TRUE(aCheck.WaitForOutput("/a-fine", dMostSeconds)) << "said while the next site hangs";
   const std::vector<std::string> aRefused[] = {
       {"check"}, {"watch"}, {"import", "--add", szList}, {"registry", "import", szReg}};
   for (const auto& aArguments : aRefused) {
