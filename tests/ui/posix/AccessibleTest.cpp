@@ -86,6 +86,7 @@ TEST(Accessible, TheListIsReadRowByRow) {
     pList = FindList(aProgram.Main());
     ASSERT_TRUE(pList);
     EXPECT_EQ(NameOf(pList.get()), "The sites");
+    EXPECT_STREQ(atk_object_get_description(pList.get()), "Web Address, IP Address, Comments");
     ASSERT_EQ(atk_object_get_n_accessible_children(pList.get()), 2);
     pFirst = RowOf(pList, 0);
     const Object pSecond = RowOf(pList, 1);

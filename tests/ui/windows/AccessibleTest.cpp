@@ -1,7 +1,15 @@
 // What assistive tools are told of the list.
 #include <gtest/gtest.h>
+#include <wx/bookctrl.h>
 
+#include "support/LogScript.h"
 #include "ui/Program.h"
+#include "ui/common/TextGlue.h"
+#include "ui/dialogs/frmAddress.h"
+#include "ui/dialogs/frmOptions.h"
+#include "ui/logview/LogView.h"
+#include "ui/logview/frmLogView.h"
+#include "ui/system/AccessibleName.h"
 
 // clang-format off (needs windows.h before it)
 #include <oleacc.h>
@@ -26,6 +34,29 @@ wxString NameOf(IAccessible* pList, long lChild) {
   return szFound;
 }
 
+wxString DescriptionOf(IAccessible* pList) {
+  BSTR szText = nullptr;
+  const wxString szFound = SUCCEEDED(pList->get_accDescription(Child(CHILDID_SELF), &szText)) && szText
+                               ? wxString(szText)
+                               : wxString();
+  SysFreeString(szText);
+  return szFound;
+}
+
+// What takes the keyboard and would be read as nothing but its kind.
+Texts Nameless(const wxWindow& aWindow) {
+  Texts aFound;
+  for (const wxWindow* pChild : aWindow.GetChildren()) {
+    if (!pChild->IsShown()) continue;
+    if (pChild->AcceptsFocus() && pChild->IsEnabled() && AccessibleName::Get(*pChild).empty() &&
+        !dynamic_cast<const wxBookCtrlBase*>(pChild))  // a row of tabs has no name, its tabs have
+      aFound.push_back(FromWx(pChild->GetClassInfo()->GetClassName()));
+    for (const std::string& szMore : Nameless(*pChild))
+      aFound.push_back(szMore);
+  }
+  return aFound;
+}
+
 long StateOf(IAccessible* pList, long lChild) {
   VARIANT aState = Child(0);
   return SUCCEEDED(pList->get_accState(Child(lChild), &aState)) ? aState.lVal : 0;
@@ -45,6 +76,7 @@ TEST(Accessible, TheListIsReadRowByRow) {
   LONG lCount = 0;
   EXPECT_TRUE(SUCCEEDED(pList->get_accChildCount(&lCount)) && lCount == 2) << lCount;
   EXPECT_EQ(NameOf(pList, CHILDID_SELF), "The sites");
+  EXPECT_EQ(DescriptionOf(pList), "Web Address, IP Address, Comments");
   EXPECT_EQ(NameOf(pList, 1), "1, http://a.test, 10.0.0.1, Unsuccessful");
   EXPECT_EQ(NameOf(pList, 2), "2, http://b.test, 404 File Not Found, Disabled");
   EXPECT_EQ(NameOf(pList, 3), "");
@@ -60,4 +92,29 @@ TEST(Accessible, TheListIsReadRowByRow) {
   EXPECT_TRUE(SUCCEEDED(pList->accLocation(&lX, &lY, &lWidth, &lHeight, Child(2))));
   EXPECT_TRUE(aList.GetScreenRect().Contains(wxRect(lX, lY, 100, lHeight)));
   pList->Release();
+}
+
+TEST(Accessible, EveryControlHasAName) {
+  Program aProgram({Site("a.test", 1, 1)});
+  EXPECT_EQ(Nameless(aProgram.Main()), Texts{});
+  aProgram.Run(mE_Options);
+  for (std::size_t i = 0; i < Open<frmOptions>()->tabOptions->GetPageCount(); ++i) {
+    Open<frmOptions>()->tabOptions->SetSelection(i);
+    EXPECT_EQ(Nameless(*Open<frmOptions>()), Texts{}) << "page " << i;
+  }
+  Key(WXK_ESCAPE);
+  ASSERT_TRUE(Until([] { return !Open<frmOptions>(); }));
+  aProgram.Run(mF_NewAddress);
+  EXPECT_EQ(Nameless(*Open<frmAddress>()), Texts{});
+  Key(WXK_ESCAPE);
+  ASSERT_TRUE(Until([] { return !Open<frmAddress>(); }));
+  aProgram.aHome.Write("D-20260105.kvl", LogScript().Start().Up("www.example.com").End().szText);
+  auto* pViewer = LogView::Start({aProgram.aHome.Path("D-20260105.kvl")});
+  ASSERT_TRUE(Until([&] { return pViewer->History() != nullptr; }));
+  for (std::size_t i = 0; i < pViewer->tabPages->GetPageCount(); ++i) {
+    pViewer->tabPages->SetSelection(i);
+    Settle();
+    EXPECT_EQ(Nameless(*pViewer), Texts{}) << pViewer->tabPages->GetPageText(i);
+  }
+  pViewer->Destroy();
 }

@@ -4,7 +4,6 @@
 
 #include <gtk/gtk-a11y.h>
 #include <gtk/gtk.h>
-#include <wx/listctrl.h>
 
 #include <map>
 #include <utility>
@@ -180,6 +179,14 @@ AtkStateSet* RowsStates(AtkObject* pRows) {
   return pStates;
 }
 
+// Columns come and go while it stands there.
+const char* RowsDescription(AtkObject* pRows) {
+  const List* pList = ListOf(pRows);
+  g_free(pRows->description);
+  pRows->description = g_strdup(pList ? AccessibleRows::Headers(pList->aList).utf8_str().data() : "");
+  return pRows->description;
+}
+
 AtkObject* RowsAtPoint(AtkComponent* pRows, int lX, int lY, AtkCoordType iFrom) {
   List* pList = ListOf(pRows);
   if (!pList) return nullptr;
@@ -243,6 +250,7 @@ gboolean UnselectRow(AtkSelection* pRows, int n) {
 void MakeRowsClass(gpointer pClass, gpointer) {
   AtkObjectClass* pObject = ATK_OBJECT_CLASS(pClass);
   pRowsParent = ATK_OBJECT_CLASS(g_type_class_peek_parent(pClass));
+  pObject->get_description = RowsDescription;
   pObject->get_n_children = RowsCount;
   pObject->ref_child = RowsChild;
   pObject->ref_state_set = RowsStates;

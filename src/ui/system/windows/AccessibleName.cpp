@@ -2,6 +2,7 @@
 
 #include <wx/access.h>
 #include <wx/scrolwin.h>
+#include <wx/textctrl.h>
 #include <wx/window.h>
 
 #include "platform/windows/System.h"
@@ -37,7 +38,8 @@ void AccessibleName::Set(wxWindow& aControl, const wxString& szName) {
 // The system itself reads the label before a field.
 void AccessibleName::SetFromLabels(wxWindow& aWithin, const wxString& szElse) {
   for (wxWindow* pChild : aWithin.GetChildren()) {
-    if (!szElse.empty() && dynamic_cast<wxScrolledCanvas*>(pChild)) Set(*pChild, szElse);
+    const bool bUnlabelled = dynamic_cast<wxTextCtrl*>(pChild) && Get(*pChild).empty();
+    if (!szElse.empty() && (bUnlabelled || dynamic_cast<wxScrolledCanvas*>(pChild))) Set(*pChild, szElse);
     SetFromLabels(*pChild, szElse);
   }
 }

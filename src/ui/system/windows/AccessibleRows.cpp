@@ -1,7 +1,6 @@
 #include "ui/system/AccessibleRows.h"
 
 #include <wx/access.h>
-#include <wx/listctrl.h>
 
 #include <utility>
 
@@ -24,6 +23,11 @@ class Rows : public wxAccessible {
     }
     if (!Known(lChild)) return wxACC_INVALID_ARG;
     *pName = Name(lChild - 1);
+    return wxACC_OK;
+  }
+  wxAccStatus GetDescription(int lChild, wxString* pText) override {
+    if (lChild != wxACC_SELF) return wxACC_NOT_IMPLEMENTED;
+    *pText = AccessibleRows::Headers(aList);
     return wxACC_OK;
   }
   wxAccStatus GetRole(int lChild, wxAccRole* pRole) override {
