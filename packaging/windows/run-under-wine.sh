@@ -27,6 +27,8 @@ wine=$(command -v wine64 || command -v wine || true)
 make_prefix() {
   mkdir -p "$WINEPREFIX"
   DISPLAY='' "$wine" wineboot --init
+  # Debian's Wine does not look where Debian puts Wine's own fonts: without these the windows' buttons are letters.
+  cp /usr/share/wine/fonts/{marlett,tahoma,tahomabd}.ttf "$WINEPREFIX/drive_c/windows/Fonts/" || true
   "$wine" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f
   "$wine" reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f
   wineserver -k || true  # what the desktop's own programs began without a display they would go on without one

@@ -6,7 +6,7 @@
 #include "ui/common/TextGlue.h"
 #include "ui/main/modMain.h"
 
-Program::Program(const std::vector<SiteRecord>& aStored, Start iStart) : aClock(45000.5) {
+Program::Program(const std::vector<SiteRecord>& aStored, Start iStart) : aClock(46096.5) {
   Settings = {};  // as in a process that has just begun
   if (iStart == Start::Later) Stored::Put(ProductKeys::szSetup, "startup", std::int32_t{1});
   // Every site carries its place in the index, so that slots follow the order given.

@@ -142,7 +142,7 @@ void frmTour::pixPage_Paint() {
     aScaled = wxBitmap(aPicture.Scale(aSize.x, aSize.y, wxIMAGE_QUALITY_HIGH));
   const wxPoint aAt((aRoom.x - aSize.x) / 2, 0);
   aDC.DrawBitmap(aScaled, aAt);
-  const wxRect& aMark = aTourPages[lPage].aMark;
+  const wxRect aMark = TourMark(aTourPages[lPage].szPicture, aTourPages[lPage].szMark);
   if (aMark.IsEmpty()) return;
   aDC.SetPen(wxPen(wxColour(0xe0, 0x5a, 0x00), FromDIP(3)));
   aDC.SetBrush(*wxTRANSPARENT_BRUSH);

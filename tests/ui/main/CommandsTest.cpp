@@ -19,7 +19,7 @@ namespace fs = std::filesystem;
 
 TEST(Exchange, ExportCompletesTheNameAndAsksBeforeItReplaces) {
   Program aProgram({Site("a.test", 1, 2, "1.2.3.4"), Site("b.test", 0, 0)});
-  const std::string szSave = "Export Data File|KVList-20230315.kvd|Kestrova Data File (*.kvd)|*.kvd";
+  const std::string szSave = "Export Data File|KVList-20260315.kvd|Kestrova Data File (*.kvd)|*.kvd";
   const std::string szLines = "a.test,1.2.3.4,2,1,60\r\nb.test,,4,0,60\r\n";
   const auto szChosen = aProgram.aHome.Path("mylist");
   const std::string szDone = "The address list has been exported.|2 sites in " + szChosen + ".kvd.";
@@ -109,10 +109,10 @@ TEST(LogCommands, OpenTheViewerWithTheLogAndThePageOrASite) {
   const auto szMissing = FromWx(ResText(IDS_VIEWER_MISSING));
   const auto szAsk = FromWx(ResText(IDS_ASK_SAVE_HTML));
   aHome.Write("pages/keep.txt", "x");
-  aHome.Write("Logs/D-20230314.kvl", "[START CHECK: MANUAL - 3/14/2023 1:00:00 PM]\r\n\t\r\n");
+  aHome.Write("Logs/D-20260314.kvl", "[START CHECK: MANUAL - 3/14/2026 1:00:00 PM]\r\n\t\r\n");
   aHome.Write("Logs/odd.kvl", std::string(200, 'a') + '\0');
   const auto InLogs = [&](const char* szName) { return aHome.Path("Logs") + Files::chSeparator + szName; };
-  const auto szLog = InLogs("D-20230314.kvl");
+  const auto szLog = InLogs("D-20260314.kvl");
   const auto szPage = aHome.Path("pages") + Files::chSeparator + "a \"b\" 'c'";
   Settings.LogPath = aHome.Path("Logs");
   Settings.LogPeriod = 1;
@@ -129,11 +129,11 @@ TEST(LogCommands, OpenTheViewerWithTheLogAndThePageOrASite) {
   } aCases[] = {{mnuLog_Open, {szLog, "no"}, szAsk, szLog + "\n"},
                 {mnuLog_Open,
                  {szLog, "yes", szPage},
-                 "Save Log As HTML|KV_Log-20230315.htm|HTML File (*.htm; *html)|*.htm;*.html",
+                 "Save Log As HTML|KV_Log-20260315.htm|HTML File (*.htm; *html)|*.htm;*.html",
                  szLog + "\n" + szPage + ".htm\n"},
                 {mnuLog_Open,
                  {szLog, "yes", szLog, "ok", "cancel"},
-                 "Save Log As HTML|D-20230314.kvl|HTML File (*.htm; *html)|*.htm;*.html",
+                 "Save Log As HTML|D-20260314.kvl|HTML File (*.htm; *html)|*.htm;*.html",
                  szLog + "\n"},
                 {mnuLog_Open, {InLogs("odd.kvl"), "ok"}, "The Log File appears to be corrupt.", ""},
                 {mnuLogs_ViewCur, {"yes", szLog, "no"}, szAsk, szLog + "\n"}};
@@ -147,13 +147,13 @@ TEST(LogCommands, OpenTheViewerWithTheLogAndThePageOrASite) {
     fs::remove(aHome.Path("started.txt"));
   }
   EXPECT_EQ(Stored::Get(ProductKeys::szLastLoc, "hmlg"), aHome.Path("pages"));
-  aHome.Write("Logs/D-20230315.kvl", "x");
+  aHome.Write("Logs/D-20260315.kvl", "x");
   Answers aNone({});
   aProgram.Main().lvwMain->SelectSlot(1);
   for (const auto& [iCommand, szSite] :
        {std::pair{mnuLogs_ViewCur, ""}, std::pair{mE_SiteLog, "--site\nhttp://a.test/x\n"}}) {
     aProgram.Run(iCommand);
-    const auto szStarted = "LogView\n" + (szSite + InLogs("D-20230315.kvl")) + "\n";
+    const auto szStarted = "LogView\n" + (szSite + InLogs("D-20260315.kvl")) + "\n";
     EXPECT_TRUE(Until([&] { return aHome.Read("started.txt") == szStarted; })) << iCommand;
     fs::remove(aHome.Path("started.txt"));
   }

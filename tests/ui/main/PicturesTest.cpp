@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <utility>
 #include <vector>
 
@@ -17,6 +18,7 @@
 #include "ui/Program.h"
 #include "ui/Screen.h"
 #include "ui/common/HelpCommands.h"
+#include "ui/common/PictureBox.h"
 #include "ui/common/TextGlue.h"
 #include "ui/common/frmHelp.h"
 #include "ui/common/frmNotice.h"
@@ -71,6 +73,7 @@ void SaveProgress(const std::string& szName, frmMain& aMain, const std::string& 
   auto* pProgress = new frmCheckAnim(&aMain, [] {});
   pProgress->lblSiteName->SetLabel("Checking http://" + szURL);
   pProgress->lblSiteStatus->SetLabel(ResText(IDS_STATE_RECEIVING));
+  pProgress->ShowCount(2, 5);
   pProgress->Show();
   EXPECT_TRUE(Until([&] { return pProgress->pixRayForward.lLeft > 3000; }));
   pProgress->tmrCheckAnim.Stop();
@@ -95,6 +98,27 @@ void SaveViewer(const std::string& szName, Program& aProgram, const std::string&
   pViewer->Destroy();
 }
 
+// Where the parts are that the tour points at, beside the picture.
+void SaveMarks(frmMain& aMain) {
+  std::ofstream aFile(std::string(std::getenv("KESTROVA_PICTURES")) + "/main.txt");
+  const auto Mark = [&](const char* szName, wxRect aPart) {
+    aPart.Inflate(2);
+    aPart.Offset(-aMain.GetScreenPosition());
+    aFile << szName << ' ' << aPart.x << ' ' << aPart.y << ' ' << aPart.width << ' ' << aPart.height << '\n';
+  };
+  const wxRect aList = aMain.lvwMain->GetScreenRect();
+  wxRect aRow, aLights = aList;
+  EXPECT_TRUE(aMain.lvwMain->GetSubItemRect(0, 3, aRow));
+  aLights.x += aRow.x;
+  aLights.width = aRow.width;
+  Mark("list", aList);
+  Mark("lights", aLights);
+  Mark("view", aMain.lblCurView->GetScreenRect()
+                   .Union(aMain.imgColors->GetScreenRect())
+                   .Union(aMain.imgEnabled->GetScreenRect()));
+  EXPECT_TRUE(aFile.flush());
+}
+
 void SaveMain(Program& aProgram) {
   frmMain& aMain = aProgram.Main();
   const char* const aRemarks[] = {"Site OK", "Site OK", "Request Timed-Out",
@@ -104,7 +128,9 @@ void SaveMain(Program& aProgram) {
   aMain.SetSize(wxSize(720, 360));
   aMain.Display_lvwMain(4);
   aMain.ShowPanel(3, "Last: 11:58:30 AM");
+  EXPECT_TRUE(Until([&] { return !aProgram.Panel(1).empty(); }));
   Save("main", &aMain);
+  SaveMarks(aMain);
   Save("list", aMain.lvwMain, 180);
   SaveProgress("progress", aMain, "www.example.com/shop");
 }

@@ -23,7 +23,12 @@ TEST(Tour, KeysAndClicksTurnThePages) {
     EXPECT_TRUE(Until([&, lNow = lPage] { return pTour->Page() == lNow; })) << lKey << " " << pTour->Page();
     EXPECT_EQ(pTour->cmdBack->IsEnabled(), lPage > 0);
     EXPECT_EQ(pTour->cmdNext->IsEnabled(), lPage < lLast);
-    EXPECT_TRUE(TourPicture(aTourPages[lPage].szPicture).IsOk());
+    const TourPage& aPage = aTourPages[lPage];
+    const wxImage aPicture = TourPicture(aPage.szPicture);
+    EXPECT_TRUE(aPicture.IsOk());
+    const wxRect aMark = TourMark(aPage.szPicture, aPage.szMark);
+    EXPECT_NE(aMark.IsEmpty(), *aPage.szMark != 0) << aPage.szMark;
+    EXPECT_TRUE(aMark.IsEmpty() || wxRect(aPicture.GetSize()).Contains(aMark)) << aPage.szMark;
   }
   const std::pair<wxWindow*, std::size_t> aClicks[] = {
       {pTour->cmdNext, 1}, {pTour->pixPage, 2}, {pTour->cmdBack, 1}};
