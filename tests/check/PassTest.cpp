@@ -56,14 +56,6 @@ TEST(Pass, ShowsItsStepsInOrder) {
   EXPECT_TRUE(aPass.View.Has("progress IP Check: http://" + aPass.Server.Address()));
 }
 
-TEST(Pass, AnEmptyListSaysSoWhenItsPassIsDue) {
-  PassFixture aPass;
-  aPass.Engine.mF_StartCheck_Click();  // from here on the schedule counts
-  aPass.aClock.Advance(3600);
-  aPass.Engine.TimerAutoCheck_Timer();
-  EXPECT_EQ(aPass.View.aEvents, (Events{"panel 3: No sites to check.", "panel 2: Next: 7:44:21 PM"}));
-}
-
 TEST(Pass, DisabledAndUnusableSites) {
   PassFixture aPass;
   aPass.AddPaths(4);

@@ -26,27 +26,6 @@ class modAddressTest : public testing::Test {
   TestBoxes aBoxes;
 };
 
-TEST_F(modAddressTest, StartNumbersTheSitesAndForgetsTheirStates) {
-  PutSite("Late.test", 0);  // no number of its own: 2000
-  PutSite("X\\y", 4);
-  PutSite("x\\", 6);
-  PutSite("x", 5);
-  RebuildSiteIndex();
-  EXPECT_EQ(LoadSites(false, false), 0);
-  EXPECT_EQ(Urls(), "X\\y x x\\ Late.test");
-  // Backslashes keep their number and touch no other site.
-  EXPECT_EQ(Get(SiteKey("x%5cy"), "Index"), "4");
-  EXPECT_EQ(Get(SiteKey("x"), "Index"), "2");
-  EXPECT_EQ(Get(SiteKey("x"), "Status"), "4");
-  EXPECT_EQ(Get(SiteKey("x"), "Comments"), "");
-  modAddress::SetStatus(2, SiteStatus::iDown);
-  modAddress::SetComments(2, "down");
-  SaveSite(2, false);
-  EXPECT_EQ(LoadSites(true, true), 0);
-  EXPECT_EQ(aSites[2].Status, SiteStatus::iDown);
-  EXPECT_EQ(aSites[2].Comments, "down");
-}
-
 TEST_F(modAddressTest, StoredValuesAreBroughtIntoRange) {
   const struct {
     int lTimeOut, lStatus, lEnabled;  // stored

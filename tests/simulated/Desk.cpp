@@ -29,7 +29,10 @@ void Desk::Tick() {
   if (ThisMachine().Dead()) return;
   RequireSame("the number of passes that this tick starts", Tallied(Tally::Passes) - lBefore,
               bDue && !bEmpty ? 1 : 0);
-  if (bDue && bEmpty) aBook.CompareNext();
+  if (!bDue || !bEmpty) return;
+  aBook.CompareNext();
+  RequireSame("the panel of the next check", szPanel2, "Next: " + FormatTimeOfDay(NextCheckTime));
+  RequireSame("the panel of the last check", szPanel3, "No sites to check.");
 }
 
 void Desk::Refill() {
@@ -73,9 +76,6 @@ void Desk::ClickExit() {
 void Desk::ShowPanel(int iPanel, const std::string& szText) {
   if (iPanel == 2) szPanel2 = szText;
   if (iPanel == 3) szPanel3 = szText;
-}
-
-void Desk::ClearRemarks() {
 }
 
 void Desk::ShowLight(std::int32_t lSlot, std::int16_t iIcon) {

@@ -17,7 +17,6 @@ class Desk : public CheckView {
  public:
   Desk(PassBook& aTheBook, Random& aTheRandom);
 
-  CheckEngine& Engine() { return aEngine; }
   void Tick();    // both timers
   void Refill();  // the list, after a change
   void ClickStart();
@@ -30,7 +29,7 @@ class Desk : public CheckView {
   std::vector<std::string> aMessages;
 
   void ShowPanel(int iPanel, const std::string& szText) override;
-  void ClearRemarks() override;
+  void ClearRemarks() override {}
   void EnsureRowVisible(std::int32_t) override {}
   void ShowLight(std::int32_t lSlot, std::int16_t iIcon) override;
   void ShowLightText(std::int32_t, const std::string&) override {}

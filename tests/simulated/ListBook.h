@@ -75,7 +75,9 @@ class ListBook {
   void Renumber();
   static void MakeUp(std::vector<BookedSite>& aList);
   BookedSite* Find(std::vector<BookedSite>& aList, const std::string& szKey) const;
-  std::string Difference(const std::vector<StoredSite>& aStore, const std::vector<BookedSite>& aList) const;
+  enum class Alike : std::uint8_t { ButForThePass, Wholly };  // what a pass writes may be one pass old
+  std::string Difference(const std::vector<StoredSite>& aStore, const std::vector<BookedSite>& aList,
+                         Alike iAlike = Alike::ButForThePass) const;
 
   std::optional<std::vector<BookedSite>> aPlanned;
   bool bOrdered = false;    // the slots of aPlanned are known; else the sites go by their old numbers

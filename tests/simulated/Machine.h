@@ -109,10 +109,8 @@ class Machine {
     lKillAt = lCallsFromNow > 0 ? lCalls + lCallsFromNow : 0;
     bKillAfter = bAfter;
   }
-  void Kill() { bDead = true; }
   bool Dead() const { return bDead; }
   void PowerOn();  // what was not committed is gone, nothing is open any more
-  std::int64_t Calls() const { return lCalls; }
 
   // While one lives the calls are not the program's: they are not counted, do not fail and are no kill's
   // turn.

@@ -108,7 +108,8 @@ void OptionsBook::PlanSave(const SettingsRecord& aNew) {
 void OptionsBook::Conclude() {
   aNow = aPlanned;
   aStored = aPlannedStore;
-  Compare();
+  RequireSame("the settings in memory", Shown(RawOf(Settings)), Shown(RawOf(aNow)));
+  RequireSame("the stored settings", Shown(ReadStore()), Shown(aStored));
 }
 
 void OptionsBook::RequireSaved(bool bSaid) const {
@@ -128,11 +129,6 @@ void OptionsBook::ConcludeAfterTrouble(bool bWhole) {
     Violate("the stored settings are " + Shown(aIs) + " and must be " + Shown(aStored) + " or " +
             Shown(aPlannedStore));
   aStored = aPlannedStore = aIs;
-}
-
-void OptionsBook::Compare() const {
-  RequireSame("the settings in memory", Shown(RawOf(Settings)), Shown(RawOf(aNow)));
-  RequireSame("the stored settings", Shown(ReadStore()), Shown(aStored));
 }
 
 std::optional<std::int32_t> OptionsBook::CookiesNow() {

@@ -28,8 +28,6 @@ class OptionsBook {
   void RequireOwnCookies() const;
   void RequireProgramCookies() const;
 
-  void Compare() const;
-
   static constexpr char szDefaultLogs[] = "/program/Logs";
 
  private:

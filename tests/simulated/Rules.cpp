@@ -56,7 +56,7 @@ Verdict OfHeader(const std::string& szHeader) {
     return {.szCode = std::to_string(lStatus), .szText = pListed->second};
   const int lClass = lStatus / 100;
   if (lClass > 5) return {.szCode = "0", .szText = "Unrecognized Response Code"};
-  return {.szCode = std::to_string(lClass) + "xx", .szText = aClasses[lClass], .bAnswered = lClass <= 3};
+  return {.szCode = std::to_string(lClass) + "xx", .szText = aClasses[lClass]};
 }
 
 Verdict OfError(int lCode, const std::string& szInfo) {

@@ -10,7 +10,6 @@ struct Verdict {
   bool bUp = false;
   std::string szCode = {}, szText = {};
   std::string szLogText = {};  // where the log says it otherwise
-  bool bAnswered = false;      // a server was there, though its answer is a failure
 };
 
 Verdict OfHeader(const std::string& szHeader);

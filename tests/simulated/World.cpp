@@ -31,20 +31,26 @@ constexpr std::array<ClientFailure, 11> aFailures = {{
 constexpr std::array aBadStatuses = {500, 503, 404, 403, 401, 400, 405, 501, 502, 504, 204, 301,
                                      206, 203, 300, 307, 418, 429, 599, 505, 101, 600, 999, 103};
 constexpr std::array aBadHeaders = {"",
+                                    "HTTP/1.1",
+                                    "HTTP/1.1 20",
+                                    "HTTP/1.1 1e2",
+                                    "HTTP/1.1  200",
+                                    "SSH-2.0-x",
                                     "HTTP/1.1 000 None",
                                     "HTTP/1.1 099 Low",
                                     "http/1.1 404 not found",
                                     "HTTP/1.1 500 %HEADER% %URL%\r\nX: \x1b[2J\x07",
                                     "HTTP/1.1 404\r\nHTTP/1.1: 200 OK",
                                     "HTTP/2 503 Busy\r\nLocation: /a,b"};
-constexpr std::array<const char*, 7> aGoodHeaders = {
-    "HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nContent-Length: 5",
-    "HTTP/1.0 200 OK",
-    "HTTP/1.1 201 Made",
-    "HTTP/1.1 202 Taken",
-    "HTTP/1.1 302 Found\r\nLocation: /else",
-    "HTTP/1.1 304 Same",
-    "http/1.1 200"};
+constexpr std::array aGoodHeaders = {"HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nContent-Length: 5",
+                                     "HTTP/1.0 200 OK",
+                                     "HTTP/1.1 201 Made",
+                                     "HTTP/1.1 202 Taken",
+                                     "HTTP/1.1 302 Found\r\nLocation: /else",
+                                     "HTTP/1.1 304 Same",
+                                     "http/1.1 200",
+                                     "HTTP/1.1 2000",
+                                     "X: y\r\nHTTP/1.1 200 OK"};
 
 constexpr auto lTroubles = static_cast<int>(aFailures.size() + aBadStatuses.size() + aBadHeaders.size());
 
