@@ -39,7 +39,7 @@ std::string Written(const CheckLog::Entry& aEntry) {
 TEST(LogLine, EveryResultIsReadBackBehindAnAddressFullOfCommas) {
   const StandingClock aClock(JoinDateTime({2026, 1, 5, 8, 0, 0}));
   const std::string szURL = "http://a.com/,1,2,Site,OK,,,?x=40,3,", szIP = "http://192.0.2.17";
-  const auto Check = [&](const std::string& szAddress, const ResultText& aResult) {
+  const auto Check = [&](const std::string& szAddress, const ResultText& aResult, std::string_view szSite) {
     const auto szLine = Written({Clock::Now(), szAddress, aResult, "sent, twice", CheckLog::iClassFailure});
     const auto aLine = Read(szLine);
     ASSERT_EQ(aLine.iKind, LineKind::Entry) << szLine;
@@ -47,41 +47,19 @@ TEST(LogLine, EveryResultIsReadBackBehindAnAddressFullOfCommas) {
     EXPECT_EQ(aFields.Address, szAddress);
     EXPECT_EQ(aFields.StatusText, aResult.Text());
     EXPECT_EQ(aFields.Comment, "sent, twice");
-    EXPECT_EQ(SiteOfAddress(aFields.Address), szURL.substr(7));
+    EXPECT_EQ(SiteOfAddress(aFields.Address), szSite);
   };
+  const auto szSite = szURL.substr(7);
+  const ResultText aLate(IDS_RESULT_TIMED_OUT);
   for (const auto& aResult : ResultText::All()) {
-    Check(szURL, aResult);
-    const ResultText aTimedOut(IDS_RESULT_TIMED_OUT);
-    Check(LogGrammar::Numbered(szURL, szIP), ResultText::Both(aResult, aTimedOut));
-    Check(LogGrammar::Numbered(szURL, szIP), ResultText::Both(aTimedOut, aResult));
+    Check(szURL, aResult, szSite);
+    Check(LogGrammar::Numbered(szURL, szIP), ResultText::Both(aResult, aLate), szSite);
+    Check(LogGrammar::Numbered(szURL, szIP), ResultText::Both(aLate, aResult), szSite);
   }
-  Check(szURL, ResultText(IDS_RESULT_ERROR, " 7 odd, text, 12 parts"));
-}
-
-TEST(LogLine, ReadsEntriesFromBothEnds) {
-  const struct {
-    std::string szAddress, szStatus, szTail, szComment, szSite;
-  } aCases[] = {
-      {"http://a.com", "Site OK", "1,,1", "", "a.com"},
-      {"http://a.com/x,1,2?", "Site OK", "1,,1", "", "a.com/x,1,2?"},
-      {"http://a.com", "404 File Not Found", "0,sent, twice,2", "sent, twice", "a.com"},
-      {"http://a.com", "ERROR:  7 odd, text, 12 parts", "3,,4", "", "a.com"},
-      {"(1) http://a.com/x,y<BR>(2) http://10.0.0.1", "(1) Request Timed-Out<BR>(2) Site OK",
-       "5,<SPAN class=\"Emphasis\">IP</SPAN>,2", "<SPAN class=\"Emphasis\">IP</SPAN>", "a.com/x,y"},
-      {"Unknown Site: Site #3", "Missing Site Address", "0,,2", "", "Unknown Site: Site #3"},
-  };
-  for (const auto& aCase : aCases) {
-    const auto szLine =
-        std::string(szTime) + "," + aCase.szAddress + "," + aCase.szStatus + "," + aCase.szTail;
-    const auto aLine = Read(szLine);
-    ASSERT_EQ(aLine.iKind, LineKind::Entry) << szLine;
-    const auto aFields = SplitLogLine(szLine, aLine);
-    EXPECT_EQ(aFields.Address, aCase.szAddress);
-    EXPECT_EQ(aFields.StatusText, aCase.szStatus);
-    EXPECT_EQ(aFields.Comment, aCase.szComment);
-    EXPECT_EQ(SiteOfAddress(aFields.Address), aCase.szSite);
-  }
-  EXPECT_FALSE(Read("12/30/1899 12:00:00 AM,http://10.0.0.1,Site OK,7,,1").bTimeKnown);
+  Check(szURL, ResultText(IDS_RESULT_ERROR, " 7 odd, text, 12 parts"), szSite);
+  Check(LogGrammar::Numbered("http://a.com/,Site OK", szIP), ResultText::Both(aLate, aLate),
+        "a.com/,Site OK");
+  Check("Unknown Site: Site #3", ResultText(IDS_MISSING_ADDRESS), "Unknown Site: Site #3");
 }
 
 TEST(LogLine, KeepsWhatIsNoLineOfOursAsUnread) {

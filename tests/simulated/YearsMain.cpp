@@ -1,12 +1,11 @@
 // kestrova-years: the program on simulated machines, for as many checks as wanted. Ends with 1, and says how
 // to see it again, at the first thing that is not as it must be.
+#include <CLI/CLI.hpp>
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
 #include <ctime>
-#include <string>
 
 #include "simulated/Trial.h"
 #include "simulated/Violation.h"
@@ -19,42 +18,8 @@ using Simulated::Tally;
 constexpr std::int64_t lChecksOfOneMachine = 20'000;
 constexpr std::uint64_t lMachinesOfOneWord = 50;  // a million checks
 
-struct Arguments {
-  std::int64_t lChecks = 1'000'000;
-  std::uint64_t lSeed = 1;
-};
-
-int Help(bool bWrong) {
-  std::fprintf(bWrong ? stderr : stdout,
-               "kestrova-years [--checks N] [--seed S | --seed-of-the-day] [--trace C]\n"
-               "  N checks (a million) on simulated machines of %lld checks each, the first with seed S (1), "
-               "the next\n"
-               "  with S + 1 and so on. --trace tells every step from check C of a machine on.\n",
-               static_cast<long long>(lChecksOfOneMachine));
-  return bWrong ? 2 : 0;
-}
-
 std::uint64_t SeedOfTheDay() {
   return static_cast<std::uint64_t>(std::time(nullptr)) / 86400 * 1'000'000;
-}
-
-bool Read(int lCount, char** aWords, Arguments& aArguments) {
-  for (int i = 1; i < lCount; ++i) {
-    const std::string szWord = aWords[i];
-    if (szWord == "--seed-of-the-day") {
-      aArguments.lSeed = SeedOfTheDay();
-      continue;
-    }
-    char* pEnd = nullptr;
-    const auto lNumber = i + 1 < lCount ? std::strtoll(aWords[i + 1], &pEnd, 10) : -1;
-    if (lNumber < 0 || pEnd == nullptr || *pEnd != '\0') return false;
-    if (szWord == "--checks") aArguments.lChecks = lNumber;
-    if (szWord == "--seed") aArguments.lSeed = static_cast<std::uint64_t>(lNumber);
-    if (szWord == "--trace") Simulated::Where().lTraceFrom = lNumber;
-    if (szWord != "--checks" && szWord != "--seed" && szWord != "--trace") return false;
-    ++i;
-  }
-  return true;
 }
 
 void Print(double dSeconds) {
@@ -81,15 +46,20 @@ void Print(double dSeconds) {
 }  // namespace
 
 int main(int lCount, char** aWords) {
-  if (lCount == 2 && std::strcmp(aWords[1], "--help") == 0) return Help(false);
-  Arguments aArguments;
-  if (!Read(lCount, aWords, aArguments)) return Help(true);
-  std::printf("seed %llu\n", static_cast<unsigned long long>(aArguments.lSeed));
+  std::int64_t lChecks = 1'000'000;
+  std::uint64_t lSeed = 1;
+  CLI::App aApp("Checks on simulated machines of 20,000 checks each; the next machine has the next seed.");
+  aApp.add_option("--checks", lChecks, "how many")->capture_default_str();
+  auto* const pSeed = aApp.add_option("--seed", lSeed, "of the first machine")->capture_default_str();
+  aApp.add_flag_callback("--seed-of-the-day", [&] { lSeed = SeedOfTheDay(); })->excludes(pSeed);
+  aApp.add_option("--trace", Simulated::Where().lTraceFrom,
+                  "tell every step from that check of a machine on");
+  CLI11_PARSE(aApp, lCount, aWords);
+  std::printf("seed %llu\n", static_cast<unsigned long long>(lSeed));
   std::fflush(stdout);
   const auto aStart = std::chrono::steady_clock::now();
-  for (std::uint64_t lMachine = 0; Tallied(Tally::Checks) < aArguments.lChecks; ++lMachine) {
-    Simulated::Trial(aArguments.lSeed + lMachine)
-        .Run(std::min(lChecksOfOneMachine, aArguments.lChecks - Tallied(Tally::Checks)));
+  for (std::uint64_t lMachine = 0; Tallied(Tally::Checks) < lChecks; ++lMachine) {
+    Simulated::Trial(lSeed + lMachine).Run(std::min(lChecksOfOneMachine, lChecks - Tallied(Tally::Checks)));
     if (lMachine % lMachinesOfOneWord == lMachinesOfOneWord - 1) {
       std::printf("  %lld checks so far\n", static_cast<long long>(Tallied(Tally::Checks)));
       std::fflush(stdout);
