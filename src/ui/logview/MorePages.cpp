@@ -25,7 +25,7 @@
 namespace {
 
 constexpr std::size_t lMostBytes = 400;
-constexpr int lWordLines = 9;
+constexpr int lWordLines = 12;
 
 }  // namespace
 
@@ -65,7 +65,7 @@ std::string MorePage::WordsText() const {
 
 // No more room than they need, and never so much that a low window no longer shows what is below.
 void MorePage::FitWords() {
-  const int lNeeded = GetCharHeight() * std::min(lWordLines, txtWords->GetNumberOfLines() + 2);
+  const int lNeeded = GetCharHeight() * std::min(lWordLines, LinesOf(*txtWords) + 1);
   const wxSize aWanted(-1, std::max(GetCharHeight() * 3, std::min(lNeeded, GetClientSize().y / 3)));
   if (txtWords->GetMinSize() == aWanted) return;
   txtWords->SetMinSize(aWanted);

@@ -54,7 +54,7 @@ SummaryPage::SummaryPage(wxWindow* pParent) : wxPanel(pParent) {
                                 Images::Bundle("Blank", ToDIP(WindowScale::FromTwips(*this, lLightTwips))));
   lblHeadline = new wxStaticText(this, wxID_ANY, "");
   lblHeadline->SetFont(GetFont().Bold().Scaled(1.5f));
-  pSplitter = new wxSplitterWindow(this, wxID_ANY, wxDefaultPosition, wxDefaultSize,
+  pSplitter = new wxSplitterWindow(this, wxID_ANY, wxDefaultPosition, FromDIP(wxSize(400, 500)),
                                    wxSP_LIVE_UPDATE | wxSP_NOBORDER);
   auto* pUpper = new wxPanel(pSplitter);
   txtFacts = new wxTextCtrl(pUpper, wxID_ANY, "", wxDefaultPosition, wxDefaultSize,
@@ -218,6 +218,10 @@ void SummaryPage::ShowFacts() {
   txtFacts->Thaw();
 }
 
+bool SummaryPage::Layout() {
+  return GetClientSize().y < 12 * GetCharHeight() || wxPanel::Layout();
+}
+
 // In as many lines as it takes.
 void SummaryPage::FitHeadline() {
   lblHeadline->SetLabel(pSummary ? ToWxLabel(LogWords::Headline(*pSummary, Clock::Now())) : wxString());
@@ -236,7 +240,7 @@ int SummaryPage::LeastFacts() const {
 void SummaryPage::FitFacts() {
   const int lUpper = txtFacts->GetParent()->GetClientSize().y;
   const int lRoom = std::min(lUpper * 2 / 5, lUpper - TableNeeds());
-  const int lNeeded = GetCharHeight() * std::min(lFactLines, txtFacts->GetNumberOfLines() + 2);
+  const int lNeeded = GetCharHeight() * std::min(lFactLines, LinesOf(*txtFacts) + 1);
   const wxSize aWanted(-1, std::max(LeastFacts(), std::min(lNeeded, lRoom)));
   if (txtFacts->GetMinSize() == aWanted) return;
   txtFacts->SetMinSize(aWanted);

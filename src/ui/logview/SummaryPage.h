@@ -25,6 +25,8 @@ class SummaryPage : public wxPanel {
 
   // nullptr: no log is open. It has to stay until the next call.
   void ShowLog(const LogSummary* pNew);
+  // Waits for room, as MorePage does.
+  bool Layout() override;
   // What is said depends on the time too; call this when some has gone by.
   void ShowAge();
   // A site was chosen to be looked at.
