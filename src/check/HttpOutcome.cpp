@@ -9,6 +9,7 @@
 #include "platform/Clock.h"
 
 void CheckEngine::Inet1_StateChanged(std::int16_t iInetState) {
+  LookAtGap();  // who stands still does so most likely while the client waits, and that hands on what it met
   dLastHeard = dLastLook;
   if (!RequestInFlight() || iInetState == Inet::None) return;
   if (iInetState >= Inet::ResolvingHost && iInetState <= Inet::Disconnected)

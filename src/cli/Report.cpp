@@ -22,12 +22,6 @@ Registry::StoreState Open(bool bBeginAnew) {
   return aState;
 }
 
-void NameMissing(std::int32_t lText, const std::vector<std::string>& aNames) {
-  if (aNames.empty()) return;
-  bIncomplete = true;
-  Report::Complain(FillResString(lText, {Text::Joined(aNames, ", ")}));
-}
-
 }  // namespace
 
 std::string Report::SiteNumber(std::int32_t lNumber) {
@@ -92,9 +86,10 @@ bool Report::ListMayBeIncomplete() {
 }
 
 bool Report::LoadRebuilt(bool bKeepResults) {
-  std::vector<std::string> aDropped;
-  if (modAddress::LoadRebuilt(bKeepResults, bKeepResults, aDropped) != 0) return false;
-  NameMissing(IDS_CLI_REGISTRY_DROPPED, aDropped);
+  modAddress::Mismatches aFound;
+  if (modAddress::LoadRebuilt(bKeepResults, bKeepResults, aFound) != 0) return false;
+  bIncomplete = bIncomplete || !aFound.aDropped.empty();
+  if (const auto szSaid = aFound.Said(); !szSaid.empty()) Complain(szSaid);
   return true;
 }
 
@@ -102,6 +97,8 @@ bool Report::LoadAll() {
   if (!OpenToLook()) return false;
   LoadSettings();
   if (modAddress::LoadSites(true, true) != 0) return false;
-  NameMissing(IDS_CLI_LIST_HIDDEN, modAddress::HiddenSites());
+  const auto aHidden = modAddress::HiddenSites();
+  bIncomplete = bIncomplete || !aHidden.empty();
+  if (!aHidden.empty()) Complain(FillResString(IDS_CLI_LIST_HIDDEN, {Text::Joined(aHidden, ", ")}));
   return true;
 }

@@ -25,13 +25,14 @@ std::int32_t Create();
 std::int32_t Read(std::vector<Reference>& aReferences);
 
 std::string NameOf(std::int32_t n);  // of the reference to site n
-void Write(std::int32_t n, const std::string& szKeyName);
-void Remove(const std::string& szName);
+// 0, or the code of the failure.
+std::int32_t Write(std::int32_t n, const std::string& szKeyName);
+std::int32_t Remove(const std::string& szName);
 
 // The values of the sites' keys, by the names that the rebuilt index has for them.
 using KeysRead = std::map<std::string, SiteKey::Values>;
 
 // RebuildSiteIndex, which also hands out what it has read.
-std::vector<std::string> Rebuild(KeysRead& aRead);
+modAddress::Mismatches Rebuild(KeysRead& aRead);
 
 }  // namespace SiteIndex

@@ -55,12 +55,13 @@ Values FieldsOf(const SiteRecord& aRecord, std::int32_t lIndex) {
           {"Timeout", aRecord.TimeOut, lTypeNumber}};
 }
 
-Values ChangedFields(const std::string& szKeyName, const SiteRecord& aRecord, std::int32_t lIndex) {
+std::optional<Values> ChangedFields(const std::string& szKeyName, const SiteRecord& aRecord,
+                                    std::int32_t lIndex) {
   const Registry::Transaction aOneLook;
   auto aFields = FieldsOf(aRecord, lIndex);
   Values aStored;
-  if (Read(szKeyName, aStored) == Registry::lSuccess)
-    std::erase_if(aFields, [&](const auto& aField) { return IsStored(aStored, aField); });
+  if (Read(szKeyName, aStored) != Registry::lSuccess) return {};
+  std::erase_if(aFields, [&](const auto& aField) { return IsStored(aStored, aField); });
   return aFields;
 }
 

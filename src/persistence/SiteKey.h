@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -29,9 +30,9 @@ std::int32_t Write(const std::string& szKeyName, const Values& aFields);
 // A site's values in the order in which they are written.
 Values FieldsOf(const SiteRecord& aRecord, std::int32_t lIndex);
 
-// Those of them that are stored in another way. All where the key cannot be read, so that the write tells
-// what is the matter.
-Values ChangedFields(const std::string& szKeyName, const SiteRecord& aRecord, std::int32_t lIndex);
+// Those of them that are stored in another way. Nothing where the key cannot be read.
+std::optional<Values> ChangedFields(const std::string& szKeyName, const SiteRecord& aRecord,
+                                    std::int32_t lIndex);
 
 // The record that the values are, by the rules for each of them. False without a usable URL.
 bool RecordOf(const Values& aStored, SiteRecord& aRecord);

@@ -1,6 +1,7 @@
 #include "persistence/modAddress.h"
 
 #include <algorithm>
+#include <optional>
 #include <set>
 #include <utility>
 
@@ -38,12 +39,17 @@ std::int32_t WriteSite(std::int32_t n, bool bIsNew) {
   const auto& aRecord = Site(n);
   const auto szKeyName = KeyName(aRecord.URL);
   if (szKeyName.empty()) return 0;
-  const auto aFields = bIsNew ? SiteKey::FieldsOf(aRecord, n) : SiteKey::ChangedFields(szKeyName, aRecord, n);
+  const auto aAll = SiteKey::FieldsOf(aRecord, n);
+  const auto aChanged = bIsNew ? std::optional(aAll) : SiteKey::ChangedFields(szKeyName, aRecord, n);
+  // All of it where the store cannot be read, so that the write tells what is the matter.
+  const auto aFields = aChanged.value_or(aAll);
   if (aFields.empty()) {
     aUnsaved.erase(szKeyName);
     return 0;
   }
-  const bool bByThePass = std::all_of(aFields.begin(), aFields.end(), IsResult);
+  // What the operator enters puts a missing store together again. A pass leaves that to SaveAgain, which says
+  // so.
+  const bool bByThePass = !aChanged || std::all_of(aFields.begin(), aFields.end(), IsResult);
   Registry::Transaction aOneCommit(bByThePass ? Registry::Written::ByThePass
                                               : Registry::Written::ByTheOperator);
   if (bIsNew) {
@@ -86,13 +92,14 @@ std::int32_t WriteWholeList() {
   return lCode != 0 ? lCode : lCommitted;
 }
 
-// False where the reference leads to no usable site.
+// False where the reference leads to no usable site. A store that refuses does not tell.
 bool TakeSite(const std::string& szKeyName, bool bKeepStatus, bool bKeepComments,
               const SiteIndex::KeysRead& aRead, std::set<std::string>& aLoaded) {
   SiteKey::Values aReadNow;
   SiteRecord aRecord;
   const auto aFound = aRead.find(szKeyName);
-  if (aFound == aRead.end() && SiteKey::Read(szKeyName, aReadNow) != Registry::lSuccess) return false;
+  const auto lCode = aFound == aRead.end() ? SiteKey::Read(szKeyName, aReadNow) : Registry::lSuccess;
+  if (lCode != Registry::lSuccess) return lCode == Registry::lAccessDenied;
   const auto& aStored = aFound == aRead.end() ? aReadNow : aFound->second;
   if (!SiteKey::RecordOf(aStored, aRecord)) return false;
   if (!aLoaded.insert(KeyName(szKeyName)).second) return true;
@@ -235,9 +242,9 @@ std::vector<std::string> HiddenSites() {
   return aNames;
 }
 
-std::int32_t LoadRebuilt(bool bKeepStatus, bool bKeepComments, std::vector<std::string>& aDropped) {
+std::int32_t LoadRebuilt(bool bKeepStatus, bool bKeepComments, Mismatches& aFound) {
   SiteIndex::KeysRead aRead;
-  aDropped = SiteIndex::Rebuild(aRead);
+  aFound = SiteIndex::Rebuild(aRead);
   return Load(bKeepStatus, bKeepComments, aRead);
 }
 

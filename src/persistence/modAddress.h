@@ -105,12 +105,20 @@ std::string SaveAgain();
 // sorts behind the numbered ones at the next rebuild. 0, or the code of the first failure.
 std::int32_t WriteSiteRecord(const SiteRecord& aRecord, std::int32_t lIndex);
 
-// Renumbers all sites from their keys and writes the index anew; keys whose URL does not match their name are
-// deleted. The names of those that were.
-std::vector<std::string> RebuildSiteIndex();
+// What a rebuild found wrong: the names of keys, and what is to be said of them, empty where nothing is.
+struct Mismatches {
+  std::vector<std::string> aDropped;  // deleted: they hold no URL that gives their name
+  std::vector<std::string> aMended;   // their URL was not theirs and has been taken from the last good copy
 
-// The same, and then LoadSites, each site being read once. aDropped: the names of the deleted keys.
-std::int32_t LoadRebuilt(bool bKeepStatus, bool bKeepComments, std::vector<std::string>& aDropped);
+  std::string Said() const;
+};
+
+// Renumbers all sites from their keys and writes the index anew; keys whose URL does not match their name get
+// it back from the last good copy, or are deleted.
+Mismatches RebuildSiteIndex();
+
+// The same, and then LoadSites, each site being read once.
+std::int32_t LoadRebuilt(bool bKeepStatus, bool bKeepComments, Mismatches& aFound);
 
 // The names of all site keys in the registry, at most one more than the list can hold. False when the store
 // did not give them all.

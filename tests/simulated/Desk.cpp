@@ -167,7 +167,10 @@ void Desk::ActInPass() {
       aBook.Awake();
       break;
     case 6:
-      ThisMachine().Pass(aRandom.Between(2.1, 40.0));  // stopped by a signal, or a machine that stalls
+      // Stopped by a signal, or a machine that stalls: here, or where the client waits.
+      ThisMachine().dStall = aRandom.Between(2.1, 40.0);
+      if (aRandom.Chance(0.5)) return;
+      ThisMachine().Pass(std::exchange(ThisMachine().dStall, 0));
       aBook.Awake();
       break;
     default:

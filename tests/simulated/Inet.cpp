@@ -72,6 +72,10 @@ void Inet::Impl::Drop() {
 void Inet::Impl::Proceed(std::int32_t lMilliseconds) {
   auto& aMachine = ThisMachine();
   if (!bExecuting || lMilliseconds <= 0) return;
+  if (aMachine.dStall > 0) {
+    aMachine.Pass(std::exchange(aMachine.dStall, 0));
+    return aMachine.pWitness->Awake();
+  }
   double dUntil = aMachine.dNextTick - aMachine.Boot();
   if (lNext < aAnswer.aSteps.size())
     dUntil = std::min(dUntil, dStart + aAnswer.aSteps[lNext].dAt - aMachine.Boot());

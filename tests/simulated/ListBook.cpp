@@ -75,6 +75,11 @@ BookedSite* ListBook::Find(std::vector<BookedSite>& aList, const std::string& sz
   return pFound == aList.end() ? nullptr : &*pFound;
 }
 
+void ListBook::MoveByHand(Random& aRandom) {
+  const auto aKeys = Store::Keys(hRoot, szAddress);
+  if (!aKeys.empty()) Store::PutNumber(hRoot, szAddress + "\\" + aRandom.Pick(aKeys), "Index", lImported);
+}
+
 void ListBook::PlanLoad(bool bKeep) {
   std::vector<BookedSite> aList;
   for (auto& aStored : ReadStore()) {
@@ -251,6 +256,13 @@ void ListBook::ConcludeAfterTrouble() {
   if (!szToPlanned.empty())
     Violate("the store has neither the list before (" + szToBefore + ") nor the list after (" + szToPlanned +
             ")");
+  // Half an index would hide the other half of the sites.
+  const auto& aIndex = Store::Values(hRoot, szIndex);
+  RequireSame("the number of index values", static_cast<std::int64_t>(aIndex.size()),
+              static_cast<std::int64_t>(aStore.size()));
+  for (const auto& aValue : aIndex)
+    Require(Store::HasKey(hRoot, szAddress + "\\" + aValue.Text()),
+            "the index names a site that is not there");
   const bool bStatusesReset = aPlanned && bForgetful;
   aPlanned.reset();
   std::vector<BookedSite> aKept;

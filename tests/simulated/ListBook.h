@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "persistence/modAddress.h"
+#include "simulated/Random.h"
 
 namespace Simulated {
 
@@ -48,6 +49,9 @@ class ListBook {
   void PlanDelete(std::int32_t lSlot);
   void PlanImport(const std::vector<SiteRecord>& aRecords, bool bReplace);
   bool IsTaken(const std::string& szUrl, std::int32_t lExcept) const;
+
+  // Somebody has given a site another number in the store, so that the next start numbers all anew.
+  static void MoveByHand(Random& aRandom);
 
   // The planned list holds: in memory and in the store.
   void Conclude();

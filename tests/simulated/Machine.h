@@ -63,6 +63,7 @@ class Witness {
   virtual void Mailed(const Mail& aMail, std::int32_t lResult) = 0;
   virtual void Appended(const std::string& szFile, const std::string& szBytes, bool bKept) = 0;
   virtual void Deleted(const std::string& szFile) = 0;
+  virtual void Awake() = 0;  // the machine or the process stood still until now
 };
 
 // The files as they lie on the machine, for hands that reach past the program.
@@ -101,8 +102,9 @@ class Machine {
   DateTime Second() const;                                 // the one that the wall clock shows
   static std::int32_t MinutesEastOfUtc(DateTime dtLocal);  // with daylight saving
 
-  // Until when a wait on the network may take, at most: the next tick of the program's timers.
-  double dNextTick = 0;
+  // Until when a wait on the network may take, at most: the next tick of the program's timers. And for how
+  // long the next one stands still.
+  double dNextTick = 0, dStall = 0;
 
   // Power. lCalls: the kill comes with that one of the calls from now on; 0: none.
   void KillAt(std::int64_t lCallsFromNow, bool bAfter) {

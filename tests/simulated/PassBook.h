@@ -41,7 +41,6 @@ class PassBook : public Witness {
   // What the operator does in a pass.
   void Stop(bool bQuitting);
   void Drop(std::int32_t lSlot);  // the request in flight asks an old address
-  void Awake();                   // the machine or the process stood still until now
   std::int32_t SlotInFlight() const { return iPhase == Phase::Asked ? lSlot : 0; }
 
   // What the program shows.
@@ -58,6 +57,7 @@ class PassBook : public Witness {
   void Mailed(const Mail& aMail, std::int32_t lResult) override;
   void Appended(const std::string& szFile, const std::string& szBytes, bool bKept) override;
   void Deleted(const std::string& szFile) override { aLog.Deleted(szFile); }
+  void Awake() override;
 
  private:
   enum class Phase : std::uint8_t {

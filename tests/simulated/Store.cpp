@@ -351,6 +351,10 @@ StoreState OpenStore(bool) {
   return aState;
 }
 
+std::optional<std::string> LastGoodText(const std::string&, const std::string&) {
+  return {};
+}
+
 std::string StoreName() {
   return "/store";
 }

@@ -41,8 +41,8 @@ void BeginProcess() {
 void LoadProgram(bool bKeep) {
   CookiePolicy::RestoreAfterKill();
   LoadSettings();
-  std::vector<std::string> aDropped;
-  modAddress::LoadRebuilt(bKeep, bKeep, aDropped);
+  modAddress::Mismatches aFound;
+  modAddress::LoadRebuilt(bKeep, bKeep, aFound);
   if (!bKeep) Schedule::SetNextCheck(WarningMinutes());
 }
 
@@ -95,7 +95,7 @@ void Trial::LiveOnce() {
     if (aRandom.Chance(0.3))
       aMachine.KillAt(aRandom.Between(1, aRandom.Chance(0.5) ? 300 : 20000), aRandom.Chance(0.5));
     if (bKeep)
-      OnePass(true);
+      OnePass();
     else
       Watch();
   }
@@ -127,6 +127,7 @@ bool Trial::Boot(bool bKeep) {
   const auto lFaults = aMachine.lStoreFaults;
   if (aRandom.Chance(0.05)) aMachine.aTroubles = {.lStoreRead = 20, .lStoreWrite = 5, .lStoreCommit = 200};
   aBook.aOptions.PlanLoad();
+  if (aRandom.Chance(0.1)) aBook.aList.MoveByHand(aRandom);
   aBook.aList.PlanLoad(bKeep);
   BeginProcess();
   LoadProgram(bKeep);
@@ -193,10 +194,10 @@ void Trial::PlanPass() {
   if (aRandom.Chance(0.01)) ThisMachine().aDisk.aLocked.insert(aBook.aOptions.aNow.LogPath);
 }
 
-void Trial::OnePass(bool bByHand) {
+void Trial::OnePass() {
   Where().szStep = "a pass by hand";
   PlanPass();
-  if (bByHand) pDesk->ClickStart();
+  pDesk->ClickStart();
   ThisMachine().aTroubles = {};
   if (!ThisMachine().Dead()) RequireNothingGrew();
 }
@@ -206,7 +207,7 @@ void Trial::Operate() {
     ThisMachine().Pass(aRandom.Between(0.2, 20.0));
     switch (aRandom.Below(10)) {
       case 0:
-        OnePass(true);
+        OnePass();
         break;
       case 1:
         pDesk->ClickStop();
@@ -240,19 +241,16 @@ void Trial::Command() {
   // Where single writes fail, hardly a long command gets as far as its commit.
   if (aRandom.Chance(0.05)) aMachine.aTroubles = {.lStoreRead = 10, .lStoreWrite = 30, .lStoreCommit = 300};
   if (aRandom.Chance(0.03)) aMachine.aTroubles = {.lStoreCommit = 500};
-  if (aRandom.Chance(0.03)) aMachine.aTroubles = {.lStoreRead = 3};
+  if (aRandom.Chance(0.06)) aMachine.aTroubles = {.lStoreRead = 4};  // a command that sees it gives up
   // What is owed must outlive a list that is read back.
-  switch (aBook.aList.OwesAny() && aRandom.Chance(0.3) ? 2 : aRandom.Below(8)) {
+  switch (aBook.aList.OwesAny() && aRandom.Chance(0.5) ? aRandom.Between(2, 3) : aRandom.Below(8)) {
     case 0:
     case 1:
       Commands::Add(aBook, aRandom);
       break;
     case 2:
-      if (bFew) Commands::Import(aBook, aRandom);
-      if (!bFew) Commands::Delete(aBook, aRandom);
-      break;
     case 3:
-      Commands::Import(aBook, aRandom);
+      (bFew || aRandom.Chance(0.5) ? Commands::Import : Commands::Delete)(aBook, aRandom);
       break;
     case 4:
       Commands::Export(aBook, aRandom);

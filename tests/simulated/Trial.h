@@ -29,7 +29,7 @@ class Trial {
   void AfterPowerCut();
   void Watch();
   void WaitForPass();
-  void OnePass(bool bByHand);
+  void OnePass();
   void PlanPass();
   void Operate();
   void Command();

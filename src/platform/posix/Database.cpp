@@ -231,7 +231,10 @@ Database::Condition Database::Judge(int lResult) {
 
 // SQLite calls many a full disk an I/O error, or a file that cannot be opened; the system's own code tells.
 Database::Condition Database::JudgeSystem(Condition iElse) const {
-  switch (pConnection != nullptr ? sqlite3_system_errno(pConnection) : 0) {
+  int lSystem = pConnection != nullptr ? sqlite3_system_errno(pConnection) : 0;
+  // Where a file cannot be made beside the store, SQLite looks whether it is there, and tells that it is not.
+  if (lSystem == ENOENT && Files::FileExists(szOpenedPath)) lSystem = StoreFile::WhyNoneBeside(szOpenedPath);
+  switch (lSystem) {
     case ENOSPC:
     case EDQUOT:
     case EFBIG:

@@ -443,6 +443,10 @@ void Registry::CloseStore() {
   ForgetKeys();
 }
 
+std::optional<std::string> Registry::LastGoodText(const std::string& szPath, const std::string& szName) {
+  return StoreCopy::Text(StoreName(), szPath, szName);
+}
+
 Registry::StoreState Registry::ShareStore() {
   auto aState = OpenStore();
   if (aState.iCondition == Condition::Ready) aState.iCondition = Condition::Private;

@@ -8,6 +8,8 @@
 #include <cstdio>
 
 #include "platform/Clock.h"
+#include "platform/Registry.h"
+#include "platform/RegistryRules.h"
 #include "platform/posix/Descriptor.h"
 #include "platform/posix/Sqlite.h"
 #include "platform/posix/StoreFile.h"
@@ -50,6 +52,23 @@ std::optional<DateTime> StoreCopy::Made(const std::string& szStore) {
 bool StoreCopy::IsDue(const std::string& szStore) {
   const auto dAge = Age(szStore);
   return !dAge || *dAge >= dHour || *dAge < -dHour;  // far in the future: the clock was put back
+}
+
+std::optional<std::string> StoreCopy::Text(const std::string& szStore, std::string_view szPath,
+                                           std::string_view szName) {
+  Sqlite::Connection aCopy(PathOf(szStore), SQLITE_OPEN_READONLY);
+  std::vector<std::string_view> aParts;
+  if (!Registry::SplitPath(szPath, aParts)) return {};
+  auto lKey = StoreFormat::lLocalMachine;
+  for (const auto szPart : aParts) {
+    Sqlite::Statement aKey(aCopy.Handle(), "SELECT id FROM keys WHERE parent = ? AND name = ?");
+    if (!aKey.Bind(lKey).Bind(szPart).Row()) return {};
+    lKey = aKey.Number(0);
+  }
+  Sqlite::Statement aValue(aCopy.Handle(), "SELECT data FROM vals WHERE key = ? AND name = ? AND type = ?");
+  if (!aValue.Bind(lKey).Bind(szName).Bind(std::int64_t{Registry::REG_SZ}).Row()) return {};
+  const auto szText = aValue.Bytes(0);
+  return szText.substr(0, szText.find('\0'));
 }
 
 StoreCopy::Outcome StoreCopy::CopyInto(sqlite3* pFrom, const std::string& szTo) {

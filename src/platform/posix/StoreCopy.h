@@ -6,6 +6,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "base/DateTime.h"
 
@@ -18,6 +19,9 @@ std::optional<DateTime> Made(const std::string& szStore);
 
 // There is none, or it is older than an hour.
 bool IsDue(const std::string& szStore);
+
+// The text that the copy has under that name of a key in HKEY_LOCAL_MACHINE; nothing where it has none.
+std::optional<std::string> Text(const std::string& szStore, std::string_view szPath, std::string_view szName);
 
 enum class Outcome { Done, Damage, Failed };
 // Damage: what was copied does not pass the check, so the store itself is damaged; the older copy stays, as

@@ -62,6 +62,15 @@ bool StoreFile::Prepare(const std::string& szPath) {
   return Files::FileExists(szPath);
 }
 
+int StoreFile::WhyNoneBeside(const std::string& szPath) {
+  const auto szTried = szPath + ".try";
+  const int hFile = open(szTried.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
+  if (hFile < 0) return errno;
+  close(hFile);
+  unlink(szTried.c_str());
+  return 0;
+}
+
 bool StoreFile::LostItsPages(const std::string& szPath) {
   // In this order: a process that is just making the store writes the file before the journal.
   const auto lJournal = Files::FileSize(szPath + "-wal").value_or(0);

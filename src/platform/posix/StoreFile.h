@@ -28,6 +28,9 @@ Identity Identify(const std::string& szPath);  // all 0 when there is no such fi
 // store: no folder, or something that is no regular file.
 bool Prepare(const std::string& szPath);
 
+// Why no further file can be made in the store's folder: the system's code, 0 where one can.
+int WhyNoneBeside(const std::string& szPath);
+
 // An empty file with a journal beside it that is not: the pages are gone, and SQLite would delete the
 // journal.
 bool LostItsPages(const std::string& szPath);

@@ -208,6 +208,10 @@ void Registry::CloseStore() {
   bRootsKnown = false;
 }
 
+std::optional<std::string> Registry::LastGoodText(const std::string&, const std::string&) {
+  return {};
+}
+
 // The key, and the one above it where nothing else is there. Not further up: other stores lie beside it.
 void Registry::RemoveOwnStore() {
   constexpr std::string_view szRoot = "HKEY_CURRENT_USER\\";

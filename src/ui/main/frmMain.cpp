@@ -4,7 +4,6 @@
 #include <wx/panel.h>
 #include <wx/sizer.h>
 
-#include "base/Text.h"
 #include "persistence/modAddress.h"
 #include "platform/MsgBox.h"
 #include "platform/Terminal.h"
@@ -66,9 +65,9 @@ frmMain::frmMain(ProgramExit aExit)
 frmMain::~frmMain() = default;
 
 void frmMain::Form_Load() {
-  std::vector<std::string> aDropped;
-  modAddress::LoadRebuilt(false, false, aDropped);
-  if (!aDropped.empty()) MsgBox(FillResString(IDS_CLI_REGISTRY_DROPPED, {Text::Joined(aDropped, ", ")}));
+  modAddress::Mismatches aFound;
+  modAddress::LoadRebuilt(false, false, aFound);
+  if (const auto szSaid = aFound.Said(); !szSaid.empty()) MsgBox(szSaid);
   frmMain::Display_lvwMainEx(0);
   Check_MnuView();
   for (const int iPanel : {1, 2, 3})

@@ -87,8 +87,11 @@ TEST_F(Kept, RegistryFilesWithTooManyOrUselessSitesAreNotTakenInSilence) {
   EXPECT_THAT(aLook.szErrors,
               HasSubstr("the list does not lead to them, as after damage to the store: good.invalid."));
   const Result aTurned = Run({"import", "--add", aHome.Path("list.kvd")});
-  EXPECT_EQ(aTurned.iCode, 2);
-  EXPECT_THAT(aTurned.szErrors, HasSubstr("left out: good.invalid"));
+  EXPECT_EQ(aTurned.iCode, 0);
+  EXPECT_THAT(aTurned.szErrors, HasSubstr("put back from the last good copy: good.invalid."));
+  const Result aMended = Run({"list"});
+  EXPECT_EQ(aMended.szErrors, "");
+  EXPECT_THAT(aMended.szOutput, AllOf(HasSubstr("/good.invalid"), Not(HasSubstr("gooe.invalid"))));
 }
 
 TEST_F(Kept, AnImportThatDoesNotFitIsNone) {
@@ -232,21 +235,28 @@ TEST_F(Kept, ResultsThatTheLockedStoreDoesNotTakeAreTriedAgainAndSaid) {
   EXPECT_THAT(Run({"list"}).szOutput, Not(HasSubstr("unknown")));
 }
 
-TEST_F(Kept, AStoreDeletedUnderAWatchIsWrittenAnewFromMemory) {
+TEST_F(Kept, AStoreDeletedUnderAWatchComesBackAndThatIsSaid) {
   ImportList(ListOf({aServer.Site("/a"), aServer.Site("/b")}));
   Stored::Put(ProductKeys::szManager, "Name", "the operator's own");
-  Registry::CloseStore();
-  ChildProcess aWatch(ChildProcess::BuiltProgram("hurried-watch"), {});
-  ASSERT_TRUE(aServer.WaitForRequests(4));
-  RemoveStore();
-  const Stopwatch aPatience;
-  while (aWatch.Errors().find("stored anew") == std::string::npos && aPatience.Seconds() < dMostSeconds)
-    aWatch.Wait(0.01);
-  EXPECT_THAT(aWatch.Errors(), HasSubstr("List and settings have been stored anew"));
-  aWatch.Interrupt();
-  EXPECT_EQ(aWatch.Wait(dMostSeconds), 0);
-  EXPECT_THAT(Run({"list"}).szOutput, AllOf(HasSubstr("/a"), HasSubstr("/b")));
-  EXPECT_EQ(Stored::Get(ProductKeys::szManager, "Name"), "the operator's own");
+  for (const bool bCopyToo : {true, false}) {
+    const std::string szSaid =
+        bCopyToo ? "List and settings have been stored anew" : "was missing. It has been put together again";
+    Registry::CloseStore();
+    const auto lSeen = aServer.Count();
+    ChildProcess aWatch(ChildProcess::BuiltProgram("hurried-watch"), {});
+    ASSERT_TRUE(aServer.WaitForRequests(lSeen + 4));
+    const auto szCopy = aHome.Read("registry.db.good");
+    RemoveStore();
+    if (!bCopyToo) aHome.Write("registry.db.good", szCopy);
+    const Stopwatch aPatience;
+    while (aWatch.Errors().find(szSaid) == std::string::npos && aPatience.Seconds() < dMostSeconds)
+      aWatch.Wait(0.01);
+    EXPECT_THAT(aWatch.Errors(), HasSubstr(szSaid));
+    aWatch.Interrupt();
+    EXPECT_EQ(aWatch.Wait(dMostSeconds), 0);
+    EXPECT_THAT(Run({"list"}).szOutput, AllOf(HasSubstr("/a"), HasSubstr("/b")));
+    EXPECT_EQ(Stored::Get(ProductKeys::szManager, "Name"), "the operator's own");
+  }
 }
 
 TEST_F(Kept, IgnoredSignalsStayIgnoredAndAClosedOutputEndsTheProgram) {
