@@ -43,7 +43,8 @@ bool OpenToLook();
 // The store was damaged and something may be missing in it: the exit code is 2 then, whatever else was done.
 bool ListMayBeIncomplete();
 // Renumbers the sites and loads them. Keys that turn out to be no sites are deleted by that; they are named,
-// and the exit code is 2; sites that came back from the last good copy are named too. False when the list cannot be loaded.
+// and the exit code is 2; sites that came back from the last good copy are named too. False when the list
+// cannot be loaded.
 bool LoadRebuilt(bool bKeepResults);
 // Opens the store to look and loads settings and sites as they are, for commands that only look. Sites that
 // the list does not lead to are named, and the exit code is 2.

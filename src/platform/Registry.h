@@ -123,8 +123,9 @@ void CloseStore();
 // delete: on Windows its key. Never the registry proper. For what made the store: the demonstration, a test.
 void RemoveOwnStore();
 
-// The text that stood under that name of a key in HKEY_LOCAL_MACHINE when the last good copy was made: for who
-// finds that the store holds what cannot be. Nothing where the copy has none; there is no copy on Windows.
+// The text that stood under that name of a key in HKEY_LOCAL_MACHINE when the last good copy was made: for
+// who finds that the store holds what cannot be. Nothing where the copy has none; there is no copy on
+// Windows.
 std::optional<std::string> LastGoodText(const std::string& szPath, const std::string& szName);
 
 // Lets every account of this machine read and write the product's key, which is made where it is missing, and
