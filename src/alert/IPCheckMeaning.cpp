@@ -3,9 +3,9 @@
 #include <array>
 #include <cstddef>
 
-namespace {
+#include "platform/Inet.h"
 
-constexpr std::int32_t lNameUnknown = 6;  // as the client numbers it
+namespace {
 
 // What became of the request by name. A status of any kind, and even a broken answer, means that a machine
 // lives there.
@@ -31,10 +31,10 @@ bool IsBroken(const RequestFacts& aRequest) {
 }  // namespace
 
 StringId IPCheckMeaning::Of(const RequestFacts& aByName, const RequestFacts& aByIP) {
-  const ByName iByName = IsStatus(aByName)                      ? NameStatus
-                         : IsBroken(aByName)                    ? NameBroken
-                         : aByName.lErrorNumber == lNameUnknown ? NameUnknown
-                                                                : NameSilent;
+  const ByName iByName = IsStatus(aByName)                            ? NameStatus
+                         : IsBroken(aByName)                          ? NameBroken
+                         : aByName.lErrorNumber == Inet::lNameUnknown ? NameUnknown
+                                                                      : NameSilent;
   const ByIP iByIP = aByIP.szCode.empty() ? IPGood
                      : IsStatus(aByIP)    ? IPStatus
                      : IsBroken(aByIP)    ? IPBroken

@@ -7,6 +7,7 @@
 #include "history/LogWords.h"
 #include "log/LogGrammar.h"
 #include "log/ResultText.h"
+#include "platform/Inet.h"
 
 namespace {
 
@@ -17,14 +18,14 @@ bool IsWatched(SiteState iState) {
 }
 
 const std::string& NameUnknown() {
-  static const auto szBegin = ResultText::ErrorBegin(ResultText::lNameUnknown);
+  static const auto szBegin = ResultText::ErrorBegin(Inet::lNameUnknown);
   return szBegin;
 }
 
 // By name and by IP address where both were asked.
 bool WasMissed(std::string_view szStatus) {
   static const std::string szTimedOut = LoadResString(IDS_RESULT_TIMED_OUT);
-  static const auto szNoConnection = ResultText::ErrorBegin(ResultText::lNoConnection);
+  static const auto szNoConnection = ResultText::ErrorBegin(Inet::lNoConnection);
   if (const auto szSecond = LogGrammar::SecondOfNumbered(szStatus); !szSecond.empty())
     return WasMissed(LogGrammar::FirstOfNumbered(szStatus)) && WasMissed(szSecond);
   return szStatus == szTimedOut || szStatus.starts_with(NameUnknown()) ||

@@ -10,6 +10,7 @@
 #include "history/LogTables.h"
 #include "log/LogGrammar.h"
 #include "log/ResultText.h"
+#include "platform/Inet.h"
 
 namespace {
 
@@ -351,7 +352,7 @@ std::string LogWords::PlainField(std::string_view szField) {
 
 std::string LogWords::Answer(std::string_view szStatusText) {
   using namespace LogGrammar;
-  static const auto szNameUnknown = ResultText::ErrorBegin(ResultText::lNameUnknown);
+  static const auto szNameUnknown = ResultText::ErrorBegin(Inet::lNameUnknown);
   const auto szByName = FirstOfNumbered(szStatusText);
   const bool bRepeated = szByName.size() < szStatusText.size() && szByName.starts_with(szNameUnknown) &&
                          szStatusText == Numbered(szByName, szByName);

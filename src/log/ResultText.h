@@ -40,7 +40,6 @@ class ResultText {
   static ResultText Error(std::int32_t lError, std::string_view szInfo);
   // With which the result begins that names this error.
   static std::string ErrorBegin(std::int32_t lError);
-  static constexpr std::int32_t lNameUnknown = 6, lNoConnection = 7;  // libcurl's numbers, which logs hold
 
   // Every listed text as a result.
   static std::vector<ResultText> All();

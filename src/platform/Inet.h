@@ -38,6 +38,10 @@ class Inet {
     Error,
     ResponseCompleted
   };
+  // Of the error numbers, which are libcurl's on every system, those that others tell apart: no such name,
+  // and nobody listens or no way leads there.
+  static constexpr std::int32_t lNameUnknown = 6, lNoConnection = 7;
+
   std::function<void(std::int16_t)> StateChanged;
 
   // The limit for the whole request in seconds (1 at least, 60 unless set), used by the next Execute. A
