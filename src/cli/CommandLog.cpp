@@ -19,6 +19,7 @@
 #include "history/LogPeriod.h"
 #include "history/LogSummary.h"
 #include "history/LogSummaryText.h"
+#include "history/LogTextTable.h"
 #include "history/LogWords.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
@@ -188,6 +189,10 @@ std::string Compare(const LogArguments& a, const LogHistory& aHistory, const std
   return LogViews::Compare(a, aHistory, aSummary, aComparison);
 }
 
+std::string WithoutLineEnd(const std::string& szLines) {
+  return szLines.substr(0, szLines.size() - 1);
+}
+
 // What goes to the terminal, if anything is asked for or no file is.
 void Show(const LogArguments& a, const LogHistory& aHistory, const LogSummary& aSummary,
           const std::vector<bool>& aWanted) {
@@ -201,11 +206,11 @@ void Show(const LogArguments& a, const LogHistory& aHistory, const LogSummary& a
   } else if (a.bSummary) {
     Report::Say(LogSummaryText::Compose(aSummary, Clock::Now(), lColumns));
     const auto szBudget = LogPassTable::Budget(LogPasses::Lengths(aHistory));
-    if (!szBudget.empty()) Report::Say(szBudget);
+    if (!szBudget.empty()) Report::Say(WithoutLineEnd(LogTextTable::Lines(szBudget, lColumns)));
   } else if (a.bOutages) {
     const auto szTable = LogSummaryText::Outages(aSummary, LogTables::Runs::Outages, lColumns);
     Report::Say(szTable.empty() ? std::string(LoadResString(IDS_CLI_LOG_NO_OUTAGES))
-                                : szTable.substr(0, szTable.size() - 1));
+                                : WithoutLineEnd(szTable));
   }
   const bool bAnyFile = !a.szHtml.empty() || !a.szCsv.empty();
   if (a.bFailures || (!bSummary && !LogViews::Any(a) && (a.bJson || !bAnyFile)))

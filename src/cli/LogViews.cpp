@@ -8,6 +8,7 @@
 #include "base/Utf8.h"
 #include "cli/Report.h"
 #include "history/LogHours.h"
+#include "history/LogTextTable.h"
 #include "history/LogWords.h"
 #include "platform/Terminal.h"
 
@@ -135,11 +136,11 @@ Json JsonOf(const WhatIf& aWhatIf) {
 
 // Sentences, an empty line, the table.
 void SayView(StringId iTitle, const std::vector<std::string>& aWords, const std::string& szTable,
-             StringId iNote) {
+             StringId iNote, std::size_t lColumns) {
   auto szText = LoadResString(iTitle) + "\n";
   for (const auto& szSentence : aWords)
-    szText += Utf8::Clean(szSentence) + "\n";
-  if (!szTable.empty()) szText += "\n" + szTable + "\n" + LoadResString(iNote) + "\n";
+    szText += LogTextTable::Lines(Utf8::Clean(szSentence), lColumns);
+  if (!szTable.empty()) szText += "\n" + szTable + "\n" + LogTextTable::Lines(LoadResString(iNote), lColumns);
   Report::Say(szText);
 }
 
@@ -200,13 +201,16 @@ void LogViews::Say() const {
     return;
   }
   const auto lColumns = static_cast<std::size_t>(std::max(0, Terminal::Columns()));
-  if (aPasses) SayView(IDS_LOG_PASSES, aPasses->Words(), aPasses->Text(lColumns), IDS_LOG_PASSES_NOTE);
-  if (aPace) SayView(IDS_LOG_PACE, aPace->Words(), aPace->Text(lColumns), IDS_LOG_PACE_NOTE);
-  if (aPeriods) SayView(IDS_LOG_PERIODS, aPeriods->Words(), aPeriods->Text(lColumns), IDS_LOG_PERIODS_NOTE);
-  if (aWhatIf) SayView(IDS_WHAT_IF, aWhatIf->Words(), aWhatIf->Text(lColumns), IDS_WHAT_IF_NOTE);
+  if (aPasses)
+    SayView(IDS_LOG_PASSES, aPasses->Words(), aPasses->Text(lColumns), IDS_LOG_PASSES_NOTE, lColumns);
+  if (aPace) SayView(IDS_LOG_PACE, aPace->Words(), aPace->Text(lColumns), IDS_LOG_PACE_NOTE, lColumns);
+  if (aPeriods)
+    SayView(IDS_LOG_PERIODS, aPeriods->Words(), aPeriods->Text(lColumns), IDS_LOG_PERIODS_NOTE, lColumns);
+  if (aWhatIf) SayView(IDS_WHAT_IF, aWhatIf->Words(), aWhatIf->Text(lColumns), IDS_WHAT_IF_NOTE, lColumns);
   if (a.bWhen) {
     const auto aReport = LogHours::Of(aHistory, aSummary);
-    SayView(IDS_LOG_WHEN, {LogHours::Words(aReport)}, LogHours::Text(aReport), IDS_LOG_WHEN_TEXT_NOTE);
+    SayView(IDS_LOG_WHEN, {LogHours::Words(aReport)}, LogHours::Text(aReport, lColumns),
+            IDS_LOG_WHEN_TEXT_NOTE, lColumns);
   }
 }
 

@@ -128,19 +128,24 @@ char LogHours::Sign(const HourFigures& aCell) {
   return aCell.lBegun > 9 ? '+' : static_cast<char>('0' + aCell.lBegun);
 }
 
-std::string LogHours::Text(const HourReport& aReport) {
-  constexpr std::size_t lNames = 10;
-  const auto Row = [](std::string szName, const auto& Cell) {
-    szName.resize(lNames, ' ');
-    for (std::size_t lHour = 0; lHour < lHours; ++lHour)
-      szName += Cell(lHour) + (lHour % 6 == 5 ? "  " : " ");
-    return szName.substr(0, szName.find_last_not_of(' ') + 1) + "\n";
+std::string LogHours::Text(const HourReport& aReport, std::size_t lColumns) {
+  constexpr std::size_t lNames = 8, lPart = 6;  // a quarter of a day stands apart, where there is room
+  const auto Fits = [&](std::size_t lWidth) { return lColumns == 0 || lWidth <= lColumns; };
+  const bool bParts = Fits(lNames + 3 * lHours + lHours / lPart);
+  const bool bEach = bParts || Fits(lNames + 3 * lHours);  // else only each third hour is named
+  const auto Row = [&](std::string szRow, const auto& Cell) {
+    for (std::size_t lHour = 0; lHour < lHours; ++lHour) {
+      const auto szCell = Cell(lHour);
+      const auto lEnd = lNames + (lHour + 1) * (bEach ? 3 : 2) + (bParts ? lHour / lPart + 1 : 0);
+      szRow.resize(lEnd - szCell.size(), ' ');
+      szRow += szCell;
+    }
+    return szRow.substr(0, szRow.find_last_not_of(' ') + 1) + "\n";
   };
-  const auto Hour = [](std::size_t lHour) { return (lHour < 10 ? " " : "") + std::to_string(lHour); };
-  auto szText = Row("", Hour);
+  auto szText = Row(
+      "", [&](std::size_t lHour) { return bEach || lHour % 3 == 0 ? std::to_string(lHour) : std::string(); });
   for (std::size_t lDay = 0; lDay <= lDays; ++lDay)
-    szText += Row(DayName(lDay), [&](std::size_t lHour) {
-      return std::string{' ', Sign(aReport.Row(lDay)[lHour])};
-    });
+    szText +=
+        Row(DayName(lDay), [&](std::size_t lHour) { return std::string{Sign(aReport.Row(lDay)[lHour])}; });
   return szText;
 }

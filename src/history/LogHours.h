@@ -42,6 +42,6 @@ std::string CellWords(const HourReport& aReport, std::size_t lDay, std::size_t l
 std::string DayName(std::size_t lDay);
 // "3", "+" beyond 9, "." where nothing failed, " " where nobody watched.
 char Sign(const HourFigures& aCell);
-// As lines ended by "\n", with the hours above.
-std::string Text(const HourReport& aReport);
+// As lines ended by "\n", with the hours above, closer together where lColumns (0: any width) ask for it.
+std::string Text(const HourReport& aReport, std::size_t lColumns = 0);
 }  // namespace LogHours

@@ -10,7 +10,7 @@
 namespace {
 
 // Names in a column of their own; a second line of a fact stands below its first.
-std::string Facts(const LogSummary& aSummary) {
+std::string Facts(const LogSummary& aSummary, std::size_t lColumns) {
   std::string szOut;
   const auto aFacts = LogFacts::Of(aSummary);
   std::size_t lNames = 0;
@@ -20,7 +20,7 @@ std::string Facts(const LogSummary& aSummary) {
     auto szName = LoadResString(aFact.iName) + ":";
     for (const auto& szLine : aFact.aLines) {
       szName.resize(szName.size() + lNames + 2 - Utf8::Width(szName), ' ');
-      szOut += szName + szLine + "\n";
+      szOut += LogTextTable::Lines(szName + szLine, lColumns, lNames + 2);
       szName.clear();
     }
   }
@@ -72,10 +72,10 @@ std::string LogSummaryText::Outages(const LogSummary& aSummary, LogTables::Runs 
 }
 
 std::string LogSummaryText::Compose(const LogSummary& aSummary, DateTime dtNow, std::size_t lColumns) {
-  auto szOut = LogWords::Headline(aSummary, dtNow) + "\n";
+  auto szOut = LogTextTable::Lines(LogWords::Headline(aSummary, dtNow), lColumns);
   for (const auto& szSentence : LogWords::Lead(aSummary, dtNow))
-    szOut += szSentence + "\n";
-  szOut += "\n" + Facts(aSummary);
+    szOut += LogTextTable::Lines(szSentence, lColumns);
+  szOut += "\n" + Facts(aSummary, lColumns);
   for (const auto& szTable :
        {Sites(aSummary, lColumns), Outages(aSummary, LogTables::Runs::Outages, lColumns)})
     if (!szTable.empty()) szOut += "\n" + szTable;

@@ -14,7 +14,7 @@ using LogTextTable::Row;
 
 constexpr std::size_t lWidestName = 60, lNarrowestName = 20;
 constexpr std::size_t lEasyWidth = 26;      // of a text broken into lines: a day and a time
-constexpr std::size_t lNarrowestText = 12;  // what a text is broken down to where nothing else helps
+constexpr std::size_t lNarrowestText = 10;  // what a text is broken down to where nothing else helps
 
 // As wide as their widest cell.
 std::vector<std::size_t> Widths(const std::vector<Row>& aRows) {
@@ -103,4 +103,15 @@ std::string LogTextTable::Fit(const std::vector<Row>& aWhole, std::vector<std::s
       if (lSpare > lGone) --lSpare;
     lName = lWidestName + 4;
   }
+}
+
+std::string LogTextTable::Lines(std::string_view szText, std::size_t lColumns, std::size_t lIndent) {
+  if (lColumns == 0) return std::string(szText) + "\n";
+  std::string szOut(NextLine(szText, lColumns));
+  szOut += "\n";
+  while (!szText.empty())
+    szOut.append(lIndent, ' ')
+        .append(NextLine(szText, std::max(lColumns, lIndent + 1) - lIndent))
+        .append("\n");
+  return szOut;
 }

@@ -296,6 +296,7 @@ TEST(LogSummary, FitsTheTerminal) {
     const auto szTable = LogSummaryText::Sites(aSummary, lColumns);
     ExpectFits(szTable, lColumns);
     EXPECT_TRUE(std::regex_search(szTable, std::regex("\nwww.ex[^\n]*[.]{3}[^\n]*x/end  Up"))) << szTable;
+    ExpectFits(LogSummaryText::Compose(aSummary, AddMinutes(aSummary.dtLastCheck, 600), lColumns), lColumns);
   }
 }
 
@@ -314,7 +315,7 @@ TEST(LogSummary, WhatBecameOfTheMailsIsToldInTheTerminalsWidth) {
   const auto aSummary = Of(aScript.szText);
   const auto szWide = LogSummaryText::Outages(aSummary, LogTables::Runs::Outages, 0);
   EXPECT_EQ(std::ranges::count(szWide, '\n'), 2);
-  for (const std::size_t lColumns : {80U, 120U}) {
+  for (const std::size_t lColumns : {60U, 80U, 120U}) {
     const auto szTable = LogSummaryText::Outages(aSummary, LogTables::Runs::Outages, lColumns);
     ExpectFits(szTable, lColumns);
     EXPECT_EQ(Occurrences(szTable, "could"), lRefused);

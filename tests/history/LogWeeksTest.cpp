@@ -244,6 +244,8 @@ TEST(LogHours, CountsWhereFailuresBeginNotHowLongTheyLast) {
   const auto szText = LogHours::Text(aReport);
   EXPECT_NE(szText.find("\nSun        .  .  2  .  .  ."), std::string::npos) << szText;
   EXPECT_NE(szText.find("\nAll days   .  .  +  .  .  ."), std::string::npos) << szText;
+  EXPECT_NE(LogHours::Text(aReport, 80).find("\nAll days  .  .  +  .  .  ."), std::string::npos);
+  EXPECT_NE(LogHours::Text(aReport, 60).find("\nAll days . . + . . ."), std::string::npos);
 }
 
 TEST(LogCompare, SetsTwoPeriodsSideBySideWithoutWhatNobodyWatched) {
