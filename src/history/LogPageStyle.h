@@ -75,6 +75,7 @@ tr.down td.state,tr.warning td.state,.entries .down td:nth-child(2),.entries .wa
 .Emphasis{font-weight:600;font-style:italic}
 .defs{position:absolute}
 footer{margin-top:2.5rem;border-top:1px solid var(--line);padding-top:.6rem}
+@media screen{.sites thead th{white-space:normal;overflow-wrap:normal}.sites th.site,.outages th.site{min-width:15rem}.outages td:nth-child(6){white-space:normal;min-width:13rem}}
 @media (max-width:40rem){body{padding:1rem .8rem 2rem}h1{font-size:1.45rem}dl{grid-template-columns:1fr;gap:.1rem}
 dd{margin-bottom:.5rem}.strips{grid-template-columns:1fr;gap:.15rem}.strips .name{margin-top:.5rem}.axis{grid-column:1}
 table{font-size:.9rem}
@@ -88,6 +89,7 @@ text-align:right;white-space:normal}
 .sites td::before,.outages td::before{content:attr(data-name);color:var(--soft);text-align:left;flex:none;max-width:45%;margin-right:auto;padding-right:.6rem}
 .part{min-width:0}.entries tr{padding:.3rem 0;border-bottom:1px solid var(--line)}.entries td{padding:.05rem 0;border:0}
 .entries td:nth-child(1),.entries td:nth-child(2){display:inline-block;margin-right:.8rem}.entries td:nth-child(2){padding-left:1.4rem}
+.axis span:last-child{transform:translateX(-100%);padding:0 .25rem 0 0;border-width:0 1px 0 0;border-right-style:solid}
 .entries td:nth-child(2)::before{top:.25rem}.entries td:nth-child(5){display:none}.entries td:nth-child(6){padding-left:0}}
 @media print,(max-width:60rem){.axis span:nth-child(even){display:none}}
 @media print{:root{color-scheme:light;--paper:#fff;--ink:#000;--soft:#444;--line:#bbb;--band:#f2f2f2;
