@@ -201,7 +201,8 @@ bool frmLogView::OpenLogs(const std::vector<std::string>& aPaths) {
   aLaterLogs = LaterLogs();
   pixEntries->Open(pNew.get());  // lets go of the old one
   pHistory = std::move(pNew);
-  bSummaryShown = bOverdueTold = bDueKnown = false;
+  bSummaryShown = bDueKnown = false;
+  szOverdueTold.clear();
   // Of what is over, or of many logs, one wants to know first how it went.
   if (aPaths.size() > 1 || Files::FolderExists(aPaths.front()) ||
       (OverdueNow() && !pHistory->Lines().empty()))
@@ -225,7 +226,8 @@ void frmLogView::ReadAgain() {
   if (!pNew) return;
   pixEntries->Follow(pNew.get());
   pHistory = std::move(pNew);
-  bSummaryShown = bOverdueTold = bDueKnown = false;
+  bSummaryShown = bDueKnown = false;
+  szOverdueTold.clear();
   ShowSummary();
   ShowCounts();
   ShowNotice();
@@ -293,15 +295,18 @@ bool frmLogView::OverdueNow() {
 
 // A monitor that is gone, or a disk that is full, leaves a log that looks well and does not grow.
 void frmLogView::ShowOverdue() {
-  const bool bOverdue = OverdueNow() && dtNextDue > 0;
-  if (bOverdue == bOverdueTold) return;
-  bOverdueTold = bOverdue;
-  if (!bOverdue)
+  std::string szNow;
+  if (OverdueNow() && dtNextDue > 0)
+    szNow = FillResString(IDS_VIEW_OVERDUE,
+                          {LogWords::Moment(dtLast), LogWords::Length(SecondsBetween(dtLast, Clock::Now()))});
+  if (szNow == szOverdueTold) return;
+  const bool bRenewed = !szNow.empty() && !szOverdueTold.empty();
+  const bool bStillThere = pNotice->IsShown() && szNotice == szOverdueTold;
+  szOverdueTold = szNow;
+  if (szNow.empty())
     ShowNotice();
-  else
-    Tell(FillResString(IDS_VIEW_OVERDUE,
-                       {LogWords::Moment(dtLast), LogWords::Length(SecondsBetween(dtLast, Clock::Now()))}),
-         true);
+  else if (!bRenewed || bStillThere)  // one that was closed stays closed when only the age is another
+    Tell(szNow, true);
 }
 
 // A log that is followed ends when its day or week does; its story goes on in the next file.
@@ -415,8 +420,12 @@ wxString frmLogView::FittedNotice() {
   wxClientDC aDC(this);
   aDC.SetFont(GetFont());
   const int lRoom = GetMinSize().x - 13 * GetCharHeight();  // beside its button
-  if (const auto lCut = szShown.rfind(": "); lCut != wxString::npos && aDC.GetTextExtent(szShown).x > lRoom)
-    szShown.replace(lCut + 1, 1, "\n");
+  if (const auto lCut = szShown.rfind(": "); lCut != wxString::npos && aDC.GetTextExtent(szShown).x > lRoom) {
+    // What stands on its own line now is broken no further: Windows may do so after its first word.
+    wxString szLower = szShown.Mid(lCut + 2);
+    szLower.Replace(" ", wxString(wxUniChar(0xA0)));
+    szShown = szShown.Left(lCut + 1) + "\n" + szLower;
+  }
   return wxControl::EscapeMnemonics(
       wxControl::Ellipsize(szShown, aDC, wxELLIPSIZE_MIDDLE, lRoom, wxELLIPSIZE_FLAGS_NONE));
 }

@@ -144,7 +144,7 @@ class frmLogView : public wxFrame {
   // grows.
   DateTime dtLast = 0, dtNextDue = 0;
   bool bDueKnown = false;
-  bool bOverdueTold = false;  // the notice shown is about that
+  std::string szOverdueTold;  // the notice that was last shown about it; empty: none
   bool bFollow = true;
   std::vector<MorePage*> aMore;         // behind the first three
   std::set<const MorePage*> aUpToDate;  // those that show what is of pSummary

@@ -224,7 +224,11 @@ bool frmLogView::RunViewCommand(Command iCommand) {
 
 // What concerns the list of entries brings it to the front.
 void frmLogView::RunEntriesCommand(Command iCommand) {
+  const bool bFailure = iCommand == Command::mE_NextFailure || iCommand == Command::mE_PreviousFailure;
+  const bool bTurned = tabPages->GetSelection() != 0;
   tabPages->SetSelection(0);
+  // The keys that come next are for the row that is found: to mark on from there.
+  if (bFailure || bTurned) pixEntries->lvwEntries->TakeFocus();
   switch (iCommand) {
     case Command::mE_Find:
       pixEntries->ShowFindBar();
