@@ -1,8 +1,8 @@
 #include "ui/logview/SummaryPage.h"
 
+#include <wx/generic/statbmpg.h>
 #include <wx/sizer.h>
 #include <wx/splitter.h>
-#include <wx/statbmp.h>
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
 
@@ -50,8 +50,9 @@ const char* SampleOf(SiteColumn iColumn) {
 }  // namespace
 
 SummaryPage::SummaryPage(wxWindow* pParent) : wxPanel(pParent) {
-  imgLight = new wxStaticBitmap(this, wxID_ANY,
-                                Images::Bundle("Blank", ToDIP(WindowScale::FromTwips(*this, lLightTwips))));
+  // The native one has a ground of its own on Windows, which is not the page's.
+  imgLight = new wxGenericStaticBitmap(
+      this, wxID_ANY, Images::Bundle("Blank", ToDIP(WindowScale::FromTwips(*this, lLightTwips))));
   lblHeadline = new wxStaticText(this, wxID_ANY, "");
   lblHeadline->SetFont(GetFont().Bold().Scaled(1.5f));
   pSplitter = new wxSplitterWindow(this, wxID_ANY, wxDefaultPosition, FromDIP(wxSize(400, 500)),

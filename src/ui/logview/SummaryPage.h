@@ -15,7 +15,7 @@
 class StripView;
 class VirtualTable;
 class wxSplitterWindow;
-class wxStaticBitmap;
+class wxGenericStaticBitmap;
 class wxStaticText;
 class wxTextCtrl;
 
@@ -61,7 +61,7 @@ class SummaryPage : public wxPanel {
   std::vector<LogTables::SiteColumn> aColumns;
   std::string szToldAge;
   int lWrappedAt = 0;  // width of the page for which the headline is broken
-  wxStaticBitmap* imgLight;
+  wxGenericStaticBitmap* imgLight;
   wxSplitterWindow* pSplitter;
   bool bSashChosen = false;  // by the user
 };
