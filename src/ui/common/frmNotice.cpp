@@ -1,6 +1,5 @@
 #include "ui/common/frmNotice.h"
 
-#include <wx/artprov.h>
 #include <wx/button.h>
 #include <wx/sizer.h>
 #include <wx/statbmp.h>
@@ -26,8 +25,7 @@ frmNotice::frmNotice(wxWindow* pOwner, const std::string& szText, std::function<
   auto* cmdOK = new wxButton(this, wxID_ANY, ResText(IDS_OK));
   auto* pRow = new wxBoxSizer(wxHORIZONTAL);
   if (BoxLook::bPictured)
-    pRow->Add(new wxStaticBitmap(this, wxID_ANY,
-                                 wxArtProvider::GetBitmapBundle(wxART_INFORMATION, wxART_MESSAGE_BOX)),
+    pRow->Add(new wxStaticBitmap(this, wxID_ANY, BoxLook::Picture()),
               wxSizerFlags().Border(wxRIGHT, FromDIP(14)));
   pRow->Add(pText, wxSizerFlags(1).CentreVertical());
   auto* pColumn = new wxBoxSizer(wxVERTICAL);
