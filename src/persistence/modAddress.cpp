@@ -52,11 +52,12 @@ std::int32_t WriteSite(std::int32_t n, bool bIsNew) {
   const bool bByThePass = !aChanged || std::all_of(aFields.begin(), aFields.end(), IsResult);
   Registry::Transaction aOneCommit(bByThePass ? Registry::Written::ByThePass
                                               : Registry::Written::ByTheOperator);
+  std::int32_t lWritten = 0;
   if (bIsNew) {
-    SiteIndex::Write(n, szKeyName);
+    lWritten = SiteIndex::Write(n, szKeyName);
     SiteKey::Create(szKeyName);
   }
-  const auto lWritten = SiteKey::Write(szKeyName, aFields);
+  if (lWritten == 0) lWritten = SiteKey::Write(szKeyName, aFields);
   if (lWritten != 0) aOneCommit.Abandon();  // half a record would be believed
   const auto lCommitted = aOneCommit.Commit();
   const auto lCode = lWritten != 0 ? lWritten : lCommitted;

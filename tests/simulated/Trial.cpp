@@ -152,7 +152,7 @@ bool Trial::Boot(bool bKeep) {
 
 void Trial::Watch() {
   for (int i = aRandom.Between(1, 120); i > 0 && !ThisMachine().Dead() && !bTrouble && !pDesk->bExited; --i) {
-    if (aRandom.Chance(0.3)) Operate();
+    if (aRandom.Chance(aBook.aList.OwesAny() ? 0.8 : 0.3)) Operate();
     if (ThisMachine().Dead() || bTrouble || pDesk->bExited) return;
     Where().szStep = "waiting for a pass";
     WaitForPass();
@@ -241,7 +241,7 @@ void Trial::Command() {
   // Where single writes fail, hardly a long command gets as far as its commit.
   if (aRandom.Chance(0.05)) aMachine.aTroubles = {.lStoreRead = 10, .lStoreWrite = 30, .lStoreCommit = 300};
   if (aRandom.Chance(0.03)) aMachine.aTroubles = {.lStoreCommit = 500};
-  if (aRandom.Chance(0.06)) aMachine.aTroubles = {.lStoreRead = 4};  // a command that sees it gives up
+  if (aRandom.Chance(0.15)) aMachine.aTroubles = {.lStoreRead = 4};  // a command that sees it gives up
   // What is owed must outlive a list that is read back.
   switch (aBook.aList.OwesAny() && aRandom.Chance(0.5) ? aRandom.Between(2, 3) : aRandom.Below(8)) {
     case 0:
