@@ -29,8 +29,9 @@ PaintedView::PaintedView(wxWindow* pParent, const wxSize& aSize, const wxString&
     else if (GetToolTipText() != szTip)
       SetToolTip(szTip);
   });
+  // The click may turn to another page, and the keys go along: on Windows what is skipped takes them back.
   Bind(wxEVT_LEFT_DOWN, [this](wxMouseEvent& aEvent) {
-    aEvent.Skip();
+    SetFocus();
     OnClick(aEvent.GetPosition());
   });
   Bind(wxEVT_KEY_DOWN, [this](wxKeyEvent& aEvent) {
