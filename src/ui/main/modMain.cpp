@@ -28,6 +28,7 @@
 #include "ui/main/frmWelcome.h"
 #include "ui/main/modSysTray.h"
 #include "ui/system/Menus.h"
+#include "ui/system/SystemBox.h"
 
 namespace {
 
@@ -184,14 +185,14 @@ void modMain::RequestExit() {
     CloseSplash();
   }
   Menus::CloseOpen();
-  // Innermost first. A box of the toolkit's own cannot be ended from here; it is brought forward and waited
+  // Innermost first. A box of the system's own that cannot be ended from here is brought forward and waited
   // for.
   if (pModals) {
     const std::vector<wxDialog*> aOpen = pModals->Open();
     for (auto i = aOpen.rbegin(); i != aOpen.rend(); ++i) {
       if ((*i)->IsModal())
         (*i)->EndModal(wxID_CANCEL);
-      else
+      else if (!SystemBox::Dismiss(**i))
         (*i)->Raise();
     }
   }

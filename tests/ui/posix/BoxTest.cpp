@@ -1,4 +1,4 @@
-// How large GTK's own message boxes come out. On Windows the system breaks their lines.
+// GTK's own message boxes: how large they come out, and how they end. Windows' are its own affair.
 #include <gtest/gtest.h>
 #include <wx/uiaction.h>
 
@@ -6,6 +6,7 @@
 
 #include "support/ChildProcess.h"
 #include "ui/Program.h"
+#include "ui/main/modMain.h"
 
 namespace {
 
@@ -46,4 +47,22 @@ TEST(Box, IsNoWiderThanItsWindow) {
     EXPECT_LE(aBox.x, aMain.GetSize().x);
     EXPECT_EQ(aProgram.Slots(), "1*") << "Enter says No";
   }
+}
+
+// As at the end of the session, when nobody is there to answer.
+TEST(Box, EndsWithTheProgram) {
+  Program aProgram({Site("a.test")});
+  frmMain& aMain = aProgram.Main();
+  aMain.lvwMain->SelectSlot(1);
+  Settle();
+  const wxSize aBefore = ActiveSize();
+  {
+    const During aAct([&] {
+      const wxSize aActive = ActiveSize();
+      if (aActive.x > 0 && aActive != aBefore) modMain::RequestExit();
+    });
+    aProgram.Run(mE_DelAddress);
+  }
+  EXPECT_EQ(lSiteCount, 1) << "an unanswered question deletes nothing";
+  EXPECT_TRUE(Until([&] { return aProgram.Ended(); }));
 }
