@@ -1,6 +1,7 @@
 #include "simulated/ListBook.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/Text.h"
 #include "simulated/Rules.h"
@@ -264,17 +265,18 @@ void ListBook::ConcludeAfterTrouble() {
     Require(Store::HasKey(hRoot, szAddress + "\\" + aValue.Text()),
             "the index names a site that is not there");
   const bool bStatusesReset = aPlanned && bForgetful;
+  // An import that was done begins the outages of its sites anew.
+  auto aKnown = szToBefore.empty() || !aPlanned ? std::move(aSites) : std::move(*aPlanned);
+  aSites.clear();
   aPlanned.reset();
-  std::vector<BookedSite> aKept;
   for (const auto& aStored : aStore) {
-    const auto* const pKnown = Find(aSites, aStored.szKey);
-    auto& aSite = aKept.emplace_back(BookedSite{aStored.aSite, aStored});
+    const auto* const pKnown = Find(aKnown, aStored.szKey);
+    auto& aSite = aSites.emplace_back(BookedSite{aStored.aSite, aStored});
     if (pKnown == nullptr) continue;
     // A start that forgets statuses may have come that far: then the outage begins anew.
     aSite.bAlerted = pKnown->bAlerted && !(bStatusesReset && aStored.aSite.Status == iNotKnown);
     aSite.bMayRepeat = pKnown->bMayRepeat || pKnown->bOwed;
   }
-  aSites = std::move(aKept);
 }
 
 void ListBook::Saved(std::int32_t lSlot, bool bClean) {
