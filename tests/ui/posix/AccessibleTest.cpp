@@ -1,17 +1,12 @@
 // What assistive tools find when they walk from a window down to its controls.
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
-#include <wx/notebook.h>
 
 #include <functional>
 #include <memory>
 
-#include "support/LogScript.h"
+#include "ui/Accessible.h"
 #include "ui/Program.h"
-#include "ui/dialogs/frmAddress.h"
-#include "ui/dialogs/frmOptions.h"
-#include "ui/logview/LogView.h"
-#include "ui/logview/frmLogView.h"
 
 namespace {
 
@@ -58,7 +53,8 @@ std::string NameOf(AtkObject* pObject) {
   return szName ? szName : "";
 }
 
-// What takes the keyboard and would be read as nothing but its kind.
+}  // namespace
+
 Texts Nameless(const wxWindow& aWindow) {
   Texts aFound;
   Walk(Top(aWindow), [&](AtkObject* pObject) {
@@ -69,12 +65,13 @@ Texts Nameless(const wxWindow& aWindow) {
     if (atk_object_get_role(pObject) != ATK_ROLE_PAGE_TAB_LIST && Has(pObject, ATK_STATE_FOCUSABLE) &&
         Has(pObject, ATK_STATE_SHOWING) && NameOf(pObject).empty() && !bLabelled)
       aFound.push_back(atk_role_get_name(atk_object_get_role(pObject)));
+    if (Has(pObject, ATK_STATE_MANAGES_DESCENDANTS) && atk_object_get_n_accessible_children(pObject) > 0 &&
+        NameOf(Object(atk_object_ref_accessible_child(pObject, 0)).get()).empty())
+      aFound.push_back("a row");
     return !Has(pObject, ATK_STATE_MANAGES_DESCENDANTS);
   });
   return aFound;
 }
-
-}  // namespace
 
 TEST(Accessible, TheListIsReadRowByRow) {
   Object pList, pFirst;
@@ -122,33 +119,4 @@ TEST(Accessible, TheListIsReadRowByRow) {
   EXPECT_EQ(atk_object_get_n_accessible_children(pList.get()), 0);
   EXPECT_TRUE(Has(pFirst.get(), ATK_STATE_DEFUNCT));
   EXPECT_EQ(NameOf(pFirst.get()), "");
-}
-
-TEST(Accessible, EveryControlHasAName) {
-  Program aProgram({Site("a.test", 1, 1)});
-  EXPECT_EQ(Nameless(aProgram.Main()), Texts{});
-  aProgram.Run(mE_Options);
-  for (std::size_t i = 0; i < Open<frmOptions>()->tabOptions->GetPageCount(); ++i) {
-    Open<frmOptions>()->tabOptions->SetSelection(i);
-    EXPECT_EQ(Nameless(*Open<frmOptions>()), Texts{}) << "page " << i;
-  }
-  Key(WXK_ESCAPE);
-  ASSERT_TRUE(Until([] { return !Open<frmOptions>(); }));
-  aProgram.Run(mF_NewAddress);
-  EXPECT_EQ(Nameless(*Open<frmAddress>()), Texts{});
-  Key(WXK_ESCAPE);
-  ASSERT_TRUE(Until([] { return !Open<frmAddress>(); }));
-
-  aProgram.aHome.Write("D-20260105.kvl", LogScript().Start().Up("www.example.com").End().szText);
-  auto* pViewer = LogView::Start({aProgram.aHome.Path("D-20260105.kvl")});
-  ASSERT_TRUE(Until([&] { return pViewer->History() != nullptr; }));
-  for (std::size_t i = 0; i < pViewer->tabPages->GetPageCount(); ++i) {
-    pViewer->tabPages->SetSelection(i);
-    Settle();
-    EXPECT_EQ(Nameless(*pViewer), Texts{}) << pViewer->tabPages->GetPageText(i);
-    const Object pList = FindList(*pViewer);
-    EXPECT_TRUE(!pList || atk_object_get_n_accessible_children(pList.get()) == 0 ||
-                !NameOf(RowOf(pList, 0).get()).empty());
-  }
-  pViewer->Destroy();
 }

@@ -2,13 +2,9 @@
 #include <gtest/gtest.h>
 #include <wx/bookctrl.h>
 
-#include "support/LogScript.h"
+#include "ui/Accessible.h"
 #include "ui/Program.h"
 #include "ui/common/TextGlue.h"
-#include "ui/dialogs/frmAddress.h"
-#include "ui/dialogs/frmOptions.h"
-#include "ui/logview/LogView.h"
-#include "ui/logview/frmLogView.h"
 #include "ui/system/AccessibleName.h"
 
 // clang-format off (needs windows.h before it)
@@ -43,7 +39,13 @@ wxString DescriptionOf(IAccessible* pList) {
   return szFound;
 }
 
-// What takes the keyboard and would be read as nothing but its kind.
+long StateOf(IAccessible* pList, long lChild) {
+  VARIANT aState = Child(0);
+  return SUCCEEDED(pList->get_accState(Child(lChild), &aState)) ? aState.lVal : 0;
+}
+
+}  // namespace
+
 Texts Nameless(const wxWindow& aWindow) {
   Texts aFound;
   for (const wxWindow* pChild : aWindow.GetChildren()) {
@@ -56,13 +58,6 @@ Texts Nameless(const wxWindow& aWindow) {
   }
   return aFound;
 }
-
-long StateOf(IAccessible* pList, long lChild) {
-  VARIANT aState = Child(0);
-  return SUCCEEDED(pList->get_accState(Child(lChild), &aState)) ? aState.lVal : 0;
-}
-
-}  // namespace
 
 TEST(Accessible, TheListIsReadRowByRow) {
   Program aProgram({Site("a.test", 1, 3, "10.0.0.1"), Site("b.test", 0, 3)});
@@ -92,29 +87,4 @@ TEST(Accessible, TheListIsReadRowByRow) {
   EXPECT_TRUE(SUCCEEDED(pList->accLocation(&lX, &lY, &lWidth, &lHeight, Child(2))));
   EXPECT_TRUE(aList.GetScreenRect().Contains(wxRect(lX, lY, 100, lHeight)));
   pList->Release();
-}
-
-TEST(Accessible, EveryControlHasAName) {
-  Program aProgram({Site("a.test", 1, 1)});
-  EXPECT_EQ(Nameless(aProgram.Main()), Texts{});
-  aProgram.Run(mE_Options);
-  for (std::size_t i = 0; i < Open<frmOptions>()->tabOptions->GetPageCount(); ++i) {
-    Open<frmOptions>()->tabOptions->SetSelection(i);
-    EXPECT_EQ(Nameless(*Open<frmOptions>()), Texts{}) << "page " << i;
-  }
-  Key(WXK_ESCAPE);
-  ASSERT_TRUE(Until([] { return !Open<frmOptions>(); }));
-  aProgram.Run(mF_NewAddress);
-  EXPECT_EQ(Nameless(*Open<frmAddress>()), Texts{});
-  Key(WXK_ESCAPE);
-  ASSERT_TRUE(Until([] { return !Open<frmAddress>(); }));
-  aProgram.aHome.Write("D-20260105.kvl", LogScript().Start().Up("www.example.com").End().szText);
-  auto* pViewer = LogView::Start({aProgram.aHome.Path("D-20260105.kvl")});
-  ASSERT_TRUE(Until([&] { return pViewer->History() != nullptr; }));
-  for (std::size_t i = 0; i < pViewer->tabPages->GetPageCount(); ++i) {
-    pViewer->tabPages->SetSelection(i);
-    Settle();
-    EXPECT_EQ(Nameless(*pViewer), Texts{}) << pViewer->tabPages->GetPageText(i);
-  }
-  pViewer->Destroy();
 }
