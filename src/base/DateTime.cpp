@@ -9,7 +9,6 @@
 
 namespace {
 
-constexpr double dSecondsPerDay = 86400;
 constexpr std::int64_t lDayOf1970 = 25569;  // 1 January 1970, counted from 30 December 1899
 
 // Years 1 to 9999, which is what four digits can show. A number that is none counts as day 0.

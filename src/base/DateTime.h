@@ -8,6 +8,8 @@
 
 using DateTime = double;
 
+inline constexpr double dSecondsPerDay = 86400;  // a day is one, whatever the clocks do to it
+
 struct DateParts {
   std::int32_t lYear = 1899;
   std::int32_t lMonth = 12;   // 1 to 12

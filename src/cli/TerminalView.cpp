@@ -116,7 +116,6 @@ void TerminalView::SiteRecorded(std::int32_t lSlot) {
   }
   if (dtRequested > 0) {
     const DateTime dtEnd = dtAnswered > 0 ? dtAnswered : Clock::SteadyNow();
-    constexpr double dSecondsPerDay = 86400;
     aOutcome.szElapsed = FillResString(IDS_CLI_SECONDS, {Seconds((dtEnd - dtRequested) * dSecondsPerDay)});
   }
   aOutcome.szRemark = Text::Printable(szRemark.empty() ? CheckLog::CurrentEntry.StatusText.Text() : szRemark);

@@ -20,7 +20,6 @@ constexpr std::int32_t lMinute = 60;
 constexpr double dMinutesPerDay = 1440;
 
 double Steady() {
-  constexpr double dSecondsPerDay = 86400;
   return Clock::SteadyNow() * dSecondsPerDay;
 }
 

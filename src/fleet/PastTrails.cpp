@@ -13,7 +13,6 @@ namespace {
 
 // Some dozens of passes over a full list, by which the usual distance between two is told.
 constexpr std::uint64_t lPieceBytes = std::uint64_t{2} << 20U;
-constexpr double dSecondsPerDay = 86400;
 
 }  // namespace
 

@@ -89,7 +89,6 @@ const std::vector<StateInterval>& Trails::Of(const std::string& szSite) const {
 }
 
 Trails::Watched Trails::TimeUp(const std::vector<StateInterval>& aStates, DateTime dtFrom, DateTime dtTo) {
-  constexpr double dSecondsPerDay = 86400;
   Watched aTime;
   for (const StateInterval& a : aStates) {
     const double dLength = (std::min(a.dtTo, dtTo) - std::max(a.dtFrom, dtFrom)) * dSecondsPerDay;

@@ -17,7 +17,7 @@ struct Place {
 
 // Day 0 was a Saturday. A second that as a double lies a hair below its hour belongs to it.
 Place PlaceOf(DateTime dtMoment) {
-  const auto dtSafe = dtMoment + 0.5 / 86400;
+  const auto dtSafe = dtMoment + 0.5 / dSecondsPerDay;
   const auto dtDay = std::floor(dtSafe);
   return {(static_cast<std::size_t>(dtDay) + lDays - 1) % lDays,
           std::min(static_cast<std::size_t>((dtSafe - dtDay) * static_cast<double>(lHours)), lHours - 1)};

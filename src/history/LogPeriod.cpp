@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr double dSecond = 1.0 / 86400;
+constexpr double dSecond = 1 / dSecondsPerDay;
 
 // Takes a number of so many digits and the text behind it off the front.
 bool Take(std::string_view& szText, std::size_t lDigits, std::string_view szBehind, std::int32_t& lNumber) {

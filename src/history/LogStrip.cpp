@@ -141,7 +141,8 @@ std::vector<std::string> LogStrip::DayWords(const SiteSummary& aSite, DateTime d
 
 LogStrip::Scale::Scale(const LogSummary& aSummary, int lColumnCount)
     : dtFrom(ByDay(aSummary) ? DayAt(aSummary, 0) : aSummary.dtFrom),
-      dSpan(ByDay(aSummary) ? DayCount(aSummary) : std::max(aSummary.dtTo - aSummary.dtFrom, 1.0 / 86400)),
+      dSpan(ByDay(aSummary) ? DayCount(aSummary)
+                            : std::max(aSummary.dtTo - aSummary.dtFrom, 1 / dSecondsPerDay)),
       lColumns(lColumnCount) {
 }
 

@@ -31,7 +31,6 @@ std::int32_t Clock::Source::MinutesEastOfUtc(DateTime dtLocal) {
 }
 
 DateTime Clock::Now() {
-  constexpr double dSecondsPerDay = 86400;
   constexpr double dHair = 1e-4;  // a whole second may lie a hair below itself
   return std::floor(Current().WallTime() * dSecondsPerDay + dHair) / dSecondsPerDay;
 }

@@ -15,8 +15,6 @@ namespace Simulated {
 
 namespace {
 
-constexpr double dSecondsPerDay = 86400;
-
 // Logs tell whole seconds.
 DateTime Rounded(DateTime dtMoment) {
   return std::round(dtMoment * dSecondsPerDay) / dSecondsPerDay;

@@ -22,7 +22,7 @@ bool IsSummer(DateTime dtUtc) {
   };
   static Year aYear;
   if (dtUtc < aYear.dtFrom || dtUtc >= aYear.dtTo) {
-    const auto lYear = SplitDateTime(dtUtc - 0.5 / 86400).lYear;  // a split rounds
+    const auto lYear = SplitDateTime(dtUtc - 0.5 / dSecondsPerDay).lYear;  // a split rounds
     aYear = {JoinDateTime({.lYear = lYear, .lMonth = 1, .lDay = 1}),
              JoinDateTime({.lYear = lYear + 1, .lMonth = 1, .lDay = 1}), Changeover(lYear, 3),
              Changeover(lYear, 10)};
@@ -51,7 +51,7 @@ DateTime Machine::Wall() const {
 }
 
 DateTime Machine::Second() const {
-  return std::floor(Wall() * 86400 + 1e-4) / 86400;
+  return std::floor(Wall() * dSecondsPerDay + 1e-4) / dSecondsPerDay;
 }
 
 // Where the hour comes twice, the first of the two.

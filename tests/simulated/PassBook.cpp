@@ -13,7 +13,6 @@ namespace Simulated {
 
 namespace {
 
-constexpr double dSecondsPerDay = 86400;
 constexpr double dHair = 1e-5;    // seconds: what is lost in adding up days
 constexpr double dTolerance = 2;  // a time-out comes at most so many seconds late
 

@@ -80,7 +80,7 @@ void Trial::Run(std::int64_t lChecks) {
     LiveOnce();
   Tallied(Tally::Checks) += Where().lChecks;
   Tallied(Tally::Faults) += ThisMachine().lStoreFaults + ThisMachine().lFileFaults;
-  Tallied(Tally::Days) += static_cast<std::int64_t>(ThisMachine().Boot() / 86400);
+  Tallied(Tally::Days) += static_cast<std::int64_t>(ThisMachine().Boot() / dSecondsPerDay);
 }
 
 // One process, from its start to its end or to the next kill.
@@ -272,7 +272,7 @@ void Trial::Command() {
 void Trial::ChangeClocks() {
   auto& aMachine = ThisMachine();
   if (aRandom.Chance(0.5))
-    return aMachine.SetBack(aRandom.Between(-3.0, 3.0) * (aRandom.Chance(0.3) ? 86400 : 3600));
+    return aMachine.SetBack(aRandom.Between(-3.0, 3.0) * (aRandom.Chance(0.3) ? dSecondsPerDay : 3600));
   aMachine.Sleep(aRandom.Between(60.0, 200000.0));
 }
 

@@ -47,7 +47,7 @@ constexpr std::size_t lMostNameBytes = 200;
 constexpr std::size_t lFirstPages = 3;  // entries, summary, outages
 
 std::int64_t SteadyMilliseconds() {
-  return static_cast<std::int64_t>(Clock::SteadyNow() * 86400000.0);
+  return static_cast<std::int64_t>(Clock::SteadyNow() * dSecondsPerDay * 1000);
 }
 
 std::string Number(std::uint64_t lNumber, StringId iOne, StringId iMany) {
