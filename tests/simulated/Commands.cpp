@@ -1,6 +1,6 @@
 #include "simulated/Commands.h"
 
-#include <array>
+#include <optional>
 
 #include "editing/AddressRules.h"
 #include "editing/ListExchange.h"
@@ -34,19 +34,19 @@ SiteRecord AnySite(Random& aRandom) {
   return aSite;
 }
 
-AddressRules::Form FormOf(const SiteRecord& aSite) {
-  AddressRules::Form aForm;
-  aForm.szURL = aSite.URL;
-  std::size_t lFrom = 0;
-  for (auto& szOctet : aForm.aOctets) {
-    if (aSite.IP.empty()) break;
-    const auto lDot = std::min(aSite.IP.find('.', lFrom), aSite.IP.size());
-    szOctet = aSite.IP.substr(lFrom, lDot - lFrom);
-    lFrom = lDot + 1;
-  }
-  aForm.szTimeOut = std::to_string(aSite.TimeOut);
-  aForm.bEnabled = aSite.Enabled == 1;
-  return aForm;
+// An editor that was opened with one site (none: for a new one), in which another was typed, is closed with
+// OK: what is to be stored, unless it is refused, which must be so where the address is taken.
+std::optional<SiteRecord> Typed(const SiteRecord* pOpened, const SiteRecord& aTyped, bool bTaken) {
+  AddressRules::AddressMode = 1;
+  AddressRules::EditCopy = {aTyped};
+  auto aForm = AddressRules::OpeningForm();
+  AddressRules::AddressMode = pOpened == nullptr ? 0 : 1;
+  if (pOpened != nullptr) AddressRules::EditCopy = {*pOpened};
+  SiteRecord aRecord;
+  const bool bAccepted = AddressRules::Check(aForm, aRecord).szMessage.empty();
+  if (!ThisMachine().Dead())
+    Require(bAccepted != bTaken, "a site is given an address that is taken, or not a free one");
+  return bAccepted ? std::optional(aRecord) : std::nullopt;
 }
 
 // True when every call went well and the machine is still there.
@@ -68,44 +68,29 @@ void Add(PassBook& aBook, Random& aRandom) {
   const bool bTaken = aBook.aList.IsTaken(aSite.URL, 0);
   if (!bTaken) aBook.aList.PlanAdd(aSite);
   const auto lFaults = ThisMachine().lStoreFaults;
-  AddressRules::AddressMode = 0;
-  auto aForm = FormOf(aSite);
-  SiteRecord aRecord;
-  const auto aVerdict = AddressRules::Check(aForm, aRecord);
-  if (!ThisMachine().Dead())
-    Require(aVerdict.szMessage.empty() != bTaken, "a site that is known is added, or a new one is not");
-  if (!aVerdict.szMessage.empty()) return;
-  AddressRules::Store(aRecord);
+  const auto aRecord = Typed(nullptr, aSite, bTaken);
+  if (!aRecord) return;
+  AddressRules::Store(*aRecord);
   if (WentWell(lFaults)) aBook.aList.Conclude();
 }
 
 std::int32_t Edit(PassBook& aBook, Random& aRandom, std::int32_t lSlot) {
-  const auto& aBooked = aBook.aList.aSites[static_cast<std::size_t>(lSlot) - 1];
-  const auto aOld = aBooked.aNow;
-  const auto iStoredStatus = aOld.Status;
+  const auto aOld = aBook.aList.aSites[static_cast<std::size_t>(lSlot) - 1].aNow;
   auto aNew = aOld;
   const auto aOther = AnySite(aRandom);
   if (aRandom.Chance(0.3)) aNew.URL = aOther.URL;
   if (aRandom.Chance(0.3)) aNew.IP = aOther.IP;
   if (aRandom.Chance(0.5)) aNew.TimeOut = aOther.TimeOut;
   if (aRandom.Chance(0.3)) aNew.Enabled = aOther.Enabled;
-  aNew.Status = aNew.URL == aOld.URL && aNew.Enabled == 1 ? iStoredStatus : 4;
+  aNew.Status = aNew.URL == aOld.URL && aNew.Enabled == 1 ? aOld.Status : 4;
   aNew.Comments = "Edited";
   const bool bTaken = aBook.aList.IsTaken(aNew.URL, lSlot);
   if (!bTaken) aBook.aList.PlanEdit(lSlot, aNew);
   const auto lFaults = ThisMachine().lStoreFaults;
-  AddressRules::AddressMode = 1;
   AddressRules::AddressIndex = lSlot;
-  AddressRules::EditCopy.assign(1, SiteRecord{});
-  AddressRules::EditCopy[0].URL = aOld.URL;
-  AddressRules::EditCopy[0].IP = aOld.IP;
-  auto aForm = FormOf(aNew);
-  SiteRecord aRecord;
-  const auto aVerdict = AddressRules::Check(aForm, aRecord);
-  if (!ThisMachine().Dead())
-    Require(aVerdict.szMessage.empty() != bTaken, "a site is given another's address, or not its own");
-  if (!aVerdict.szMessage.empty()) return 0;
-  const auto aResult = AddressRules::Store(aRecord);
+  const auto aRecord = Typed(&aOld, aNew, bTaken);
+  if (!aRecord) return 0;
+  const auto aResult = AddressRules::Store(*aRecord);
   if (!WentWell(lFaults)) return 0;
   aBook.aList.Conclude();
   return aResult.bAddressChanged ? aResult.lSlot : 0;

@@ -22,12 +22,12 @@ void Desk::Tick() {
   aBook.AfterTick();
   if (!bAutoTimer) return;
   const bool bDue = aBook.IsDue() && !aBook.Running() && !bExited;
-  const auto lBefore = Tallied(Tally::Passes);
+  const auto lBefore = Tallies()["passes"];
   const bool bEmpty = aBook.aList.aSites.empty();
   if (bDue && bEmpty) aBook.SetNext(std::max(1, aBook.aOptions.aNow.Interval));
   aEngine.TimerAutoCheck_Timer();
   if (ThisMachine().Dead()) return;
-  RequireSame("the number of passes that this tick starts", Tallied(Tally::Passes) - lBefore,
+  RequireSame("the number of passes that this tick starts", Tallies()["passes"] - lBefore,
               bDue && !bEmpty ? 1 : 0);
   if (!bDue || !bEmpty) return;
   aBook.CompareNext();
@@ -42,7 +42,7 @@ void Desk::Refill() {
 }
 
 void Desk::ClickStart() {
-  const auto lBefore = Tallied(Tally::Passes);
+  const auto lBefore = Tallies()["passes"];
   const bool bMay = !aBook.Running() && !bExited;
   const bool bEmpty = aBook.aList.aSites.empty();
   if (bMay && bEmpty) aBook.SetNext(std::max(1, aBook.aOptions.aNow.Interval));
@@ -51,7 +51,7 @@ void Desk::ClickStart() {
   aEngine.mF_StartCheck_Click();
   bByHand = false;
   if (ThisMachine().Dead()) return;
-  RequireSame("the number of passes that a click starts", Tallied(Tally::Passes) - lBefore,
+  RequireSame("the number of passes that a click starts", Tallies()["passes"] - lBefore,
               bMay && !bEmpty ? 1 : 0);
   if (bMay && bEmpty)
     Require(aMessages == std::vector<std::string>{"No sites to check."}, "an empty list is not said");
@@ -134,7 +134,7 @@ void Desk::PumpEvents() {
   if (ThisMachine().Boot() >= ThisMachine().dNextTick) Tick();
   if (ThisMachine().Dead() || bActing || lEventsToAct == 0 || --lEventsToAct > 0) return;
   bActing = true;
-  ++Tallied(Tally::ActsInPasses);
+  ++Tallies()["acts of the operator in a pass"];
   ActInPass();
   bActing = false;
 }

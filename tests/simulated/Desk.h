@@ -7,13 +7,13 @@
 #include <vector>
 
 #include "check/CheckEngine.h"
-#include "check/CheckView.h"
+#include "check/QuietView.h"
 #include "simulated/PassBook.h"
 #include "simulated/Random.h"
 
 namespace Simulated {
 
-class Desk : public CheckView {
+class Desk : public QuietView {
  public:
   Desk(PassBook& aTheBook, Random& aTheRandom);
 
@@ -29,17 +29,11 @@ class Desk : public CheckView {
   std::vector<std::string> aMessages;
 
   void ShowPanel(int iPanel, const std::string& szText) override;
-  void ClearRemarks() override {}
-  void EnsureRowVisible(std::int32_t) override {}
   void ShowLight(std::int32_t lSlot, std::int16_t iIcon) override;
-  void ShowLightText(std::int32_t, const std::string&) override {}
   void ShowRemark(std::int32_t lSlot, const std::string& szText) override;
   void SiteRecorded(std::int32_t lSlot) override;
-  bool IsMinimised() override { return false; }
   void OpenProgress() override { bProgress = true; }
   void CloseProgress() override { bProgress = false; }
-  void ShowProgressSite(const std::string&) override {}
-  void ShowProgressStatus(const std::string&) override {}
   void ShowMessage(const std::string& szText) override;
   void ReportTrouble(const std::string& szText) override;
   void SoundBell() override;

@@ -4,7 +4,7 @@
 
 const char Files::chSeparator = '/';
 
-namespace Simulated {
+using namespace Simulated;
 
 namespace {
 
@@ -30,10 +30,6 @@ const std::string* Find(const std::string& szPath) {
 }
 
 }  // namespace
-
-}  // namespace Simulated
-
-using namespace Simulated;
 
 std::size_t Files::DriveLength(std::string_view szPath) {
   return szPath.starts_with('/') ? 1 : 0;
@@ -90,7 +86,7 @@ Files::Deletion Files::Delete(const std::string& szPath) {
   if (pBytes == nullptr) return Deletion::Gone;
   if (aCall.Fails() || ThisMachine().aDisk.aLocked.count(FolderOf(szPath)) > 0) return Deletion::Failed;
   Use(-static_cast<std::int64_t>(pBytes->size()));
-  if (ThisMachine().pWitness != nullptr) ThisMachine().pWitness->Deleted(szPath);
+  ThisMachine().pWitness->Deleted(szPath);
   ThisMachine().aDisk.aFiles.erase(szPath);
   return Deletion::Done;
 }
@@ -105,8 +101,7 @@ bool Files::Append(const std::string& szPath, std::string_view szBytes) {
     return false;
   }
   const bool bKept = !aCall.Fails() && Takes(szPath, szBytes.size());
-  if (ThisMachine().pWitness != nullptr)
-    ThisMachine().pWitness->Appended(szPath, std::string(szBytes), bKept);
+  ThisMachine().pWitness->Appended(szPath, std::string(szBytes), bKept);
   if (!bKept) return false;
   aDisk.aFiles[szPath] += szBytes;
   Use(static_cast<std::int64_t>(szBytes.size()));

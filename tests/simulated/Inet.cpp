@@ -50,13 +50,13 @@ void Inet::Impl::Begin() {
   szInfo.clear();
   lCode = 0;
   bReached = false;
-  if (aCall.Gone() || aMachine.pSurroundings == nullptr) return;
+  if (aCall.Gone()) return;
   bExecuting = true;
   aAnswer = aMachine.pSurroundings->Answer(szURL);
   lNext = 0;
   dStart = aMachine.Boot();
   dLimit = aMachine.Steady() + lTimeout;
-  if (aMachine.pWitness != nullptr) aMachine.pWitness->Requested(szURL, aAnswer);
+  aMachine.pWitness->Requested(szURL, aAnswer);
   aMachine.Pass(dExecute);
 }
 
@@ -64,7 +64,7 @@ void Inet::Impl::Begin() {
 void Inet::Impl::Drop() {
   if (!bExecuting) return;
   bExecuting = false;
-  if (!ThisMachine().Dead() && ThisMachine().pWitness != nullptr) ThisMachine().pWitness->Cancelled();
+  if (!ThisMachine().Dead()) ThisMachine().pWitness->Cancelled();
 }
 
 // Nothing happens between here and the next step, limit or tick of the program's timers: a wait may as well
@@ -85,7 +85,7 @@ void Inet::Impl::Proceed(std::int32_t lMilliseconds) {
 
 void Inet::Impl::Finish(std::int16_t iState) {
   bExecuting = false;
-  if (ThisMachine().pWitness != nullptr) ThisMachine().pWitness->Answered(iState, lCode == lTimedOut);
+  ThisMachine().pWitness->Answered(iState, lCode == lTimedOut);
 }
 
 void Inet::Impl::Deliver(const std::function<void(std::int16_t)>& Handler) {

@@ -1,7 +1,6 @@
 #include "simulated/LogBook.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 #include "base/Text.h"
@@ -15,43 +14,57 @@ namespace Simulated {
 
 namespace {
 
-// Logs tell whole seconds.
-DateTime Rounded(DateTime dtMoment) {
-  return std::round(dtMoment * dSecondsPerDay) / dSecondsPerDay;
-}
-
 std::string FolderOf(const std::string& szPath) {
   return szPath.substr(0, szPath.rfind('/'));
 }
 
-}  // namespace
-
 // What is known of one site's outages.
-struct LogBook::SiteStory {
-  struct Outage {
-    std::uint32_t lFailures = 0, lSent = 0, lFailed = 0;
-    bool bDown = false;  // failed again, in one run of the program or in two
-    bool bOver = false;
-  };
-  std::uint32_t lChecks = 0, lSuccesses = 0;
-  std::vector<Outage> aOutages;
+struct Run {
+  std::int64_t lFailures = 0, lSent = 0, lFailed = 0;
+  bool bDown = false;  // failed again, in one run of the program or in two
+  bool bOver = false;
+};
+struct SiteStory {
+  std::int64_t lChecks = 0, lSuccesses = 0;
+  std::vector<Run> aRuns;
 
-  void Count(const Line& aLine);
+  void Count(const LogBook::Line& aLine);
+  std::string Told() const;
 };
 
-void LogBook::SiteStory::Count(const Line& aLine) {
-  if (aLine.iKind == Kind::Up) {
-    ++lChecks;
-    ++lSuccesses;
-    if (!aOutages.empty()) aOutages.back().bOver = true;
-  } else if (aLine.iKind == Kind::Warning || aLine.iKind == Kind::Down) {
-    ++lChecks;
-    if (aOutages.empty() || aOutages.back().bOver) aOutages.emplace_back();
-    ++aOutages.back().lFailures;
-    if (aLine.iKind == Kind::Down || aOutages.back().lFailures > 1) aOutages.back().bDown = true;
-    aOutages.back().lSent += aLine.bSent ? 1 : 0;
-    aOutages.back().lFailed += aLine.bFailed ? 1 : 0;
-  }
+void SiteStory::Count(const LogBook::Line& aLine) {
+  const bool bUp = aLine.iKind == LogBook::Kind::Up;
+  const bool bDown = aLine.iKind == LogBook::Kind::Down;
+  if (!bUp && !bDown && aLine.iKind != LogBook::Kind::Warning) return;
+  ++lChecks;
+  lSuccesses += bUp ? 1 : 0;
+  if (bUp && !aRuns.empty()) aRuns.back().bOver = true;
+  if (bUp) return;
+  if (aRuns.empty() || aRuns.back().bOver) aRuns.emplace_back();
+  auto& aRun = aRuns.back();
+  aRun.bDown = ++aRun.lFailures > 1 || bDown;
+  aRun.lSent += aLine.bSent ? 1 : 0;
+  aRun.lFailed += aLine.bFailed ? 1 : 0;
+}
+
+// The outages in no order: on a clock that was set back the times tell none.
+std::string SiteStory::Told() const {
+  std::vector<std::string> aTold;
+  for (const auto& aRun : aRuns)
+    aTold.push_back(std::to_string(aRun.lFailures) + (aRun.bDown ? " failures, mails " : " failure, mails ") +
+                    std::to_string(aRun.lSent) + " sent " + std::to_string(aRun.lFailed) + " failed" +
+                    (aRun.bOver ? ", over" : ""));
+  std::ranges::sort(aTold);
+  return std::to_string(lSuccesses) + " of " + std::to_string(lChecks) + "; " + Text::Joined(aTold, "; ");
+}
+
+}  // namespace
+
+std::vector<std::string> LogBook::FilesOfFolder() const {
+  std::vector<std::string> aPaths;
+  for (const auto& [szPath, szText] : ThisMachine().aDisk.aFiles)
+    if (FolderOf(szPath) == szFolder && szPath.ends_with(".kvl")) aPaths.push_back(szPath);
+  return aPaths;
 }
 
 void LogBook::BeginPass(const SettingsRecord& aOptions) {
@@ -65,10 +78,8 @@ void LogBook::BeginPass(const SettingsRecord& aOptions) {
 // The first by name goes, never the one in use, and none while there is room.
 void LogBook::Deleted(const std::string& szFile) {
   if (lMostFiles == 0) Violate("a log file was deleted though there is no limit: " + szFile);
-  std::vector<std::string> aOthers;
-  for (const auto& [szPath, szText] : ThisMachine().aDisk.aFiles)
-    if (FolderOf(szPath) == szFolder && szPath.ends_with(".kvl") && szPath != szCurrent)
-      aOthers.push_back(szPath);
+  auto aOthers = FilesOfFolder();
+  std::erase(aOthers, szCurrent);
   if (static_cast<std::int32_t>(aOthers.size()) + 1 <= lMostFiles)
     Violate("a log file was deleted though there is room: " + szFile);
   RequireSame("the log file that is deleted", szFile, aOthers.front());
@@ -76,16 +87,14 @@ void LogBook::Deleted(const std::string& szFile) {
 }
 
 void LogBook::RequirePruned() const {
-  if (lMostFiles == 0) return;
-  std::int64_t lFiles = 0;
-  for (const auto& [szPath, szText] : ThisMachine().aDisk.aFiles)
-    lFiles += FolderOf(szPath) == szFolder && szPath.ends_with(".kvl") ? 1 : 0;
-  if (lFiles > lMostFiles) RequireSame("the number of log files", lFiles, lMostFiles);
+  const auto lFiles = std::ssize(FilesOfFolder());
+  if (lMostFiles > 0 && lFiles > lMostFiles) RequireSame("the number of log files", lFiles, lMostFiles);
 }
 
-void LogBook::Add(const std::string& szFile, const Line& aLine) {
-  aFiles[szFile].push_back(aLine);
-  aFiles[szFile].back().dtMoment = Rounded(aLine.dtMoment);
+// Logs tell whole seconds.
+void LogBook::Add(Line aLine) {
+  aLine.dtMoment = std::round(aLine.dtMoment * dSecondsPerDay) / dSecondsPerDay;
+  aFiles[szCurrent].push_back(std::move(aLine));
   ++lAdded;
 }
 
@@ -104,7 +113,7 @@ void LogBook::ForgetAll() {
 }
 
 // The passes of all files by their times; a time that runs back within a file counts as the latest before it.
-std::vector<const LogBook::Line*> LogBook::Merged(const std::string& szOf) const {
+std::vector<const LogBook::Line*> LogBook::Merged() const {
   struct Pass {
     DateTime dtKey = 0;
     std::size_t lFile = 0, lPass = 0;
@@ -113,7 +122,7 @@ std::vector<const LogBook::Line*> LogBook::Merged(const std::string& szOf) const
   std::vector<Pass> aPasses;
   std::size_t lFile = 0;
   for (const auto& [szPath, aFile] : aFiles) {
-    if (FolderOf(szPath) != szOf) continue;
+    if (FolderOf(szPath) != szFolder) continue;
     bool bOpen = false;
     DateTime dtLatest = 0;
     std::size_t lPass = 0;
@@ -136,58 +145,39 @@ std::vector<const LogBook::Line*> LogBook::Merged(const std::string& szOf) const
   return aAll;
 }
 
-bool LogBook::ReadBack(bool bNow) {
+void LogBook::ReadBack(bool bNow) {
   std::int64_t lLines = 0;
   for (const auto& [szPath, aFile] : aFiles)
-    lLines += FolderOf(szPath) == szFolder ? static_cast<std::int64_t>(aFile.size()) : 0;
-  if (lLines == 0 || (!bNow && lAdded < 300 + 2 * lLines)) return false;
+    lLines += FolderOf(szPath) == szFolder ? std::ssize(aFile) : 0;
+  if (lLines == 0 || (!bNow && lAdded < 300 + 2 * lLines)) return;
   lAdded = 0;
-  ++Tallied(Tally::ReadBacks);
+  ++Tallies()["logs read back"];
 
   const Machine::Aside aAside;
   LogHistory aHistory;
   aHistory.Open({szFolder});
   const auto aSummary = Summarise(aHistory);
-  if (const auto lTorn = ThisMachine().aDisk.lTorn; lTorn > 0) {
-    Require(aSummary.lUnread <= lTorn, "one torn line makes more than one line unreadable");
-    return true;
-  }
+  if (const auto lTorn = ThisMachine().aDisk.lTorn; lTorn > 0)
+    return Require(aSummary.lUnread <= lTorn, "one torn line makes more than one line unreadable");
   RequireSame("the number of unreadable log lines", aSummary.lUnread, 0);
-  RequireSame("the number of log lines", static_cast<std::int64_t>(aHistory.Lines().size()), lLines);
+  RequireSame("the number of log lines", std::ssize(aHistory.Lines()), lLines);
 
-  std::map<std::string, SiteStory> aTallies;
-  for (const auto* const pLine : Merged(szFolder))
-    if (!pLine->szSite.empty()) aTallies[pLine->szSite].Count(*pLine);
-  RequireSame("the number of sites in the log", static_cast<std::int64_t>(aSummary.aSites.size()),
-              static_cast<std::int64_t>(aTallies.size()));
+  std::map<std::string, SiteStory> aStories;
+  for (const auto* const pLine : Merged())
+    if (!pLine->szSite.empty()) aStories[pLine->szSite].Count(*pLine);
+  RequireSame("the number of sites in the log", std::ssize(aSummary.aSites), std::ssize(aStories));
   for (const auto& aSite : aSummary.aSites) {
-    const auto pTally = aTallies.find(Text::LowerCase(aSite.szSite));
-    if (pTally == aTallies.end()) Violate("the log names a site that was never checked: " + aSite.szSite);
-    const auto& aTally = pTally->second;
-    RequireSame("the checks that the log tells of " + aSite.szSite, aSite.lChecks, aTally.lChecks);
-    RequireSame("the successes that the log tells of " + aSite.szSite, aSite.lSuccesses, aTally.lSuccesses);
-    // Failures, an outage or a hiccup, mails sent, mails failed, over. In no order: on a clock that was set
-    // back the times tell none.
-    std::vector<std::array<std::int64_t, 5>> aTold, aMust;
+    SiteStory aTold{aSite.lChecks, aSite.lSuccesses, {}};
     for (const auto* pRuns : {&aSite.aOutages, &aSite.aHiccups})
       for (const auto& aRun : *pRuns) {
         const auto lFailed = static_cast<std::int64_t>(aRun.MailsFailed());
-        aTold.push_back({aRun.lFailures, aRun.bDown, std::ssize(aRun.aMails) - lFailed, lFailed,
-                         aRun.iEnd == OutageEnd::Recovered});
+        aTold.aRuns.push_back({aRun.lFailures, std::ssize(aRun.aMails) - lFailed, lFailed, aRun.bDown,
+                               aRun.iEnd == OutageEnd::Recovered});
       }
-    for (const auto& aRun : aTally.aOutages)
-      aMust.push_back({aRun.lFailures, aRun.bDown, aRun.lSent, aRun.lFailed, aRun.bOver});
-    std::ranges::sort(aTold);
-    std::ranges::sort(aMust);
-    RequireSame("the failures that the log tells of " + aSite.szSite, std::ssize(aTold), std::ssize(aMust));
-    for (std::size_t i = 0; i < aMust.size(); ++i)
-      for (std::size_t lPart = 0; lPart < aMust[i].size(); ++lPart)
-        RequireSame("failure " + std::to_string(i + 1) + " of " + aSite.szSite + ", part " +
-                        std::to_string(lPart + 1),
-                    aTold[i][lPart], aMust[i][lPart]);
-    Tallied(Tally::Outages) += std::ssize(aMust);
+    const auto& aMust = aStories[Text::LowerCase(aSite.szSite)];
+    RequireSame("what the log tells of " + aSite.szSite, aTold.Told(), aMust.Told());
+    Tallies()["outages compared"] += std::ssize(aMust.aRuns);
   }
-  return true;
 }
 
 }  // namespace Simulated

@@ -28,15 +28,15 @@ class LogBook {
   // The folder holds as many files as are to be kept, now that the pass has written its first line.
   void RequirePruned() const;
 
-  void Add(const std::string& szFile, const Line& aLine);
-  // Reads all files of the folder back, where enough has been added since the last time. True when it did.
-  bool ReadBack(bool bNow);
+  void Add(Line aLine);  // to the current file
+  // Reads all files of the folder back, where enough has been added since the last time.
+  void ReadBack(bool bNow);
   std::int64_t LineCount() const;
   void ForgetAll();  // the operator clears the folder
 
  private:
-  struct SiteStory;
-  std::vector<const Line*> Merged(const std::string& szFolder) const;
+  std::vector<std::string> FilesOfFolder() const;  // as they lie there, by name
+  std::vector<const Line*> Merged() const;
 
   std::map<std::string, std::vector<Line>> aFiles;  // by path
   std::string szCurrent, szFolder;

@@ -1,5 +1,6 @@
 #include "simulated/Machine.h"
 
+#include <array>
 #include <cmath>
 
 #include "simulated/Store.h"
@@ -66,33 +67,12 @@ void Machine::PowerOn() {
 }
 
 bool Machine::Fails(Access iAccess) {
-  const auto Happens = [this](std::int32_t lOfThousand, std::int64_t& lCount) {
-    const bool bFails = lOfThousand > 0 && aRandom.Below(1000) < lOfThousand;
-    lCount += bFails ? 1 : 0;
-    return bFails;
-  };
-  switch (iAccess) {
-    case Access::StoreRead:
-      return Happens(aTroubles.lStoreRead, lStoreFaults);
-    case Access::StoreWrite:
-      return Happens(aTroubles.lStoreWrite, lStoreFaults);
-    case Access::StoreCommit:
-      return Happens(aTroubles.lStoreCommit, lStoreFaults);
-    case Access::FileRead:
-      return Happens(aTroubles.lFileRead, lFileFaults);
-    case Access::FileWrite:
-      return Happens(aTroubles.lFileWrite, lFileFaults);
-    default:
-      return false;
-  }
-}
-
-Machine::Aside::Aside() {
-  ThisMachine().bAside = true;
-}
-
-Machine::Aside::~Aside() {
-  ThisMachine().bAside = false;
+  const auto& a = aTroubles;
+  const std::array aOfThousand = {0, a.lStoreRead, a.lStoreWrite, a.lStoreCommit, a.lFileRead, a.lFileWrite};
+  const auto lOfThousand = aOfThousand[static_cast<std::size_t>(iAccess)];
+  if (lOfThousand == 0 || aRandom.Below(1000) >= lOfThousand) return false;
+  ++(iAccess < Access::FileRead ? lStoreFaults : lFileFaults);
+  return true;
 }
 
 Call::Call(Access iAccess) {

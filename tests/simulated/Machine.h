@@ -84,6 +84,9 @@ struct Troubles {
   std::int32_t lFileRead = 0, lFileWrite = 0;
 };
 
+class Machine;
+Machine& ThisMachine();
+
 class Machine {
  public:
   // Everything as new, at that local time.
@@ -118,8 +121,8 @@ class Machine {
   // turn.
   class Aside {
    public:
-    Aside();
-    ~Aside();
+    Aside() { ThisMachine().bAside = true; }
+    ~Aside() { ThisMachine().bAside = false; }
     Aside(const Aside&) = delete;
     Aside& operator=(const Aside&) = delete;
   };
@@ -130,8 +133,8 @@ class Machine {
   std::int64_t lStoreFaults = 0, lFileFaults = 0;  // so many did
 
   Disk aDisk;
-  Surroundings* pSurroundings = nullptr;
-  Witness* pWitness = nullptr;  // may be nullptr
+  Surroundings* pSurroundings = nullptr;  // both are there before the first call
+  Witness* pWitness = nullptr;
 
  private:
   friend class Call;
@@ -143,8 +146,6 @@ class Machine {
   std::int64_t lCalls = 0, lKillAt = 0;
   bool bKillAfter = false, bDead = false, bAside = false;
 };
-
-Machine& ThisMachine();
 
 // One call of the program into the platform, as long as it lasts.
 class Call {

@@ -31,19 +31,20 @@ void EachOf(Record& a, const Take& aTake) {
   aTake("AllowCookie", "AllowType", a.AllowType);
 }
 
-std::string TextOf(const std::string& szField) {
-  return szField;
-}
-std::string TextOf(std::int32_t lField) {
-  return std::to_string(lField);
+template <typename Field>
+std::string TextOf(const Field& aField) {
+  if constexpr (std::is_integral_v<Field>)
+    return std::to_string(aField);
+  else
+    return aField;
 }
 
-void Put(const std::string& szText, std::string& szField) {
-  szField = szText;
-}
-template <typename Number>
-void Put(const std::string& szText, Number& lField) {
-  lField = static_cast<Number>(std::stoi(szText));
+template <typename Field>
+void Put(const std::string& szText, Field& aField) {
+  if constexpr (std::is_integral_v<Field>)
+    aField = static_cast<Field>(std::stoi(szText));
+  else
+    aField = szText;
 }
 
 }  // namespace

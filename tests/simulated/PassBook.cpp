@@ -41,10 +41,6 @@ double PassBook::SecondsToDue() const {
   return std::min((dtNextWall - ThisMachine().Wall()) * dSecondsPerDay, dNextBoot - ThisMachine().Boot());
 }
 
-bool PassBook::IsDue() const {
-  return SecondsToDue() <= 0;
-}
-
 void PassBook::CompareNext() const {
   if (std::abs(NextCheckTime - dtNextWall) > 1e-8)
     RequireSame("the time of the next pass", FormatGeneral(NextCheckTime), FormatGeneral(dtNextWall));
@@ -52,7 +48,7 @@ void PassBook::CompareNext() const {
 
 void PassBook::Begin(bool bByHand) {
   Require(iPhase == Phase::Idle, "a pass begins while one is running");
-  ++Tallied(Tally::Passes);
+  ++Tallies()["passes"];
   bManual = bByHand;
   bStopped = bQuit = bFailureSeen = bEndWritten = bInFlight = bBackup = bSilent = false;
   lBells = 0;
@@ -131,7 +127,7 @@ void PassBook::Requested(const std::string& szURL, const Conversation& aComing) 
                 szAgent + Text::Trim(bBackup ? Site().aNow.IP : Site().aNow.URL));
     if (!bBackup) aEntry.dtChecked = ThisMachine().Second();
   } else if (iPhase == Phase::BackupDue) {
-    ++Tallied(Tally::Backups);
+    ++Tallies()["second looks by IP address"];
     bBackup = true;
     RequireSame("the second request", szURL, szAgent + Text::Trim(Site().aNow.IP));
   } else {
@@ -162,7 +158,7 @@ void PassBook::Answered(std::int16_t iState, bool bLimit) {
   if (ProvesNothing()) return;
   if (!bLimit) return Outcome(Rules::OfError(aAnswer.lCode, aAnswer.szInfo));
   Require(ThisMachine().Steady() >= dDeadline - dHair, "the client gave up before the time");
-  ++Tallied(Tally::TimeOuts);
+  ++Tallies()["time-outs"];
   Outcome(Rules::OfTimeOut());
 }
 
@@ -182,7 +178,7 @@ void PassBook::BeforeTick() {
   if (ThisMachine().Steady() < dDeadline) return;
   if (aAnswer.EndsAt() >= 0 && dAsked + aAnswer.EndsAt() <= ThisMachine().Boot()) return;
   if (ProvesNothing()) return;
-  ++Tallied(Tally::TimeOuts);
+  ++Tallies()["time-outs"];
   Outcome(Rules::OfTimeOut());
 }
 
@@ -302,7 +298,7 @@ void PassBook::Mailed(const Mail& aMail, std::int32_t lResult) {
   Require(iPhase == Phase::Recording && bMailDue, "a mail that is not due");
   Require(!bMailTried, "a mail is tried twice");
   bMailTried = true;
-  ++Tallied(Tally::Mails);
+  ++Tallies()["mails tried"];
   const auto& a = aOptions.aNow;
   RequireSame("the mail's server", aMail.szServer, a.SMTP);
   RequireSame("the mail's port", aMail.lPort, a.SMTPPort);
@@ -319,16 +315,12 @@ void PassBook::Mailed(const Mail& aMail, std::int32_t lResult) {
     Violate("the mail does not name the IP address: " + aMail.szBody);
   if (Site().bAlerted) {
     Require(Site().bMayRepeat, "the mail about an outage is repeated");
-    ++Tallied(Tally::Repeats);
+    ++Tallies()["mails repeated after a kill"];
   }
   Site().bAlerted = true;
   Site().bMayRepeat = false;
   if (lResult != 0) aEntry.iClass = 2;
   AddComment(lResult == 0 ? "E-mail Notification Sent" : "E-mail Notification Failed");
-}
-
-void PassBook::AddComment(const std::string& szText) {
-  aEntry.szComment += (aEntry.szComment.empty() ? "" : "; ") + szText;
 }
 
 std::string PassBook::LineOf(const Entry& aOf) const {
@@ -337,10 +329,14 @@ std::string PassBook::LineOf(const Entry& aOf) const {
          std::to_string(lElapsed) + "," + aOf.szComment + "," + std::to_string(aOf.iClass);
 }
 
-void PassBook::TakeLine(const std::string& szBytes, const std::string& szMustBe, const LogBook::Line& aLine,
-                        bool bKept) {
+void PassBook::TakeLine(const std::string& szBytes, const std::string& szMustBe, LogBook::Kind iKind,
+                        DateTime dtMoment, bool bKept) {
   RequireSame("a log line", szBytes, szMustBe + "\r\n");
-  if (bKept) aLog.Add(aLog.CurrentFile(), aLine);
+  if (!bKept) return;
+  const bool bOfSite = iKind != LogBook::Kind::Start && iKind != LogBook::Kind::End;
+  const auto Told = [&](const char* szText) { return aEntry.szComment.find(szText) != std::string::npos; };
+  aLog.Add({iKind, dtMoment, bOfSite ? Text::LowerCase(Text::Trim(Site().aNow.URL)) : "",
+            Told("Notification Sent"), Told("Notification Failed")});
 }
 
 void PassBook::Appended(const std::string& szFile, const std::string& szBytes, bool bKept) {
@@ -353,36 +349,25 @@ void PassBook::Appended(const std::string& szFile, const std::string& szBytes, b
     iPhase = Phase::Walking;
     bPruningDue =
         bKept && ThisMachine().lFileFaults == lPassFileFaults && ThisMachine().aDisk.aLocked.empty();
-    return TakeLine(
-        szBytes,
-        std::string("[START CHECK: ") + (bManual ? "MANUAL" : "AUTO") + " - " + FormatGeneral(dtNow) + "]",
-        {LogBook::Kind::Start, dtNow, "", false, false}, bKept);
+    const std::string szManner = bManual ? "MANUAL" : "AUTO";
+    return TakeLine(szBytes, "[START CHECK: " + szManner + " - " + FormatGeneral(dtNow) + "]",
+                    LogBook::Kind::Start, dtNow, bKept);
   }
   if (iPhase == Phase::Recording) {
     Require(!bLineWritten, "a log line is written twice");
     bLineWritten = true;
-    const bool bSent = aEntry.szComment.find("Notification Sent") != std::string::npos;
-    const bool bFailed = aEntry.szComment.find("Notification Failed") != std::string::npos;
-    return TakeLine(
-        szBytes, LineOf(aEntry),
-        {aEntry.iKind, aEntry.dtChecked, Text::LowerCase(Text::Trim(Site().aNow.URL)), bSent, bFailed},
-        bKept);
+    return TakeLine(szBytes, LineOf(aEntry), aEntry.iKind, aEntry.dtChecked, bKept);
   }
   Require(iPhase == Phase::Walking && !bEndWritten, "a log line that is not due");
   if (std::exchange(bUnjudgedLine, false))
-    return TakeLine(szBytes, LineOf(aEntry),
-                    {LogBook::Kind::Stopped, aEntry.dtChecked, Text::LowerCase(Text::Trim(Site().aNow.URL)),
-                     false, false},
-                    bKept);
+    return TakeLine(szBytes, LineOf(aEntry), LogBook::Kind::Stopped, aEntry.dtChecked, bKept);
   if (GoOn()) {
     Require(Site().aNow.Enabled != 1, "a log line instead of a request");
-    const auto szUrl = Site().aNow.URL;
-    return TakeLine(
-        szBytes, LineOf({dtNow, szAgent + szUrl, "Unknown Site: Site #", "", 3, LogBook::Kind::Disabled}),
-        {LogBook::Kind::Disabled, dtNow, Text::LowerCase(Text::Trim(szUrl)), false, false}, bKept);
+    aEntry = {dtNow, szAgent + Site().aNow.URL, "Unknown Site: Site #", "", 3, LogBook::Kind::Disabled};
+    return TakeLine(szBytes, LineOf(aEntry), aEntry.iKind, dtNow, bKept);
   }
   bEndWritten = true;
-  TakeLine(szBytes, "[END CHECK]", {LogBook::Kind::End, dtNow, "", false, false}, bKept);
+  TakeLine(szBytes, "[END CHECK]", LogBook::Kind::End, dtNow, bKept);
 }
 
 void PassBook::ShowsLight(std::int32_t lOf, std::int16_t iIcon) {

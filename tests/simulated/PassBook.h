@@ -24,8 +24,8 @@ class PassBook : public Witness {
 
   // The schedule.
   void SetNext(std::int32_t lMinutes);
-  bool IsDue() const;
   double SecondsToDue() const;
+  bool IsDue() const { return SecondsToDue() <= 0; }
   void CompareNext() const;
 
   // A pass from its first lock to its last unlock.
@@ -90,10 +90,12 @@ class PassBook : public Witness {
   void LeaveUnjudged();
   void FirstOutcome(const Rules::Verdict& aVerdict);
   void Alert(const std::string& szCode);
-  void AddComment(const std::string& szText);
+  void AddComment(const std::string& szText) {
+    aEntry.szComment += (aEntry.szComment.empty() ? "" : "; ") + szText;
+  }
   std::string LineOf(const Entry& aEntry) const;
-  void TakeLine(const std::string& szBytes, const std::string& szMustBe, const LogBook::Line& aLine,
-                bool bKept);
+  void TakeLine(const std::string& szBytes, const std::string& szMustBe, LogBook::Kind iKind,
+                DateTime dtMoment, bool bKept);
 
   Phase iPhase = Phase::Idle;
   bool bManual = false, bStopped = false, bQuit = false, bFailureSeen = false, bEndWritten = false,

@@ -17,12 +17,12 @@ std::int32_t SendForm3(const std::string&, const std::string& szServer, std::int
                        const std::string&, const std::string&, MailCall& aCall) {
   const Call aEntry;
   auto& aMachine = ThisMachine();
-  if (aEntry.Gone() || aMachine.pSurroundings == nullptr) return lGone;
+  if (aEntry.Gone()) return lGone;
   const Mail aMail{szServer, lPort, szSender, szFrom, szRecipient, szSubject, szBody};
   const auto aDelivery = aMachine.pSurroundings->Deliver(aMail);
   aMachine.Pass(std::min<double>(aDelivery.dSeconds, std::max(aCall.lSeconds, 2)));
   aCall.szServerReply = aDelivery.szReply;
   aCall.szError = aDelivery.szError;
-  if (aMachine.pWitness != nullptr) aMachine.pWitness->Mailed(aMail, aDelivery.lResult);
+  aMachine.pWitness->Mailed(aMail, aDelivery.lResult);
   return aDelivery.lResult;
 }

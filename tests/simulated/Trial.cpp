@@ -68,25 +68,19 @@ Trial::Trial(std::uint64_t lSeed) : aRandom(lSeed), aWorld(lSeed ^ 0xA5A5A5A5U) 
   MsgBox_SetPresenter([](const std::string&) {});
 }
 
-Trial::~Trial() {
-  pDesk.reset();
-  ThisMachine().pSurroundings = nullptr;
-  ThisMachine().pWitness = nullptr;
-  MsgBox_SetPresenter({});
-}
-
 void Trial::Run(std::int64_t lChecks) {
   while (Where().lChecks < lChecks)
     LiveOnce();
-  Tallied(Tally::Checks) += Where().lChecks;
-  Tallied(Tally::Faults) += ThisMachine().lStoreFaults + ThisMachine().lFileFaults;
-  Tallied(Tally::Days) += static_cast<std::int64_t>(ThisMachine().Boot() / dSecondsPerDay);
+  Tallies()["checks"] += Where().lChecks;
+  Tallies()["calls that failed"] += ThisMachine().lStoreFaults + ThisMachine().lFileFaults;
+  Tallies()["days on the machines' clocks"] +=
+      static_cast<std::int64_t>(ThisMachine().Boot() / dSecondsPerDay);
 }
 
 // One process, from its start to its end or to the next kill.
 void Trial::LiveOnce() {
   ++Where().lLives;
-  ++Tallied(Tally::Lives);
+  ++Tallies()["processes"];
   auto& aMachine = ThisMachine();
   bTrouble = false;
   const bool bKeep = aRandom.Chance(0.3);
@@ -113,7 +107,7 @@ void Trial::LiveOnce() {
 void Trial::AfterPowerCut() {
   Where().szStep = "after a kill";
   if (Traced()) Trace("killed");
-  ++Tallied(Tally::Kills);
+  ++Tallies()["kills"];
   ThisMachine().PowerOn();
   aBook.Forget();
   aBook.aList.ConcludeAfterTrouble();
@@ -232,7 +226,7 @@ void Trial::Operate() {
 void Trial::Command() {
   if (aBook.aList.IsUnsure()) return;  // what a list that is read back will be cannot be told
   Where().szStep = "a command";
-  ++Tallied(Tally::Commands);
+  ++Tallies()["commands of the operator"];
   auto& aMachine = ThisMachine();
   const auto lFaults = aMachine.lStoreFaults;
   const bool bFew = aBook.aList.aSites.size() < 4;

@@ -16,9 +16,6 @@ namespace Simulated {
 class Trial {
  public:
   explicit Trial(std::uint64_t lSeed);
-  ~Trial();
-  Trial(const Trial&) = delete;
-  Trial& operator=(const Trial&) = delete;
 
   // Lives on until that many sites were checked.
   void Run(std::int64_t lChecks);

@@ -1,6 +1,5 @@
 #include "simulated/Violation.h"
 
-#include <array>
 #include <cstdio>
 #include <cstdlib>
 
@@ -15,9 +14,9 @@ Position& Where() {
   return aPosition;
 }
 
-std::int64_t& Tallied(Tally iOf) {
-  static std::array<std::int64_t, static_cast<std::size_t>(Tally::Kinds)> aTallies{};
-  return aTallies[static_cast<std::size_t>(iOf)];
+std::map<std::string_view, std::int64_t>& Tallies() {
+  static std::map<std::string_view, std::int64_t> aTallies;
+  return aTallies;
 }
 
 void Trace(const std::string& szWhat) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <string>
 #include <string_view>
 
@@ -17,25 +18,8 @@ struct Position {
 };
 Position& Where();
 
-// What has been done by now, for the figures at the end.
-enum class Tally : std::uint8_t {
-  Checks,
-  Passes,
-  Days,
-  TimeOuts,
-  Backups,
-  Mails,
-  Repeats,
-  Lives,
-  Kills,
-  Faults,
-  Commands,
-  ActsInPasses,
-  ReadBacks,
-  Outages,
-  Kinds
-};
-std::int64_t& Tallied(Tally iOf);
+// What has been done by now, by its name, for the figures at the end.
+std::map<std::string_view, std::int64_t>& Tallies();
 
 inline bool Traced() {
   return Where().lTraceFrom >= 0 && Where().lChecks >= Where().lTraceFrom;

@@ -91,18 +91,13 @@ Conversation World::Fail(int lTrouble, double dSeconds) {
 }
 
 World::Server& World::ServerOf(const std::string& szURL) {
+  using enum Habit;
+  static const std::vector<Habit> aHabits = {Good,     Good,     Good,    Good,    Good,    Good,    Good,
+                                             Good,     Good,     Outages, Outages, Outages, Outages, Outages,
+                                             Flapping, Flapping, Slow,    Silent,  Odd,     Odd};
   const auto [pFound, bNew] = aServers.try_emplace(szURL);
-  auto& aServer = pFound->second;
-  if (bNew) {
-    const auto lKind = aRandom.Below(20);
-    aServer.iHabit = lKind < 9    ? Habit::Good
-                     : lKind < 14 ? Habit::Outages
-                     : lKind < 16 ? Habit::Flapping
-                     : lKind < 17 ? Habit::Slow
-                     : lKind < 18 ? Habit::Silent
-                                  : Habit::Odd;
-  }
-  return aServer;
+  if (bNew) pFound->second.iHabit = aRandom.Pick(aHabits);
+  return pFound->second;
 }
 
 // Up and down for times that are random around an hour and a day.
@@ -150,22 +145,15 @@ Delivery World::Deliver(const Mail&) {
   }
   if (!bMailFails) return {aRandom.Between(0.1, 1.5), 0, "250 2.0.0 taken", ""};
   // No name, no connection, refused at log-in, sender, recipient or text, hung up, silent to the limit.
-  switch (aRandom.Below(7)) {
-    case 0:
-      return {0.2, 6, "", "Couldn't resolve host name"};
-    case 1:
-      return {0.1, 7, "", "Couldn't connect to server"};
-    case 2:
-      return {0.5, 67, "535 no", "Login denied"};
-    case 3:
-      return {0.5, 55, "550 5.1.1 no such user", "Failed sending data to the peer"};
-    case 4:
-      return {0.5, 56, "554 no", "Failure when receiving data from the peer"};
-    case 5:
-      return {0.5, 52, "", "Server returned nothing (no headers no data)"};
-    default:
-      return {30, 28, "", "Timeout was reached"};
-  }
+  static const std::vector<Delivery> aRefusals = {
+      {0.2, 6, "", "Couldn't resolve host name"},
+      {0.1, 7, "", "Couldn't connect to server"},
+      {0.5, 67, "535 no", "Login denied"},
+      {0.5, 55, "550 5.1.1 no such user", "Failed sending data to the peer"},
+      {0.5, 56, "554 no", "Failure when receiving data from the peer"},
+      {0.5, 52, "", "Server returned nothing (no headers no data)"},
+      {30, 28, "", "Timeout was reached"}};
+  return aRandom.Pick(aRefusals);
 }
 
 }  // namespace Simulated

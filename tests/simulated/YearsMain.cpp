@@ -2,7 +2,6 @@
 // to see it again, at the first thing that is not as it must be.
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <cstdio>
 #include <ctime>
@@ -12,8 +11,7 @@
 
 namespace {
 
-using Simulated::Tallied;
-using Simulated::Tally;
+using Simulated::Tallies;
 
 constexpr std::int64_t lChecksOfOneMachine = 20'000;
 constexpr std::uint64_t lMachinesOfOneWord = 50;  // a million checks
@@ -23,24 +21,10 @@ std::uint64_t SeedOfTheDay() {
 }
 
 void Print(double dSeconds) {
-  constexpr std::array szNames = {"checks",
-                                  "passes",
-                                  "days on the machines' clocks",
-                                  "time-outs",
-                                  "second looks by IP address",
-                                  "mails tried",
-                                  "mails repeated after a kill",
-                                  "processes",
-                                  "kills",
-                                  "calls that failed",
-                                  "commands of the operator",
-                                  "acts of the operator in a pass",
-                                  "logs read back",
-                                  "outages compared"};
-  for (std::size_t i = 0; i < szNames.size(); ++i)
-    std::printf("  %-34s %12lld\n", szNames[i], static_cast<long long>(Tallied(static_cast<Tally>(i))));
+  for (const auto& [szOf, lTally] : Tallies())
+    std::printf("  %-34s %12lld\n", szOf.data(), static_cast<long long>(lTally));
   std::printf("no violation; %.1f s, %.0f checks a second\n", dSeconds,
-              static_cast<double>(Tallied(Tally::Checks)) / dSeconds);
+              static_cast<double>(Tallies()["checks"]) / dSeconds);
 }
 
 }  // namespace
@@ -58,10 +42,10 @@ int main(int lCount, char** aWords) {
   std::printf("seed %llu\n", static_cast<unsigned long long>(lSeed));
   std::fflush(stdout);
   const auto aStart = std::chrono::steady_clock::now();
-  for (std::uint64_t lMachine = 0; Tallied(Tally::Checks) < lChecks; ++lMachine) {
-    Simulated::Trial(lSeed + lMachine).Run(std::min(lChecksOfOneMachine, lChecks - Tallied(Tally::Checks)));
+  for (std::uint64_t lMachine = 0; Tallies()["checks"] < lChecks; ++lMachine) {
+    Simulated::Trial(lSeed + lMachine).Run(std::min(lChecksOfOneMachine, lChecks - Tallies()["checks"]));
     if (lMachine % lMachinesOfOneWord == lMachinesOfOneWord - 1) {
-      std::printf("  %lld checks so far\n", static_cast<long long>(Tallied(Tally::Checks)));
+      std::printf("  %lld checks so far\n", static_cast<long long>(Tallies()["checks"]));
       std::fflush(stdout);
     }
   }
