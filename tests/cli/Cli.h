@@ -23,18 +23,38 @@ MATCHER_P(HasPattern, szPattern, std::string("holds \"") + szPattern + "\"") {
   return std::regex_search(arg, std::regex(szPattern));
 }
 
+// Nothing that a terminal would obey: controls other than the line end, DEL, and the one C1 control in UTF-8
+// that the tests send.
+MATCHER(IsPlain, "holds no control of a terminal") {
+  const auto IsControl = [](unsigned char ch) { return std::iscntrl(ch) != 0 && ch != '\n' && ch != '\r'; };
+  return std::ranges::none_of(arg, IsControl) && arg.find("\xC2\x9B") == std::string::npos;
+}
+
+// What a program has come to: FieldsAre(code, output, errors).
+struct Result {
+  int iCode = 0;
+  std::string szOutput, szErrors;
+  friend void PrintTo(const Result& a, std::ostream* p) {
+    *p << a.iCode << "; " << a.szOutput << "; " << a.szErrors;
+  }
+};
+
+// Refused, and the reason said in one line.
+inline auto Refuses(const std::string& szReason = "") {
+  using namespace testing;
+  return FieldsAre(2, "", AllOf(HasPattern("^kestrova-cli: [^\n]*\n$"), HasSubstr(szReason)));
+}
+
 class Cli : public testing::Test {
  protected:
-  struct Result {
-    int iCode = 0;
-    std::string szOutput, szErrors;
-  };
-
   static std::string Program() { return ChildProcess::BuiltProgram("kestrova-cli"); }
 
-  static Result Run(const std::vector<std::string>& aArguments) {
+  static Result Run(const std::vector<std::string>& aArguments) { return Started(Program(), aArguments); }
+  // By a shell, which can set limits and ignore signals for the program.
+  static Result Shell(const std::string& szScript) { return Started("/bin/sh", {"-c", szScript}); }
+  static Result Started(const std::string& szProgram, const std::vector<std::string>& aArguments) {
     Registry::CloseStore();  // the program's turn
-    ChildProcess aProgram(Program(), aArguments);
+    ChildProcess aProgram(szProgram, aArguments);
     const int iCode = aProgram.Wait(dMostSeconds);
     return {iCode, aProgram.Output(), aProgram.Errors()};
   }
@@ -46,25 +66,22 @@ class Cli : public testing::Test {
       szList += szSite + ",,4,1," + std::to_string(lTimeOut) + "\r\n";
     return szList;
   }
+  static std::string ListOf(int lSites) {
+    std::string szList;
+    for (int i = 0; i < lSites; ++i)
+      szList += ListOf({"s" + std::to_string(i) + ".invalid"});
+    return szList;
+  }
 
   void ImportList(const std::string& szList) {
     aHome.Write("list.kvd", szList);
-    const Result aResult = Run({"import", "--replace", aHome.Path("list.kvd")});
-    ASSERT_EQ(aResult.iCode, 0) << aResult.szErrors;
+    ASSERT_THAT(Run({"import", "--replace", aHome.Path("list.kvd")}), testing::Field(&Result::iCode, 0));
   }
 
   // The text of the check log, of which a test has one at most.
   std::string Log() const {
     const auto aFiles = Files::List(aHome.Path("Logs"), ".kvl");
     return aFiles.empty() ? "" : aHome.Read(std::string("Logs") + Files::chSeparator + aFiles.front());
-  }
-
-  // Bytes that a terminal would obey: controls other than the line end, DEL, and the one C1 control in
-  // UTF-8 that the tests send.
-  static bool HasTerminalControls(std::string szText) {
-    std::erase_if(szText, [](char ch) { return ch == '\n' || ch == '\r'; });
-    const auto IsControl = [](unsigned char ch) { return std::iscntrl(ch) != 0; };
-    return std::ranges::any_of(szText, IsControl) || szText.find("\xC2\x9B") != std::string::npos;
   }
 
   TestHome aHome;

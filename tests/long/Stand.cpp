@@ -31,10 +31,7 @@ Stand::Stand(int lCount, const std::string& szGiven)
     : lSites(lCount), szFolder(szGiven.empty() ? aHome.Folder() : szGiven) {
   Environment::Set("KESTROVA_REGISTRY", StorePath());
   Environment::Set("no_proxy", "*");
-  const RegistryAccess::Variant aMailPort = std::int32_t{aMail.Port()};
-  Stored::Put(ProductKeys::szManager, "Email", "manager@kestrova.invalid");
-  Stored::Put(ProductKeys::szManager, "SMTP", "127.0.0.1");
-  Stored::Put(ProductKeys::szManager, "SMTPPort", aMailPort);
+  Stored::PutMailServer(aMail.Port());
   Stored::Put(ProductKeys::szLog, "LogPath", szFolder);
   std::string szList;
   for (int i = 0; i < lSites; ++i) {

@@ -53,6 +53,13 @@ inline std::string SiteKey(const std::string& szName) {
   return std::string(ProductKeys::szAddress) + "\\" + szName;
 }
 
+// Mails go to that port of this machine.
+inline void PutMailServer(std::int32_t lPort) {
+  Put(ProductKeys::szManager, "Email", "manager@kestrova.invalid");
+  Put(ProductKeys::szManager, "SMTP", "127.0.0.1");
+  Put(ProductKeys::szManager, "SMTPPort", lPort);
+}
+
 // A site's key as an earlier run has left it.
 inline void PutSite(const std::string& szURL, std::int32_t lIndex) {
   modAddress::WriteSiteRecord({"", szURL, SiteStatus::iDown, SiteRecord::iEnabled, 60, "old"}, lIndex);
