@@ -29,7 +29,7 @@ server_packages=(exim4-daemon-light)
 # A strict parser that one test reads the log page with; that test says so and steps aside where it is missing.
 parser_packages=(libxml2-utils)
 # What the tests of label fleet run beside Kestrova; each says so and steps aside where its packages are missing.
-fleet_packages=(prometheus prometheus-blackbox-exporter prometheus-alertmanager nginx-light chromium systemd)
+fleet_packages=(prometheus prometheus-blackbox-exporter prometheus-alertmanager chromium systemd)
 
 say() { echo "setup: $*"; }
 
