@@ -37,19 +37,9 @@ TEST(StringsTest, TextsThatLookWrongStayAsTheyAre) {
        "A minimum of 1 is required in the maximum log fiels field.~Do not enter the agent, \"http://\".~"
        "Are you sure you wish to delete the selected Site?~ (*.kvd)|*.kvd~\r\n\r\nError: ~"
        "Unrecognized Reponse Code~Unrecognized Response Code~501 Not implemented~404 File Not Found~"
-       "504 Gateway Time-Out~Request Timed-Out~Checking is not in progress.~Site checking in progress~"
-       "Unknown Site: Site #~Manually Stopped.~ERROR: ~&New Address~I&mport List~&Export List~"
-       "St&art Check~E&xit~E&dit Address~Delete Address~&Options...~&Open Log~&View Current Log~"
-       "&About Kestrova...~Interactive &Tour~&Help Topics~Next Check: ~Import New~Import Replace~"
-       " Timer Options ~ Manager Options ~ Log Options ~ Disk Conservation ~ Internet Cookies ~"
-       "Keep a maximum of ~Accept the Cookies.~Do not accept the cookies.~Do not log disabled sites.~"
-       "You can only enter Integers in this field.~Exporting... please wait.~"
-       "Preparing for Import... please wait.~Importing... please wait.~Deleting Site... please wait.~"
-       "Please select the folder to store the log files.~URL you wish Kestrova to check.~"
-       "IP Address you wish Kestrova to check.~Check this box to enable site for checks.~"
-       "Some Web sites send cookies to Kestrova when it checks if the URL is valid. How do you wish Kestrova "
-       "to "
-       "respond to the Internet Cookies?~Note: Some sites may require that you accept the cookies."},
+       "504 Gateway Time-Out~Request Timed-Out~Unknown Site: Site #~Manually Stopped.~ERROR: ~"
+       "Import New~Import Replace~ Timer Options ~ Manager Options ~ Log Options ~ Disk Conservation ~"
+       " Internet Cookies ~Keep a maximum of ~You can only enter Integers in this field."},
       {"",  // parts of longer ones
        "taklen~suntax~receive an response~this response occurs the requested~HTTP Reponse Code 404~"
        "(Gateway Time-out)~is as follows: ~right-mouse click on~located in the system tray"}};

@@ -93,49 +93,6 @@ void Trials::Bits(int lTimes) {
   }
 }
 
-void Trials::Logs(int lTimes) {
-  constexpr int lSites = 10;
-  Stand aStand(lSites);
-  for (int i = 0; i < 5; ++i)
-    Stand::Run({"check"});
-  aStand.KeepAsFirst();
-  const auto szLog = aStand.LogPath(), szWhole = Slurp(szLog);
-  int lCut = 0, lOverwritten = 0, lZeros = 0;
-  for (int i = 0; i < lTimes; ++i) {
-    aStand.PutBack();
-    auto szTorn = szWhole;
-    const auto lAt = static_cast<std::size_t>(aStand.Below(static_cast<int>(szWhole.size())));
-    std::size_t lTouched = 1;
-    switch (i % 3) {
-      case 0:
-        ++lCut;
-        szTorn.resize(lAt);
-        break;
-      case 1:
-        ++lOverwritten;
-        for (auto l = lAt; l < std::min(szTorn.size(), lAt + 40); ++l) {
-          lTouched += szTorn[l] == '\n' ? 1 : 0;
-          szTorn[l] = static_cast<char>(aStand.Below(256));
-        }
-        break;
-      default:
-        ++lZeros;
-        szTorn.replace(lAt, std::string::npos, std::string(4096, '\0'));
-    }
-    Must(Files::WriteWhole(szLog, szTorn), "the log can be written");
-    const auto szKept = i % 3 == 1 ? szWhole : szWhole.substr(0, lAt);
-    Must(Files::WriteWhole(aStand.aHome.Path("kept"), szKept), "a file can be written");
-    const auto lKept = Entries(aStand.aHome.Path("kept"));
-    Must(Entries(szLog) + lTouched >= lKept, "every line that was not touched is read");
-    Must(Stand::Run({"check"}).iCode == 1, "a torn log does not hinder a pass");
-    Must(Entries(szLog) + lTouched >= lKept + 2 * lSites, "the lines of the pass behind are read");
-    Must(Stand::Run({"log", szLog, "--summary", "--html", aStand.aHome.Path("log.htm")}).iCode == 0,
-         "a torn log can be told");
-  }
-  std::cout << "  " << lCut << " logs cut, " << lOverwritten << " overwritten, " << lZeros
-            << " continued with zeros; a pass appended to each" << std::endl;
-}
-
 void Trials::Disk(int lTimes, const std::string& szFolder) {
   Stand aStand(10, szFolder);
   std::string szMany;

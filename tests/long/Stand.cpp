@@ -92,11 +92,9 @@ Stand::List Stand::Parsed(const std::string& szJson) {
   return aList;
 }
 
-Stand::List Stand::Listed(std::string* pSaid) {
+Stand::List Stand::Listed() {
   const Result aResult = Run({"list", "--json"});
-  if (pSaid != nullptr) *pSaid = aResult.szErrors;
-  Must(aResult.iCode == 0 && (pSaid != nullptr || aResult.szErrors.empty()),
-       "the list can be read: " + aResult.szErrors);
+  Must(aResult.iCode == 0 && aResult.szErrors.empty(), "the list can be read: " + aResult.szErrors);
   return Parsed(aResult.szOutput);
 }
 

@@ -31,9 +31,7 @@ class Stand {
   std::string LogPath() const;  // of the only log
 
   using List = std::map<std::string, std::string>;  // by URL: status, IP address and time-out
-  // As the program lists it, which must succeed; what it says meanwhile must be empty, unless it is asked
-  // for.
-  static List Listed(std::string* pSaid = nullptr);
+  static List Listed();  // by the program, which must succeed and complain of nothing
   static List Parsed(const std::string& szJson);
 
   std::map<std::string, int> Mailed() const;  // how often, by URL, since MailsBefore

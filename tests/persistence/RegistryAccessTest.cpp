@@ -95,21 +95,4 @@ TEST_F(RegistryAccessTest, AllValuesOfAKeyAreThoseThatAreReadOneByOne) {
   EXPECT_TRUE(aEntries.empty());
 }
 
-TEST_F(RegistryAccessTest, ListsUpToTheirBounds) {
-  for (const char* szName : {"a", "B b", "c"})
-    RegCreatePath(hRoot, std::string(szKey) + "\\" + szName);
-  std::string szNames;
-  std::int32_t lCount = 0, lNoBound = 0, lNoBuffer = 0, lMaxIndex = 1, lBuffer = 3;
-  EXPECT_EQ(RegListKeys(hRoot, szKey, szNames, lCount, lNoBound, lNoBuffer, nullptr), 0);
-  EXPECT_EQ(szNames, "a\0B b\0c\0"s);
-  EXPECT_EQ(RegListKeys(hRoot, szKey, szNames, lCount, lMaxIndex, lBuffer, nullptr), 0);
-  EXPECT_EQ(szNames, "a\0B b\0"s);
-  for (int i = 0; i < 13; ++i)
-    Stored::Put(szKey, "v" + std::to_string(i), i);
-  std::vector<RegValueEntry> aEntries;
-  std::int32_t lFirst = 0, lLimit = 12;
-  EXPECT_EQ(RegListValues(hRoot, szKey, aEntries, lCount, lFirst, lLimit), 0);
-  EXPECT_TRUE(lCount == 12 && aEntries.size() == 13U && aEntries[12].Type == 4);
-}
-
 }  // namespace

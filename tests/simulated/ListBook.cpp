@@ -21,9 +21,7 @@ constexpr std::int32_t lImported = 2000;
 // What memory gets of a stored site.
 SiteRecord Loaded(const StoredSite& aStored, bool bKeep) {
   auto aSite = aStored.aSite;
-  if (aSite.Enabled != 1) aSite.Enabled = 0;
   if (aSite.Status < 1 || aSite.Status > 4) aSite.Status = iNotKnown;
-  aSite.TimeOut = std::clamp(aSite.TimeOut, 1, 1800);
   if (!bKeep) aSite.Status = 0;
   if (!bKeep) aSite.Comments.clear();
   return aSite;

@@ -73,27 +73,25 @@ std::string OptionsBook::Shown(const Raw& aRaw) {
   return szAll;
 }
 
-// What is missing or out of range takes its default, which is then stored too.
+// What is missing takes its default, which is then stored too. (Nothing here stores what is out of range.)
 void OptionsBook::PlanLoad() {
   aPlannedStore = aStored = ReadStore();
   auto& a = aPlanned = {};
   EachOf(a, [&](const char*, const char* szName, auto& aField) {
     if (aStored.contains(szName)) Put(aStored[szName], aField);
   });
-  const auto Mend = [&](const char* szName, auto& lField, bool bWrong, std::int16_t iDefault) {
-    if (!bWrong) return;
+  const auto Mend = [&](const char* szName, auto& lField, std::int16_t iDefault) {
+    if (aStored.contains(szName)) return;
     lField = iDefault;
     aPlannedStore[szName] = std::to_string(iDefault);
   };
-  const auto Missing = [&](const char* szName) { return !aStored.contains(szName); };
-  Mend("Interval", a.Interval, a.Interval < 1, 60);
-  Mend("Warning", a.Warning, a.Warning < 1, 15);
+  Mend("Interval", a.Interval, 60);
+  Mend("Warning", a.Warning, 15);
   if (a.SMTPPort == 0) a.SMTPPort = 25;  // in memory only
-  Mend("LogPeriod", a.LogPeriod, Missing("LogPeriod") || a.LogPeriod < 0 || a.LogPeriod > 2, 1);
-  Mend("DiskLogMaxFiles", a.DiskLogMaxFiles, Missing("DiskLogMaxFiles"), 1);
-  Mend("DiskLogDisabled", a.DiskLogDisabled,
-       Missing("DiskLogDisabled") || (a.DiskLogDisabled != 0 && a.DiskLogDisabled != 1), 1);
-  Mend("MaxLogFiles", a.MaxLogFiles, a.MaxLogFiles < 1, 7);
+  Mend("LogPeriod", a.LogPeriod, 1);
+  Mend("DiskLogMaxFiles", a.DiskLogMaxFiles, 1);
+  Mend("DiskLogDisabled", a.DiskLogDisabled, 1);
+  Mend("MaxLogFiles", a.MaxLogFiles, 7);
   if (a.LogPath.empty()) a.LogPath = aPlannedStore["LogPath"] = szDefaultLogs;
   if (a.AllowType != 1 && a.AllowType != 2) {
     a.LogPeriod = 1;  // in memory only, and the other way round for the policy
