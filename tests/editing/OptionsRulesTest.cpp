@@ -6,7 +6,6 @@
 #include "base/Strings.h"
 #include "base/Text.h"
 #include "editing/OptionsRules.h"
-#include "support/TestHome.h"
 
 using namespace OptionsRules;
 using enum Field;
@@ -63,30 +62,6 @@ TEST(OptionsRulesTest, AFieldIsMendedOrRefusedAsItIsLeft) {
     szText = aCase.szText;
     EXPECT_EQ(aChecks.Leave(aCase.iField, aForm).szMessage, LoadResString(aCase.lMessage)) << aCase.szText;
     EXPECT_EQ(szText, aCase.szLeft);
-  }
-}
-
-// A stored high number is asked about when its field is left or changed, once; a folder that is not there at
-// each OK.
-TEST(OptionsRulesTest, WhatIsInsistedOnIsAskedOnceButNoLogIsLostInSilence) {
-  auto aForm = FormWith("60", "15");
-  aForm.szMaxLogFiles = "30";
-  Checks aChecks(aForm);
-  Finding aFurther;
-  const auto Asks = [&](const Finding& aFinding) { return aFinding.iButtons == Buttons::YesNo; };
-  EXPECT_FALSE(Asks(aChecks.Confirm(MaxLogFiles, aForm))) << "untouched";
-  EXPECT_TRUE(Asks(aChecks.Leave(MaxLogFiles, aForm)));
-  EXPECT_TRUE(aChecks.Answered(MaxLogFiles, false, Answer::No, aForm, aFurther));
-  EXPECT_FALSE(Asks(aChecks.Leave(MaxLogFiles, aForm)));
-  aForm.szMaxLogFiles = "40";
-  EXPECT_TRUE(Asks(aChecks.Confirm(MaxLogFiles, aForm)));
-
-  const TestHome aHome;
-  aForm.szLogPath = aHome.Path("no such folder");
-  for (const bool bConfirm : {false, true, true}) {
-    const auto aFinding = bConfirm ? aChecks.Confirm(LogPath, aForm) : aChecks.Leave(LogPath, aForm);
-    EXPECT_EQ(aFinding.iButtons, Buttons::YesNoCancel);
-    EXPECT_EQ(aChecks.Answered(LogPath, bConfirm, Answer::No, aForm, aFurther), !bConfirm);
   }
 }
 

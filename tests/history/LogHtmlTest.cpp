@@ -46,21 +46,6 @@ TEST(LogHtml, LetsNothingHostileIn) {
   ExpectWellFormed(aHome, szPage);
 }
 
-TEST(LogHtml, ShowsTheLastWholePassesOfALongLog) {
-  TestHome aHome;
-  LogScript aScript;
-  for (int lPass = 0; lPass < 600; ++lPass)
-    aScript.Start().Up("a").Up("b").End().After(30);
-  LogHtml::Limits aLimits;
-  aLimits.lLines = 4 * 300 + 2;
-  aLimits.lSites = 1;
-  aLimits.bEveryEntry = true;
-  const auto szPage = PageOf(aHome, aScript.szText, aLimits);
-  EXPECT_EQ(Occurrences(szPage, "scope=\"rowgroup\""), 300U);
-  EXPECT_EQ(Occurrences(szPage, "role=\"img\""), 2U) << "its states, and how long it takes";
-  EXPECT_NE(szPage.find("This page holds the last 1,200 of 2,400 lines."), std::string::npos);
-}
-
 TEST(LogHtml, HoldsTheEntriesAroundFailuresUnlessAllAreWanted) {
   TestHome aHome;
   LogScript aScript;

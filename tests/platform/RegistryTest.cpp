@@ -64,25 +64,4 @@ TEST_F(RegistryTest, KeysMatchWithoutCaseAndAreListedByNameAsTheyWereMade) {
   EXPECT_EQ(Names{}, Listed(Create("A"), true)) << "a new key has none of the old one's values";
 }
 
-TEST_F(RegistryTest, BuffersThatAreTooSmallAreLeftAloneAndTheNeededSizeIsTold) {
-  EXPECT_EQ(lSuccess, SetText(hBase, "Value", "12345"));
-  RegCloseKey(Create("Subkey"));
-  std::uint32_t lSize = 5;
-  std::array<char, 8> aBuffer{"xxxxxxx"}, aData{"xxxxxxx"};
-  EXPECT_EQ(lMoreData, RegQueryValueExA(hBase, "Value", nullptr, aBuffer.data(), &lSize));
-  EXPECT_EQ(6U, lSize);
-  EXPECT_STREQ("xxxxxxx", aBuffer.data());
-  EXPECT_EQ(lMoreData, RegEnumKeyA(hBase, 0, aBuffer.data(), 6));
-  EXPECT_EQ(lSuccess, RegEnumKeyA(hBase, 0, aBuffer.data(), 7));
-  EXPECT_EQ(lNoMoreItems, RegEnumKeyA(hBase, 1, aBuffer.data(), 7));
-  const struct {
-    std::uint32_t lIndex, lName, lData;
-    std::int32_t lCode;
-  } aCases[] = {{0, 5, 6, lMoreData}, {0, 6, 5, lMoreData}, {0, 6, 6, lSuccess}, {1, 6, 6, lNoMoreItems}};
-  for (auto aCase : aCases)
-    EXPECT_EQ(aCase.lCode, RegEnumValueA(hBase, aCase.lIndex, aBuffer.data(), &aCase.lName, nullptr,
-                                         aData.data(), &aCase.lData));
-  EXPECT_STREQ("12345", aData.data());
-}
-
 }  // namespace

@@ -69,33 +69,36 @@ void SaveAndDestroy(const std::string& szName, Window* pWindow) {
   pWindow->Destroy();
 }
 
-void SaveProgress(const std::string& szName, frmMain& aMain, const std::string& szURL) {
+void SaveProgress(frmMain& aMain) {
   auto* pProgress = new frmCheckAnim(&aMain, [] {});
-  pProgress->lblSiteName->SetLabel("Checking http://" + szURL);
+  pProgress->lblSiteName->SetLabel("Checking http://www.example.com/shop");
   pProgress->lblSiteStatus->SetLabel(ResText(IDS_STATE_RECEIVING));
   pProgress->ShowCount(2, 5);
   pProgress->Show();
   EXPECT_TRUE(Until([&] { return pProgress->pixRayForward.lLeft > 3000; }));
   pProgress->tmrCheckAnim.Stop();
-  Save(szName, pProgress);
-  pProgress->Destroy();
+  SaveAndDestroy("progress", pProgress);
 }
 
-void SaveViewer(const std::string& szName, Program& aProgram, const std::string& szLog,
-                bool bForHelp = false) {
-  aProgram.aHome.Write("D-20260105.kvl", szLog);
+void SaveViewer(Program& aProgram) {
+  LogScript aMorning;
+  for (const bool bFails : {false, true, false}) {
+    aMorning.Start()
+        .Up("www.example.com")
+        .Entry("http://www.example.org", bFails ? "404 File Not Found" : "Site OK", bFails ? 4 : 1)
+        .End()
+        .After(60);
+  }
+  aProgram.aHome.Write("D-20260105.kvl", aMorning.szText);
   auto* pViewer = LogView::Start({aProgram.aHome.Path("D-20260105.kvl")});
   for (std::size_t i = 0;
        const char* szPage : {"entries", "summary", "outages", "passes", "slow", "hours", "comparison"}) {
     pViewer->tabPages->SetSelection(i++);
-    Save(szName + szPage, pViewer);
+    Save(std::string("viewer-") + szPage, pViewer);
   }
-  if (bForHelp) {
-    pViewer->tabPages->SetSelection(0);
-    pViewer->SetSize(860, 540);
-    Save("viewer", pViewer);
-  }
-  pViewer->Destroy();
+  pViewer->tabPages->SetSelection(0);
+  pViewer->SetSize(860, 540);
+  SaveAndDestroy("viewer", pViewer);
 }
 
 // Where the parts are that the tour points at, beside the picture.
@@ -132,7 +135,7 @@ void SaveMain(Program& aProgram) {
   Save("main", &aMain);
   SaveMarks(aMain);
   Save("list", aMain.lvwMain, 180);
-  SaveProgress("progress", aMain, "www.example.com/shop");
+  SaveProgress(aMain);
 }
 
 void CloseDialog(Program& aProgram) {
@@ -173,15 +176,7 @@ void SaveOthers(Program& aProgram) {
   HelpCommands::ShowContext(aProgram.Main(), 20000);
   Save("help", frmHelp::Window());
   frmHelp::Window()->Close();
-  LogScript aMorning;
-  for (const bool bFails : {false, true, false}) {
-    aMorning.Start()
-        .Up("www.example.com")
-        .Entry("http://www.example.org", bFails ? "404 File Not Found" : "Site OK", bFails ? 4 : 1)
-        .End()
-        .After(60);
-  }
-  SaveViewer("viewer-", aProgram, aMorning.szText, true);
+  SaveViewer(aProgram);
 }
 
 }  // namespace
@@ -196,29 +191,4 @@ TEST(Pictures, OfTheWindows) {
   SaveOthers(aProgram);
   aProgram.Main().SetSize(10, 10);
   Save("main-smallest", &aProgram.Main());
-}
-
-TEST(Pictures, OfTheWindowsWithNothingAndWithLongTexts) {
-  if (!std::getenv("KESTROVA_PICTURES")) GTEST_SKIP() << "KESTROVA_PICTURES names no folder";
-  {
-    Program aEmpty;
-    Save("main-empty", &aEmpty.Main());
-    SaveViewer("viewer-empty-", aEmpty, "");
-  }
-  const std::string szLong = "www." + std::string(60, 'w') + ".example.com/" + std::string(140, 'p');
-  Program aProgram({Site(szLong, 1, 3, "198.51.100.107")});
-  modAddress::SetComments(
-      1, "503 " + std::string(20, 'S') + " Unavailable (IP Check Status: 404 File Not Found)");
-  aProgram.Main().Display_lvwMain(1);
-  Save("main-long", &aProgram.Main());
-  SaveProgress("progress-long", aProgram.Main(), szLong);
-  aProgram.Run(mE_EditAddress);
-  Save("editor-long", Open<wxDialog>());
-  CloseDialog(aProgram);
-  SaveViewer("viewer-long-", aProgram,
-             LogScript()
-                 .Start()
-                 .Entry("http://" + szLong, aSites[1].Comments, 2, "E-mail Notification Sent")
-                 .End()
-                 .szText);
 }

@@ -1,6 +1,5 @@
 // The main window minimised and restored, with a real window manager and a real notification area.
 #include <gtest/gtest.h>
-#include <wx/checkbox.h>
 #include <wx/display.h>
 #include <wx/fileconf.h>
 #include <wx/mstream.h>
@@ -9,10 +8,7 @@
 #include "ui/Display.h"
 #include "ui/Program.h"
 #include "ui/Screen.h"
-#include "ui/common/PictureBox.h"
-#include "ui/dialogs/frmAddress.h"
 #include "ui/main/modSysTray.h"
-#include "ui/system/AccessibleName.h"
 #include "ui/system/TrayIcon.h"
 
 namespace {
@@ -122,19 +118,4 @@ TEST(State, PlaceAndSizeComeBackButNeverOffTheScreen) {
     wxConfigBase::Get()->Write(szField, 30000);
   Program aProgram;
   EXPECT_TRUE(wxDisplay(0U).GetClientArea().Contains(aProgram.Main().GetScreenRect().GetTopLeft()));
-}
-
-// What a screen reader calls the controls that have neither text nor label.
-TEST(State, ControlsWithoutTextHaveAName) {
-  Program aProgram;
-  aProgram.Run(mF_NewAddress);
-  ASSERT_TRUE(Open<frmAddress>());
-  const frmAddress& aEditor = *Open<frmAddress>();
-  const std::pair<wxWindow*, const char*> aNames[] = {{aEditor.txtIP1, "IP Address, number 1"},
-                                                      {aEditor.txtIP4, "IP Address, number 4"},
-                                                      {aEditor.chkEnable, "Enable"}};
-  for (const auto& [pControl, szName] : aNames)
-    EXPECT_EQ(AccessibleName::Get(*pControl), szName);
-  EXPECT_NE(AccessibleName::Get(*aProgram.Main().imgColors), "");
-  EXPECT_NE(AccessibleName::Get(*aProgram.Main().imgEnabled), "");
 }

@@ -1,4 +1,5 @@
-// What could not be kept, as the main window tells it: on a disk that takes no more.
+// What could not be kept, as the main window tells it: on a disk that takes no more. And what must be kept
+// where nobody answers a box of GTK.
 #include <gtest/gtest.h>
 #include <wx/statusbr.h>
 
@@ -8,6 +9,7 @@
 #include "support/posix/InChild.h"
 #include "ui/Program.h"
 #include "ui/dialogs/frmOptions.h"
+#include "ui/main/modMain.h"
 
 TEST(Kept, UnsavedResultsStandInTheStatusBarUntilTheyAreStored) {
   FaultServer aServer;
@@ -44,4 +46,19 @@ TEST(Kept, OptionsThatAreNotStoredAreSaidAndASiteThatIsNotDeletedStays) {
   aProgram.Run(mF_StartCheck);
   EXPECT_EQ(aProgram.Main().sbrMain->GetFieldsCount(), 3);
   EXPECT_EQ(Stored::Get(ProductKeys::szTimer, "Interval"), "90");
+}
+
+// As at the end of the session, when nobody is there to answer.
+TEST(Kept, AnUnansweredQuestionEndsWithTheProgramAndDeletesNothing) {
+  Program aProgram({Site("a.test")});
+  aProgram.Main().lvwMain->SelectSlot(1);
+  int lTicks = 0;
+  {
+    const During aAct([&] {
+      if (++lTicks >= 5) modMain::RequestExit();
+    });
+    aProgram.Run(mE_DelAddress);
+  }
+  EXPECT_EQ(lSiteCount, 1);
+  EXPECT_TRUE(Until([&] { return aProgram.Ended(); }));
 }
