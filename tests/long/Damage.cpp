@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <filesystem>
-#include <iostream>
 
 #include "history/LogHistory.h"
 #include "long/Stand.h"
@@ -46,7 +45,7 @@ void Trials::Bits(int lTimes) {
   const auto aGood = Stand::Listed();
   const auto szGood = Slurp(aStand.StorePath());
   for (const bool bCopy : {true, false}) {
-    int lUnharmed = 0, lRecovered = 0, lRefused = 0, lOther = 0, lNamed = 0, lHidden = 0;
+    Tally aTally(std::to_string(lTimes) + (bCopy ? " bits turned beside the copy" : " without it"));
     for (int i = 0; i < lTimes; ++i) {
       aStand.PutBack();
       if (!bCopy) fs::remove(aStand.StorePath("registry.db.good"));
@@ -56,7 +55,7 @@ void Trials::Bits(int lTimes) {
       Must(Files::WriteWhole(aStand.StorePath(), szTurned), "the store can be written");
       const auto aResult = Stand::Run({"list", "--json"});
       if (aResult.iCode == 2 && aResult.szOutput.empty()) {
-        ++lRefused;
+        ++aTally["refused with 2"];
         continue;
       }
       // A bit in an address makes another address of it.
@@ -71,11 +70,11 @@ void Trials::Bits(int lTimes) {
           lMissing;
       const auto szWhich = " (bit " + std::to_string(lBit) + (bCopy ? ", with the copy)" : ", without)");
       const bool bSaid = !aResult.szErrors.empty();
-      lHidden += lMissing > 0 && !bSaid ? 1 : 0;
+      Must(lMissing == 0 || bSaid, "no site is missing in silence" + szWhich);
       Must(lDifferent <= 1 || bSaid, "one bit changes one site at most" + szWhich);
       Must(!bCopy || lMissing <= 1, "the copy has every site" + szWhich);
       if (aResult.iCode == 2) {
-        ++lNamed;
+        ++aTally["listed with 2 and the reason"];
         const bool bAgain = !Stand::Run({"check"}).szErrors.empty();
         const auto aPutBack = bCopy || !bAgain ? Stand::Listed() : Stand::List();
         const auto IsThere = [&](const auto& aSite) { return aPutBack.contains(aSite.first); };
@@ -83,13 +82,8 @@ void Trials::Bits(int lTimes) {
              "a site is put back, or without the copy named" + szWhich);
         continue;
       }
-      ++(bSaid ? lRecovered : lDifferent > 0 ? lOther : lUnharmed);
+      ++aTally[bSaid ? "mended and said" : lDifferent > 0 ? "a value of one site" : "without effect"];
     }
-    std::cout << "  " << lTimes << (bCopy ? " bits turned beside the copy: " : " without it: ") << lUnharmed
-              << " without effect, " << lRecovered << " mended and said, " << lOther
-              << " a value of one site, " << lNamed << " listed with 2 and the reason, " << lRefused
-              << " refused with 2, " << lHidden << " hid a site from list" << std::endl;
-    Must(lHidden == 0, "no site is missing in silence");
   }
 }
 
@@ -100,7 +94,7 @@ void Trials::Disk(int lTimes, const std::string& szFolder) {
     szMany += "www.site" + std::to_string(i) + ".invalid,,4,1,60\r\n";
   aStand.aHome.Write("many.kvd", szMany);
   const auto aBefore = Stand::Listed();
-  int lImports = 0, lImported = 0, lPasses = 0, lKept = 0, lRepeated = 0;
+  Tally aTally("full disk");
   for (int i = 0; i < lTimes; ++i) {
     aStand.PutBack();
     const bool bImport = i % 2 == 0;
@@ -113,14 +107,12 @@ void Trials::Disk(int lTimes, const std::string& szFolder) {
     }
     const auto aAfter = Stand::Listed();
     if (bImport) {
-      ++lImports;
-      lImported += aResult.iCode == 0 ? 1 : 0;
+      ++aTally[aResult.iCode == 0 ? "imports stored" : "imports refused with 2 and not there"];
       Must(aAfter.size() == aBefore.size() + (aResult.iCode == 0 ? 300 : 0),
            "an import on a full disk is whole, or none and said");
       Must(aResult.iCode == 0 || std::ranges::count(aResult.szErrors, '\n') == 1, "it is said in one line");
       continue;
     }
-    ++lPasses;
     Must(aAfter.size() == aBefore.size(), "no site is lost");
     const auto bSaid = aResult.iCode == 2;
     const auto lFirst = aStand.aMail.Mails().size();
@@ -128,10 +120,7 @@ void Trials::Disk(int lTimes, const std::string& szFolder) {
     const auto lAgain = static_cast<int>(aStand.aMail.Mails().size() - lFirst);
     Must(bSaid || lAgain == 0, "no mail is repeated where nothing was said");
     Must(bSaid || Entries(aStand.LogPath()) == 60, "no line of the log is missing where nothing was said");
-    lKept += bSaid ? 0 : 1;
-    lRepeated += lAgain;
+    ++aTally[bSaid ? "passes that said so" : "passes kept whole"];
+    aTally["mails again after those"] += lAgain;
   }
-  std::cout << "  " << lImports << " imports: " << lImported
-            << " stored, the others refused with 2 and not there; " << lPasses << " passes: " << lKept
-            << " kept whole, the others said so (" << lRepeated << " mails again after those)" << std::endl;
 }

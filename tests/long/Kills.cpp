@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <cstdio>
-#include <iostream>
 #include <thread>
 
 #include "editing/AddressRules.h"
@@ -32,20 +31,9 @@ double Measure(Stand& aStand, const std::vector<std::string>& aArguments) {
   return dWhole * 1.1;
 }
 
-struct Count {
-  const char* szKind;
-  int lTimes = 0, lMet = 0, lWhole = 0, lRepeated = 0;
-  ~Count() {
-    std::cout << "  " << szKind << ": " << lTimes << " kills, " << lMet << " before its end";
-    if (lWhole > 0) std::cout << ", " << lWhole << " with all of it stored";
-    if (lRepeated > 0) std::cout << ", " << lRepeated << " mails repeated";
-    std::cout << std::endl;
-  }
-};
-
 // After a kill in a pass and the pass that follows: the whole list, the true statuses, a mail for each site
 // that is down, and no line of the log torn.
-void LookAfterPass(Stand& aStand, const Stand::List& aBefore, Count& aCount, bool bKilled) {
+void LookAfterPass(Stand& aStand, const Stand::List& aBefore, Tally& aTally, bool bKilled) {
   const auto aKilled = Stand::Listed();
   Must(aKilled.size() == aBefore.size(), "no site is lost");
   for (const auto& [szURL, szFacts] : aKilled)
@@ -62,7 +50,7 @@ void LookAfterPass(Stand& aStand, const Stand::List& aBefore, Count& aCount, boo
   Must(static_cast<int>(aMailed.size()) >= aStand.lSites - (bKilled ? 1 : 0),
        "no outage goes without its mail");
   Must(lMails <= aStand.lSites + (bKilled ? 1 : 0), "no mail is repeated but the one that was under way");
-  aCount.lRepeated += std::max(0, lMails - aStand.lSites);
+  aTally["mails repeated"] += std::max(0, lMails - aStand.lSites);
   const auto szLog = aStand.aHome.Read(aStand.LogPath().substr(aStand.aHome.Folder().size() + 1));
   Must(szLog.ends_with("[END CHECK]\r\n"), "the log ends with a whole pass");
 }
@@ -72,12 +60,12 @@ void InPass(int lTimes, bool bInMail) {
   Stand aStand(lSites);
   const auto aBefore = Stand::Listed();
   const double dWhole = Measure(aStand, {"check"});
-  Count aCount{bInMail ? "alert" : "pass"};
+  Tally aTally(bInMail ? "alert" : "pass");
   using Stage = SmtpServer::Stage;
   const std::pair<Stage, const char*> aStages[] = {{Stage::Greeting, "220"}, {Stage::Hello, "250"},
                                                    {Stage::Sender, "250"},   {Stage::Recipient, "250"},
                                                    {Stage::Text, "250"},     {Stage::Quit, "221"}};
-  for (; aCount.lTimes < lTimes; ++aCount.lTimes) {
+  for (aTally["kills"] = lTimes; lTimes > 0; --lTimes) {
     aStand.PutBack();
     bool bKilled = false;
     if (bInMail) {
@@ -94,8 +82,8 @@ void InPass(int lTimes, bool bInMail) {
     } else {
       bKilled = RunAndKill(aStand, {"check"}, dWhole);
     }
-    aCount.lMet += bKilled ? 1 : 0;
-    LookAfterPass(aStand, aBefore, aCount, bKilled);
+    aTally["before its end"] += bKilled ? 1 : 0;
+    LookAfterPass(aStand, aBefore, aTally, bKilled);
   }
 }
 
@@ -112,14 +100,14 @@ void InImport(int lTimes, bool bRegistry) {
   if (bRegistry) aArguments = {"registry", "import", aStand.aHome.Path("new")};
   const auto lBefore = Stand::Listed().size();
   const double dWhole = Measure(aStand, aArguments);
-  Count aCount{bRegistry ? "registry import" : "import"};
-  for (; aCount.lTimes < lTimes; ++aCount.lTimes) {
+  Tally aTally(bRegistry ? "registry import" : "import");
+  for (aTally["kills"] = lTimes; lTimes > 0; --lTimes) {
     aStand.PutBack();
-    aCount.lMet += RunAndKill(aStand, aArguments, dWhole) ? 1 : 0;
+    aTally["before its end"] += RunAndKill(aStand, aArguments, dWhole) ? 1 : 0;
     const auto lNow = Stand::Listed().size();
     Must(lNow == lBefore || lNow == lBefore + lMany,
          "the list is the old one or the new one, and not of " + std::to_string(lNow));
-    aCount.lWhole += lNow > lBefore ? 1 : 0;
+    aTally["with all of it stored"] += lNow > lBefore ? 1 : 0;
   }
 }
 
@@ -127,20 +115,18 @@ void InImport(int lTimes, bool bRegistry) {
 void InEdit(int lTimes) {
   Stand aStand(6);
   constexpr int lLongest = 1800;
-  Count aCount{"edit"};
-  int lAll = 0;
-  for (; aCount.lTimes < lTimes; ++aCount.lTimes) {
+  Tally aTally("edit");
+  for (aTally["kills"] = lTimes; lTimes > 0; --lTimes) {
     aStand.PutBack();
     ChildProcess aEditor(ChildProcess::BuiltProgram("kestrova-trials"), {"edit"});
     Pause(0.02 + aStand.Random() * 0.1);
     aEditor.Kill();
-    aCount.lMet += aEditor.Wait(60) == ChildProcess::lKilled ? 1 : 0;
+    aTally["before its end"] += aEditor.Wait(60) == ChildProcess::lKilled ? 1 : 0;
     const auto szSaid = aEditor.Output();
     const auto lDone = static_cast<int>(std::count(szSaid.begin(), szSaid.end(), '\n'));
-    lAll += lDone;
+    aTally["edits acknowledged"] += lDone;
     const auto aList = Stand::Listed();
     const auto lSites = static_cast<int>(aList.size());
-    std::map<std::string, int> aTimeOuts;
     Registry::CloseStore();
     modAddress::LoadSites(true, true);
     Must(lSiteCount == lSites, "no site is lost");
@@ -152,7 +138,6 @@ void InEdit(int lTimes) {
     }
     Registry::CloseStore();
   }
-  std::cout << "  " << lAll << " edits acknowledged in all\n";
 }
 
 }  // namespace

@@ -27,6 +27,13 @@ void Must(bool bHolds, const std::string& szWhat) {
   std::_Exit(1);
 }
 
+Tally::~Tally() {
+  std::cout << "  " << szTrial << ":";
+  for (const auto& [szWhat, lTimes] : aTimes)
+    std::cout << " " << lTimes << " " << szWhat << ";";
+  std::cout << std::endl;
+}
+
 Stand::Stand(int lCount, const std::string& szGiven)
     : lSites(lCount), szFolder(szGiven.empty() ? aHome.Folder() : szGiven) {
   Environment::Set("KESTROVA_REGISTRY", StorePath());

@@ -51,5 +51,19 @@ class Stand {
   std::mt19937 aRandom{20261122};
 };
 
+// What came of a trial, by its name; is said at its end.
+class Tally {
+ public:
+  explicit Tally(std::string szOf) : szTrial(std::move(szOf)) {}
+  ~Tally();
+  Tally(const Tally&) = delete;
+  Tally& operator=(const Tally&) = delete;
+  int& operator[](const std::string& szWhat) { return aTimes[szWhat]; }
+
+ private:
+  std::string szTrial;
+  std::map<std::string, int> aTimes;
+};
+
 // Ends the process where something is not as it must be.
 void Must(bool bHolds, const std::string& szWhat);
