@@ -2,6 +2,7 @@
 #include "platform/Inet.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "simulated/Machine.h"
@@ -16,100 +17,40 @@ constexpr double dExecute = 0.0004;     // a call takes its time, so that no two
 
 }  // namespace
 
-class Inet::Impl {
- public:
-  void Begin();
-  void Proceed(std::int32_t lMilliseconds);
-  void Deliver(const std::function<void(std::int16_t)>& Handler);
-  void Drop();
-
+struct Inet::Impl {
   std::string szURL, szHeader, szInfo;
   std::int32_t lCode = 0;
   std::int32_t lTimeout = 60;
   bool bExecuting = false, bDelivering = false, bReached = false;
   Conversation aAnswer;
-
- private:
-  bool Due() const {
-    return lNext < aAnswer.aSteps.size() && dStart + aAnswer.aSteps[lNext].dAt <= ThisMachine().Boot();
-  }
-  void Finish(std::int16_t iState);
-
   std::size_t lNext = 0;  // step not yet delivered
   double dStart = 0;      // on the boot clock
   double dLimit = 0;      // on the steady clock
   std::uint64_t lRequest = 0;
+
+  bool Lives() const { return bExecuting && !ThisMachine().Dead(); }
+  // On the boot clock; for ever where the server stays silent.
+  double NextAt() const {
+    return lNext < aAnswer.aSteps.size() ? dStart + aAnswer.aSteps[lNext].dAt : HUGE_VAL;
+  }
+  void Wait() const;
+  void Finish(std::int16_t iState) {
+    bExecuting = false;
+    ThisMachine().pWitness->Answered(iState, lCode == lTimedOut);
+  }
 };
-
-void Inet::Impl::Begin() {
-  auto& aMachine = ThisMachine();
-  const Call aCall;
-  Drop();
-  ++lRequest;
-  szHeader.clear();
-  szInfo.clear();
-  lCode = 0;
-  bReached = false;
-  if (aCall.Gone()) return;
-  bExecuting = true;
-  aAnswer = aMachine.pSurroundings->Answer(szURL);
-  lNext = 0;
-  dStart = aMachine.Boot();
-  dLimit = aMachine.Steady() + lTimeout;
-  aMachine.pWitness->Requested(szURL, aAnswer);
-  aMachine.Pass(dExecute);
-}
-
-// Ended without an outcome.
-void Inet::Impl::Drop() {
-  if (!bExecuting) return;
-  bExecuting = false;
-  if (!ThisMachine().Dead()) ThisMachine().pWitness->Cancelled();
-}
 
 // Nothing happens between here and the next step, limit or tick of the program's timers: a wait may as well
 // end there. The time until then is what a busy machine could take too.
-void Inet::Impl::Proceed(std::int32_t lMilliseconds) {
+void Inet::Impl::Wait() const {
   auto& aMachine = ThisMachine();
-  if (!bExecuting || lMilliseconds <= 0) return;
   if (aMachine.dStall > 0) {
     aMachine.Pass(std::exchange(aMachine.dStall, 0));
     return aMachine.pWitness->Awake();
   }
-  double dUntil = aMachine.dNextTick - aMachine.Boot();
-  if (lNext < aAnswer.aSteps.size())
-    dUntil = std::min(dUntil, dStart + aAnswer.aSteps[lNext].dAt - aMachine.Boot());
-  dUntil = std::min(dUntil, dLimit - aMachine.Steady());
+  const double dUntil = std::min(
+      {aMachine.dNextTick - aMachine.Boot(), NextAt() - aMachine.Boot(), dLimit - aMachine.Steady()});
   if (dUntil > 0) aMachine.Pass(dUntil);
-}
-
-void Inet::Impl::Finish(std::int16_t iState) {
-  bExecuting = false;
-  ThisMachine().pWitness->Answered(iState, lCode == lTimedOut);
-}
-
-void Inet::Impl::Deliver(const std::function<void(std::int16_t)>& Handler) {
-  bDelivering = true;
-  const auto lNumber = lRequest;
-  while (bExecuting && lNumber == lRequest && !ThisMachine().Dead() && Due()) {
-    const auto iState = aAnswer.aSteps[lNext++].iState;
-    bReached = bReached || (iState >= Inet::Connected && iState < iError);
-    if (iState >= iError) {
-      szHeader = aAnswer.szHeader;
-      szInfo = aAnswer.szInfo;
-      lCode = aAnswer.lCode;
-      Finish(iState);
-    }
-    if (Handler) Handler(iState);
-  }
-  // What has arrived is heard before the limit is looked at.
-  if (bExecuting && lNumber == lRequest && !ThisMachine().Dead() && ThisMachine().Steady() >= dLimit) {
-    szInfo = "Timeout was reached";
-    lCode = lTimedOut;
-    Finish(iError);
-    if (Handler) Handler(iError);
-  }
-  bDelivering = false;
 }
 
 Inet::Inet() : pImpl(std::make_unique<Impl>()) {
@@ -127,23 +68,61 @@ void Inet::ForgetCookies() {
 }
 
 void Inet::Execute(const std::string& szURL, const std::string&) {
-  pImpl->szURL = szURL;
-  pImpl->Begin();
+  auto& a = *pImpl;
+  auto& aMachine = ThisMachine();
+  const Call aCall;
+  Cancel();
+  a.szURL = szURL;
+  a.szHeader = a.szInfo = "";
+  a.lCode = 0;
+  a.bReached = false;
+  ++a.lRequest;
+  if (aCall.Gone()) return;
+  a.bExecuting = true;
+  a.aAnswer = aMachine.pSurroundings->Answer(szURL);
+  a.lNext = 0;
+  a.dStart = aMachine.Boot();
+  a.dLimit = aMachine.Steady() + a.lTimeout;
+  aMachine.pWitness->Requested(szURL, a.aAnswer);
+  aMachine.Pass(dExecute);
 }
 
 bool Inet::StillExecuting() const {
-  return pImpl->bExecuting && !ThisMachine().Dead();
+  return pImpl->Lives();
 }
 
+// Ended without an outcome.
 void Inet::Cancel() {
-  pImpl->Drop();
+  if (std::exchange(pImpl->bExecuting, false) && !ThisMachine().Dead()) ThisMachine().pWitness->Cancelled();
 }
 
 void Inet::Poll(std::int32_t lMilliseconds) {
+  auto& a = *pImpl;
   const Call aCall;
-  if (pImpl->bDelivering || aCall.Gone()) return;
-  pImpl->Proceed(lMilliseconds);
-  pImpl->Deliver(StateChanged);
+  if (a.bDelivering || aCall.Gone()) return;
+  if (a.bExecuting && lMilliseconds > 0) a.Wait();
+  a.bDelivering = true;
+  const auto lNumber = a.lRequest;
+  const auto SameLives = [&] { return a.Lives() && lNumber == a.lRequest; };
+  while (SameLives() && a.NextAt() <= ThisMachine().Boot()) {
+    const auto iState = a.aAnswer.aSteps[a.lNext++].iState;
+    a.bReached = a.bReached || (iState >= Connected && iState < iError);
+    if (iState >= iError) {
+      a.szHeader = a.aAnswer.szHeader;
+      a.szInfo = a.aAnswer.szInfo;
+      a.lCode = a.aAnswer.lCode;
+      a.Finish(iState);
+    }
+    if (StateChanged) StateChanged(iState);
+  }
+  // What has arrived is heard before the limit is looked at.
+  if (SameLives() && ThisMachine().Steady() >= a.dLimit) {
+    a.szInfo = "Timeout was reached";
+    a.lCode = lTimedOut;
+    a.Finish(iError);
+    if (StateChanged) StateChanged(iError);
+  }
+  a.bDelivering = false;
 }
 
 const std::string& Inet::URL() const {
