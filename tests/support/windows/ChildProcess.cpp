@@ -1,5 +1,7 @@
 #include "support/ChildProcess.h"
 
+#include <stdexcept>
+
 #include "platform/windows/Handle.h"
 
 namespace {
@@ -17,17 +19,25 @@ HANDLE Inherited(const std::string& szFile, DWORD lAccess, DWORD lHow) {
   return CreateFileA(szFile.c_str(), lAccess, lShare, &aInherited, lHow, 0, nullptr);
 }
 
-// A console program hears Ctrl-C only through a console, which it shares with its starter. A test whose
-// output goes elsewhere has none, and one with windows needs none. What the test sends it hears itself.
-void HaveConsole() {
+bool HasWindowsOnly() {
   const auto* const pImage = reinterpret_cast<const char*>(GetModuleHandleA(nullptr));
   const auto* const pHeaders = reinterpret_cast<const IMAGE_NT_HEADERS*>(
       pImage + reinterpret_cast<const IMAGE_DOS_HEADER*>(pImage)->e_lfanew);
-  if (pHeaders->OptionalHeader.Subsystem != IMAGE_SUBSYSTEM_WINDOWS_CUI || GetConsoleWindow()) return;
-  FreeConsole();  // a console without a window is none for this
-  AllocConsole();
-  ShowWindow(GetConsoleWindow(), SW_HIDE);
-  SetConsoleCtrlHandler([](DWORD lEvent) -> BOOL { return lEvent == CTRL_C_EVENT; }, TRUE);
+  return pHeaders->OptionalHeader.Subsystem != IMAGE_SUBSYSTEM_WINDOWS_CUI;
+}
+
+// A console program hears Ctrl-C only through a console, which it shares with its starter. A test whose
+// output goes elsewhere has none, and one with windows needs none. What the test sends it hears itself. One
+// for the whole test: on a second a program that was started before it would hear nothing.
+void HaveConsole() {
+  static const bool bHas = [] {
+    if (HasWindowsOnly() || GetConsoleWindow()) return true;
+    FreeConsole();  // a console without a window is none for this
+    if (!AllocConsole()) return false;
+    ShowWindow(GetConsoleWindow(), SW_HIDE);
+    return SetConsoleCtrlHandler([](DWORD lEvent) -> BOOL { return lEvent == CTRL_C_EVENT; }, TRUE) != 0;
+  }();
+  if (!bHas) throw std::runtime_error("no console for the programs that the test starts");
 }
 
 BOOL CALLBACK CloseWindowOf(HWND hWindow, LPARAM lProcess) {
@@ -83,7 +93,8 @@ void ChildProcess::Kill() {
 // manager does it.
 void ChildProcess::Interrupt() {
   if (lResult != lRunning) return;
-  GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0);
+  if (!GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0) && !HasWindowsOnly())
+    throw std::runtime_error("Ctrl-C could not be sent");
   EnumWindows(CloseWindowOf, static_cast<LPARAM>(GetProcessId(reinterpret_cast<HANDLE>(hProcess))));
 }
 
