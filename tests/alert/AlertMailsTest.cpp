@@ -1,7 +1,6 @@
 // Every mail that can go out, as the manager reads it: each failure, alone and with each result of the IP
-// check. All of them are also written into the build folder, alert-mails.txt, to be read by a person.
+// check.
 #include <algorithm>
-#include <map>
 #include <set>
 #include <sstream>
 
@@ -10,7 +9,6 @@
 #include "base/Strings.h"
 #include "platform/Environment.h"
 #include "platform/Files.h"
-#include "platform/Shell.h"
 
 namespace {
 
@@ -154,31 +152,20 @@ void FitsThePair(const std::string& szPostscript, const RequestFacts& aByName, c
 }
 
 TEST_F(AlertMailsTest, EachSaysWhatHappenedAndContradictsNeitherResult) {
-  const std::string szRule = std::string(76, '=') + "\r\n";
-  std::string szAll;
   auto aByIPs = aFailures;
   aByIPs.push_back(aGood);
   for (const auto& aByName : ByName()) {
     SCOPED_TRACE(aByName.szResult);
     const std::string szMail = Mail(aByName, {});
     SaysWhatHappened(szMail, aByName);
-    std::map<StringId, std::string>
-        aPostscripts;  // one of each meaning, below the results that it stands for
     for (const auto& aByIP : aByIPs) {
       SCOPED_TRACE("by IP address: " + aByIP.szResult);
       const std::string szBoth = Mail(aByName, aByIP);
       ASSERT_TRUE(szBoth.starts_with(szMail)) << "the mail about the name, whatever the IP address gave";
       FitsThePair(szBoth.substr(szMail.size()), aByName, aByIP);
       if (HasFailure()) FAIL() << szBoth;
-      std::string& szShown = aPostscripts[IPCheckMeaning::Of(aByName, aByIP)];
-      szShown = "--- by IP address: " + aByIP.szResult + "\r\n" +
-                (szShown.empty() ? szBoth.substr(szMail.size()) : szShown);
     }
-    szAll += szRule + szMail + "\r\n";
-    for (const auto& [iMeaning, szShown] : aPostscripts)
-      szAll += szShown + "\r\n";
   }
-  EXPECT_TRUE(Files::WriteWhole(Shell::ProgramFolder() + "/../alert-mails.txt", szAll));
 }
 
 // The page cannot be made from the texts, and nobody would notice that it says something else.

@@ -1,10 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <map>
-#include <random>
 
 #include "base/Strings.h"
-#include "base/Text.h"
 #include "editing/OptionsRules.h"
 
 using namespace OptionsRules;
@@ -63,43 +61,6 @@ TEST(OptionsRulesTest, AFieldIsMendedOrRefusedAsItIsLeft) {
     EXPECT_EQ(aChecks.Leave(aCase.iField, aForm).szMessage, LoadResString(aCase.lMessage)) << aCase.szText;
     EXPECT_EQ(szText, aCase.szLeft);
   }
-}
-
-// An operator who presses OK again after each correction comes through, or is told of the relation.
-TEST(OptionsRulesTest, AnyInputEndsInBounds) {
-  std::mt19937 aRandom(4711);
-  const auto Number = [&] {
-    std::string szNumber(aRandom() % 12, '0');
-    for (char& ch : szNumber)
-      ch = "0123456789-.x"[aRandom() % 13];
-    const bool bDigits = szNumber.empty() || Text::IsDigits(szNumber);
-    EXPECT_EQ(ChangeNumber(SMTPPort, szNumber).bRejected, !bDigits) << szNumber;
-    return bDigits ? szNumber : std::to_string(aRandom() % 90);
-  };
-  int lAccepted = 0;
-  for (int i = 0; i < 5000; ++i) {
-    auto aForm = FormWith(Number(), Number());
-    aForm.szMaxLogFiles = Number();
-    aForm.szSMTPPort = Number();
-    aForm.LogPeriod = 0;
-    Checks aChecks(aForm);
-    std::string szLast;
-    for (int lTry = 0; lTry < 5; ++lTry) {
-      szLast.clear();
-      for (const Field iField : aConfirmOrder)
-        if (szLast.empty()) szLast = aChecks.Confirm(iField, aForm).szMessage;
-    }
-    if (!szLast.empty()) {
-      ASSERT_EQ(szLast, LoadResString(IDS_INTERVAL_RELATION));
-      continue;
-    }
-    ++lAccepted;
-    const auto aRecord = RecordOf(aForm);
-    ASSERT_TRUE(aRecord.Interval >= 5 && aRecord.Interval <= 1425 && aRecord.Warning <= aRecord.Interval);
-    ASSERT_TRUE(aRecord.Warning >= 5 && aRecord.Warning <= 60 && aRecord.SMTPPort >= 0);
-    ASSERT_TRUE(aRecord.MaxLogFiles >= 1 && aRecord.MaxLogFiles <= 3000);
-  }
-  EXPECT_GT(lAccepted, 1000);
 }
 
 }  // namespace

@@ -75,24 +75,6 @@ TEST(LogWords, AGoodAnswerByIPAddressIsToldWhereItIsKnown) {
     EXPECT_EQ(LogWords::Answer(szAsLogged), szAsLogged);
 }
 
-TEST(LogFiles, AreFoundByWhatTheirNamesTell) {
-  const TestHome aHome;
-  for (const auto* szName :
-       {"D-20260104.kvl", "D-20260105.kvl", "D-20260106.kvl", "W-20251228.kvl", "notes.kvl"})
-    aHome.Write(szName, "x");
-  const auto Names = [](const std::vector<std::string>& aPaths) {
-    std::string szAll;
-    for (const auto& szPath : aPaths)
-      szAll += LogFiles::NameOf(szPath) + " ";
-    return szAll;
-  };
-  EXPECT_EQ(Names(LogFiles::Later(aHome.Path("D-20260104.kvl"))), "D-20260105.kvl D-20260106.kvl ");
-  EXPECT_EQ(Names(LogFiles::Later(aHome.Path("D-20260106.kvl"))), "");
-  EXPECT_EQ(Names(LogFiles::Later(aHome.Path("notes.kvl"))), "");
-  const StandingClock aClock(AddDays(dtMonday, 1));
-  EXPECT_EQ(Names(LogFiles::Recent(aHome.Folder(), 2)), "D-20260105.kvl D-20260106.kvl ");
-}
-
 TEST(LogFiles, AMonitorsTwoPathsAreALogAndAPage) {
   const TestHome aHome;
   aHome.Write("odd", "[START CHECK: AUTO - 1/5/2026 8:00:00 AM]\r\n");
@@ -101,7 +83,6 @@ TEST(LogFiles, AMonitorsTwoPathsAreALogAndAPage) {
     std::size_t lLogs;
     const char* szPage;
   } aCases[] = {{{"a.kvl", "p.htm"}, 1, "p.htm"},
-                {{"a.kvl", "p"}, 1, "p"},
                 {{"a.kvl", "b.kvl"}, 2, ""},
                 {{"a.kvl", aHome.Path("odd")}, 2, ""},
                 {{"a.kvl", "b.kvl", "p.html"}, 2, "p.html"},

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <sstream>
 
-#include "history/LogFacts.h"
-#include "history/LogStrip.h"
 #include "history/LogSummary.h"
 #include "history/LogSummaryText.h"
 #include "history/LogTables.h"
@@ -220,40 +218,8 @@ TEST(LogSummary, AChosenSiteIsNoPassThatBrokeOff) {
   EXPECT_EQ(aSummary.lEndless, 0U);
   for (const auto& aSite : aSummary.aSites)
     EXPECT_EQ(aSite.aStates.size(), 1U) << aSite.szSite;
-  const auto Holds = [&](const char* szText) {
-    return std::ranges::any_of(LogFacts::Of(aSummary), [&](const LogFacts::Fact& aFact) {
-      return aFact.aLines.front().starts_with(szText);
-    });
-  };
-  EXPECT_TRUE(Holds("1 pass started by hand has no end line: it was a check of chosen sites alone"));
-  EXPECT_FALSE(Holds("1 pass has no proper"));
   aSummary = Of(aScript.Start().Up("a").Start().Up("a").Up("b").End().szText);
   EXPECT_EQ(aSummary.lEndless, 1U);
-  EXPECT_TRUE(Holds("1 pass has no proper"));
-}
-
-TEST(LogSummary, ALongLogHasASquareADay) {
-  LogScript aScript;
-  for (int lDay = 0; lDay < 20; ++lDay) {
-    const auto dtNoon = AddDays(dtMonday, lDay);
-    for (int lPass = 0; lPass < 30; ++lPass) {
-      aScript.dtNow = AddMinutes(dtNoon, lPass * 30);
-      const bool bFails = lDay == 3 ? lPass == 4 || lPass == 5 : lDay == 7 && lPass == 9;
-      if (lDay != 11) (bFails ? aScript.Start().Down("a") : aScript.Start().Up("a")).End();
-    }
-  }
-  const auto aSummary = Of(aScript.szText);
-  ASSERT_TRUE(LogStrip::ByDay(aSummary));
-  const auto aDays = LogStrip::Days(aSummary, SiteA(aSummary));
-  std::string szDays;
-  for (const auto iState : aDays)
-    szDays += "?UWDX"[static_cast<std::size_t>(iState)];
-  EXPECT_EQ(szDays, "UUUDUUUDUUU?UUUUUUUU");
-  const auto aWords = LogStrip::DayWords(SiteA(aSummary), LogStrip::DayAt(aSummary, 3));
-  ASSERT_GE(aWords.size(), 2U);
-  EXPECT_TRUE(aWords[0].starts_with("Thu Jan 8 2026: up for 9")) << aWords[0];
-  EXPECT_EQ(std::ranges::count(aWords, "Down: Thu Jan 8 2026, 10:00 AM to Thu Jan 8 2026, 11:00 AM"), 1);
-  EXPECT_FALSE(LogStrip::ByDay(Of(Passes("UUWDU")))) << "a short log keeps its hours";
 }
 
 // Also where a mail server has refused for days: a text of twenty thousand characters is broken into lines at

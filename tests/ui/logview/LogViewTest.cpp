@@ -143,24 +143,6 @@ TEST_F(LogOfNow, ASecondOneForTheSameLogHandsItsSiteToTheFirst) {
   }
 }
 
-TEST_F(LogOfNow, KeysSelectFromTheRowThatWasGoneTo) {
-  const auto Copied = [&] {
-    const auto szText = aViewer.pWindow->CopyText();
-    return std::to_string(std::ranges::count(szText, '\n')) + " rows from " +
-           szText.substr(0, szText.find('\t'));
-  };
-  ASSERT_TRUE(Focused(aViewer.List().List()));
-  EXPECT_EQ(Copied(), "1 rows from 1/7/2026 9:30:01 AM") << "a fresh window";
-  Key(WXK_UP, wxMOD_SHIFT);
-  ASSERT_TRUE(Until([&] { return Copied() == "2 rows from 1/7/2026 9:30:00 AM"; })) << Copied();
-  aViewer.pWindow->RunCommand(Command::mE_NextFailure);
-  EXPECT_EQ(aViewer.Status(0), "Continued from the beginning.");
-  Key(WXK_DOWN, wxMOD_SHIFT);
-  ASSERT_TRUE(Until([&] { return Copied() == "2 rows from 1/5/2026 11:30:01 PM"; })) << Copied();
-  aViewer.pWindow->RunCommand(Command::mE_SelectAll);
-  EXPECT_TRUE(Copied().starts_with(std::to_string(aViewer.Rows()) + " rows"));
-}
-
 TEST_F(LogOfNow, FiltersBySiteResultWordsMailsAndIPChecks) {
   auto& aEntries = aViewer.Entries();
   aViewer.Choose(aEntries.cboSite, "shop.example.com");

@@ -1,11 +1,9 @@
 // The list: which rows stand in it, in which order, and the commands that change it.
 #include <gtest/gtest.h>
-#include <wx/button.h>
 
 #include "support/Stored.h"
 #include "ui/Program.h"
 #include "ui/common/PictureBox.h"
-#include "ui/dialogs/frmAddress.h"
 #include "ui/dialogs/frmOptions.h"
 
 TEST(List, FiltersShowByResultAndState) {

@@ -7,40 +7,15 @@
 #include <wx/modalhook.h>
 #include <wx/stattext.h>
 #include <wx/statusbr.h>
-#include <wx/uiaction.h>
 
 #include <algorithm>
 
-#include "check/Schedule.h"
 #include "persistence/ProductKeys.h"
-#include "persistence/Settings.h"
 #include "servers/FaultServer.h"
 #include "support/Stored.h"
 #include "ui/Program.h"
 #include "ui/common/TextGlue.h"
 #include "ui/main/frmCheckAnim.h"
-
-TEST(Pass, EveryOutcomeStandsInItsRowAlsoWhereAFilterHidesIt) {
-  FaultServer aServer;
-  for (const char* szPath : {"/gone", "/off"})
-    aServer.Serve(szPath, Fault::Status("404 Not Found"));
-  aServer.Serve("/moved", Fault::Status("301 Moved Permanently"));
-  Program aProgram({Site(aServer.Site("/good"), 1, 3), Site(aServer.Site("/gone")),
-                    Site(aServer.Site("/off"), 0, 3), Site(aServer.Site("/moved"), 1, 2, aServer.Address())});
-  const auto ExpectRow = [&](std::int32_t lSlot, const char* szEnd) {
-    EXPECT_TRUE(aProgram.RowText(lSlot).ends_with(szEnd)) << aProgram.RowText(lSlot);
-  };
-  aProgram.Run(mV_Warning);
-  aProgram.Run(mF_StartCheck);
-  EXPECT_EQ(aProgram.Slots(), "4") << "stays until the next rebuild";
-  ExpectRow(4, "Red: 301 Moved Permanently (IP Check: OK)");
-  EXPECT_EQ(aProgram.Panel(3), "Last: 12:00:01 PM");
-  EXPECT_EQ(aProgram.Panel(2), Schedule::NextPanelText());
-  aProgram.Run(mV_All);
-  ExpectRow(1, "Green: Site OK");
-  ExpectRow(2, "Yellow: 404 File Not Found");
-  ExpectRow(3, "none: ");
-}
 
 TEST(Pass, EachKeyRunsItsCommandOnceForAllSitesOrTheSelectedOne) {
   FaultServer aServer;
@@ -97,18 +72,6 @@ TEST(Pass, LocksCommandsShowsProgressAndIsStopped) {
   Answers aAnswers({"ok"});
   aProgram.Run(mF_StopCheck);
   EXPECT_EQ(aAnswers.aSaid, Texts{"Checking is not in progress."});
-}
-
-TEST(Pass, LinesThatTheLogMissesAreSaidInTheStatusBar) {
-  FaultServer aServer;
-  Program aProgram({Site(aServer.Site("/a"))});
-  Settings.LogPeriod = 1;
-  Settings.LogPath = aProgram.aHome.Path("missing");
-  aProgram.Run(mF_StartCheck);
-  EXPECT_TRUE(aProgram.Panel(4).starts_with("3 lines of the check log could not be written"))
-      << aProgram.Panel(4);
-  aProgram.Run(mF_StartCheck);
-  EXPECT_TRUE(aProgram.Panel(4).starts_with("6 lines"));
 }
 
 // One notification for a pass that nobody saw, and none for what was down before.
