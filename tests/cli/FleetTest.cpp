@@ -37,21 +37,6 @@ TEST_F(Fleet, ExportForPrometheusFromTheStoreAndFromAListOfAnyLength) {
   EXPECT_EQ(aHome.Read("out/targets-1.json"), szTargets);
 }
 
-TEST_F(Fleet, ExportForPrometheusSaysWhatIsWrong) {
-  aHome.Write("file", "x");
-  const std::vector<std::string> aCases[] = {
-      {"export", "--prometheus", aHome.Path("file")},
-      {"export", "--prometheus", aHome.Path("no/such/folder")},
-      {"export", "--prometheus", aHome.Path("o"), "--from", "missing.kvd"},
-      {"export", "--prometheus", aHome.Path("o"), "--shards", "0"},
-      {"export", "--prometheus", aHome.Path("o"), "x.kvd"},
-      {"export", "--shards", "2", "x.kvd"},
-      {"export"}};
-  for (const auto& aArguments : aCases)
-    EXPECT_THAT(Run(aArguments), Refuses()) << PrintToString(aArguments);
-  EXPECT_EQ(aHome.Read("file"), "x");
-}
-
 TEST_F(Fleet, PassesAsJsonLinesAndAsAPlugin) {
   aServer.Serve("/bad", Fault::Status("404 \x1b[31m"));
   ImportList(ListOf({aServer.Site("/good"), aServer.Site("/bad")}));

@@ -1,4 +1,6 @@
 // log --what-if, against logs of sites whose outages are known.
+#include <array>
+#include <cstdio>
 #include <nlohmann/json.hpp>
 
 #include "base/DateTime.h"
@@ -44,18 +46,20 @@ std::string LogOf(int lInterval, int lWarning, std::vector<int>& aMails) {
   return szLog;
 }
 
+// As the answer tells a time.
+std::string Iso(int lMinute) {
+  const auto aTime = SplitDateTime(AddMinutes(dtStart, lMinute));
+  std::array<char, 20> szText{};
+  std::snprintf(szText.data(), szText.size(), "2026-11-%02d %02d:%02d:00", aTime.lDay, aTime.lHour,
+                aTime.lMinute);
+  return szText.data();
+}
+
 // Whether that mail lies in the range of one of the failures.
 bool Told(const nlohmann::json& aFailures, int lMail) {
-  const auto dtMail = AddMinutes(dtStart, lMail);
   return std::ranges::any_of(aFailures, [&](const nlohmann::json& aFailure) {
-    const auto MinuteOf = [](const std::string& szTime) {  // 2026-11-02 14:30:00
-      const auto Number = [&](std::size_t lAt) { return std::stoi(szTime.substr(lAt, 2)); };
-      return JoinDateTime(
-          {.lYear = 2026, .lMonth = 11, .lDay = Number(8), .lHour = Number(11), .lMinute = Number(14)});
-    };
     const std::string szEarliest = aFailure["earliest"], szLatest = aFailure["latest"];
-    return !szLatest.empty() && SecondsBetween(MinuteOf(szEarliest), dtMail) >= -60 &&
-           SecondsBetween(dtMail, MinuteOf(szLatest)) >= -60;
+    return szEarliest <= Iso(lMail + 1) && Iso(lMail - 1) <= szLatest;
   });
 }
 

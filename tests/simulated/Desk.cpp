@@ -84,21 +84,9 @@ void Desk::ShowLight(std::int32_t lSlot, std::int16_t iIcon) {
   aLights[static_cast<std::size_t>(lSlot) - 1] = iIcon;
 }
 
-void Desk::ShowRemark(std::int32_t lSlot, const std::string& szText) {
-  if (!ThisMachine().Dead()) aBook.ShowsRemark(lSlot, szText);
-}
-
-void Desk::SiteRecorded(std::int32_t lSlot) {
-  if (!ThisMachine().Dead()) aBook.Recorded(lSlot);
-}
-
 void Desk::ReportTrouble(const std::string& szText) {
   if (Traced()) Trace(szText);
   aSaid.push_back(szText);
-}
-
-void Desk::SoundBell() {
-  if (!ThisMachine().Dead()) aBook.Rings();
 }
 
 // A box that waits for its operator lets the timers run.

@@ -30,13 +30,19 @@ class Desk : public QuietView {
 
   void ShowPanel(int iPanel, const std::string& szText) override;
   void ShowLight(std::int32_t lSlot, std::int16_t iIcon) override;
-  void ShowRemark(std::int32_t lSlot, const std::string& szText) override;
-  void SiteRecorded(std::int32_t lSlot) override;
+  void ShowRemark(std::int32_t lSlot, const std::string& szText) override {
+    if (!ThisMachine().Dead()) aBook.ShowsRemark(lSlot, szText);
+  }
+  void SiteRecorded(std::int32_t lSlot) override {
+    if (!ThisMachine().Dead()) aBook.Recorded(lSlot);
+  }
   void OpenProgress() override { bProgress = true; }
   void CloseProgress() override { bProgress = false; }
   void ShowMessage(const std::string& szText) override;
   void ReportTrouble(const std::string& szText) override;
-  void SoundBell() override;
+  void SoundBell() override {
+    if (!ThisMachine().Dead()) aBook.Rings();
+  }
   void LockCommands(bool bLock) override;
   void EnableAutoTimer(bool bEnable) override { bAutoTimer = bEnable; }
   void PumpEvents() override;

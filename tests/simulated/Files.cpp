@@ -54,7 +54,7 @@ std::optional<std::uint64_t> Files::FileSize(const std::string& szPath) {
 std::vector<std::string> Files::List(const std::string& szFolder, const std::string& szEnding) {
   const Call aCall(Access::FileRead);
   std::vector<std::string> aNames;
-  if (aCall.Fails()) return aNames;
+  if (aCall.bFails) return aNames;
   const auto szStart = szFolder + "/";
   const auto& aFiles = ThisMachine().aDisk.aFiles;
   for (auto pFile = aFiles.lower_bound(szStart); pFile != aFiles.end() && pFile->first.starts_with(szStart);
@@ -74,7 +74,7 @@ bool Files::MakeFolder(const std::string& szPath) {
   const Call aCall(Access::FileWrite);
   auto& aDisk = ThisMachine().aDisk;
   if (aDisk.aFolders.count(szPath) > 0) return true;
-  if (aCall.Fails() || aDisk.aFiles.count(szPath) > 0 || aDisk.aLocked.count(FolderOf(szPath)) > 0)
+  if (aCall.bFails || aDisk.aFiles.count(szPath) > 0 || aDisk.aLocked.count(FolderOf(szPath)) > 0)
     return false;
   aDisk.aFolders.insert(szPath);
   return true;
@@ -84,7 +84,7 @@ Files::Deletion Files::Delete(const std::string& szPath) {
   const Call aCall(Access::FileWrite);
   const auto* const pBytes = Find(szPath);
   if (pBytes == nullptr) return Deletion::Gone;
-  if (aCall.Fails() || ThisMachine().aDisk.aLocked.count(FolderOf(szPath)) > 0) return Deletion::Failed;
+  if (aCall.bFails || ThisMachine().aDisk.aLocked.count(FolderOf(szPath)) > 0) return Deletion::Failed;
   Use(-static_cast<std::int64_t>(pBytes->size()));
   ThisMachine().pWitness->Deleted(szPath);
   ThisMachine().aDisk.aFiles.erase(szPath);
@@ -93,14 +93,14 @@ Files::Deletion Files::Delete(const std::string& szPath) {
 
 bool Files::Append(const std::string& szPath, std::string_view szBytes) {
   const Call aCall(Access::FileWrite);
-  if (aCall.Gone()) return false;
+  if (aCall.bGone) return false;
   auto& aDisk = ThisMachine().aDisk;
-  if (aCall.IsTheLast() && aDisk.bTears && Takes(szPath, szBytes.size())) {
+  if (aCall.bTheLast && aDisk.bTears && Takes(szPath, szBytes.size())) {
     aDisk.aFiles[szPath] += szBytes.substr(0, szBytes.size() / 2);
     ++aDisk.lTorn;
     return false;
   }
-  const bool bKept = !aCall.Fails() && Takes(szPath, szBytes.size());
+  const bool bKept = !aCall.bFails && Takes(szPath, szBytes.size());
   ThisMachine().pWitness->Appended(szPath, std::string(szBytes), bKept);
   if (!bKept) return false;
   aDisk.aFiles[szPath] += szBytes;
@@ -111,7 +111,7 @@ bool Files::Append(const std::string& szPath, std::string_view szBytes) {
 std::optional<std::string> Files::ReadWhole(const std::string& szPath, std::uint64_t lMost) {
   const Call aCall(Access::FileRead);
   const auto* const pBytes = Find(szPath);
-  if (aCall.Fails() || pBytes == nullptr || pBytes->size() > lMost) return {};
+  if (aCall.bFails || pBytes == nullptr || pBytes->size() > lMost) return {};
   return *pBytes;
 }
 
@@ -119,13 +119,13 @@ std::optional<std::string> Files::ReadPiece(const std::string& szPath, std::uint
                                             std::uint64_t lMost) {
   const Call aCall(Access::FileRead);
   const auto* const pBytes = Find(szPath);
-  if (aCall.Fails() || pBytes == nullptr) return {};
+  if (aCall.bFails || pBytes == nullptr) return {};
   return lFrom >= pBytes->size() ? std::string() : pBytes->substr(lFrom, lMost);
 }
 
 bool Files::WriteWhole(const std::string& szPath, std::string_view szBytes) {
   const Call aCall(Access::FileWrite);
-  if (aCall.Fails() || !Takes(szPath, szBytes.size())) return false;
+  if (aCall.bFails || !Takes(szPath, szBytes.size())) return false;
   auto& szFile = ThisMachine().aDisk.aFiles[szPath];
   Use(static_cast<std::int64_t>(szBytes.size()) - static_cast<std::int64_t>(szFile.size()));
   szFile = szBytes;

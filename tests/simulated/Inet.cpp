@@ -77,7 +77,7 @@ void Inet::Execute(const std::string& szURL, const std::string&) {
   a.lCode = 0;
   a.bReached = false;
   ++a.lRequest;
-  if (aCall.Gone()) return;
+  if (aCall.bGone) return;
   a.bExecuting = true;
   a.aAnswer = aMachine.pSurroundings->Answer(szURL);
   a.lNext = 0;
@@ -99,7 +99,7 @@ void Inet::Cancel() {
 void Inet::Poll(std::int32_t lMilliseconds) {
   auto& a = *pImpl;
   const Call aCall;
-  if (a.bDelivering || aCall.Gone()) return;
+  if (a.bDelivering || aCall.bGone) return;
   if (a.bExecuting && lMilliseconds > 0) a.Wait();
   a.bDelivering = true;
   const auto lNumber = a.lRequest;

@@ -69,8 +69,7 @@ std::vector<StoredSite> ListBook::ReadStore() {
 }
 
 BookedSite* ListBook::Find(std::vector<BookedSite>& aList, const std::string& szKey) const {
-  const auto pFound = std::find_if(aList.begin(), aList.end(),
-                                   [&](const auto& aSite) { return aSite.aStored.szKey == szKey; });
+  const auto pFound = std::ranges::find(aList, szKey, &BookedSite::Key);
   return pFound == aList.end() ? nullptr : &*pFound;
 }
 
@@ -155,10 +154,8 @@ void ListBook::PlanImport(const std::vector<SiteRecord>& aRecords, bool bReplace
 }
 
 bool ListBook::IsTaken(const std::string& szUrl, std::int32_t lExcept) const {
-  for (std::size_t i = 0; i < aSites.size(); ++i)
-    if (static_cast<std::int32_t>(i) + 1 != lExcept && aSites[i].aStored.szKey == Rules::KeyName(szUrl))
-      return true;
-  return false;
+  const auto pFound = std::ranges::find(aSites, Rules::KeyName(szUrl), &BookedSite::Key);
+  return pFound != aSites.end() && pFound - aSites.begin() + 1 != lExcept;
 }
 
 // The program's order decides among sites of one number; else they go by their numbers.
@@ -230,8 +227,7 @@ std::string ListBook::Difference(const std::vector<StoredSite>& aStore, const st
   if (aStore.size() != aList.size())
     return std::to_string(aStore.size()) + " instead of " + std::to_string(aList.size()) + " sites";
   for (const auto& aStored : aStore) {
-    const auto pBooked = std::ranges::find(
-        aList, aStored.szKey, [](const auto& aSite) -> auto& { return aSite.aStored.szKey; });
+    const auto pBooked = std::ranges::find(aList, aStored.szKey, &BookedSite::Key);
     if (pBooked == aList.end()) return Shown(aStored) + " too many";
     const auto& aMust = pBooked->aStored;
     const auto iStatus = aStored.aSite.Status;
@@ -293,8 +289,7 @@ void ListBook::SavedAgain(bool bClean) {
     auto& aSite = aSites[i];
     if (!aSite.bOwed && !aSite.bUnsure) continue;
     const StoredSite aMust{aSite.aStored.szKey, aSite.aNow, static_cast<std::int32_t>(i) + 1};
-    const auto pIs = std::find_if(aStore.begin(), aStore.end(),
-                                  [&](const auto& aStored) { return aStored.szKey == aMust.szKey; });
+    const auto pIs = std::ranges::find(aStore, aMust.szKey, &StoredSite::szKey);
     const bool bAsBefore = pIs != aStore.end() && *pIs == aSite.aStored;
     const bool bAsNow = bLook ? pIs != aStore.end() && *pIs == aMust : true;
     if (!bAsNow && (!bAsBefore || (bClean && aSite.bOwed)))
@@ -304,17 +299,9 @@ void ListBook::SavedAgain(bool bClean) {
     aSite.bUnsure = !bClean && (bAsNow ? bAsBefore : aSite.bUnsure);
     if (bAsNow) aSite.aStored = aMust;
   }
-  const auto lOwed = std::count_if(aSites.begin(), aSites.end(), [](const auto& a) { return a.bOwed; });
+  const auto lOwed = std::ranges::count(aSites, true, &BookedSite::bOwed);
   if (modAddress::UnsavedSites() < lOwed || (bClean && modAddress::UnsavedSites() > 0))
     RequireSame("the number of unsaved sites", modAddress::UnsavedSites(), lOwed);
-}
-
-bool ListBook::IsUnsure() const {
-  return std::any_of(aSites.begin(), aSites.end(), [](const auto& a) { return a.bUnsure; });
-}
-
-bool ListBook::OwesAny() const {
-  return std::any_of(aSites.begin(), aSites.end(), [](const auto& a) { return a.bOwed || a.bUnsure; });
 }
 
 }  // namespace Simulated

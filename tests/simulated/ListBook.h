@@ -2,6 +2,7 @@
 // the program then has is held against it.
 #pragma once
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <vector>
@@ -34,6 +35,8 @@ struct BookedSite {
   bool bOwed = false, bUnsure = false;
   // The mail went out and what came of it was not stored: killed in between, or said to be unsaved.
   bool bMayRepeat = false;
+
+  const std::string& Key() const { return aStored.szKey; }
 };
 
 class ListBook {
@@ -67,8 +70,8 @@ class ListBook {
   void Saved(std::int32_t lSlot, bool bClean);
   // The same for what is owed alone.
   void SavedAgain(bool bClean);
-  bool OwesAny() const;
-  bool IsUnsure() const;
+  bool IsUnsure() const { return std::ranges::count(aSites, true, &BookedSite::bUnsure) > 0; }
+  bool OwesAny() const { return IsUnsure() || std::ranges::count(aSites, true, &BookedSite::bOwed) > 0; }
 
   void CompareMemory() const;
   void CompareStore() const;

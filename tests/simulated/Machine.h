@@ -155,12 +155,9 @@ class Call {
   Call(const Call&) = delete;
   Call& operator=(const Call&) = delete;
 
-  bool Gone() const { return bGone; }          // no effect, nobody is told
-  bool Fails() const { return bFails; }        // or gone
-  bool IsTheLast() const { return bTheLast; }  // the kill comes at its end
-
- private:
-  bool bGone = false, bFails = false, bTheLast = false;
+  bool bGone = false;     // no effect, nobody is told
+  bool bFails = false;    // or gone
+  bool bTheLast = false;  // the kill comes at its end
 };
 
 }  // namespace Simulated

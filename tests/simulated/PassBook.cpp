@@ -182,10 +182,6 @@ void PassBook::BeforeTick() {
   Outcome(Rules::OfTimeOut());
 }
 
-void PassBook::AfterTick() {
-  Require(!OutcomeKnown(), "a time-out is not recorded");
-}
-
 void PassBook::Awake() {
   dAwake = ThisMachine().Steady();
   bStoodStill = iPhase == Phase::Asked;

@@ -12,6 +12,7 @@
 #include "simulated/Machine.h"
 #include "simulated/OptionsBook.h"
 #include "simulated/Rules.h"
+#include "simulated/Violation.h"
 
 namespace Simulated {
 
@@ -36,7 +37,7 @@ class PassBook : public Witness {
 
   // Around a tick of the main timer, which judges the time.
   void BeforeTick();
-  void AfterTick();
+  void AfterTick() const { Require(!OutcomeKnown(), "a time-out is not recorded"); }
 
   // What the operator does in a pass.
   void Stop(bool bQuitting);

@@ -17,7 +17,7 @@ std::int32_t SendForm3(const std::string&, const std::string& szServer, std::int
                        const std::string&, const std::string&, MailCall& aCall) {
   const Call aEntry;
   auto& aMachine = ThisMachine();
-  if (aEntry.Gone()) return lGone;
+  if (aEntry.bGone) return lGone;
   const Mail aMail{szServer, lPort, szSender, szFrom, szRecipient, szSubject, szBody};
   const auto aDelivery = aMachine.pSurroundings->Deliver(aMail);
   aMachine.Pass(std::min<double>(aDelivery.dSeconds, std::max(aCall.lSeconds, 2)));

@@ -144,11 +144,11 @@ std::int32_t Erase(const std::string& szPath, std::string_view szName) {
 bool Refused(const Call& aCall, bool bRead) {
   auto& aTree = TheTree();
   auto& aMachine = ThisMachine();
-  if (aCall.Fails() && aTree.lBrackets > 0 && !(bRead && aMachine.bReadsSpareBrackets && !aMachine.Dead())) {
+  if (aCall.bFails && aTree.lBrackets > 0 && !(bRead && aMachine.bReadsSpareBrackets && !aMachine.Dead())) {
     Undo();
     aTree.bBroken = true;
   }
-  return aCall.Fails();
+  return aCall.bFails;
 }
 
 bool MayWrite(const Call& aCall) {
@@ -330,7 +330,7 @@ std::int32_t Transaction::Commit() {
   bool bLost = std::exchange(aTree.bBroken, false);
   if (!bLost && !aTree.aBefore.empty()) {
     const Call aCall(Access::StoreCommit);
-    bLost = aCall.Fails();
+    bLost = aCall.bFails;
     if (!bLost) aTree.aBefore.clear();
   }
   Undo();

@@ -3,7 +3,6 @@
 #include <sqlite3.h>
 
 #include <filesystem>
-#include <map>
 
 #include "cli/Cli.h"
 #include "servers/SmtpServer.h"
@@ -235,6 +234,7 @@ TEST_F(Kept, IgnoredSignalsStayIgnoredAndAClosedOutputEndsTheProgram) {
   ASSERT_TRUE(aWatch.WaitForOutput("Watching", dMostSeconds));
   aWatch.Interrupt();
   EXPECT_EQ(aWatch.Wait(0.5), ChildProcess::lRunning);
+  EXPECT_EQ(aServer.Count(), 0U) << "it waits for its time";
   aWatch.Kill();
   EXPECT_EQ(aWatch.Wait(dMostSeconds), ChildProcess::lKilled);
   const Result aUnread = Shell(Program() + " watch | head -1");
@@ -253,24 +253,6 @@ TEST_F(Kept, TwoWaysToOneStoreAreOneStore) {
               HasSubstr("already running on this list"));
   aCheck.Interrupt();
   EXPECT_EQ(aCheck.Wait(dMostSeconds), 130);
-}
-
-TEST_F(Kept, AFullDiskLeavesTheFolderForPrometheusAsItWas) {
-  ImportList(ListOf({aServer.Site("/fine")}));
-  ASSERT_EQ(Run({"export", "--prometheus", aHome.Path("p")}).iCode, 0);
-  const auto Folder = [&] {
-    std::map<std::string, std::string> aFiles;
-    for (const auto& aEntry : fs::directory_iterator(aHome.Path("p")))
-      aFiles[aEntry.path().filename()] = aHome.Read("p/" + aEntry.path().filename().string());
-    return aFiles;
-  };
-  const auto aBefore = Folder();
-  aHome.Write("long.kvd", ListOf(500));
-  for (const char* szBlocks : {"0", "8", "40"}) {
-    const auto szArguments = "export --prometheus " + aHome.Path("p") + " --from " + aHome.Path("long.kvd");
-    EXPECT_EQ(Limited(szBlocks, szArguments).iCode, 2) << szBlocks;
-    EXPECT_EQ(Folder(), aBefore) << szBlocks;
-  }
 }
 
 }  // namespace
