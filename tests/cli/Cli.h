@@ -52,10 +52,11 @@ class Cli : public testing::Test {
   static Result Run(const std::vector<std::string>& aArguments) { return Started(Program(), aArguments); }
   // By a shell, which can set limits and ignore signals for the program.
   static Result Shell(const std::string& szScript) { return Started("/bin/sh", {"-c", szScript}); }
-  static Result Started(const std::string& szProgram, const std::vector<std::string>& aArguments) {
+  static Result Started(const std::string& szProgram, const std::vector<std::string>& aArguments,
+                        double dSeconds = dMostSeconds) {
     Registry::CloseStore();  // the program's turn
     ChildProcess aProgram(szProgram, aArguments);
-    const int iCode = aProgram.Wait(dMostSeconds);
+    const int iCode = aProgram.Wait(dSeconds);
     return {iCode, aProgram.Output(), aProgram.Errors()};
   }
 

@@ -1,21 +1,19 @@
 // What a pass leaves for others, read by those for whom it is: the metrics by the real promtool, and the
 // status page in Chromium (packages prometheus, chromium).
-#include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <regex>
 
 #include "base/Text.h"
+#include "cli/Cli.h"
 #include "fleet/Metrics.h"
 #include "fleet/StatusPage.h"
 #include "platform/Files.h"
-#include "servers/FaultServer.h"
-#include "support/ChildProcess.h"
-#include "support/TestHome.h"
 
 namespace {
+
+using namespace testing;
 
 const DateTime dtNow = JoinDateTime({2026, 1, 20, 8, 0, 0});
 
@@ -41,28 +39,17 @@ PassFacts Facts() {
   return aFacts;
 }
 
-class Served : public testing::Test {
+class Served : public Cli {
  protected:
-  struct Result {
-    int iCode;
-    std::string szOutput, szErrors;
-  };
-
-  static bool AreHere(const std::vector<std::string>& aPrograms) {
-    return std::ranges::all_of(aPrograms, [](const auto& sz) { return access(sz.c_str(), X_OK) == 0; });
-  }
   // By a shell, in the test's folder.
   Result Shell(const std::string& szScript) const {
-    ChildProcess aShell("/bin/bash", {"-c", "cd '" + aHome.Folder() + "' && " + szScript});
-    const int iCode = aShell.Wait(60);
-    return {iCode, aShell.Output(), aShell.Errors()};
+    return Started("/bin/sh", {"-c", "cd '" + aHome.Folder() + "' && " + szScript}, 60);
   }
-  TestHome aHome;
 };
 
 // What is written is what Prometheus takes, and what the rules and the dashboard ask for.
 TEST_F(Served, RulesAndDashboardKnowTheMetrics) {
-  if (!AreHere({"/usr/bin/promtool"})) GTEST_SKIP() << "install prometheus";
+  if (access("/usr/bin/promtool", X_OK) != 0) GTEST_SKIP() << "install prometheus";
   const std::string szDocs = std::string(KESTROVA_SOURCE) + "/docs/fleet/";
   const auto aBoard =
       nlohmann::json::parse(Files::ReadWhole(szDocs + "dashboard.json", 1 << 20).value_or(""));
@@ -76,21 +63,18 @@ TEST_F(Served, RulesAndDashboardKnowTheMetrics) {
       aQueries.push_back({{"record", "q"}, {"expr", Text::Replace(szQuery, "$__range", "1h")}});
     }
   aHome.Write("queries.yml", nlohmann::json{{"groups", {{{"name", "board"}, {"rules", aQueries}}}}}.dump());
-  const Result aChecked = Shell("promtool check rules --lint=none queries.yml");
-  EXPECT_EQ(aChecked.iCode, 0) << aChecked.szOutput << aChecked.szErrors;
+  EXPECT_THAT(Shell("promtool check rules --lint=none queries.yml"), Field(&Result::iCode, 0));
 
   const std::string szWritten = Metrics::Compose(List(), Facts());
   aHome.Write("kestrova.prom", szWritten);
-  const Result aTaken = Shell("promtool check metrics < kestrova.prom");
-  EXPECT_EQ(aTaken.iCode, 0);
-  EXPECT_EQ(aTaken.szOutput + aTaken.szErrors, "");
+  EXPECT_THAT(Shell("promtool check metrics < kestrova.prom"), FieldsAre(0, "", ""));
   const std::regex aName("kestrova_[a-z_]+");
   for (std::sregex_iterator a(szAll.begin(), szAll.end(), aName); a != std::sregex_iterator(); ++a)
     EXPECT_NE(szWritten.find("# TYPE " + a->str() + " "), std::string::npos) << a->str();
 }
 
 TEST_F(Served, ARuleTellsThatThePassesHaveStopped) {
-  if (!AreHere({"/usr/bin/promtool"})) GTEST_SKIP() << "install prometheus";
+  if (access("/usr/bin/promtool", X_OK) != 0) GTEST_SKIP() << "install prometheus";
   // Passes of 5 minutes each quarter of an hour, begun at 0, 15 and 30 minutes; none after that.
   aHome.Write("test.yml",
               "rule_files: ['" + std::string(KESTROVA_SOURCE) + R"(/docs/fleet/kestrova-rules.yml']
@@ -120,14 +104,13 @@ tests:
         alertname: KestrovaSilent
         exp_alerts: [{exp_labels: {severity: page}, exp_annotations: {summary: "No metrics of Kestrova arrive"}}]
 )");
-  const Result aTested = Shell("promtool test rules test.yml");
-  EXPECT_EQ(aTested.iCode, 0) << aTested.szOutput << aTested.szErrors;
+  EXPECT_THAT(Shell("promtool test rules test.yml"), Field(&Result::iCode, 0));
 }
 
 class Page : public Served {
  protected:
   void SetUp() override {
-    if (!AreHere({"/usr/bin/chromium"})) GTEST_SKIP() << "install chromium";
+    if (access("/usr/bin/chromium", X_OK) != 0) GTEST_SKIP() << "install chromium";
     const std::string szHeader = "HTTP/1.1 200 OK\r\nContent-Type: text/html\r\n\r\n";
     Trails aTrails;
     for (const SiteRecord& aSite : List())
@@ -162,8 +145,6 @@ f.onload = () => {
     }
     return nlohmann::json::parse(aTitle[1].str(), nullptr, false);
   }
-
-  FaultServer aServer;
 };
 
 TEST_F(Page, IsReadableOnATelephoneInBothLightsAndOnPaper) {
