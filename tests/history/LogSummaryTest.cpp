@@ -37,28 +37,6 @@ std::string Passes(const std::string& szStory) {
   return aScript.szText;
 }
 
-// Where nobody is met, the fault is probably here; one who answers or refuses is met, and one site proves
-// nothing.
-TEST(LogSummary, PassesInWhichNoSiteWasReachedAreCounted) {
-  const std::string szNoName = "ERROR:  6 Couldn't resolve host name",
-                    szNoWay = "ERROR:  7 Couldn't connect to server", szLate = "Request Timed-Out";
-  const std::pair<std::vector<std::string>, bool> aCases[] = {
-      {{szNoName, szNoWay, szLate}, true},
-      {{"(1) " + szNoName + "<BR>(2) " + szNoWay, szNoName}, true},
-      {{"(1) " + szNoName + "<BR>(2) 404 File Not Found", szNoName}, false},
-      {{szNoName, "404 File Not Found"}, false},
-      {{szNoName, "ERROR:  52 Server returned nothing (no headers no data)"}, false},
-      {{szNoWay, szNoWay}, false},
-      {{szNoName}, false}};
-  for (const auto& [aAnswers, bUnreached] : aCases) {
-    LogScript aScript;
-    aScript.Start();
-    for (std::size_t i = 0; i < aAnswers.size(); ++i)
-      aScript.Entry("http://" + std::to_string(i), aAnswers[i], CheckLog::iClassFailure);
-    EXPECT_EQ(Of(aScript.End().szText).lUnreached, bUnreached ? 1U : 0U) << testing::PrintToString(aAnswers);
-  }
-}
-
 std::string Minutes(std::int64_t lSeconds) {
   return std::to_string((lSeconds + 30) / 60);
 }

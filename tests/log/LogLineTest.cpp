@@ -1,4 +1,5 @@
-// What the writer writes, the reader reads, whatever the fields hold.
+// What the writer writes, the reader reads, whatever the fields hold. Names, pruning and every line of a pass
+// are held against the simulated machine's book.
 #include <gtest/gtest.h>
 
 #include "log/CheckLog.h"
@@ -60,6 +61,13 @@ TEST(LogLine, EveryResultIsReadBackBehindAnAddressFullOfCommas) {
   Check(LogGrammar::Numbered("http://a.com/,Site OK", szIP), ResultText::Both(aLate, aLate),
         "a.com/,Site OK");
   Check("Unknown Site: Site #3", ResultText(IDS_MISSING_ADDRESS), "Unknown Site: Site #3");
+}
+
+TEST(LogLine, AnEntryIsOneLineWhateverItHolds) {
+  const StandingClock aClock(JoinDateTime({1999, 11, 15, 17, 44, 21}));
+  EXPECT_EQ(Written({Clock::Now(), "a,b\r\n[END CHECK]\x1B", ResultText(IDS_RESULT_ERROR, "<BR>\xE4\n"),
+                     "c\n", CheckLog::iClassFailure}),
+            "11/15/1999 5:44:21 PM,a,b??[END CHECK]?,ERROR: <BR>\xE4?,0,c?,2");
 }
 
 TEST(LogLine, KeepsWhatIsNoLineOfOursAsUnread) {

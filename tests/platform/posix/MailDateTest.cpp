@@ -15,11 +15,9 @@ TEST(MailDate, IsTheClocksWithTheOffsetOfThatDay) {
   } aCases[] = {
       {"UTC0", {1999, 11, 15, 17, 44, 21}, "Mon, 15 Nov 1999 17:44:21 +0000"},
       {"CET-1CEST,M3.5.0,M10.5.0/3", {2026, 1, 4, 0, 0, 0}, "Sun, 4 Jan 2026 00:00:00 +0100"},
-      {"CET-1CEST,M3.5.0,M10.5.0/3", {2026, 7, 4, 9, 5, 7}, "Sat, 4 Jul 2026 09:05:07 +0200"},
       {"CET-1CEST,M3.5.0,M10.5.0/3", {2026, 3, 29, 1, 59, 59}, "Sun, 29 Mar 2026 01:59:59 +0100"},
       {"CET-1CEST,M3.5.0,M10.5.0/3", {2026, 3, 29, 3, 0, 0}, "Sun, 29 Mar 2026 03:00:00 +0200"},
       {"NST3:30NDT,M3.2.0,M11.1.0", {2026, 7, 4, 23, 59, 59}, "Sat, 4 Jul 2026 23:59:59 -0230"},
-      {"<+0530>-5:30", {2026, 2, 28, 12, 0, 0}, "Sat, 28 Feb 2026 12:00:00 +0530"},
   };
   const std::string szZoneBefore = Environment::Get("TZ");
   SmtpServer aServer;

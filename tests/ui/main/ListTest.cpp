@@ -26,29 +26,6 @@ TEST(List, FiltersShowByResultAndState) {
   EXPECT_TRUE(aMain.GetMenuBar()->IsChecked(mV_All) && aMain.GetMenuBar()->IsChecked(mV_Both + 1));
 }
 
-TEST(List, SortsAsTextFromTheStartAndByHeaders) {
-  std::vector<SiteRecord> aStored;
-  for (int i = 1; i <= 11; ++i)
-    aStored.push_back(Site("s" + std::to_string(100 - i), 1, 4, "10.0.0." + std::to_string(i % 3)));
-  aStored[4].URL = "S99X";
-  Program aProgram(aStored);
-  SiteList& aList = *aProgram.Main().lvwMain;
-  aList.SelectSlot(2);
-  EXPECT_EQ(aProgram.Slots(), "1 10 11 2* 3 4 5 6 7 8 9");
-  const struct {
-    int iColumn;
-    const char* szSlots;
-  } aClicks[] = {{3, "3 6 9 1 4 7 10 2* 5 8 11"}, {3, "2* 5 8 11 1 4 7 10 3 6 9"},
-                 {3, "1 10 11 2* 3 4 5 6 7 8 9"}, {5, "1 10 11 2* 3 4 5 6 7 8 9"},
-                 {2, "11 10 9 8 7 6 4 3 2* 1 5"}, {2, "5 1 2* 3 4 6 7 8 9 10 11"}};
-  for (const auto& aClick : aClicks) {
-    aList.ClickHeader(aClick.iColumn);
-    EXPECT_EQ(aProgram.Slots(), aClick.szSlots) << "column " << aClick.iColumn;
-  }
-  aProgram.Main().Display_lvwMain(3);
-  EXPECT_EQ(aProgram.Slots(), "5 1 2 3* 4 6 7 8 9 10 11") << "a refill keeps the order that was chosen";
-}
-
 TEST(List, LightsAreCountedAndEachNumberShowsItsSites) {
   Program aProgram({Site("a", 1, 1), Site("b", 1, 3), Site("c", 1, 3), Site("d", 0, 3), Site("e", 1, 4)});
   CountStrip& aStrip = *aProgram.Main().pixCounts;
@@ -132,25 +109,4 @@ TEST(List, DeletesInAFilteredViewAndRefusesWithoutASelection) {
   aProgram.Run(mE_DelAddress);
   aProgram.Run(mE_EditAddress);
   EXPECT_EQ(aAnswers.aSaid, (Texts{"No address selected.", "No address selected."}));
-}
-
-TEST(List, KeysOpenTheDialogsAndEscClosesThem) {
-  Program aProgram({Site("a"), Site("b")});
-  aProgram.Main().lvwMain->SelectSlot(2);
-  const std::tuple<int, int, const char*> aKeys[] = {{WXK_RETURN, wxMOD_NONE, "Edit Site 2"},
-                                                     {'N', wxMOD_CONTROL, "New Site"},
-                                                     {'O', wxMOD_CONTROL, "Options"}};
-  for (const auto& [lKey, lModifiers, szTitle] : aKeys) {
-    ASSERT_TRUE(Focused(aProgram.Main().lvwMain)) << szTitle;
-    Key(lKey, lModifiers);
-    ASSERT_TRUE(Until([] { return Open<frmDialog>() && Open<frmDialog>()->IsActive(); })) << szTitle;
-    EXPECT_EQ(Open<frmDialog>()->GetTitle(), szTitle);
-    EXPECT_FALSE(aProgram.Main().IsEnabled());
-    Key(WXK_ESCAPE);
-    ASSERT_TRUE(Until([&] { return !Open<frmDialog>() && aProgram.Main().IsEnabled(); })) << szTitle;
-  }
-  ASSERT_TRUE(Focused(aProgram.Main().lvwMain));
-  Answers aAnswers({"yes"});
-  Key(WXK_DELETE);
-  EXPECT_TRUE(Until([] { return lSiteCount == 1; }));
 }
