@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "check/PassFixture.h"
+#include "check/ResultCodes.h"
 #include "servers/SmtpServer.h"
 #include "support/ReadMail.h"
 
@@ -49,4 +50,12 @@ TEST(Recording, TheMailHasBothResultsAndBothTimes) {
                     .starts_with("11/15/1999 5:44:21 PM|11/15/1999 5:59:21 PM|" + aCase.szMail))
         << szBody;
   }
+}
+
+// What an answer means otherwise, the simulated machine holds against its book.
+TEST(ResultCodes, AnOddAnswerToTheIPCheckIsToldFromAFailure) {
+  for (const char* szOdd : {"HTTP/1.1 101 x", "HTTP/1.1 206 x", "HTTP/1.1 307 x"})
+    EXPECT_EQ(ClassifyResponse(szOdd).iBackupOutcome, iServerAnswered) << szOdd;
+  for (const char* szFailure : {"HTTP/1.1 404 x", "HTTP/1.1 418 x", "HTTP/1.1 599 x", "HTTP/1.1 600 x", ""})
+    EXPECT_EQ(ClassifyResponse(szFailure).iBackupOutcome, iServerFailed) << szFailure;
 }

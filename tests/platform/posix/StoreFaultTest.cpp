@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <iostream>
 #include <memory>
 #include <random>
 
@@ -47,9 +46,6 @@ class StoreFaultTest : public testing::Test {
   void ExpectAll() {
     for (int i = 0; i < 500; ++i)
       ASSERT_EQ(szValue, Read("value" + std::to_string(i))) << i;
-  }
-  static std::string Slurp(const std::string& szFile) {
-    return Files::ReadWhole(szFile, std::uint64_t{1} << 30).value_or("");
   }
 
   const std::string szValue = std::string(499, 'x') + '\0';
@@ -114,7 +110,7 @@ TEST_F(StoreFaultTest, ADamagedOrMissingStoreComesBackFromItsCopy) {
     const auto aState = OpenStore();
     EXPECT_EQ(Condition::Ready, aState.iCondition);
     EXPECT_TRUE(aState.bRecovered && aState.bWhole && aState.dtCopied);
-    EXPECT_TRUE(szDamaged == Slurp(aState.szKept));
+    EXPECT_TRUE(szDamaged == Files::ReadWhole(aState.szKept, 1 << 30));
     ExpectAll();
     EXPECT_EQ(lSuccess, Write("other", "x"));
     CloseStore();
@@ -202,8 +198,6 @@ TEST_F(StoreFaultTest, ATurnedBitCostsNothingBesideTheCopyAndLittleWithoutIt) {
   }
   EXPECT_GT(lRecovered, 5);
   EXPECT_GT(lKeptWithout, lWithout * 400);
-  std::cout << lRecovered << " recovered with the copy, " << lWithout << " without, " << lKeptWithout
-            << " values of " << lWithout * 500 << " kept there\n";
 }
 
 TEST_F(StoreFaultTest, AllWhoMeetTheDamageAtOnceSayItAndNobodyWaitsForTheFolder) {

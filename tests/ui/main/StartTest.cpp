@@ -93,16 +93,6 @@ TEST(Start, OneCopyThatASignalEndsInMidPass) {
   EXPECT_TRUE(szLog.ends_with("[END CHECK]\r\n")) << szLog;
 }
 
-TEST(Start, ACopyInATerminalIsNotLookedForInTheTray) {
-  TestHome aHome;
-  Stored::Put(ProductKeys::szSetup, "startup", std::int32_t{1});
-  ChildProcess aWatch(ChildProcess::BuiltProgram("kestrova-cli"), {"watch"});
-  ASSERT_TRUE(aWatch.WaitForOutput("\n", 60));
-  Answers aAnswers({"ok"});
-  EXPECT_FALSE(modMain::Main());
-  EXPECT_EQ(aAnswers.aSaid, Texts{FromWx(ResText(IDS_ALREADY_IN_TERMINAL))});
-}
-
 TEST(Exit, EndsOurDialogsAndMenusAndWaitsForTheToolkitsBoxes) {
   for (const int lOpen : {0, 1, 2}) {
     Program aProgram({Site("a")});
