@@ -1,6 +1,4 @@
 // log --what-if, against logs of sites whose outages are known.
-#include <array>
-#include <cstdio>
 #include <nlohmann/json.hpp>
 
 #include "base/DateTime.h"
@@ -49,10 +47,8 @@ std::string LogOf(int lInterval, int lWarning, std::vector<int>& aMails) {
 // As the answer tells a time.
 std::string Iso(int lMinute) {
   const auto aTime = SplitDateTime(AddMinutes(dtStart, lMinute));
-  std::array<char, 20> szText{};
-  std::snprintf(szText.data(), szText.size(), "2026-11-%02d %02d:%02d:00", aTime.lDay, aTime.lHour,
-                aTime.lMinute);
-  return szText.data();
+  const auto Two = [](std::int32_t lNumber) { return std::to_string(100 + lNumber).substr(1); };
+  return "2026-11-" + Two(aTime.lDay) + " " + Two(aTime.lHour) + ":" + Two(aTime.lMinute) + ":00";
 }
 
 // Whether that mail lies in the range of one of the failures.

@@ -296,15 +296,13 @@ void PassBook::Mailed(const Mail& aMail, std::int32_t lResult) {
   bMailTried = true;
   ++Tallies()["mails tried"];
   const auto& a = aOptions.aNow;
-  RequireSame("the mail's server", aMail.szServer, a.SMTP);
   RequireSame("the mail's port", aMail.lPort, a.SMTPPort);
-  RequireSame("the mail's recipient", aMail.szRecipient, a.Email);
-  RequireSame("the mail's sender", aMail.szSender, a.Email);
-  RequireSame("the mail's from line", aMail.szFrom, "Kestrova <" + a.Email + ">");
-  RequireSame("the mail's subject", aMail.szSubject, "Kestrova Alert");
-  std::string szBody;
-  for (const char ch : aMail.szBody)
-    if (ch != '\r' && ch != '\n') szBody += ch;
+  RequireSame(
+      "the mail's server, recipient, sender, from line and subject",
+      Text::Joined({aMail.szServer, aMail.szRecipient, aMail.szSender, aMail.szFrom, aMail.szSubject}, "|"),
+      Text::Joined({a.SMTP, a.Email, a.Email, "Kestrova <" + a.Email + ">", "Kestrova Alert"}, "|"));
+  auto szBody = aMail.szBody;
+  std::erase_if(szBody, [](char ch) { return ch == '\r' || ch == '\n'; });
   if (szBody.find(szAgent + Site().aNow.URL) == std::string::npos)
     Violate("the mail does not name the site " + Site().aNow.URL + ": " + aMail.szBody);
   if (bBackup && szBody.find(szAgent + Site().aNow.IP) == std::string::npos)
