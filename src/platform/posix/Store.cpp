@@ -389,8 +389,12 @@ Registry::Transaction::Transaction(Written iBy) {
   auto& aState = Process();
   if (!aState.aDatabase.InBracket()) {
     LeaveOneSetAside();
-    // The first thing entered begins the store that nothing is left of.
-    if (iBy == Written::ByTheOperator && Store::Get() == nullptr) OpenStore(true);
+    // The first thing entered begins the store that nothing is left of. What is to be said of that is not
+    // dropped with it.
+    if (iBy == Written::ByTheOperator && Store::Get() == nullptr) {
+      OpenStore(true);
+      aState.bNoteToDrop = false;
+    }
     aState.iBracketBy = iBy;
     aState.lChangesBefore = aState.aDatabase.AllChanges();
     aState.aShelf.lLooks = 0;

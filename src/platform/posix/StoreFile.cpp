@@ -94,6 +94,11 @@ bool StoreFile::Keep(const std::string& szPath, const std::string& szKept) {
   return true;
 }
 
+bool StoreFile::DropJournal(const std::string& szPath) {
+  unlink((szPath + "-shm").c_str());
+  return unlink((szPath + "-wal").c_str()) == 0 || errno == ENOENT;
+}
+
 Descriptor StoreFile::MakeEmpty(const std::string& szPath) {
   Descriptor aFile(open(szPath.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0600));
   if (!aFile || flock(aFile.Number(), LOCK_EX | LOCK_NB) != 0 || ftruncate(aFile.Number(), 0) != 0) return {};

@@ -43,6 +43,9 @@ std::string NameToKeep(const std::string& szPath);
 // it; the store itself keeps both until another file is put in its place.
 bool Keep(const std::string& szPath, const std::string& szKept);
 
+// Deletes the journal of a store that is gone: beside another file SQLite would read it into that one.
+bool DropJournal(const std::string& szPath);
+
 // An empty file (0600) to write a store into; what was left there by a process that was killed is emptied.
 // Nothing while another process is writing one.
 Descriptor MakeEmpty(const std::string& szPath);

@@ -91,8 +91,10 @@ Outcome StoreRecovery::Run(const std::string& szStore, const Identity& aExamined
   auto aFile = StoreFile::MakeEmpty(szNew);
   if (!aFile) return Outcome::Failed;
   auto iOutcome = Build(szStore, szNew, aFile, szKept, bBeginAnew);
-  if (iOutcome == Outcome::Done && ((bDamagedIsThere && !StoreFile::Keep(szStore, szKept)) ||
-                                    !StoreFile::PutInPlace(aFile, szNew, szStore)))
+  const auto FreeThePlace = [&] {
+    return bDamagedIsThere ? StoreFile::Keep(szStore, szKept) : StoreFile::DropJournal(szStore);
+  };
+  if (iOutcome == Outcome::Done && (!FreeThePlace() || !StoreFile::PutInPlace(aFile, szNew, szStore)))
     iOutcome = Outcome::Failed;
   if (iOutcome != Outcome::Done) unlink(szNew.c_str());
   return iOutcome;

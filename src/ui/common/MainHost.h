@@ -41,7 +41,8 @@ class MainHost {
   // Status bar: panel 1 the clock, 2 the pass state or the next check, 3 the last check.
   virtual void ShowPanel(int iPanel, const std::string& szText) = 0;
 
-  // Something was to be stored: what could not be is tried once more, and said in the status bar.
+  // The operator entered something: what could not be stored is tried once more and said in the status bar,
+  // as is that the store had to be put together again for it.
   virtual void SeeThatAllIsStored() = 0;
 
   // A message box with an OK button. During a pass it does not wait: the text is shown when the pass has

@@ -121,6 +121,7 @@ void ExchangeCommands::ImportList(MainHost& aHost) {
     bStored = ListExchange::Import(aRecords, bReplace, [&](std::int32_t lDone) { aNotice.Progress(lDone); });
     aHost.Display_lvwMainEx(0);
   }
+  aHost.SeeThatAllIsStored();
   if (!bStored) {
     aHost.ShowMessage(LoadResString(IDS_STORE_NOT_IMPORTED));
     return;

@@ -60,6 +60,7 @@ void SiteCommands::DeleteAddress(MainHost& aHost) {
     bDeleted = modAddress::DeleteSite(n);
     aHost.Display_lvwMainEx(0);
   }
+  aHost.SeeThatAllIsStored();
   if (!bDeleted)
     aHost.ShowMessage(FillResString(IDS_STORE_NOT_DELETED, {StoreMessages::Compose(Registry::OpenStore())}));
 }

@@ -6,7 +6,9 @@
 #include "persistence/ProductKeys.h"
 #include "persistence/RegistryAccess.h"
 #include "persistence/Settings.h"
+#include "persistence/StoreMessages.h"
 #include "platform/Clock.h"
+#include "platform/Registry.h"
 #include "ui/common/TextGlue.h"
 #include "ui/main/frmMain.h"
 #include "ui/main/modSysTray.h"
@@ -55,6 +57,8 @@ void frmMain::ReportTrouble(const std::string& szText) {
 
 void frmMain::SeeThatAllIsStored() {
   szStoreNote = modAddress::SaveAgain();
+  // What was entered may have put the store together again.
+  if (szStoreNote.empty()) szStoreNote = StoreMessages::Compose(Registry::OpenStore());
   ShowNotes();
 }
 

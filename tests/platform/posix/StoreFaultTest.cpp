@@ -128,6 +128,17 @@ TEST_F(StoreFaultTest, ADamagedOrMissingStoreComesBackFromItsCopy) {
   EXPECT_TRUE(aState.bRecovered && aState.bWhole && aState.dtCopied);
   EXPECT_EQ("", aState.szKept);
   ExpectAll();
+
+  const auto Enter = [](const std::string& szText) {
+    const Registry::Transaction aEntry(Registry::Written::ByTheOperator);
+    EXPECT_EQ(lSuccess, Write("other", szText));
+  };
+  Enter("y");
+  EXPECT_FALSE(OpenStore().bRecovered) << "said long enough";
+  fs::remove(szStore);
+  Enter("z");
+  EXPECT_TRUE(OpenStore().bRecovered) << "what put it together again does not silence that";
+  EXPECT_EQ("z", Read("other"));
 }
 
 // The store is examined whenever it is not what it was when it last passed: after each write, and while pages
