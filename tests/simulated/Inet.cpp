@@ -17,7 +17,8 @@ constexpr double dExecute = 0.0004;     // a call takes its time, so that no two
 
 }  // namespace
 
-struct Inet::Impl {
+class Inet::Impl {
+ public:
   std::string szURL, szHeader, szInfo;
   std::int32_t lCode = 0;
   std::int32_t lTimeout = 60;
