@@ -55,7 +55,10 @@ TEST_F(MailServerTest, TheMailLiesInTheMailboxAsItWasWrittenUnlessRefused) {
     aHome.Write("Messages/HTTP-500.txt", szTemplate);
     const bool bTaken = szTemplate != "x";
     EXPECT_EQ(Send("500") == 0, bTaken) << Log();
-    const auto aMails = Files::List(szFolder + "/box/new", "");
+    const auto Mails = [&] { return Files::List(szFolder + "/box/new", ""); };
+    for (const Stopwatch aWatch; bTaken && Mails().empty() && aWatch.Seconds() < 20;)
+      aExim.Wait(0.02);  // it delivers what it has said it took
+    const auto aMails = Mails();
     ASSERT_EQ(aMails.size(), bTaken ? 1U : 0U) << Log();
     if (!bTaken) continue;
     const std::string szMail = szFolder + "/box/new/" + aMails[0];
