@@ -4,7 +4,6 @@
 #include "support/Stored.h"
 #include "ui/Program.h"
 #include "ui/common/PictureBox.h"
-#include "ui/dialogs/frmOptions.h"
 
 TEST(List, FiltersShowByResultAndState) {
   Program aProgram({Site("a", 1, 1), Site("b", 1, 2, "10.0.0.2"), Site("c", 1, 3), Site("d", 0, 2),
@@ -24,25 +23,6 @@ TEST(List, FiltersShowByResultAndState) {
   aMain.imgEnabled->Click();
   aMain.imgEnabled->Click();
   EXPECT_TRUE(aMain.GetMenuBar()->IsChecked(mV_All) && aMain.GetMenuBar()->IsChecked(mV_Both + 1));
-}
-
-TEST(List, LightsAreCountedAndEachNumberShowsItsSites) {
-  Program aProgram({Site("a", 1, 1), Site("b", 1, 3), Site("c", 1, 3), Site("d", 0, 3), Site("e", 1, 4)});
-  CountStrip& aStrip = *aProgram.Main().pixCounts;
-  EXPECT_EQ(aStrip.Text(), "5 sites: 1 up, 2 down");
-  const auto ClickOn = [&](const char* szPiece) {
-    const wxString szText = aStrip.Text();
-    const int lLeft = aStrip.GetTextExtent(szText.Left(szText.find(szPiece))).x;
-    aStrip.Click(wxPoint(lLeft + aStrip.GetTextExtent(szPiece).x / 2, 5));
-  };
-  ClickOn("2 down");
-  EXPECT_EQ(aProgram.Slots(), "2 3");
-  EXPECT_EQ(aStrip.Text(), "5 sites (2 shown): 1 up, 2 down");
-  ClickOn("5 sites");
-  EXPECT_EQ(aProgram.Slots(), "1 2 3 4 5");
-  EXPECT_EQ(aStrip.Note(), "No mail will be sent: see Options");
-  aStrip.Click(wxPoint(5, aStrip.GetClientSize().y - aStrip.GetCharHeight() / 2));
-  EXPECT_TRUE(Open<frmOptions>());
 }
 
 TEST(List, APassDoesNotScrollWhatTheOperatorReads) {
