@@ -5,11 +5,7 @@
 #include "cli/Cli.h"
 #include "support/Stored.h"
 
-using testing::_;
-using testing::AllOf;
-using testing::FieldsAre;
-using testing::HasSubstr;
-using testing::Not;
+using namespace testing;
 
 constexpr std::int32_t lUsersPolicy = 17;  // no value that the program itself writes
 

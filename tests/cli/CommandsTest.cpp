@@ -2,10 +2,7 @@
 #include "cli/Cli.h"
 #include "platform/Environment.h"
 
-using testing::_;
-using testing::AllOf;
-using testing::FieldsAre;
-using testing::HasSubstr;
+using namespace testing;
 
 TEST_F(Cli, WhateverIsWrongIsOneLineAndChangesNothing) {
   ImportList(ListOf({"good.invalid"}));

@@ -5,11 +5,7 @@
 #include "servers/SmtpServer.h"
 #include "support/Stored.h"
 
-using testing::_;
-using testing::AllOf;
-using testing::FieldsAre;
-using testing::HasSubstr;
-using testing::Not;
+using namespace testing;
 
 TEST_F(Cli, TestMailSaysWhatTheServerAnswered) {
   SmtpServer aMailServer;
@@ -91,7 +87,7 @@ TEST_F(Cli, LogAnswersWhatIsAskedOfIt) {
   for (const auto& aCase : aCases)
     EXPECT_THAT(Run(aCase.aArguments),
                 FieldsAre(aCase.iCode, AllOf(HasSubstr(aCase.szShown), Not(HasSubstr(aCase.szNotShown))), _))
-        << testing::PrintToString(aCase.aArguments);
+        << PrintToString(aCase.aArguments);
   const auto aTold = nlohmann::json::parse(Run({"log", szPath, "--summary", "--json"}).szOutput);
   ASSERT_EQ(aTold.size(), 2U);
   EXPECT_EQ(aTold[1]["failures"][0]["mails"][0]["sent"], true);
