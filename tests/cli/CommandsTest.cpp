@@ -61,8 +61,8 @@ TEST_F(Cli, AnImportTellsWhatCanNeverAnswer) {
 }
 
 TEST_F(Cli, StoreThatCannotBeUsedFails) {
-  Environment::Set("KESTROVA_REGISTRY",
-                   aHome.Path(std::string(300, 'x')));  // a name too long for either system
+  ::Environment::Set("KESTROVA_REGISTRY",
+                     aHome.Path(std::string(300, 'x')));  // a name too long for either system
   for (const char* szVerb : {"list", "check", "watch"})
     EXPECT_THAT(Run({szVerb}), Refuses()) << szVerb;
 }

@@ -84,7 +84,7 @@ TEST_F(Fleet, PassesAsJsonLinesAndAsAPlugin) {
   EXPECT_EQ(aFirst.Wait(dMostSeconds), 0);
   EXPECT_EQ(aSecond.Wait(dMostSeconds), 0);
 
-  Environment::Set("KESTROVA_REGISTRY", aHome.Folder());  // a folder is no store
+  ::Environment::Set("KESTROVA_REGISTRY", aHome.Folder());  // a folder is no store
   EXPECT_THAT(Run({"check", "--plugin"}), FieldsAre(3, HasPattern("^KESTROVA UNKNOWN - .*\n$"), ""));
 }
 

@@ -14,16 +14,16 @@ class Startup : public Cli {
   void SetUp() override {
     for (const char* szName :
          {"HOME", "DISPLAY", "WAYLAND_DISPLAY", "XDG_RUNTIME_DIR", "DBUS_SESSION_BUS_ADDRESS"})
-      aBefore.emplace_back(szName, Environment::Get(szName));
+      aBefore.emplace_back(szName, ::Environment::Get(szName));
     for (const auto& [szName, szValue] : aBefore)
-      Environment::Unset(szName);
-    Environment::Set("HOME", aHome.Folder());
-    Environment::Set("XDG_CONFIG_HOME", aHome.Path("co nf$ig"));
+      ::Environment::Unset(szName);
+    ::Environment::Set("HOME", aHome.Folder());
+    ::Environment::Set("XDG_CONFIG_HOME", aHome.Path("co nf$ig"));
   }
   void TearDown() override {
-    Environment::Unset("XDG_CONFIG_HOME");
+    ::Environment::Unset("XDG_CONFIG_HOME");
     for (const auto& [szName, szValue] : aBefore)
-      if (!szValue.empty()) Environment::Set(szName, szValue);
+      if (!szValue.empty()) ::Environment::Set(szName, szValue);
   }
   std::string Config(const std::string& szName) const { return aHome.Path("co nf$ig/" + szName); }
 
@@ -60,7 +60,7 @@ TEST_F(Startup, AServiceWhereThereIsNoDesktop) {
 
 TEST_F(Startup, TheWindowWhereThereIsADesktop) {
   if (!fs::exists(ChildProcess::BuiltProgram("kestrova"))) GTEST_SKIP() << "there is no window";
-  Environment::Set("DISPLAY", ":7");
+  ::Environment::Set("DISPLAY", ":7");
   EXPECT_EQ(Run({"startup", "on"}).iCode, 0);
   EXPECT_THAT(aHome.Read("co nf$ig/autostart/kestrova.desktop"),
               HasPattern("Exec=env \"KESTROVA_REGISTRY=[^\n]*\" \"[^\n]*/kestrova\"\n"));
