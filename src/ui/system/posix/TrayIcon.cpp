@@ -1,5 +1,6 @@
 #include "ui/system/TrayIcon.h"
 
+#include <gdk/gdkx.h>
 #include <wx/frame.h>
 #include <wx/menu.h>
 #include <wx/notifmsg.h>
@@ -27,6 +28,18 @@ class Icon : public wxTaskBarIcon {
   TrayIcon& Tray;
 };
 
+// The icon's window lies in one of the panel. A panel that crashes takes it away, and what GTK asks of it
+// before it hears of that is an error of X, at which GTK ends the program. Between a push and its pop it does
+// not; there is no pop, because a panel may go at any time.
+void OutliveThePanel() {
+  static const bool bDone = [] {
+    GdkDisplay* const pDisplay = gdk_display_get_default();
+    if (GDK_IS_X11_DISPLAY(pDisplay)) gdk_x11_display_error_trap_push(pDisplay);
+    return true;
+  }();
+  static_cast<void>(bDone);
+}
+
 }  // namespace
 
 struct TrayIcon::Impl {
@@ -47,6 +60,7 @@ bool TrayIcon::Available() {
 }
 
 bool TrayIcon::Add(const wxString& szTip) {
+  OutliveThePanel();
   pImpl->szTip = szTip;
   if (!pImpl->pIcon) pImpl->pIcon = std::make_unique<Icon>(pImpl->Owner, *this);
   return pImpl->pIcon->SetIcon(wxBitmapBundle::FromIconBundle(pImpl->Owner.GetIcons()), szTip);
