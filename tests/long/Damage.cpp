@@ -87,6 +87,44 @@ void Trials::Bits(int lTimes) {
   }
 }
 
+void Trials::Logs(int lTimes) {
+  constexpr std::size_t lSites = 10;
+  Stand aStand(lSites);
+  for (int i = 0; i < 5; ++i)
+    Stand::Run({"check"});
+  aStand.KeepAsFirst();
+  const auto szLog = aStand.LogPath(), szWhole = Slurp(szLog);
+  Tally aTally(std::to_string(lTimes) + " torn logs, a pass appended to each");
+  for (int i = 0; i < lTimes; ++i) {
+    aStand.PutBack();
+    const auto lAt = static_cast<std::size_t>(aStand.Random() * static_cast<double>(szWhole.size()));
+    const auto szKept = szWhole.substr(0, lAt), szTail = szWhole.substr(lAt);
+    std::size_t lTouched = 1;
+    auto szTorn = szKept;
+    if (i % 3 == 0) {
+      ++aTally["cut"];
+    } else if (i % 3 == 1) {
+      ++aTally["overwritten"];
+      const auto lLost = std::min<std::size_t>(szTail.size(), 40);
+      lTouched += static_cast<std::size_t>(std::ranges::count(szTail.substr(0, lLost), '\n'));
+      for (std::size_t l = 0; l < lLost; ++l)
+        szTorn += static_cast<char>(aStand.Random() * 256);
+      szTorn += szTail.substr(lLost);
+    } else {
+      ++aTally["continued with zeros"];
+      szTorn += std::string(4096, '\0');
+    }
+    Must(Files::WriteWhole(szLog, i % 3 == 1 ? szWhole : szKept), "the log can be written");
+    const auto lWanted = Entries(szLog);
+    Must(Files::WriteWhole(szLog, szTorn), "the torn log can be written");
+    Must(Entries(szLog) + lTouched >= lWanted, "every line that was not touched is read");
+    Must(Stand::Run({"check"}).iCode == 1, "a torn log does not hinder a pass");
+    Must(Entries(szLog) + lTouched >= lWanted + 2 * lSites, "the lines of the pass behind are read");
+    Must(Stand::Run({"log", szLog, "--summary", "--html", aStand.aHome.Path("log.htm")}).iCode == 0,
+         "a torn log can be told");
+  }
+}
+
 void Trials::Disk(int lTimes, const std::string& szFolder) {
   Stand aStand(10, szFolder);
   std::string szMany;

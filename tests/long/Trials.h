@@ -14,6 +14,9 @@ void EditForEver();  // what is killed in an edit: a process of its own
 
 // One bit of the store is turned, with and without the copy beside it: no site is lost in silence.
 void Bits(int lTimes);
+// A log is cut, overwritten or continued with zeros, and the next pass appended to it: every other line reads
+// as before.
+void Logs(int lTimes);
 // Store and log lie on a small file system, in this folder, that has hardly any room left.
 void Disk(int lTimes, const std::string& szFolder);
 

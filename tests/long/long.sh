@@ -51,6 +51,8 @@ step "simulated machines"
 build/bin/kestrova-years --checks "$(share 10000000)" --seed-of-the-day
 step "kills"
 build/bin/kestrova-trials kills "$(share 100)"
+step "torn logs"
+build/bin/kestrova-trials logs "$(share 300)"
 step "a full disk"
 disk
 step "hours of watching"
