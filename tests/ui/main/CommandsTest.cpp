@@ -155,7 +155,13 @@ TEST(Help, EveryTopicOpensItsPageAndABookThatIsNoneIsSaid) {
     HelpCommands::ShowContext(aProgram.Main(), lTopic);
     EXPECT_TRUE(Shows(szPage)) << lTopic;
   }
-  frmHelp::Window()->Close();
+  EXPECT_TRUE(Until([] {
+    if (frmHelp::Window()->IsActive()) return true;
+    frmHelp::Window()->Raise();
+    return false;
+  }));
+  Key(WXK_ESCAPE);
+  EXPECT_TRUE(Until([] { return !frmHelp::Window(); }));
   aProgram.Run(mE_Options);
   ASSERT_TRUE(Until([] { return Open<wxDialog>() && Open<wxDialog>()->IsActive(); }));
   Key(WXK_F1);
