@@ -76,8 +76,14 @@ TEST(State, MinimisesToTheTrayAndComesBack) {
       if (lPhase == 5) wxUIActionSimulator().Char(WXK_UP);
       if (lPhase == 10) wxUIActionSimulator().Char(WXK_RETURN);
     });
-    Screen::ClickTrayIcon(true);
-    EXPECT_TRUE(Until([&] { return aProgram.Ended(); }));
+    int lRounds = 0;  // without a menu: the click was lost, or a key closed it that was to choose
+    EXPECT_TRUE(Until([&] {
+      constexpr int lAgain = 500;
+      if (aProgram.Ended()) return true;
+      lRounds = aMenus.lOpened == aMenus.lClosed ? lRounds + 1 : 0;
+      if (lRounds % lAgain == 1) Screen::ClickTrayIcon(true);
+      return aProgram.Ended();
+    }));
   }
   EXPECT_FALSE(modSysTray::HasIcon());
 }
