@@ -67,10 +67,12 @@ void Machine::PowerOn() {
 }
 
 bool Machine::Fails(Access iAccess) {
-  const auto& a = aTroubles;
+  if (iAccess == Access::Other) return false;
+  auto& a = aTroubles;
   const std::array aOfThousand = {0, a.lStoreRead, a.lStoreWrite, a.lStoreCommit, a.lFileRead, a.lFileWrite};
   const auto lOfThousand = aOfThousand[static_cast<std::size_t>(iAccess)];
-  if (lOfThousand == 0 || aRandom.Below(1000) >= lOfThousand) return false;
+  const bool bThisOne = a.lOneCall > 0 && --a.lOneCall == 0;
+  if (!bThisOne && (lOfThousand == 0 || aRandom.Below(1000) >= lOfThousand)) return false;
   ++(iAccess < Access::FileRead ? lStoreFaults : lFileFaults);
   return true;
 }

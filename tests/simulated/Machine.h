@@ -78,10 +78,11 @@ struct Disk {
 
 enum class Access : std::uint8_t { Other, StoreRead, StoreWrite, StoreCommit, FileRead, FileWrite };
 
-// How often calls fail, of a thousand.
+// How often calls fail, of a thousand; or that one of the next calls into store and files alone (0: none).
 struct Troubles {
   std::int32_t lStoreRead = 0, lStoreWrite = 0, lStoreCommit = 0;
   std::int32_t lFileRead = 0, lFileWrite = 0;
+  std::int32_t lOneCall = 0;
 };
 
 class Machine;

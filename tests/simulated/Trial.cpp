@@ -236,6 +236,8 @@ void Trial::Command() {
   if (aRandom.Chance(0.05)) aMachine.aTroubles = {.lStoreRead = 10, .lStoreWrite = 30, .lStoreCommit = 300};
   if (aRandom.Chance(0.03)) aMachine.aTroubles = {.lStoreCommit = 500};
   if (aRandom.Chance(0.15)) aMachine.aTroubles = {.lStoreRead = 4};  // a command that sees it gives up
+  // Only so does a long one go on after a failure in its middle and meet no further one.
+  if (aRandom.Chance(0.3)) aMachine.aTroubles = {.lOneCall = aRandom.Between(1, 200)};
   // What is owed must outlive a list that is read back.
   switch (aBook.aList.OwesAny() && aRandom.Chance(0.5) ? aRandom.Between(2, 3) : aRandom.Below(8)) {
     case 0:

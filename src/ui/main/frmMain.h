@@ -13,6 +13,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -148,6 +149,7 @@ class frmMain : public wxFrame, public CheckView, public MainHost {
   std::string Note() const;
   void ShowNotes();
   void CountMissingLines();
+  void RememberRemarks();
   void GiveBackRemarks();
   // Of a pass that nobody saw: which sites went down in it, and which mails about them could not be sent.
   void NotifyOfPass();
@@ -175,7 +177,8 @@ class frmMain : public wxFrame, public CheckView, public MainHost {
   std::string szRestsNote, szStoreNote, szPassNote, szLogNote;  // in the status bar; empty for none
   std::int32_t lMissingLines = 0;  // of the log, since somebody has seen the note
   std::vector<SiteRecord> aBeforePass;
-  std::vector<std::string> aWentDown, aUnmailed;  // addresses, in this pass
+  std::map<std::int32_t, std::string> aShownBefore;  // the rows' remarks, by slot
+  std::vector<std::string> aWentDown, aUnmailed;     // addresses, in this pass
   bool bPassRan = false;
   bool bStopped = false;                       // by the operator
   wxPoint aProgressPlace = wxDefaultPosition;  // where the progress window was last

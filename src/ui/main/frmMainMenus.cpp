@@ -55,7 +55,7 @@ void frmMain::LockCommands(bool bLock) {
     bPassRan = true;
     bStopped = false;
     szPassNote.clear();
-    aBeforePass = aSites;
+    RememberRemarks();
     aWentDown.clear();
     aUnmailed.clear();
     return;

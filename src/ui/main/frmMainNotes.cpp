@@ -70,15 +70,23 @@ void frmMain::CountMissingLines() {
                                              FormatTimeOfDay(Clock::Now())});
 }
 
+void frmMain::RememberRemarks() {
+  aBeforePass = aSites;
+  aShownBefore.clear();
+  for (std::int32_t i = 0; i < lvwMain->RowCount(); ++i)
+    aShownBefore.emplace(lvwMain->RowAt(i)->lSlot, lvwMain->RowAt(i)->szRemark);
+}
+
 // A pass empties all remarks when it begins. A site that a stopped one has not reached keeps its light, and
-// with it the remark that tells the reason.
+// with it the remark that tells the reason. "Manually Stopped." of an earlier pass stood in the row alone.
 void frmMain::GiveBackRemarks() {
   for (std::int32_t n = aEngine.CheckIndex() + 1; modAddress::IsSite(n); ++n) {
     const auto i = static_cast<std::size_t>(n);
     if (i >= aBeforePass.size() || aBeforePass[i].URL != aSites[i].URL || !aSites[i].Comments.empty())
       continue;
     modAddress::SetComments(n, aBeforePass[i].Comments);
-    lvwMain->ShowRemark(n, aBeforePass[i].Comments);
+    const auto pShown = aShownBefore.find(n);
+    lvwMain->ShowRemark(n, pShown == aShownBefore.end() ? aBeforePass[i].Comments : pShown->second);
   }
 }
 

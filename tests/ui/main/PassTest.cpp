@@ -41,8 +41,11 @@ TEST(Pass, LocksCommandsShowsProgressAndIsStopped) {
   const MenuCommand aUnlocked[] = {mF_StopCheck, mE_OpenSite, mE_CopyAddress, mE_SiteLog,
                                    mH_Topics,    mH_Tour,     mH_Updates};
   for (const bool bByWindow : {true, false}) {
-    modAddress::SetComments(2, "404 File Not Found");
+    // What an earlier pass was stopped at stands in the row alone.
+    const std::string szRemark = bByWindow ? "404 File Not Found" : "Manually Stopped.";
+    modAddress::SetComments(2, bByWindow ? szRemark : "");
     aProgram.Main().Display_lvwMain(0);
+    aProgram.Main().ShowRemark(2, szRemark);
     During aAct([&] {
       const auto& pProgress = aProgram.Main().pProgress;
       if (!pProgress || aServer.OpenConnections() == 0) return;
@@ -63,7 +66,7 @@ TEST(Pass, LocksCommandsShowsProgressAndIsStopped) {
     aProgram.Run(mF_StartCheck);
     EXPECT_TRUE(aProgram.RowText(1).ends_with("<Manually Stopped.> Manually Stopped."))
         << aProgram.RowText(1);
-    EXPECT_TRUE(aProgram.RowText(2).ends_with("404 File Not Found")) << "not reached, and given back";
+    EXPECT_TRUE(aProgram.RowText(2).ends_with(szRemark)) << "not reached, and given back";
     EXPECT_EQ(aProgram.Main().sbrMain->GetFieldsCount(), 3);
     EXPECT_TRUE(Enabled(mF_StartCheck) && Enabled(mF_StopCheck));
     EXPECT_FALSE(aProgram.Main().pProgress);
