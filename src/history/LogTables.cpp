@@ -20,8 +20,7 @@ const Availability& AvailabilityOf(const SiteSummary& aSite, SiteColumn iColumn)
 std::string Since(const SiteSummary& aSite) {
   if (aSite.dtSince <= 0) return {};
   const auto szSince = LogWords::Moment(aSite.dtSince);
-  const bool bExact = aSite.bSinceKnown || aSite.iCurrent == SiteState::Unwatched;
-  return bExact ? szSince : FillResString(IDS_LOG_SINCE_LEAST, {szSince});
+  return SinceIsLeast(aSite) ? FillResString(IDS_LOG_SINCE_LEAST, {szSince}) : szSince;
 }
 
 // What a column is sorted by; the two of text are not.
@@ -77,6 +76,10 @@ StringId LogTables::Title(SiteColumn iColumn) {
 
 bool LogTables::IsNumber(SiteColumn iColumn) {
   return iColumn >= SiteColumn::UpDay;
+}
+
+bool LogTables::SinceIsLeast(const SiteSummary& aSite) {
+  return aSite.dtSince > 0 && !aSite.bSinceKnown && aSite.iCurrent != SiteState::Unwatched;
 }
 
 std::string LogTables::Cell(const SiteSummary& aSite, SiteColumn iColumn) {

@@ -32,6 +32,8 @@ std::vector<SiteColumn> SiteColumns(const LogSummary& aSummary);
 StringId Title(SiteColumn iColumn);
 bool IsNumber(SiteColumn iColumn);
 std::string Cell(const SiteSummary& aSite, SiteColumn iColumn);
+// The state may be older than the log tells, and its cell says so.
+bool SinceIsLeast(const SiteSummary& aSite);
 // Sorting from the least to the most, by the cell's meaning.
 bool Before(const SiteSummary& aLeft, const SiteSummary& aRight, SiteColumn iColumn);
 

@@ -31,14 +31,18 @@ constexpr std::size_t lRowsSeen = 5;  // at least, of the table
 constexpr int lRowTwips = 330;
 
 // As wide as the widest that commonly stands there; the names take what is left.
-const char* SampleOf(SiteColumn iColumn) {
+const char* SampleOf(SiteColumn iColumn, const LogSummary* pSummary) {
+  const auto Any = [pSummary](auto Is) { return pSummary && std::ranges::any_of(pSummary->aSites, Is); };
   switch (iColumn) {
     case SiteColumn::Site:
       return "intranet.example.com";
     case SiteColumn::State:
-      return "MM No longer checked";
+      return Any([](const SiteSummary& a) { return a.iCurrent == SiteState::Unwatched; })
+                 ? "MM No longer checked"
+                 : "MM Switched off";
     case SiteColumn::Since:
-      return "Wed Dec 30 2000, 12:00 PM";
+      return Any(LogTables::SinceIsLeast) ? "Wed Dec 30 2000, 12:00 PM or before"
+                                          : "Wed Dec 30 2000, 12:00 PM";
     case SiteColumn::Longest:
     case SiteColumn::DownTime:
       return "23 h 59 min";
@@ -164,8 +168,8 @@ void SummaryPage::ShowColumns() {
   aColumns = LogTables::SiteColumns(pSummary ? *pSummary : LogSummary());
   std::vector<VirtualTable::Column> aShown;
   for (const auto iColumn : aColumns)
-    aShown.push_back({LogTables::Title(iColumn), SampleOf(iColumn), iColumn == SiteColumn::Site ? 1 : 0,
-                      LogTables::IsNumber(iColumn)});
+    aShown.push_back({LogTables::Title(iColumn), SampleOf(iColumn, pSummary),
+                      iColumn == SiteColumn::Site ? 1 : 0, LogTables::IsNumber(iColumn)});
   lvwSites->SetColumns(aShown);
 }
 

@@ -47,6 +47,10 @@ void frmMain::OpenProgress() {
     pProgress = new frmCheckAnim(this, [this] { StopCheck(); });
     pProgress->Move(aProgressPlace == wxDefaultPosition ? FirstProgressPlace(pProgress->GetSize())
                                                         : aProgressPlace);
+    pProgress->Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent& aEvent) {  // by the operator
+      aProgressPlace = pProgress->GetPosition();
+      aEvent.Skip();
+    });
     pProgress->ShowWithoutActivating();
   }
   szProgressSite.clear();
