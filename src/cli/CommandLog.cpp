@@ -34,6 +34,8 @@ constexpr std::string_view szEveryEntry = "all";
 
 // What is wrong with the names, as a sentence; empty when nothing is. Checked before anything is written.
 std::string WrongNames(const LogArguments& a) {
+  for (const auto& szOutput : {a.szHtml, a.szCsv})
+    if (LogFiles::NamesLog(szOutput)) return FillResString(IDS_CLI_SAME_FILE, {szOutput});
   for (const auto& szFile : a.aFiles) {
     if (szFile != szStandard && !Files::FileExists(szFile) && !Files::FolderExists(szFile))
       return FillResString(IDS_CLI_CANNOT_READ, {szFile});

@@ -18,7 +18,7 @@
 namespace {
 
 bool IsLog(const std::string& szPath) {
-  if (Text::EndsWithNoCase(szPath, LogGrammar::szFileEnding) || Files::FolderExists(szPath)) return true;
+  if (LogFiles::NamesLog(szPath) || Files::FolderExists(szPath)) return true;
   if (Text::EndsWithNoCase(szPath, ".htm") || Text::EndsWithNoCase(szPath, ".html")) return false;
   constexpr auto szStart = LogGrammar::szStart;
   return Files::FileExists(szPath) && Files::ReadPiece(szPath, 0, szStart.size()) == szStart;
@@ -61,6 +61,10 @@ std::vector<std::pair<DateTime, std::string>> Beside(const std::string& szLog) {
 }
 
 }  // namespace
+
+bool LogFiles::NamesLog(const std::string& szPath) {
+  return Text::EndsWithNoCase(szPath, LogGrammar::szFileEnding);
+}
 
 LogFiles::Arguments LogFiles::Read(const std::vector<std::string>& aPaths) {
   Arguments aRead;

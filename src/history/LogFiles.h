@@ -21,6 +21,10 @@ inline constexpr char szSiteOption[] = "--site";
 // never written over; with more than two paths only a last one that ends in ".htm" or ".html" is a page.
 Arguments Read(const std::vector<std::string>& aPaths);
 
+// A name that logs have (".kvl"), whether there is such a file or not: nothing else may be written under it,
+// and the viewer would read it as a log.
+bool NamesLog(const std::string& szPath);
+
 // The logs of the folder whose day, week or month (by their names) reaches into the last lDays days before
 // the newest of them. In name order; empty where no name tells its time.
 std::vector<std::string> Recent(const std::string& szFolder, std::int32_t lDays);

@@ -47,9 +47,9 @@ std::string ChooseLog(MainHost& aHost) {
   return aDialog.ShowModal() == wxID_OK ? FromWx(aDialog.GetPath()) : std::string();
 }
 
-// Empty when none was chosen: the log is then only shown. The dialog comes again for a name that would
-// replace the log, and for one that had to be completed and then names a file that is there, so that the
-// dialog itself asks before that file is replaced.
+// Empty when none was chosen: the log is then only shown. The dialog comes again for a name that
+// would replace a log or be read as one, and for one that had to be completed and then names a file that is
+// there, so that the dialog itself asks before that file is replaced.
 std::string ChoosePage(MainHost& aHost, const std::string& szLog) {
   wxFileName aName(ToWx(LastLocation::StartFolder(LastLocation::szPages, aHost.CurrentSettings().LogPath)),
                    ToWx("KV_Log-" + FormatDay(Clock::Now()) + szPageEnding));
@@ -60,7 +60,7 @@ std::string ChoosePage(MainHost& aHost, const std::string& szLog) {
     aName = wxFileName(aDialog.GetPath());
     const bool bCompleted = !aName.HasExt();
     if (bCompleted) aName.SetExt(szPageEnding + 1);
-    if (aName.SameAs(wxFileName(ToWx(szLog)))) {
+    if (LogFiles::NamesLog(FromWx(aName.GetFullPath())) || aName.SameAs(wxFileName(ToWx(szLog)))) {
       aHost.ShowMessage(LoadResString(IDS_HTML_IS_LOG));
       continue;
     }

@@ -446,12 +446,11 @@ void frmLogView::Say(std::int32_t lText, const std::string& szValue) {
 }
 
 bool frmLogView::Writable(const std::string& szPath) {
+  bool bLog = LogFiles::NamesLog(szPath);
   for (std::uint32_t lFile = 0; lFile < pHistory->FileCount(); ++lFile)
-    if (Files::Same(pHistory->File(lFile).Path(), szPath)) {
-      Say(IDS_VIEW_TARGET_IS_LOG, szPath);
-      return false;
-    }
-  return true;
+    bLog = bLog || Files::Same(pHistory->File(lFile).Path(), szPath);
+  if (bLog) Say(IDS_VIEW_TARGET_IS_LOG, szPath);
+  return !bLog;
 }
 
 bool frmLogView::Written(bool bDone, const std::string& szPath, std::int32_t lNotice) {

@@ -225,8 +225,9 @@ TEST(LogView, WritesAPageAndNeverOverALog) {
   Viewer aViewer({{"W-20260104.kvl", szText}}, {"W-20260104.kvl", "page.htm"});
   ASSERT_TRUE(Until([&] { return !aViewer.aHome.Read("page.htm").empty(); }));
   EXPECT_NE(aViewer.aHome.Read("page.htm").find("All 2 sites were up"), std::string::npos);
-  Answers aAnswers({"ok"});
-  EXPECT_FALSE(aViewer.pWindow->SavePage(aViewer.aHome.Path("W-20260104.kvl")));
+  Answers aAnswers({"ok", "ok"});
+  for (const char* szName : {"W-20260104.kvl", "D-20260105.kvl"})
+    EXPECT_FALSE(aViewer.pWindow->SavePage(aViewer.aHome.Path(szName))) << szName;
   EXPECT_EQ(aViewer.aHome.Read("W-20260104.kvl"), szText);
 }
 

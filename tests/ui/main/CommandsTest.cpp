@@ -109,6 +109,7 @@ TEST(LogCommands, OpenTheViewerWithTheLogAndThePageOrASite) {
       {mnuLog_Open, {szLog, "no"}, szAsk, szLog + "\n"},
       {mnuLog_Open, {szLog, "yes", szPage}, SaveAs("KV_Log-20260315.htm"), szLog + "\n" + szPage + ".htm\n"},
       {mnuLog_Open, {szLog, "yes", szLog, "ok", "cancel"}, SaveAs("D-20260314.kvl"), szLog + "\n"},
+      {mnuLog_Open, {szLog, "yes", InLogs("new.KVL"), "ok", "cancel"}, SaveAs("new.KVL"), szLog + "\n"},
       {mnuLog_Open, {InLogs("odd.kvl"), "ok"}, "The Log File appears to be corrupt.", ""},
       {mnuLogs_ViewCur, {"yes", szLog, "no"}, szAsk, szLog + "\n"}};
   for (const auto& aCase : aCases) {
