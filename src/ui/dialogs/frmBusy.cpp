@@ -16,9 +16,9 @@ constexpr double dPaintInterval = 0.03;  // seconds
 }  // namespace
 
 frmBusy::frmBusy(MainHost& aHost, const std::string& szTitle, const std::string& szMessage,
-                 std::int32_t lRange)
+                 std::int32_t lRange, wxWindow* pOver)
     : aHold(aHost.Engine()) {
-  wxFrame* pOwner = aHost.Frame()->IsShown() ? aHost.Frame() : nullptr;
+  wxWindow* pOwner = pOver ? pOver : aHost.Frame()->IsShown() ? aHost.Frame() : nullptr;
   pNotice = new wxFrame(pOwner, wxID_ANY, ToWx(szTitle), wxDefaultPosition, wxDefaultSize,
                         wxCAPTION | wxFRAME_FLOAT_ON_PARENT | wxFRAME_NO_TASKBAR | wxCLIP_CHILDREN);
   auto* pPanel = new wxPanel(pNotice);

@@ -18,8 +18,10 @@ class wxStaticText;
 
 class frmBusy {
  public:
-  // lRange: how many steps the bar has; 0 for no bar. Shown and painted on return.
-  frmBusy(MainHost& aHost, const std::string& szTitle, const std::string& szMessage, std::int32_t lRange = 0);
+  // lRange: how many steps the bar has; 0 for no bar. pOver: the dialog that it belongs to, or it would lie
+  // behind it; nullptr for the main window. Shown and painted on return.
+  frmBusy(MainHost& aHost, const std::string& szTitle, const std::string& szMessage, std::int32_t lRange = 0,
+          wxWindow* pOver = nullptr);
   ~frmBusy();
   frmBusy(const frmBusy&) = delete;
   frmBusy& operator=(const frmBusy&) = delete;

@@ -144,7 +144,7 @@ void frmOptions::cmdTestMail_Click() {
     return Boxes::Say(this, LoadResString(IDS_HINT_NO_MAIL));
   TestMailResult aResult;
   {
-    const frmBusy aNotice(Host, LoadResString(IDS_APP_TITLE), LoadResString(IDS_SENDING_TEST));
+    const frmBusy aNotice(Host, LoadResString(IDS_APP_TITLE), LoadResString(IDS_SENDING_TEST), 0, this);
     aResult = SendTestMail(aSettings);
   }
   if (!Leaving()) Boxes::Say(this, Text::Printable(aResult.szSaid), Text::Printable(aResult.szReply));
