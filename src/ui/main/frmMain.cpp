@@ -45,6 +45,7 @@ frmMain::frmMain(ProgramExit aExit)
   tmrServe.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { aEngine.ServeClient(); });
   Bind(wxEVT_CLOSE_WINDOW, &frmMain::Form_Close, this);
   Bind(wxEVT_MENU, &frmMain::Menu_Click, this);
+  Bind(wxEVT_CHAR_HOOK, &frmMain::LockedKey, this);
   Bind(wxEVT_SIZE, [this](wxSizeEvent& aEvent) {
     aEvent.Skip();
     Form_Resize();

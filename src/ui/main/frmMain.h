@@ -60,6 +60,7 @@ class frmMain : public wxFrame, public CheckView, public MainHost {
   void imgColors_Click();
   void imgEnabled_Click();
   void lvwMain_KeyDown(wxKeyEvent& aEvent);
+  void LockedKey(wxKeyEvent& aEvent);
 
   void EnableTimers();  // the last step of the start
   void RestoreWindow();

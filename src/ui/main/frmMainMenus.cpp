@@ -138,6 +138,14 @@ void frmMain::lvwMain_KeyDown(wxKeyEvent& aEvent) {
   aEvent.Skip();
 }
 
+// On Windows the key of a greyed item goes nowhere: nobody would hear why nothing happens.
+void frmMain::LockedKey(wxKeyEvent& aEvent) {
+  for (const Command& aCommand : Commands::All())
+    if (aEngine.PassRunning() && aCommand.Has(Commands::Locked) && IsKey(aCommand.szKey, aEvent))
+      return RunCommand(aCommand.iNumber);
+  aEvent.Skip();
+}
+
 wxMenu* frmMain::MakePopup() {
   auto* pMenu = new wxMenu;
   for (const int lCommand : {mF_NewAddress, mE_EditAddress, mE_DelAddress, mF_StartCheck}) {
