@@ -71,7 +71,8 @@ double LogPeriodTable::Key(std::size_t lRow, std::size_t lColumn) const {
 
 std::vector<std::string> LogPeriodTable::Words() const {
   const auto& a = aComparison;
-  if (a.aNow.dtFrom <= 0) return {LoadResString(IDS_LOG_PERIODS_NONE)};
+  if (a.aNow.dtFrom < 1)
+    return {LoadResString(IDS_LOG_PERIODS_NONE)};  // an empty log has the first day there is
   if (!a.aAllBefore.Watched())
     return {FillResString(IDS_LOG_PERIODS_SHORT, {Moment(a.aBefore.dtFrom), Moment(a.aBefore.dtPast)})};
   std::vector<std::string> aWords{FillResString(

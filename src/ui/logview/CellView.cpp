@@ -131,7 +131,8 @@ void CellView::OnPaint(wxDC& aDC) {
   for (auto lRow = lFirst; lRow < aCells.lRows && Area(lRow, 0).y < lBottom; ++lRow)
     PaintRow(aDC, lRow);
   aDC.DestroyClippingRegion();
-  PaintHeads(aDC, lBottom);
+  // Below the last row, not at the foot of a tall window.
+  PaintHeads(aDC, std::min(lBottom, Area(aCells.lRows - 1, 0).y + lRowHeight));
 }
 
 void CellView::PaintRow(wxDC& aDC, std::size_t lRow) {
