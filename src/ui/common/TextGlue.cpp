@@ -46,10 +46,13 @@ wxString BreakLines(const wxString& szText, const wxWindow* pOver) {
     pOver = pOver->GetParent();
   wxScreenDC aMeasure;
   aMeasure.SetFont(pOver ? pOver->GetFont() : *wxNORMAL_FONT);
-  // A box has margins, and sets its first part larger and in bold.
-  const int lRoom =
+  // A box has margins, and sets its first part larger and in bold. What it breaks at blanks need not fit
+  // here, but some cut off a word that is longer than their usual line.
+  const int lUsualRoom = lUsual * aMeasure.GetCharWidth();
+  const int lOver =
       pOver ? (pOver->GetSize().x - pOver->FromDIP(80)) * 3 / 4 : lMost * aMeasure.GetCharWidth();
-  const bool bAtBlanks = lRoom < lUsual * aMeasure.GetCharWidth();
+  const bool bAtBlanks = lOver < lUsualRoom;
+  const int lRoom = std::min(lOver, lUsualRoom);
   wxString szResult;
   for (wxString szRest : wxSplit(szText, '\n', '\0')) {
     szResult << (szResult.empty() ? "" : "\n");
