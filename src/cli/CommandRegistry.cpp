@@ -42,13 +42,19 @@ int CliCommands::RegistryImport(const std::string& szFile) {
   SingleInstance aInstance;
   if (!aInstance.TryLock()) return Report::Fail(FillResString(IDS_CLI_IN_USE, {Registry::StoreName()}));
   std::string szError;
-  if (!RegFile::Apply(*szBytes, szError))
-    return Report::Fail(FillResString(IDS_CLI_REGISTRY_WRONG, {szFile, szError}));
-  // A file that was written by hand may bring sites without their index.
-  {
-    const Registry::Transaction aEntered(Registry::Written::ByTheOperator);
-    if (!Report::LoadRebuilt(true)) return Report::iFailed;
+  // One bracket with the numbering, as the file may bring sites without their index: a kill in between would
+  // leave sites that the list does not lead to.
+  Registry::Transaction aEntered(Registry::Written::ByTheOperator);
+  bool bDone = RegFile::Apply(*szBytes, szError);
+  if (bDone && !Report::LoadRebuilt(true)) {
+    aEntered.Abandon();
+    return Report::iFailed;
   }
+  if (const auto lCode = aEntered.Commit(); bDone && lCode != Registry::lSuccess) {
+    szError = FillResString(IDS_REGFILE_WRITE, {std::to_string(lCode)});
+    bDone = false;
+  }
+  if (!bDone) return Report::Fail(FillResString(IDS_CLI_REGISTRY_WRONG, {szFile, szError}));
   Report::Say(FillResString(IDS_CLI_REGISTRY_IMPORTED, {szFile, Report::SiteNumber(lSiteCount)}));
   return Report::iAllUp;
 }
