@@ -6,9 +6,16 @@ set -euo pipefail
 build=$(cd "$1" && pwd)
 source "$(dirname "$0")/windows/wine-bench.sh"
 access() { wine "$build/bin/key-access.exe" 'MACHINE\Software\Tamsel\Kestrova' "$@" | tr -d '\r'; }
-sites() { reg query "$product\\Address" /s | grep -c 'URL  *REG_SZ'; }
+stored() { reg query "$product\\Address" /s 2>&1 || echo "reg answered $?"; }
+has_its_site() { local all; all=$(stored); [ "$(grep -c 'URL  *REG_SZ' <<<"$all")" = 1 ] || fail "the list is gone: $all"; }
 # The main window is up, and its icon in the tray.
 opens() { start "$1"; within 60 tray_icon; within 20 shows '^Kestrova$' 1; activate '^Kestrova$'; }
+# Wine may lose a click while it draws its icon.
+restored() {
+  xdotool mousemove --sync "$(xwininfo -id "$(tray_icon)" | awk '/Absolute.*X/ {print $NF + 8}')" 12 click 1
+  sleep 1
+  shows '^Kestrova$' 1
+}
 closes() { activate '^Kestrova$'; keys alt+F4; ends 0; within 10 not tray_icon; }
 
 (cd "$build" && cpack -B "$folder/made" >"$folder/cpack.log" 2>&1) || fail "cpack: $(cat "$folder/cpack.log")"
@@ -54,8 +61,7 @@ within 30 has_passed "$home/Logs" 2
 within 10 shows '^Checking Sites' 0
 within 10 on_newest '^Kestrova$' windowminimize
 within 10 shows '^Kestrova$' 0
-xdotool mousemove --sync "$(xwininfo -id "$(tray_icon)" | awk '/Absolute.*X/ {print $NF + 8}')" 12 click 1
-within 10 shows '^Kestrova$' 1
+within 30 restored
 closes
 
 # A standard account that may only read: said once, in a box before the window; the list is there, nothing is lost.
@@ -76,7 +82,7 @@ activate '^Kestrova$'
 keys F5
 within 30 has_passed "$home/Logs" 3
 closes
-[ "$(sites)" = 1 ] || fail "the list is gone"
+has_its_site
 
 # --- the installer
 new_prefix installed
@@ -126,7 +132,7 @@ home="$c/Other folder"
 has "$(reg query "$entry")" 'InstallLocation +REG_SZ +C:\\Other folder$'
 wine "$setup" /S # the folder and the shortcuts stay as chosen
 [ -e "$home/kestrova.exe" ] && [ -e "$desktop" ] && [ -e "$menu/StartUp/Kestrova.lnk" ] || fail "not where it was"
-[ "$(sites)" = 1 ] || fail "the list is gone"
+has_its_site
 code=0
 wine "$setup" /S /STARTUP=yes || code=$? # neither yes nor no: nothing is done
 [ $code = 2 ] && [ -e "$menu/StartUp/Kestrova.lnk" ] || fail "/STARTUP=yes answered $code"
@@ -141,7 +147,8 @@ wine "$home/Uninstall.exe" /S
 within 30 test ! -e "$home/kestrova.exe"
 within 10 not reg_has "$entry"
 [ ! -e "$menu/Kestrova" ] && [ ! -e "$desktop" ] && [ ! -e "$menu/StartUp/Kestrova.lnk" ] || fail "shortcuts are left"
-[ "$(sites)" = 1 ] && [ -e "$home/Logs/D-20200101.kvl" ] || fail "the operator's own is gone"
+has_its_site
+[ -e "$home/Logs/D-20200101.kvl" ] || fail "the operator's own is gone"
 [ "$(find "$home" -type f | wc -l)" = 1 ] || fail "left behind: $(ls -R "$home")"
 wine "$setup" /S '/D=C:\Other' folder
 wine "$home/Uninstall.exe" /S /PURGE

@@ -20,6 +20,7 @@ trap clean_up EXIT
 fail() {
   echo "FAILED at line ${BASH_LINENO[-2]}: $*" >&2
   import -window root "$build/$(basename "$0" .sh)-failed.png" || true
+  if [ -n "${program:-}" ] && ! kill -0 "$program" 2>/dev/null; then echo "the program has ended: $(cat "$folder/output")" >&2; fi
   exit 1
 }
 # Each pattern is in the text, on a line of its own.
